@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoro/QCoroTask>
+
+namespace talvera {
+
+/// A coroutine of the main actor. It starts at once and runs to its first suspension; a Task that nobody
+/// awaits goes on by itself.
+template <typename T = void>
+using Task = QCoro::Task<T>;
+
+} // namespace talvera
