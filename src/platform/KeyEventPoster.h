@@ -16,8 +16,8 @@ public:
     virtual ~TypingSession() = default;
 
     /// Posts the key down or key up of the session's chunk number `index`. The chunk reaches the focused
-    /// application as it stands, whatever the layout and whatever modifiers the user holds. False when the
-    /// event could not be made.
+    /// application as it stands, whatever the layout and whatever modifiers the user holds; of control
+    /// characters only line breaks and tabs exist on a keyboard. False when the event could not be made.
     virtual bool post(qsizetype index, KeyPhase phase) = 0;
 };
 
@@ -27,7 +27,8 @@ public:
     virtual ~KeyEventPoster() = default;
 
     /// Prepares to type `chunks`, each a user-perceived character with the white space behind it. Knowing
-    /// them all lets the platform make ready for characters that the layout lacks.
+    /// them all lets the platform make ready for characters that the layout lacks. Never null. The poster
+    /// outlives the session, and one session ends before the next begins.
     virtual std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks) = 0;
 
     /// Posts the key down or key up of the chord that pastes in the focused application, with exactly the

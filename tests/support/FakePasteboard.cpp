@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "FakePasteboard.h"
+
+namespace talvera::test {
+
+void FakePasteboard::setString(const QString& text) {
+    const std::scoped_lock lock(m_mutex);
+    m_string = text;
+    m_history.append(text);
+}
+
+std::optional<QString> FakePasteboard::string() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_string;
+}
+
+QStringList FakePasteboard::history() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_history;
+}
+
+void FakePasteboard::setImage() {
+    const std::scoped_lock lock(m_mutex);
+    m_string.reset();
+}
+
+} // namespace talvera::test
