@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <functional>
+#include <map>
+#include <vector>
+
+namespace talvera::test {
+
+/// A session whose applications the test starts, quits and brings to the front.
+class FakeWorkspace final : public Workspace {
+public:
+    /// What activate() does with a process that runs.
+    enum class Activation {
+        Works,   ///< brings it to the front
+        Refused, ///< answers false
+        NoFocus, ///< answers true, but the front application stays
+    };
+
+    Activation activation = Activation::Works;
+    std::optional<QString> ownIdentifier = QStringLiteral("talvera");
+
+    /// Every process that activate() was called for, in order.
+    std::vector<pid_t> activations;
+    /// Called after each activate(), with its process.
+    std::function<void(pid_t)> onActivate;
+    int ownBundleIDReads = 0;
+
+    /// Starts an application, or replaces what is known of it.
+    void run(const RunningApplication& application) { m_running[application.pid] = application; }
+    void quit(pid_t pid) {
+        m_running.erase(pid);
+        if (m_frontmost == pid)
+            m_frontmost.reset();
+    }
+    /// Brings a running application to the front, or none.
+    void setFrontmost(std::optional<pid_t> pid) { m_frontmost = pid; }
+    /// Starts an application and brings it to the front.
+    void runInFront(const RunningApplication& application) {
+        run(application);
+        setFrontmost(application.pid);
+    }
+
+    std::optional<RunningApplication> frontmostApplication() override {
+        return m_frontmost ? runningApplication(*m_frontmost) : std::nullopt;
+    }
+
+    std::optional<RunningApplication> runningApplication(pid_t pid) override {
+        const auto found = m_running.find(pid);
+        return found == m_running.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    bool activate(pid_t pid) override {
+        activations.push_back(pid);
+        const bool granted = activation != Activation::Refused && m_running.contains(pid);
+        if (granted && activation == Activation::Works)
+            m_frontmost = pid;
+        if (onActivate)
+            onActivate(pid);
+        return granted;
+    }
+
+    std::optional<QString> ownBundleID() override {
+        ++ownBundleIDReads;
+        return ownIdentifier;
+    }
+
+private:
+    std::map<pid_t, RunningApplication> m_running;
+    std::optional<pid_t> m_frontmost;
+};
+
+} // namespace talvera::test
