@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/Time.h"
+
+#include <QString>
+
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+namespace talvera {
+
+/// What the HUD tells the user at the moment.
+struct DictationHUDState {
+    enum class NoticeTone { Info, Warn };
+    enum class PermissionKind { Microphone, Accessibility };
+
+    /// Nothing is shown.
+    struct Hidden {
+        bool operator==(const Hidden&) const = default;
+    };
+    /// Recording; the timer counts from `startedAt`.
+    struct Listening {
+        WallTime startedAt;
+        bool operator==(const Listening&) const = default;
+    };
+    struct Transcribing {
+        bool operator==(const Transcribing&) const = default;
+    };
+    struct Translating {
+        QString targetDisplayName;
+        bool operator==(const Translating&) const = default;
+    };
+    /// A message that hides itself.
+    struct Notice {
+        QString text;
+        NoticeTone tone;
+        bool operator==(const Notice&) const = default;
+    };
+    /// A card that the user can click.
+    struct PermissionRequired {
+        PermissionKind kind;
+        bool operator==(const PermissionRequired&) const = default;
+    };
+
+    using Value = std::variant<Hidden, Listening, Transcribing, Translating, Notice, PermissionRequired>;
+
+    DictationHUDState() = default;
+    template <typename Case>
+    requires(std::is_constructible_v<Value, Case> &&
+             !std::is_same_v<std::remove_cvref_t<Case>, DictationHUDState>)
+        DictationHUDState(Case&& shown) // NOLINT(google-explicit-constructor): a case is a state
+        : value(std::forward<Case>(shown)) {}
+
+    /// The case if the state is that one, else null.
+    template <typename Case>
+    const Case* as() const {
+        return std::get_if<Case>(&value);
+    }
+
+    Value value;
+
+    bool operator==(const DictationHUDState&) const = default;
+};
+
+} // namespace talvera
