@@ -7,6 +7,9 @@
 
 namespace talvera {
 
+/// Codes of the PlatformError that AudioEngine::start() throws.
+enum class AudioEngineFailure { NoServer = 1, NoInput = 2, Refused = 3, TimedOut = 4 };
+
 /// Captures from the system's default input device. Main thread only, apart from the tap's callback.
 class AudioEngine {
 public:
@@ -19,17 +22,19 @@ public:
     virtual AudioFormat inputFormat() = 0;
 
     /// Hands captured sound to `tap` in buffers of `bufferFrames` frames of `format`; the last one before
-    /// removeTap() returns may be shorter. Replaces a tap that is installed.
+    /// removeTap() returns may be shorter. Replaces a tap that is installed. To be called before start().
     virtual void installTap(std::size_t bufferFrames, const AudioFormat& format, Tap tap) = 0;
 
     /// Delivers what had been spoken up to this call, at most some tens of milliseconds later, then takes the
     /// tap away: when it returns, the callback is not running and won't run again.
     virtual void removeTap() = 0;
 
-    /// Starts the capture. Throws PlatformError (domain "AudioEngine") when the sound server refuses, has no
-    /// input or doesn't answer within a second.
+    /// Starts the capture. Throws PlatformError (domain "AudioEngine", codes above) when the sound server is
+    /// away, has no input, refuses or doesn't answer within a second; the tap stays installed then. Does
+    /// nothing while capturing. A device that goes away later just delivers no more.
     virtual void start() = 0;
 
+    /// Lets go of the device. Harmless when not capturing.
     virtual void stop() = 0;
 };
 

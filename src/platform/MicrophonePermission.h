@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Published.h"
+
+#include <functional>
+
 namespace talvera {
 
 /// Whether we may listen. The numbers are the ones that are compared and stored.
@@ -13,6 +17,12 @@ public:
 
     /// The present status, at once and without asking the user.
     virtual AuthorizationStatus status() = 0;
+
+    /// Asks for access and calls `done` once the answer is known, in a later turn.
+    virtual void requestAccess(std::function<void()> done) = 0;
+
+    /// Calls `changed` in a turn of its own whenever status() has become another one.
+    [[nodiscard]] virtual Subscription observe(std::function<void()> changed) = 0;
 };
 
 } // namespace talvera
