@@ -2,6 +2,7 @@
 #include "platform/linux/x11/X11Connection.h"
 
 #include <poll.h>
+#include <xcb/xcbext.h>
 
 namespace talvera {
 
