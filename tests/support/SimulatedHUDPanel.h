@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "SimulatedMainActor.h"
+#include "shell/HUDPanel.h"
+
+#include <utility>
+
+namespace talvera::test {
+
+/// A panel on the virtual clock that takes the real one's time to fade out.
+class SimulatedHUDPanel final : public HUDPanel {
+public:
+    explicit SimulatedHUDPanel(SimulatedMainActor& actor)
+        : m_actor(actor) {}
+
+    bool isVisible() const override { return m_visible; }
+    void fadeIn() override {
+        m_visible = true;
+        ++fadeIns;
+    }
+    void fadeOut(std::function<void()> completion) override {
+        m_actor.startTimer(fade, [this, completion = std::move(completion)] {
+            m_visible = false;
+            completion();
+        });
+    }
+    void setIgnoresMouseEvents(bool ignores) override { ignoresMouseEvents = ignores; }
+
+    static constexpr Duration fade = seconds(0.18);
+
+    bool ignoresMouseEvents = true;
+    int fadeIns = 0;
+
+private:
+    SimulatedMainActor& m_actor;
+    bool m_visible = false;
+};
+
+} // namespace talvera::test
