@@ -36,42 +36,54 @@ struct KeyEvent {
 
 enum class Verdict { Pass, Swallow };
 
-/// What a tap's owner wants to be able to swallow.
-struct SwallowableChord {
-    std::uint64_t modifiers = 0; ///< at least these
+/// A key together with at least these modifiers.
+struct KeyChord {
+    std::uint64_t modifiers = 0; ///< KeyFlag bits
     std::uint16_t keyCode = 0;
 
-    bool operator==(const SwallowableChord&) const = default;
+    bool operator==(const KeyChord&) const = default;
+};
+
+enum class WatchResult {
+    Watching,
+    ChordTaken,  ///< another program holds the chord
+    Unavailable, ///< no keyboard of this session can produce it
 };
 
 /// Watches the keyboards of the session. Never lets the user's keyboard wait: if the main actor does not
 /// answer in time, the event goes its way, and the owner hears of TapDisabledByTimeout as soon as it listens
 /// again. Main thread only.
+///
+/// A tap waits for one thing at a time, so that no other keystroke wakes the owner. Platforms that must
+/// reserve chords do it when they are named; a press that is in progress when the tap turns to something else
+/// is let go, and its rest reaches the focused application.
 class EventTap {
 public:
     using Callback = std::function<Verdict(const KeyEvent&)>;
 
     virtual ~EventTap() = default;
 
+    /// A new tap is disabled, and so is one that has just told of TapDisabledByTimeout. A disabled tap
+    /// swallows and tells nothing. The end of a press that was told before is told when it is enabled again.
     virtual void setEnabled(bool enabled) = 0;
 
-    /// Names the one chord that the callback may swallow, or none. Platforms that must reserve chords
-    /// beforehand do it here; a press in progress of the former chord is let go. False when another program
-    /// holds the chord.
-    virtual bool setSwallowable(const SwallowableChord* chord) = 0;
+    /// Waits for a chord: the callback gets at least the key down and the key up of its presses, and may
+    /// swallow both. ChordTaken leaves the tap waiting, should the other program let go of the chord.
+    virtual WatchResult watchChord(const KeyChord& chord) = 0;
 
-    /// Names the one key that the callback waits for, so that no other keystroke wakes us; it gets at least
-    /// the events of this key.
-    virtual void setWatchedKey(std::uint16_t keyCode) = 0;
+    /// Waits for a key held alone: the callback gets at least its flag changes, which it can only pass.
+    virtual WatchResult watchKey(std::uint16_t keyCode) = 0;
+
+    virtual void watchNothing() = 0;
 };
 
-/// Makes taps.
+/// Makes taps. The tap made last sees an event first, and what it swallows the others never see.
 class EventTapFactory {
 public:
     virtual ~EventTapFactory() = default;
 
-    /// Creates a tap for key down, key up and flags changed, disabled at first. `callback` runs on the main
-    /// actor. Null when the session does not let us watch keys.
+    /// Creates a tap for key down, key up and flags changed, disabled and waiting for nothing. `callback`
+    /// runs on the main actor. Null when the session does not let us watch keys.
     virtual std::unique_ptr<EventTap> create(EventTap::Callback callback) = 0;
 };
 

@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "FakeEventTap.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace talvera::test {
+
+namespace {
+
+constexpr std::uint16_t capsLockKey = 57;
+
+std::uint64_t flagOf(std::uint16_t keyCode) {
+    switch (keyCode) {
+    case 54:
+    case 55:
+        return KeyFlag::Command;
+    case 56:
+    case 60:
+        return KeyFlag::Shift;
+    case 58:
+    case 61:
+        return KeyFlag::Option;
+    case 59:
+    case 62:
+        return KeyFlag::Control;
+    case 63:
+        return KeyFlag::Fn;
+    default:
+        return 0;
+    }
+}
+
+bool isModifier(std::uint16_t keyCode) {
+    return keyCode == capsLockKey || flagOf(keyCode) != 0;
+}
+
+} // namespace
+
+FakeEventTap::FakeEventTap(FakeKeyboard& keyboard, Callback callback)
+    : m_keyboard(keyboard)
+    , m_callback(std::move(callback)) {
+    m_keyboard.m_taps.push_back(this);
+}
+
+FakeEventTap::~FakeEventTap() {
+    std::erase(m_keyboard.m_taps, this);
+}
+
+void FakeEventTap::setEnabled(bool enabled) {
+    m_isEnabled = enabled;
+    if (!enabled || !m_pressTold || m_keyboard.isOn(m_pressTold->keyCode))
+        return;
+    auto end = *m_pressTold;
+    if (end.type == KeyEventType::KeyDown)
+        end.type = KeyEventType::KeyUp;
+    end.flags = m_keyboard.flags();
+    tell(end);
+}
+
+WatchResult FakeEventTap::watchChord(const KeyChord& chord) {
+    if (m_chord != chord)
+        m_pressTold.reset();
+    m_chord = chord;
+    m_key.reset();
+    if (m_keyboard.missingKeys.contains(chord.keyCode))
+        return WatchResult::Unavailable;
+    return std::ranges::count(m_keyboard.takenChords, chord) > 0 ? WatchResult::ChordTaken
+                                                                 : WatchResult::Watching;
+}
+
+WatchResult FakeEventTap::watchKey(std::uint16_t keyCode) {
+    if (m_key != keyCode)
+        m_pressTold.reset();
+    m_key = keyCode;
+    m_chord.reset();
+    return m_keyboard.missingKeys.contains(keyCode) ? WatchResult::Unavailable : WatchResult::Watching;
+}
+
+void FakeEventTap::watchNothing() {
+    m_pressTold.reset();
+    m_chord.reset();
+    m_key.reset();
+}
+
+Verdict FakeEventTap::tell(const KeyEvent& event) {
+    const bool isWatched =
+        (m_chord && event.keyCode == m_chord->keyCode) || (m_key && event.keyCode == *m_key);
+    if (isWatched) {
+        const bool isPress = event.type == KeyEventType::KeyDown ||
+                             (event.type == KeyEventType::FlagsChanged && m_keyboard.isOn(event.keyCode));
+        m_pressTold = isPress ? std::optional(event) : std::nullopt;
+    }
+    return m_callback(event);
+}
+
+std::unique_ptr<EventTap> FakeKeyboard::create(EventTap::Callback callback) {
+    if (refusesTaps)
+        return nullptr;
+    ++m_tapsCreated;
+    return std::make_unique<FakeEventTap>(*this, std::move(callback));
+}
+
+Verdict FakeKeyboard::send(const KeyEvent& event) {
+    const auto verdict = offer(event);
+    if (verdict == Verdict::Pass)
+        m_passed.push_back(event);
+    return verdict;
+}
+
+Verdict FakeKeyboard::offer(const KeyEvent& event) {
+    const auto newestFirst = std::vector(m_taps.rbegin(), m_taps.rend());
+    for (auto* tap : newestFirst) {
+        if (!tap->m_isEnabled)
+            continue;
+        if (!m_isListening) {
+            tap->m_isEnabled = false;
+            tap->m_timedOut = true;
+        } else if (tap->tell(event) == Verdict::Swallow) {
+            return Verdict::Swallow;
+        }
+    }
+    return Verdict::Pass;
+}
+
+void FakeKeyboard::listenAgain() {
+    m_isListening = true;
+    for (auto* tap : std::vector(m_taps)) {
+        if (std::exchange(tap->m_timedOut, false))
+            tap->m_callback({.type = KeyEventType::TapDisabledByTimeout});
+    }
+}
+
+bool FakeKeyboard::isOn(std::uint16_t keyCode) const {
+    return keyCode == capsLockKey ? m_capsLock : m_held.contains(keyCode);
+}
+
+std::uint64_t FakeKeyboard::flags() const {
+    std::uint64_t flags = m_capsLock ? KeyFlag::CapsLock : 0;
+    for (const auto key : m_held)
+        flags |= flagOf(key);
+    return flags;
+}
+
+void FakeKeyboard::press(std::uint16_t keyCode) {
+    m_held.insert(keyCode);
+    if (keyCode == capsLockKey) {
+        m_capsLockEnds = m_capsLock;
+        m_capsLock = true;
+    }
+    const auto type = isModifier(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyDown;
+    send({.type = type, .keyCode = keyCode, .flags = flags()});
+}
+
+void FakeKeyboard::repeat(std::uint16_t keyCode) {
+    send({.type = KeyEventType::KeyDown, .keyCode = keyCode, .flags = flags(), .autorepeat = true});
+}
+
+void FakeKeyboard::release(std::uint16_t keyCode) {
+    m_held.erase(keyCode);
+    if (keyCode == capsLockKey && m_capsLockEnds)
+        m_capsLock = false;
+    const auto type = isModifier(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyUp;
+    send({.type = type, .keyCode = keyCode, .flags = flags()});
+}
+
+void FakeKeyboard::tap(std::uint16_t keyCode) {
+    press(keyCode);
+    release(keyCode);
+}
+
+} // namespace talvera::test
