@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "DeliveryFixture.h"
+
+using namespace talvera;
+using Kind = FocusNotice::Kind;
+
+namespace {
+
+class StreamTest : public test::DeliveryFixture {
+protected:
+    TextInserter::Stream stream(ResolvedMode mode) {
+        return {inserter, mode, editorSnapshot, collectHandedOver};
+    }
+};
+
+TEST_F(StreamTest, typewriterParts_areTypedAsTheyCome) {
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("one ");
+    EXPECT_EQ(parts.decision(), RouteDecision::Direct);
+    actor.advance(seconds(1));
+    EXPECT_EQ(keys.text(), "one ");
+    parts.append("two");
+    actor.advance(seconds(1));
+    EXPECT_EQ(keys.text(), "one two");
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(keys.text(), "one two");
+    EXPECT_EQ(parts.accumulated(), "one two");
+    EXPECT_TRUE(pasteboard.history().isEmpty());
+}
+
+TEST_F(StreamTest, typewriterParts_areRoutedOnceWithTheFirst) {
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("one ");
+    workspace.runInFront(browser);
+    parts.append("two");
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(keys.text(), "one two") << "the focus is not looked at again";
+    EXPECT_TRUE(workspace.activations.empty());
+    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(StreamTest, typewriterStreamWithLostFocus_typesNothingCopiesTheWholeAndTellsOnce) {
+    workspace.quit(100);
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("one ");
+    parts.append("two ");
+    parts.append("three");
+    EXPECT_EQ(parts.decision(), RouteDecision::Clipboard);
+    parts.finish();
+    finishJobs();
+    EXPECT_TRUE(keys.events().isEmpty());
+    EXPECT_EQ(pasteboard.string(), "one two three");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardOriginalGone, "Editor"}})) << "straight to the HUD";
+    EXPECT_TRUE(handedOver.empty());
+}
+
+TEST_F(StreamTest, typewriterStreamWithoutText_doesNothingAtAll) {
+    workspace.quit(100);
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("");
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(parts.decision(), std::nullopt);
+    EXPECT_TRUE(pasteboard.history().isEmpty());
+    EXPECT_TRUE(shown.empty());
+    EXPECT_TRUE(handedOver.empty());
+}
+
+TEST_F(StreamTest, emptyFirstPart_doesNotRoute) {
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("");
+    EXPECT_EQ(parts.decision(), std::nullopt);
+    parts.append("text");
+    EXPECT_EQ(parts.decision(), RouteDecision::Direct);
+}
+
+TEST_F(StreamTest, pasteStream_deliversNothingBeforeItIsFinished) {
+    auto parts = stream(ResolvedMode::Paste);
+    parts.append("one ");
+    parts.append("two");
+    actor.advance(seconds(5));
+    EXPECT_EQ(parts.decision(), std::nullopt);
+    EXPECT_TRUE(keys.events().isEmpty());
+    EXPECT_TRUE(pasteboard.history().isEmpty());
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(parts.decision(), RouteDecision::Direct);
+    EXPECT_EQ(keys.text(), "one two");
+    EXPECT_EQ(pasteboard.history(), QStringList{"one two"});
+}
+
+TEST_F(StreamTest, pasteStream_handsItsNoticeOver) {
+    workspace.quit(100);
+    auto parts = stream(ResolvedMode::Paste);
+    parts.append("text");
+    parts.finish();
+    EXPECT_EQ(parts.decision(), RouteDecision::Clipboard);
+    EXPECT_EQ(handedOver, notices({{Kind::ClipboardOriginalGone, "Editor"}}));
+    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(StreamTest, pasteStreamWithoutText_doesNothingAtAll) {
+    auto parts = stream(ResolvedMode::Paste);
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(parts.decision(), std::nullopt);
+    EXPECT_TRUE(keys.events().isEmpty());
+}
+
+TEST_F(StreamTest, abandonedPasteStream_deliversNothing) {
+    {
+        auto parts = stream(ResolvedMode::Paste);
+        parts.append("lost");
+    }
+    finishJobs();
+    EXPECT_TRUE(keys.events().isEmpty());
+    EXPECT_TRUE(pasteboard.history().isEmpty());
+}
+
+TEST_F(StreamTest, endedStream_leavesItsTypingToTheQueue) {
+    {
+        auto parts = stream(ResolvedMode::Typewriter);
+        parts.append("still ");
+        parts.append("typed");
+    }
+    finishJobs();
+    EXPECT_EQ(keys.text(), "still typed");
+}
+
+} // namespace
