@@ -34,7 +34,11 @@ std::optional<bool> PreferenceStore::asBool(const QString& key) const {
 }
 
 bool PreferenceStore::boolean(const QString& key) const {
-    return asBool(key).value_or(false);
+    if (const auto words = string(key)) {
+        return QStringList{QStringLiteral("1"), QStringLiteral("true"), QStringLiteral("yes")}.contains(
+            *words, Qt::CaseInsensitive);
+    }
+    return asDouble(key).value_or(0.0) != 0.0;
 }
 
 std::optional<double> PreferenceStore::asDouble(const QString& key) const {

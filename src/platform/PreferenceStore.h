@@ -27,7 +27,8 @@ public:
     std::optional<QString> string(const QString& key) const;
     /// The value if it is data.
     std::optional<QByteArray> data(const QString& key) const;
-    /// The value as a truth; false when nothing is stored or it can't be read as one.
+    /// The value as a truth, read generously: any number but 0, and the words "true", "yes" and "1", are
+    /// true. False when nothing is stored or it can't be read as one.
     bool boolean(const QString& key) const;
     /// The value if it converts to a truth: a bool, or a number 0 or 1.
     std::optional<bool> asBool(const QString& key) const;
