@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Driver.h"
+
+namespace talvera::conformance {
+
+// One file per area adds the operations that question it.
+void addLanguageOperations(Driver& driver);
+void addSettingsOperations(Driver& driver);
+void addTextOperations(Driver& driver);
+
+/// Adds everything that can be asked.
+void addAllOperations(Driver& driver);
+
+} // namespace talvera::conformance
