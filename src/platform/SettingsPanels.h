@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace talvera {
+
+/// The desktop's own settings. Main thread only.
+class SettingsPanels {
+public:
+    enum class Panel { Microphone, Accessibility };
+
+    virtual ~SettingsPanels() = default;
+
+    /// Opens the panel, or the nearest thing that this desktop has.
+    virtual void open(Panel panel) = 0;
+};
+
+} // namespace talvera

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/LanguageModel.h"
+
+namespace talvera {
+
+/// A machine without a language model.
+class NoLanguageModel final : public LanguageModel {
+public:
+    std::optional<QString> unavailableReason() override { return QStringLiteral("deviceNotEligible"); }
+    QSet<QString> supportedLanguageCodes() override { return {}; }
+};
+
+} // namespace talvera

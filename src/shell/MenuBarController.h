@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/Published.h"
+#include "concurrency/Time.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace talvera {
+
+class AppSettings;
+class MainActor;
+
+/// The state of the agent as the tray shows it, and the one gate of the pipeline: a press starts a dictation
+/// only while the state is idle. The pipeline assigns it. Main thread only.
+class MenuBarController {
+public:
+    enum class State { Idle, Recording, Transcribing, Error };
+
+    MenuBarController(MainActor& actor, AppSettings& settings);
+
+    Published<State> state{State::Idle};
+    /// What went wrong, while it is shown.
+    Published<std::optional<QString>> lastErrorMessage;
+    /// Mirrors of the settings: there is a target language, and clean-up is on.
+    Published<bool> translateIndicator;
+    Published<bool> aiCleanupIndicator;
+
+    /// Shows an error for `duration`, unless the state moves on before. The time of an earlier error goes on
+    /// running, and its end also ends this one.
+    void showError(const QString& message, Duration duration);
+
+    /// The name of the symbol that stands in the tray now.
+    QString statusIconName() const;
+
+private:
+    MainActor& m_actor;
+    Cancellables m_cancellables;
+    std::shared_ptr<void> m_lifetime; // lets the tasks that outlast us find out
+};
+
+/// The state's name, as in "transcribing".
+QString caseName(MenuBarController::State state);
+
+} // namespace talvera

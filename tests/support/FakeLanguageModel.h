@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/LanguageModel.h"
+
+namespace talvera::test {
+
+/// A language model that is there or not as the test says.
+class FakeLanguageModel final : public LanguageModel {
+public:
+    std::optional<QString> reason = QStringLiteral("deviceNotEligible");
+    QSet<QString> languages;
+
+    std::optional<QString> unavailableReason() override { return reason; }
+    QSet<QString> supportedLanguageCodes() override { return languages; }
+};
+
+} // namespace talvera::test

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/MicrophonePermission.h"
+
+#include <utility>
+
+namespace talvera::test {
+
+/// A microphone that the test grants and takes away. Changes are announced only if the test says so, since
+/// not every machine notices them.
+class FakeMicrophonePermission final : public MicrophonePermission {
+public:
+    AuthorizationStatus current = AuthorizationStatus::Authorized;
+    /// What the user answers when asked.
+    AuthorizationStatus answer = AuthorizationStatus::Authorized;
+
+    AuthorizationStatus status() override { return current; }
+
+    void requestAccess(std::function<void()> done) override {
+        current = answer;
+        done();
+    }
+
+    Subscription observe(std::function<void()> changed) override {
+        auto observer = std::make_shared<std::function<void()>>(std::move(changed));
+        m_observer = observer;
+        return Subscription(std::move(observer));
+    }
+
+    /// Changes the status and tells the one who observes it.
+    void change(AuthorizationStatus status) {
+        current = status;
+        if (const auto observer = m_observer.lock())
+            (*observer)();
+    }
+
+private:
+    std::weak_ptr<std::function<void()>> m_observer;
+};
+
+} // namespace talvera::test

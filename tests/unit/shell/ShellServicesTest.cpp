@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "platform/PlatformError.h"
+#include "shell/LaunchAtLogin.h"
+#include "shell/StartSound.h"
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+using namespace talvera;
+
+namespace {
+
+struct Player final : SoundPlayer {
+    QStringList played;
+    void play(const QString& name) override { played.append(name); }
+};
+
+TEST(StartSound, off_playsNothing) {
+    Player player;
+    playStartSound(player, "Off");
+    EXPECT_TRUE(player.played.isEmpty());
+}
+
+TEST(StartSound, offInLowerCase_isAskedForLikeAnyName) {
+    Player player;
+    playStartSound(player, "off");
+    playStartSound(player, "Submarine");
+    EXPECT_EQ(player.played, QStringList({"off", "Submarine"}));
+}
+
+struct Item final : LoginItem {
+    bool registered = false;
+    int calls = 0;
+    bool isRegistered() override { return registered; }
+    void registerProgram() override {
+        ++calls;
+        registered = true;
+    }
+    void unregisterProgram() override {
+        ++calls;
+        registered = false;
+    }
+};
+
+TEST(LaunchAtLogin, whatAlreadyIsSo_stays) {
+    Item item;
+    setLaunchAtLogin(item, false);
+    EXPECT_EQ(item.calls, 0);
+    setLaunchAtLogin(item, true);
+    setLaunchAtLogin(item, true);
+    EXPECT_EQ(item.calls, 1);
+    setLaunchAtLogin(item, false);
+    EXPECT_EQ(item.calls, 2);
+    EXPECT_FALSE(item.registered);
+}
+
+} // namespace
