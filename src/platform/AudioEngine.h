@@ -26,12 +26,12 @@ public:
     virtual void installTap(std::size_t bufferFrames, const AudioFormat& format, Tap tap) = 0;
 
     /// Delivers what had been spoken up to this call, at most some tens of milliseconds later, then takes the
-    /// tap away: when it returns, the callback is not running and won't run again.
+    /// tap away: when it returns, the callback is not running and won't run again. Harmless without a tap.
     virtual void removeTap() = 0;
 
     /// Starts the capture. Throws PlatformError (domain "AudioEngine", codes above) when the sound server is
-    /// away, has no input, refuses or doesn't answer within a second; the tap stays installed then. Does
-    /// nothing while capturing. A device that goes away later just delivers no more.
+    /// away, has no input, refuses or doesn't answer within a second; the tap stays installed then,
+    /// but isn't called. Does nothing while capturing. A device that goes away later just delivers no more.
     virtual void start() = 0;
 
     /// Lets go of the device. Harmless when not capturing.

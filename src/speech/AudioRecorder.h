@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/MainActor.h"
+#include "platform/AudioConverter.h"
+#include "platform/AudioEngine.h"
+#include "platform/FileSystem.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace talvera {
+
+/// Records the microphone, and leaves a WAV file that the recognition tool can read. Conversion runs live, so
+/// that little is left to do at the stop. Main thread only; what it is given must outlive it.
+class AudioRecorder {
+public:
+    /// Hears the input level, from 0 to 1.
+    using LevelObserver = std::function<void(float)>;
+
+    AudioRecorder(AudioEngine& engine, AudioConverterFactory& converters, FileSystem& files,
+                  MainActor& mainActor);
+    ~AudioRecorder();
+    AudioRecorder(const AudioRecorder&) = delete;
+    AudioRecorder& operator=(const AudioRecorder&) = delete;
+
+    /// Begins a recording; does nothing during one. Throws the engine's PlatformError.
+    void start();
+
+    /// Ends the recording, trims the silence at its end and writes it to `path`. Answers the seconds written;
+    /// without a recording 0, and nothing is written. When the file can't be written, throws PlatformError.
+    double stop(const QString& path);
+
+    bool isRecording() const { return m_isRecording; }
+
+    /// Called on the main thread, once per captured buffer, from the next buffer on.
+    void setOnLevel(LevelObserver observer);
+
+private:
+    void append(const AudioBuffer& buffer);
+    void postLevel(const AudioBuffer& buffer);
+
+    static constexpr double targetSampleRate = 16000.0;
+    static constexpr std::size_t tapFrames = 4096;
+
+    AudioEngine& m_engine;
+    AudioConverterFactory& m_converters;
+    FileSystem& m_files;
+    MainActor& m_mainActor;
+
+    // These two belong to the tap's thread while a tap is installed, and to the main thread otherwise; the
+    // engine's installTap() and removeTap() order the one before the other.
+    std::unique_ptr<AudioConverter> m_converter;
+    std::vector<std::int16_t> m_samples;
+
+    bool m_isRecording = false;
+
+    std::mutex m_onLevelMutex; // the owner may change the observer during a recording
+    LevelObserver m_onLevel;
+};
+
+} // namespace talvera

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <cstddef>
+#include <vector>
+
+namespace talvera {
+
+/// Text as its readers see it: a character is a grapheme cluster, so an accented letter or a flag counts once
+/// however many code points it is made of.
+
+/// How many characters `text` has.
+std::size_t characterCount(const QString& text);
+
+/// The characters of `text`, in order: views into it, valid as long as it is.
+std::vector<QStringView> characters(const QString& text);
+
+/// The character begins with a letter.
+bool isLetter(QStringView character);
+
+/// The character begins with white space, line breaks included.
+bool isWhitespace(QStringView character);
+
+/// `text` without blanks and tabs at both ends; line breaks stay.
+QString trimmedBlanks(const QString& text);
+
+/// `text` without blanks, tabs and line breaks at both ends.
+QString trimmedWhitespace(const QString& text);
+
+/// `text` without punctuation at both ends.
+QString trimmedPunctuation(const QString& text);
+
+/// `text` in lower case and in the one spelling that all equal texts share, whatever the locale.
+QString foldedForComparison(const QString& text);
+
+} // namespace talvera

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#include "speech/WhisperError.h"
+
+namespace talvera {
+
+WhisperError WhisperError::processFailed(std::int32_t status, const QString& text) {
+    WhisperError error(Kind::processFailed,
+                       "processFailed(" + std::to_string(status) + ", \"" + text.toStdString() + "\")");
+    error.m_status = status;
+    error.m_text = text;
+    return error;
+}
+
+WhisperError WhisperError::missingBinary() {
+    return {Kind::missingBinary, "missingBinary"};
+}
+
+WhisperError WhisperError::missingModel() {
+    return {Kind::missingModel, "missingModel"};
+}
+
+WhisperError WhisperError::outputUnreadable() {
+    return {Kind::outputUnreadable, "outputUnreadable"};
+}
+
+} // namespace talvera

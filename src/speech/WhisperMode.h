@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace talvera {
+
+/// What the recognition tool is asked for.
+enum class WhisperMode { transcribe, translateToEnglish };
+
+/// The mode's name in log lines.
+inline QString logWord(WhisperMode mode) {
+    return mode == WhisperMode::transcribe ? QStringLiteral("transcribe") : QStringLiteral("translate");
+}
+
+} // namespace talvera

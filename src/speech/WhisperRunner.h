@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/ChildProcess.h"
+#include "platform/Directories.h"
+#include "platform/FileSystem.h"
+#include "speech/WhisperError.h"
+#include "speech/WhisperMode.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace talvera {
+
+/// Turns one WAV file into one finished transcript, by one run of the recognition tool. It keeps no state:
+/// one runner serves any number of runs, on any thread, also at the same time for different files.
+class WhisperRunner {
+public:
+    /// The tool runs in `temporaryDirectory`, which must be private: it loads plug-ins from where it runs.
+    WhisperRunner(ChildProcess& processes, FileSystem& files, QString temporaryDirectory, QString binaryPath,
+                  QString modelPath);
+
+    /// The runner of the tool that was installed with the program.
+    static WhisperRunner makeDefault(ChildProcess& processes, FileSystem& files,
+                                     const Directories& directories, const QString& modelPath);
+
+    /// Blocks until the tool has ended; the text may be empty. `language` is a code as the tool takes it,
+    /// "auto" or empty. An absent `prompt` stands for the default of the language. The WAV stays where it is.
+    /// Throws WhisperError, or PlatformError when the tool could not be started.
+    QString transcribe(const QString& wav, WhisperMode mode, const QString& language,
+                       const std::optional<QString>& prompt = std::nullopt) const;
+
+    const QString& binaryPath() const { return m_binaryPath; }
+    const QString& modelPath() const { return m_modelPath; }
+
+private:
+    QString takeOutput(const QString& path) const;
+
+    ChildProcess& m_processes;
+    FileSystem& m_files;
+    QString m_temporaryDirectory;
+    QString m_binaryPath;
+    QString m_modelPath;
+};
+
+} // namespace talvera

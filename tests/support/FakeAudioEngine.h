@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/AudioEngine.h"
+#include "platform/PlatformError.h"
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace talvera::test {
+
+/// A microphone that hears what the test delivers, on the test's own thread.
+class FakeAudioEngine final : public AudioEngine {
+public:
+    AudioFormat inputFormat() override { return format; }
+    void installTap(std::size_t bufferFrames, const AudioFormat& tapFormat, Tap tap) override;
+    void removeTap() override;
+    void start() override;
+    void stop() override;
+
+    /// Hands the tap these interleaved samples, in buffers as long as it asked for; without a capture they
+    /// are lost.
+    void deliver(const std::vector<float>& samples);
+    void deliver(const std::vector<std::int16_t>& samples);
+
+    /// One buffer as it is.
+    void deliver(const AudioBuffer& buffer);
+
+    bool hasTap() const { return static_cast<bool>(m_tap); }
+    bool isRunning() const { return m_running; }
+
+    AudioFormat format{16000.0, 1, SampleType::Int16};
+    std::optional<PlatformError> startFailure; ///< every start fails with it
+    double secondsPerRecording = 0;            ///< so much loud sound comes out when the tap is taken away
+    int taps = 0;                              ///< how often a tap was installed
+    int starts = 0;                            ///< how often a capture began
+
+private:
+    template <typename Sample>
+    void deliverInBuffers(const std::vector<Sample>& samples);
+
+    Tap m_tap;
+    std::size_t m_bufferFrames = 0;
+    bool m_running = false;
+};
+
+} // namespace talvera::test

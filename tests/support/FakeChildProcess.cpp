@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#include "FakeChildProcess.h"
+
+#include <algorithm>
+
+namespace talvera::test {
+
+namespace {
+
+constexpr qint64 wavHeaderBytes = 44;
+constexpr double wavBytesPerSecond = 32000.0;
+
+std::optional<QString> valueOf(const QStringList& arguments, const QString& option) {
+    const auto index = arguments.indexOf(option);
+    return index < 0 || index + 1 >= arguments.size() ? std::nullopt : std::optional(arguments[index + 1]);
+}
+
+} // namespace
+
+void FakeChildProcess::setRuns(std::vector<ToolRun> runs) {
+    m_runs = std::move(runs);
+    m_next = 0;
+}
+
+ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
+    const auto tool = decoded(request);
+    const auto script = m_runs.at(std::min(m_next, m_runs.size() - 1));
+    ++m_next;
+    if (script.launchFailure)
+        throw *script.launchFailure;
+    m_requests.push_back(tool);
+    if (m_onRun)
+        m_onRun(tool);
+    m_running = true;
+    m_mainActor.blockFor(script.duration);
+    m_running = false;
+    if (script.status != 0)
+        return {script.status, script.signalled, script.hung, script.standardError};
+    const auto wavBytes = m_files.size(tool.wav);
+    if (!wavBytes)
+        return {2, false, false, "error: input file not found '" + tool.wav.toUtf8() + "'\n"};
+    if (*wavBytes > wavHeaderBytes && !script.leavesNoFile)
+        leaveText(tool, script);
+    return {0, false, false, script.standardError};
+}
+
+void FakeChildProcess::leaveText(const ToolRequest& request, const ToolRun& script) {
+    const auto path = valueOf(request.process.arguments, QStringLiteral("-of")).value_or(request.wav) +
+                      QStringLiteral(".txt");
+    try {
+        m_files.write(path, script.text);
+    } catch (const PlatformError&) {
+        try {
+            m_files.write(path, {}); // the tool doesn't look at errors of its writes
+        } catch (const PlatformError&) {
+            // No directory: no file, and still it ends well.
+        }
+    }
+}
+
+ToolRequest FakeChildProcess::decoded(const ChildProcessRequest& request) const {
+    ToolRequest tool;
+    tool.process = request;
+    tool.wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
+    tool.language = valueOf(request.arguments, QStringLiteral("-l")).value_or(QString());
+    tool.translates = request.arguments.contains(QStringLiteral("--translate"));
+    tool.prompt = valueOf(request.arguments, QStringLiteral("--prompt"));
+    const auto bytes = m_files.size(tool.wav).value_or(wavHeaderBytes);
+    tool.audioSeconds = static_cast<double>(std::max<qint64>(bytes - wavHeaderBytes, 0)) / wavBytesPerSecond;
+    return tool;
+}
+
+} // namespace talvera::test

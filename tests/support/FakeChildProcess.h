@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/MainActor.h"
+#include "platform/ChildProcess.h"
+#include "platform/FileSystem.h"
+#include "platform/PlatformError.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace talvera::test {
+
+/// One run of the stand-in for the recognition tool.
+struct ToolRun {
+    QByteArray text;                             ///< what it leaves in its text file
+    Duration duration = std::chrono::seconds(1); ///< how long it takes
+    int status = 0;                              ///< other than 0: it leaves no file
+    QByteArray standardError;
+    bool signalled = false;
+    bool hung = false;
+    bool leavesNoFile = false;                  ///< ends well, but without a text file
+    std::optional<PlatformError> launchFailure; ///< can't be started at all
+};
+
+/// What one run was asked for.
+struct ToolRequest {
+    ChildProcessRequest process;
+    QString wav;
+    QString language;
+    bool translates = false;
+    std::optional<QString> prompt;
+    double audioSeconds = 0; ///< by the size of the WAV; 0 when it is missing
+};
+
+/// A recognition tool that answers from a script, over the same file system as the program: a missing WAV
+/// ends it with status 2, one without samples makes it leave no file, and on a full disk its text file is
+/// empty. Runs take time on the main actor's clock, so that a simulated background job lasts as long as the
+/// tool.
+class FakeChildProcess final : public ChildProcess {
+public:
+    FakeChildProcess(MainActor& mainActor, FileSystem& files)
+        : m_mainActor(mainActor)
+        , m_files(files) {}
+
+    /// The runs in order; the last one repeats.
+    void setRuns(std::vector<ToolRun> runs);
+
+    /// Called as a run begins.
+    void setOnRun(std::function<void(const ToolRequest&)> onRun) { m_onRun = std::move(onRun); }
+
+    ChildProcessResult run(const ChildProcessRequest& request) override;
+
+    /// What has been asked for so far; forgetting it is for tests that go on for long.
+    const std::vector<ToolRequest>& requests() const { return m_requests; }
+    void forgetRequests() { m_requests.clear(); }
+
+    /// A run is under way.
+    bool isRunning() const { return m_running; }
+
+private:
+    ToolRequest decoded(const ChildProcessRequest& request) const;
+    void leaveText(const ToolRequest& request, const ToolRun& script);
+
+    MainActor& m_mainActor;
+    FileSystem& m_files;
+    std::vector<ToolRun> m_runs{ToolRun{}};
+    std::size_t m_next = 0;
+    std::vector<ToolRequest> m_requests;
+    std::function<void(const ToolRequest&)> m_onRun;
+    bool m_running = false;
+};
+
+} // namespace talvera::test

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "FakeFileSystem.h"
+
+#include "platform/PlatformError.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace talvera::test {
+
+namespace {
+
+[[noreturn]] void fail(int code, const QString& path) {
+    throw PlatformError(QStringLiteral("FileSystem"), code,
+                        QStringLiteral("%1: %2").arg(path, QString::fromLocal8Bit(std::strerror(code))));
+}
+
+QString parentOf(const QString& path) {
+    const auto slash = path.lastIndexOf(u'/');
+    return slash <= 0 ? QStringLiteral("/") : path.left(slash);
+}
+
+void setOrClear(std::map<QString, int>& failures, const QString& path, int code) {
+    if (code == 0)
+        failures.erase(path);
+    else
+        failures[path] = code;
+}
+
+void failIfAsked(const std::map<QString, int>& failures, const QString& path) {
+    if (const auto found = failures.find(path); found != failures.end())
+        fail(found->second, path);
+}
+
+} // namespace
+
+FakeFileSystem::FakeFileSystem(const QStringList& directories)
+    : m_directories{QStringLiteral("/")} {
+    for (const auto& directory : directories)
+        createDirectories(directory);
+}
+
+void FakeFileSystem::write(const QString& path, const QByteArray& bytes) {
+    const std::scoped_lock lock(m_mutex);
+    if (m_directories.count(path) != 0)
+        fail(EISDIR, path);
+    if (m_directories.count(parentOf(path)) == 0)
+        fail(m_files.count(parentOf(path)) != 0 ? ENOTDIR : ENOENT, path);
+    const auto old = m_files.find(path);
+    const bool executable = old != m_files.end() && old->second.executable;
+    if (old != m_files.end()) { // a failed write leaves nothing, not the old file
+        m_used -= old->second.bytes.size();
+        m_files.erase(old);
+    }
+    if (m_failingWrite && m_failingWrite->first-- == 0) {
+        const auto code = m_failingWrite->second;
+        m_failingWrite.reset();
+        fail(code, path);
+    }
+    if (m_capacity && m_used + bytes.size() > *m_capacity)
+        fail(ENOSPC, path);
+    m_files.emplace(path, File{bytes, executable});
+    m_used += bytes.size();
+    ++m_writes;
+}
+
+QByteArray FakeFileSystem::read(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    failIfAsked(m_failingReads, path);
+    if (m_directories.count(path) != 0)
+        fail(EISDIR, path);
+    const auto found = m_files.find(path);
+    if (found == m_files.end())
+        fail(ENOENT, path);
+    return found->second.bytes;
+}
+
+void FakeFileSystem::remove(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    failIfAsked(m_failingRemovals, path);
+    if (const auto found = m_files.find(path); found != m_files.end()) {
+        m_used -= found->second.bytes.size();
+        m_files.erase(found);
+        return;
+    }
+    if (m_directories.count(path) == 0)
+        fail(ENOENT, path);
+    const auto below = path + u'/';
+    const auto file = m_files.lower_bound(below);
+    const auto directory = m_directories.lower_bound(below);
+    if ((file != m_files.end() && file->first.startsWith(below)) ||
+        (directory != m_directories.end() && directory->startsWith(below)))
+        fail(ENOTEMPTY, path);
+    m_directories.erase(path);
+}
+
+void FakeFileSystem::createDirectories(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    std::vector<QString> missing;
+    for (auto directory = path; m_directories.count(directory) == 0; directory = parentOf(directory)) {
+        if (m_files.count(directory) != 0)
+            fail(directory == path ? EEXIST : ENOTDIR, path);
+        missing.push_back(directory);
+    }
+    m_directories.insert(missing.begin(), missing.end());
+}
+
+bool FakeFileSystem::exists(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    return m_files.count(path) != 0 || m_directories.count(path) != 0;
+}
+
+bool FakeFileSystem::isDirectory(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    return m_directories.count(path) != 0;
+}
+
+bool FakeFileSystem::isExecutableFile(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_files.find(path);
+    return found != m_files.end() && found->second.executable;
+}
+
+std::optional<qint64> FakeFileSystem::size(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_files.find(path);
+    return found == m_files.end() ? std::nullopt : std::optional<qint64>(found->second.bytes.size());
+}
+
+void FakeFileSystem::addExecutable(const QString& path) {
+    createDirectories(parentOf(path));
+    write(path, "#!");
+    const std::scoped_lock lock(m_mutex);
+    m_files[path].executable = true;
+}
+
+void FakeFileSystem::setCapacity(std::optional<qint64> bytes) {
+    const std::scoped_lock lock(m_mutex);
+    m_capacity = bytes;
+}
+
+void FakeFileSystem::failWriteAfter(int writes, int code) {
+    const std::scoped_lock lock(m_mutex);
+    m_failingWrite = std::pair{writes, code};
+}
+
+void FakeFileSystem::failReads(const QString& path, int code) {
+    const std::scoped_lock lock(m_mutex);
+    setOrClear(m_failingReads, path, code);
+}
+
+void FakeFileSystem::failRemovals(const QString& path, int code) {
+    const std::scoped_lock lock(m_mutex);
+    setOrClear(m_failingRemovals, path, code);
+}
+
+QStringList FakeFileSystem::files() const {
+    const std::scoped_lock lock(m_mutex);
+    QStringList paths;
+    for (const auto& [path, file] : m_files)
+        paths.append(path);
+    return paths;
+}
+
+int FakeFileSystem::count(const QString& prefix, const QString& suffix) const {
+    int result = 0;
+    for (const auto& path : files()) {
+        const auto name = path.mid(path.lastIndexOf(u'/') + 1);
+        if (name.startsWith(prefix) && name.endsWith(suffix))
+            ++result;
+    }
+    return result;
+}
+
+int FakeFileSystem::writes() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_writes;
+}
+
+} // namespace talvera::test

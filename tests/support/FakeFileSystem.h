@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <QStringList>
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+
+namespace talvera::test {
+
+/// Files in memory. Behaves like the machine's file system, down to errno, and fails on demand. Any thread.
+class FakeFileSystem final : public FileSystem {
+public:
+    /// Holds the directories that are given, and their parents.
+    explicit FakeFileSystem(const QStringList& directories = {QStringLiteral("/tmp")});
+
+    void write(const QString& path, const QByteArray& bytes) override;
+    QByteArray read(const QString& path) override;
+    void remove(const QString& path) override;
+    void createDirectories(const QString& path) override;
+    bool exists(const QString& path) override;
+    bool isDirectory(const QString& path) override;
+    bool isExecutableFile(const QString& path) override;
+    std::optional<qint64> size(const QString& path) override;
+
+    /// Puts an executable file there.
+    void addExecutable(const QString& path);
+
+    /// A disk of this many bytes: what would not fit fails with ENOSPC. Nothing is an endless disk.
+    void setCapacity(std::optional<qint64> bytes);
+
+    /// Lets the next `writes` writes pass, then one fail with this errno.
+    void failWriteAfter(int writes, int code);
+
+    /// From now on, every access of that kind to `path` fails with this errno; 0 lifts it.
+    void failReads(const QString& path, int code);
+    void failRemovals(const QString& path, int code);
+
+    /// The paths of all files, in order.
+    QStringList files() const;
+
+    /// How many files there are whose name begins and ends like this.
+    int count(const QString& prefix, const QString& suffix = {}) const;
+
+    /// How many writes have succeeded.
+    int writes() const;
+
+private:
+    struct File {
+        QByteArray bytes;
+        bool executable = false;
+    };
+
+    mutable std::mutex m_mutex;
+    std::map<QString, File> m_files;
+    std::set<QString> m_directories;
+    qint64 m_used = 0;
+    int m_writes = 0;
+    std::optional<qint64> m_capacity;
+    std::optional<std::pair<int, int>> m_failingWrite; // writes that pass before it, errno
+    std::map<QString, int> m_failingReads;
+    std::map<QString, int> m_failingRemovals;
+};
+
+} // namespace talvera::test
