@@ -23,7 +23,8 @@ PlatformError chunkerError(int code, const QString& message) {
 /// Whole frames in `seconds`, never beyond what a recording can have.
 std::int64_t wholeFrames(double seconds, double sampleRate) {
     constexpr double most = 1LL << 52;
-    return static_cast<std::int64_t>(std::clamp(seconds * sampleRate, 0.0, most));
+    const auto frames = seconds * sampleRate;
+    return frames > 0 ? static_cast<std::int64_t>(std::min(frames, most)) : 0;
 }
 
 bool isLong(std::int64_t frames, double sampleRate, const AudioChunker::Lengths& lengths) {

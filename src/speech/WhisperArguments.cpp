@@ -49,7 +49,7 @@ double wavDurationSeconds(qint64 bytes) {
 }
 
 std::optional<QString> defaultPrompt(WhisperMode mode, const QString& language) {
-    if (mode == WhisperMode::translateToEnglish)
+    if (mode == WhisperMode::TranslateToEnglish)
         return QString::fromUtf16(englishTranslationPrompt);
     for (const auto& [code, prompt] : transcriptionPrompts) {
         if (language == code)
@@ -78,7 +78,7 @@ QStringList whisperArguments(const QString& wav, const QString& model, std::opti
     };
     if (isShort)
         arguments << QStringLiteral("-nf"); // no second try at another temperature
-    if (mode == WhisperMode::translateToEnglish)
+    if (mode == WhisperMode::TranslateToEnglish)
         arguments << QStringLiteral("--translate");
     const auto chosenPrompt = prompt ? prompt : defaultPrompt(mode, language);
     if (chosenPrompt && !chosenPrompt->isEmpty())

@@ -4,7 +4,7 @@
 namespace talvera {
 
 WhisperError WhisperError::processFailed(std::int32_t status, const QString& text) {
-    WhisperError error(Kind::processFailed,
+    WhisperError error(Kind::ProcessFailed,
                        "processFailed(" + std::to_string(status) + ", \"" + text.toStdString() + "\")");
     error.m_status = status;
     error.m_text = text;
@@ -12,15 +12,15 @@ WhisperError WhisperError::processFailed(std::int32_t status, const QString& tex
 }
 
 WhisperError WhisperError::missingBinary() {
-    return {Kind::missingBinary, "missingBinary"};
+    return {Kind::MissingBinary, "missingBinary"};
 }
 
 WhisperError WhisperError::missingModel() {
-    return {Kind::missingModel, "missingModel"};
+    return {Kind::MissingModel, "missingModel"};
 }
 
 WhisperError WhisperError::outputUnreadable() {
-    return {Kind::outputUnreadable, "outputUnreadable"};
+    return {Kind::OutputUnreadable, "outputUnreadable"};
 }
 
 } // namespace talvera

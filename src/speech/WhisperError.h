@@ -13,10 +13,10 @@ namespace talvera {
 class WhisperError : public std::exception {
 public:
     enum class Kind {
-        processFailed,    ///< the tool ended with a status other than 0
-        missingBinary,    ///< the tool is not an executable file
-        missingModel,     ///< no model file
-        outputUnreadable, ///< the tool's text file could not be read as UTF-8
+        ProcessFailed,    ///< the tool ended with a status other than 0
+        MissingBinary,    ///< the tool is not an executable file
+        MissingModel,     ///< no model file
+        OutputUnreadable, ///< the tool's text file could not be read as UTF-8
     };
 
     /// `text` is what the tool wrote to its standard error.
@@ -26,8 +26,8 @@ public:
     static WhisperError outputUnreadable();
 
     Kind kind() const { return m_kind; }
-    std::int32_t status() const { return m_status; } ///< of processFailed; else 0
-    const QString& text() const { return m_text; }   ///< of processFailed; else empty
+    std::int32_t status() const { return m_status; } ///< of ProcessFailed; else 0
+    const QString& text() const { return m_text; }   ///< of ProcessFailed; else empty
 
     /// The case and its payload, for log lines.
     const char* what() const noexcept override { return m_what.c_str(); }

@@ -6,11 +6,11 @@
 namespace talvera {
 
 /// What the recognition tool is asked for.
-enum class WhisperMode { transcribe, translateToEnglish };
+enum class WhisperMode { Transcribe, TranslateToEnglish };
 
 /// The mode's name in log lines.
 inline QString logWord(WhisperMode mode) {
-    return mode == WhisperMode::transcribe ? QStringLiteral("transcribe") : QStringLiteral("translate");
+    return mode == WhisperMode::Transcribe ? QStringLiteral("transcribe") : QStringLiteral("translate");
 }
 
 } // namespace talvera

@@ -14,14 +14,14 @@ namespace talvera::test {
 
 /// One run of the stand-in for the recognition tool.
 struct ToolRun {
-    QByteArray text;                             ///< what it leaves in its text file
+    QByteArray text{};                           ///< what it leaves in its text file
     Duration duration = std::chrono::seconds(1); ///< how long it takes
     int status = 0;                              ///< other than 0: it leaves no file
-    QByteArray standardError;
+    QByteArray standardError{};
     bool signalled = false;
     bool hung = false;
-    bool leavesNoFile = false;                  ///< ends well, but without a text file
-    std::optional<PlatformError> launchFailure; ///< can't be started at all
+    bool leavesNoFile = false;                    ///< ends well, but without a text file
+    std::optional<PlatformError> launchFailure{}; ///< can't be started at all
 };
 
 /// What one run was asked for.
