@@ -51,7 +51,8 @@ Answer Driver::answerTo(const Request& request) const {
 std::string Driver::answer(std::string_view line) const {
     Answer answer;
     try {
-        const Request request(parsed(line));
+        const auto json = parsed(line);
+        const Request request(json);
         if (const auto id = request.json().find("id"); id != request.json().end())
             answer["id"] = *id;
         answer.update(answerTo(request));

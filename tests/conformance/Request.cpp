@@ -18,19 +18,19 @@ QString toText(const nlohmann::json& value, const std::string& name) {
 }
 
 Request::Request(const nlohmann::json& value)
-    : m_json(value) {
-    if (!m_json.is_object())
+    : m_json(&value) {
+    if (!m_json->is_object())
         throw BadRequest("not an object");
 }
 
 bool Request::has(const char* field) const {
-    const auto found = m_json.find(field);
-    return found != m_json.end() && !found->is_null();
+    const auto found = m_json->find(field);
+    return found != m_json->end() && !found->is_null();
 }
 
 const nlohmann::json& Request::value(const char* field) const {
-    const auto found = m_json.find(field);
-    if (found == m_json.end())
+    const auto found = m_json->find(field);
+    if (found == m_json->end())
         throw BadRequest('"' + std::string(field) + "\" is missing");
     return *found;
 }

@@ -24,10 +24,11 @@ public:
 };
 
 /// The fields of a request, or of an object within one. Every read checks presence and type, and throws
-/// BadRequest. A field that may be absent may also be null.
+/// BadRequest. A field that may be absent may also be null. It refers to the JSON that it was made from.
 class Request {
 public:
     explicit Request(const nlohmann::json& value);
+    explicit Request(nlohmann::json&&) = delete;
 
     /// The field is there and not null.
     bool has(const char* field) const;
@@ -66,7 +67,7 @@ public:
     }
 
     /// All fields.
-    const nlohmann::json& json() const { return m_json; }
+    const nlohmann::json& json() const { return *m_json; }
 
     /// `value` as a whole number; `name` is for the complaint.
     template <std::integral Integer>
@@ -96,7 +97,7 @@ public:
     }
 
 private:
-    nlohmann::json m_json;
+    const nlohmann::json* m_json;
 };
 
 /// A text of a JSON value, which must be one.
