@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/pulse/PulseAudioInput.h"
+
+#include "platform/PlatformError.h"
+
+#include <pulse/rtclock.h>
+
+#include <utility>
+
+namespace talvera {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// How long a press may wait for the server, all in all.
+constexpr auto patience = 1s;
+/// The same for the question about the format, which is asked right before.
+constexpr auto formatPatience = 200ms;
+/// How long a release waits for sound that is still on its way. Wired microphones need 10 to 30 ms, wireless
+/// ones may have 100 ms and more under way.
+constexpr auto catchUpLimit = 150ms;
+
+Duration monotonicNow() {
+    return std::chrono::microseconds(pa_rtclock_now());
+}
+
+[[noreturn]] void fail(AudioEngineFailure code, const QString& message) {
+    throw PlatformError(QStringLiteral("AudioEngine"), static_cast<int>(code), message);
+}
+
+} // namespace
+
+PulseAudioInput::~PulseAudioInput() {
+    stop();
+}
+
+AudioFormat PulseAudioInput::inputFormat() {
+    const PulseLoop::Lock lock(m_connection.loop());
+    m_connection.settle(formatPatience);
+    const auto& microphone = m_connection.microphone();
+    return microphone ? microphone->format : AudioFormat{};
+}
+
+void PulseAudioInput::installTap(std::size_t bufferFrames, const AudioFormat& format, Tap tap) {
+    const PulseLoop::Lock lock(m_connection.loop());
+    m_tap.emplace(bufferFrames, format, std::move(tap));
+}
+
+void PulseAudioInput::removeTap() {
+    auto& loop = m_connection.loop();
+    const PulseLoop::Lock lock(loop);
+    if (m_tap && m_stream && m_stream->isAlive()) {
+        bool done = false;
+        m_stream->catchUp(catchUpLimit, [this, &loop, &done] {
+            m_tap->flush();
+            done = true;
+            loop.signal();
+        });
+        while (!done)
+            loop.wait();
+    }
+    m_tap.reset();
+}
+
+void PulseAudioInput::start() {
+    const auto deadline = monotonicNow() + patience;
+    const PulseLoop::Lock lock(m_connection.loop());
+    if (m_stream && m_stream->isAlive())
+        return;
+    m_stream.reset();
+
+    if (!m_connection.settle(patience))
+        fail(AudioEngineFailure::TimedOut, QStringLiteral("the sound server does not answer"));
+    if (!m_connection.context()) {
+        fail(m_connection.isRefused() ? AudioEngineFailure::Refused : AudioEngineFailure::NoServer,
+             QStringLiteral("no connection to the sound server"));
+    }
+    const auto microphone = m_connection.microphone();
+    m_streamFormat = m_tap ? m_tap->format() : microphone.value_or(Microphone{}).format;
+    if (!microphone || m_streamFormat.channels == 0)
+        fail(AudioEngineFailure::NoInput, QStringLiteral("no microphone"));
+
+    if (m_tap)
+        m_tap->clear();
+    const auto receive = [this](const void* data, std::size_t bytes) {
+        if (m_tap && m_tap->format() == m_streamFormat)
+            m_tap->append(data, bytes);
+    };
+    const auto ended = [this] {
+        if (m_tap)
+            m_tap->flush();
+    };
+    try {
+        m_stream.emplace(m_connection, *microphone, m_streamFormat, receive, ended);
+        m_stream->waitUntilOpen(deadline - monotonicNow());
+    } catch (...) {
+        m_stream.reset();
+        throw;
+    }
+}
+
+void PulseAudioInput::stop() {
+    const PulseLoop::Lock lock(m_connection.loop());
+    m_stream.reset();
+}
+
+} // namespace talvera
