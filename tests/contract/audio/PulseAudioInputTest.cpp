@@ -1,0 +1,425 @@
+// SPDX-License-Identifier: MIT
+// Captures from the virtual microphone of a sound server: nothing may be lost, and no fault may hang or leak.
+#include "SoundServerTest.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <numeric>
+
+using namespace talvera;
+using namespace talvera::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int rate = 48000;
+
+class PulseAudioInputTest : public SoundServerTest {
+protected:
+    void startWithMicrophone(int microphoneRate = rate, int channels = 1) {
+        server.start();
+        server.addMicrophone(QStringLiteral("microphone"), microphoneRate, channels);
+    }
+
+    std::unique_ptr<Voice> speak(int microphoneRate = rate, int channels = 1) {
+        return std::make_unique<Voice>(server.address(), "microphone_feed", microphoneRate, channels);
+    }
+
+    void record(AudioEngine& engine, Ear& ear, std::size_t bufferFrames = 4096) {
+        engine.installTap(bufferFrames, engine.inputFormat(), ear.tap());
+        engine.start();
+    }
+};
+
+bool isLoud(std::int16_t sample) {
+    return std::abs(sample) > 100;
+}
+
+/// The stretch from the first to the last sample that isn't silence.
+std::vector<std::int16_t> spokenPart(const std::vector<std::int16_t>& samples) {
+    const auto first = std::find_if(samples.begin(), samples.end(), isLoud);
+    const auto last = std::find_if(samples.rbegin(), samples.rend(), isLoud).base();
+    return first < last ? std::vector(first, last) : std::vector<std::int16_t>{};
+}
+
+double frequencyOf(const std::vector<std::int16_t>& samples, double sampleRate) {
+    int risings = 0;
+    for (std::size_t i = 1; i < samples.size(); ++i)
+        risings += samples[i - 1] < 0 && samples[i] >= 0;
+    return risings * sampleRate / static_cast<double>(samples.size());
+}
+
+double rmsOf(const std::vector<std::int16_t>& samples) {
+    const double energy = std::accumulate(samples.begin(), samples.end(), 0.0,
+                                          [](double sum, double sample) { return sum + sample * sample; });
+    return std::sqrt(energy / static_cast<double>(samples.size()));
+}
+
+std::size_t entriesOf(const char* directory) {
+    return static_cast<std::size_t>(QDir(QString::fromLatin1(directory))
+                                        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+                                        .size());
+}
+
+long residentKilobytes() {
+    QFile status(QStringLiteral("/proc/self/statm"));
+    return status.open(QFile::ReadOnly) ? status.readAll().split(' ').at(1).toLong() * 4 : 0;
+}
+
+} // namespace
+
+TEST_P(PulseAudioInputTest, tone_arrivesWithItsLengthPitchAndLevel) {
+    startWithMicrophone();
+    const auto voice = speak();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    const auto said = tone(440, 1.0, 0.5, rate);
+    voice->say(said);
+    ASSERT_TRUE(ear.waitUntil([&](const Ear::Heard& heard) {
+        const auto& samples = heard.samples;
+        return samples.size() > said.size() && std::any_of(samples.begin(), samples.end(), isLoud) &&
+               std::none_of(samples.end() - 2000, samples.end(), isLoud);
+    }));
+    input.removeTap();
+    input.stop();
+
+    const auto heard = spokenPart(ear.heard().samples);
+    EXPECT_NEAR(static_cast<double>(heard.size()), static_cast<double>(said.size()), 100);
+    EXPECT_NEAR(frequencyOf(heard, rate), 440, 1);
+    EXPECT_NEAR(rmsOf(heard), rmsOf(said), 0.01 * rmsOf(said));
+}
+
+TEST_P(PulseAudioInputTest, eachFrameOfTheMicrophone_arrivesOnceAndInOrder) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(rate));
+    input.removeTap();
+
+    const auto heard = ear.heard();
+    EXPECT_EQ(Voice::gapsIn(heard.samples), 0);
+    EXPECT_TRUE(std::all_of(heard.bufferLengths.begin(), heard.bufferLengths.end() - 1,
+                            [](std::size_t frames) { return frames == 4096; }));
+    EXPECT_LE(heard.bufferLengths.back(), 4096U);
+    EXPECT_NE(heard.thread, std::this_thread::get_id());
+}
+
+TEST_P(PulseAudioInputTest, release_losesNothingThatWasSaidBefore) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    for (int recording = 0; recording < 10; ++recording) {
+        Ear ear;
+        record(input, ear);
+        ASSERT_TRUE(ear.waitForFrames(4096));
+        const auto said = voice->framesSaid();
+        input.removeTap();
+        input.stop();
+        const auto last = Voice::frameOf(ear.heard().samples.back(), said);
+        EXPECT_GE(last, said - rate / 100) << "the server's own clock is not finer than 10 ms";
+    }
+}
+
+TEST_P(PulseAudioInputTest, firstWord_isHeardFromTheMomentOfTheStart) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    std::vector<std::int64_t> lost;
+    for (int recording = 0; recording < 9; ++recording) {
+        Ear ear;
+        const auto said = voice->framesSaid();
+        record(input, ear);
+        ASSERT_TRUE(ear.waitForFrames(4096));
+        input.removeTap();
+        input.stop();
+        lost.push_back(Voice::frameOf(ear.heard().samples.front(), said) - said);
+    }
+    std::nth_element(lost.begin(), lost.begin() + 4, lost.end());
+    EXPECT_LT(lost[4], rate * 40 / 1000) << "the median of nine, in frames";
+}
+
+TEST_P(PulseAudioInputTest, stereoMicrophone_givesBothChannelsAtItsOwnRate) {
+    startWithMicrophone(48000, 2);
+    const auto voice = speak(48000, 2);
+    voice->count();
+    PulseAudioInput input(connection());
+    EXPECT_EQ(input.inputFormat().sampleRate, 48000);
+    EXPECT_EQ(input.inputFormat().channels, 2);
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(rate / 2));
+    input.removeTap();
+
+    EXPECT_EQ(ear.heard().format, input.inputFormat());
+    EXPECT_EQ(Voice::gapsIn(ear.heard().samples), 0);
+}
+
+TEST_P(PulseAudioInputTest, microphoneAtAnotherRate_isTakenAsItIs) {
+    startWithMicrophone(44100, 1);
+    const auto voice = speak(44100);
+    PulseAudioInput input(connection());
+    const auto format = input.inputFormat();
+    if (GetParam() == SoundServer::Kind::PulseAudio) { // the other one resamples all to a rate of its own
+        EXPECT_EQ(format.sampleRate, 44100);
+    }
+    Ear ear;
+    record(input, ear);
+    voice->say(tone(440, 2.0, 0.5, 44100));
+    ASSERT_TRUE(ear.waitUntil([&](const Ear::Heard& heard) {
+        return spokenPart(heard.samples).size() > static_cast<std::size_t>(format.sampleRate);
+    }));
+    input.removeTap();
+
+    EXPECT_NEAR(frequencyOf(spokenPart(ear.heard().samples), format.sampleRate), 440, 1);
+}
+
+TEST_P(PulseAudioInputTest, tapOfAnotherFormat_getsItConverted) {
+    startWithMicrophone();
+    const auto voice = speak();
+    PulseAudioInput input(connection());
+    const AudioFormat telephone{8000, 1, SampleType::Int16};
+    Ear ear;
+    input.installTap(1024, telephone, ear.tap());
+    input.start();
+    voice->say(tone(440, 2.0, 0.5, rate));
+    ASSERT_TRUE(
+        ear.waitUntil([](const Ear::Heard& heard) { return spokenPart(heard.samples).size() > 8000; }));
+    input.removeTap();
+
+    EXPECT_EQ(ear.heard().format, telephone);
+    EXPECT_NEAR(frequencyOf(spokenPart(ear.heard().samples), 8000), 440, 1);
+}
+
+TEST_P(PulseAudioInputTest, defaultSourceChangedBetweenRecordings_isHonoured) {
+    startWithMicrophone();
+    server.addMicrophone(QStringLiteral("headset"));
+    Voice headset(server.address(), "headset_feed", rate);
+    headset.count();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) {
+        return std::any_of(heard.samples.begin(), heard.samples.end(), isLoud);
+    }));
+    input.removeTap();
+    input.stop();
+
+    server.control({QStringLiteral("set-default-source"), QStringLiteral("microphone")});
+    Ear second;
+    record(input, second);
+    ASSERT_TRUE(second.waitForFrames(rate / 4));
+    input.removeTap();
+    const auto samples = second.heard().samples;
+    EXPECT_TRUE(std::none_of(samples.begin(), samples.end(), isLoud));
+}
+
+TEST_P(PulseAudioInputTest, monitorAsDefault_isPassedOverForAMicrophone) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    server.control({QStringLiteral("set-default-source"), QStringLiteral("speaker.monitor")});
+    PulseAudioInput input(connection());
+    EXPECT_EQ(connection().status(), AuthorizationStatus::Authorized);
+    Ear ear;
+    record(input, ear);
+    EXPECT_TRUE(ear.waitUntil([](const Ear::Heard& heard) {
+        return std::any_of(heard.samples.begin(), heard.samples.end(), isLoud);
+    }));
+}
+
+TEST_P(PulseAudioInputTest, microphoneAtRest_isNotOpened) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    Ear ear;
+    const auto recorders = [this] {
+        return server.control({QStringLiteral("list"), QStringLiteral("source-outputs")})
+            .count(QStringLiteral("Dictation"));
+    };
+    EXPECT_EQ(recorders(), 0);
+    record(input, ear);
+    EXPECT_GT(recorders(), 0);
+    input.removeTap();
+    input.stop();
+    while (recorders() > 0) // told in order, but to another client
+        ;
+}
+
+TEST_P(PulseAudioInputTest, noSource_isNoInputAtOnce) {
+    server.start();
+    PulseAudioInput input(connection());
+    EXPECT_EQ(input.inputFormat(), AudioFormat{});
+    const auto before = Clock::now();
+    EXPECT_EQ(failureOfStart(input), AudioEngineFailure::NoInput);
+    EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+TEST_P(PulseAudioInputTest, serverThatIsNotThere_failsAtOnce) {
+    PulseAudioInput input(connection());
+    const auto before = Clock::now();
+    EXPECT_EQ(input.inputFormat(), AudioFormat{});
+    input.installTap(4096, {rate, 1, SampleType::Float32}, [](const AudioBuffer&) {});
+    EXPECT_EQ(failureOfStart(input), AudioEngineFailure::NoServer);
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+TEST_P(PulseAudioInputTest, frozenServer_timesOutWithinASecondAndServesAgainAfterwards) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    server.freeze();
+    Ear ear;
+    const auto before = Clock::now();
+    input.installTap(4096, input.inputFormat(), ear.tap());
+    EXPECT_EQ(failureOfStart(input), AudioEngineFailure::TimedOut);
+    EXPECT_LT(Clock::now() - before, 1500ms);
+
+    server.thaw();
+    EXPECT_TRUE(becomes(AuthorizationStatus::Authorized));
+    record(input, ear);
+    EXPECT_TRUE(ear.waitForFrames(4096));
+}
+
+TEST_P(PulseAudioInputTest, serverFreezesDuringARecording_releaseReturnsSoonWithWhatCame) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear, 64);
+    ASSERT_TRUE(ear.waitForFrames(rate / 4));
+    server.freeze();
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 1000ms);
+    EXPECT_GE(ear.heard().samples.size(), static_cast<std::size_t>(rate / 4));
+    server.thaw();
+}
+
+TEST_P(PulseAudioInputTest, serverDiesDuringARecording_keepsWhatCameDownToTheRest) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(3 * 4096));
+    server.kill();
+    ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) { return heard.bufferLengths.back() < 4096; }))
+        << "the rest comes by itself";
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+    EXPECT_EQ(Voice::gapsIn(ear.heard().samples), 0);
+}
+
+TEST_P(PulseAudioInputTest, serverRestarts_nextRecordingWorks) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(4096));
+    input.removeTap();
+    input.stop();
+    for (int restart = 0; restart < 3; ++restart) {
+        server.kill();
+        EXPECT_TRUE(becomes(AuthorizationStatus::Denied));
+        startWithMicrophone();
+        Ear again;
+        record(input, again); // with nobody having asked for the status in between
+        EXPECT_TRUE(again.waitForFrames(4096));
+        input.removeTap();
+        input.stop();
+    }
+}
+
+TEST_P(PulseAudioInputTest, microphoneUnplugged_endsTheRecordingAndNeverListensToTheLoudspeaker) {
+    startWithMicrophone();
+    const auto voice = speak();
+    Voice music(server.address(), "speaker", 48000, 2);
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(2 * 4096));
+    music.count();
+    server.removeMicrophone();
+    EXPECT_TRUE(becomes(AuthorizationStatus::Denied));
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+    const auto samples = ear.heard().samples;
+    EXPECT_GE(samples.size(), 2U * 4096);
+    EXPECT_TRUE(std::none_of(samples.begin(), samples.end(), isLoud));
+}
+
+TEST_P(PulseAudioInputTest, suspendedMicrophone_releaseReturnsSoon) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(4096));
+    server.control({QStringLiteral("suspend-source"), QStringLiteral("microphone"), QStringLiteral("1")});
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+TEST_P(PulseAudioInputTest, hundredRecordings_leakNoThreadDescriptorOrMemory) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    const auto recordOnce = [&] {
+        Ear ear;
+        record(input, ear, 64);
+        input.removeTap();
+        input.stop();
+    };
+    for (int warmUp = 0; warmUp < 10; ++warmUp)
+        recordOnce();
+    const auto descriptors = entriesOf("/proc/self/fd");
+    const auto threads = entriesOf("/proc/self/task");
+    const auto memory = residentKilobytes();
+    for (int recording = 0; recording < 100; ++recording)
+        recordOnce();
+    EXPECT_EQ(entriesOf("/proc/self/fd"), descriptors);
+    EXPECT_EQ(entriesOf("/proc/self/task"), threads);
+    EXPECT_LT(residentKilobytes() - memory, 2000);
+}
+
+TEST_P(PulseAudioInputTest, twoInputs_recordAtTheSameTime) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput first(connection());
+    PulseAudioInput second(connection());
+    Ear firstEar;
+    Ear secondEar;
+    record(first, firstEar);
+    record(second, secondEar);
+    EXPECT_TRUE(firstEar.waitForFrames(8192));
+    EXPECT_TRUE(secondEar.waitForFrames(8192));
+    first.removeTap();
+    first.stop();
+    const auto heard = secondEar.heard().samples.size();
+    EXPECT_TRUE(secondEar.waitForFrames(heard + 8192));
+    second.removeTap();
+    EXPECT_EQ(Voice::gapsIn(firstEar.heard().samples), 0);
+    EXPECT_EQ(Voice::gapsIn(secondEar.heard().samples), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(, PulseAudioInputTest,
+                         testing::Values(SoundServer::Kind::PulseAudio, SoundServer::Kind::PipeWire),
+                         nameOfKind);

@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: MIT
+#include "SoundServer.h"
+
+#include <QFile>
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace talvera::test {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+using Environment = std::vector<std::string>; // "NAME=value"
+
+/// Starts a program that dies with us. `output` becomes its standard output and error.
+pid_t spawn(const QStringList& command, const Environment& environment, int output) {
+    std::vector<std::string> words;
+    for (const auto& word : command)
+        words.push_back(word.toStdString());
+    std::vector<char*> arguments;
+    for (auto& word : words)
+        arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    std::vector<char*> variables;
+    auto inherited = environment;
+    inherited.push_back(std::string("PATH=") + std::getenv("PATH"));
+    for (auto& variable : inherited)
+        variables.push_back(variable.data());
+    variables.push_back(nullptr);
+
+    const pid_t parent = getpid();
+    const pid_t child = fork();
+    if (child != 0)
+        return child;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent)
+        _exit(1);
+    dup2(output, 1);
+    dup2(output, 2);
+    execvpe(arguments.front(), arguments.data(), variables.data());
+    _exit(127);
+}
+
+bool accepts(const QString& socketPath) {
+    const auto path = QFile::encodeName(socketPath);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (static_cast<std::size_t>(path.size()) >= sizeof address.sun_path)
+        throw std::runtime_error("the path of the sound server's socket is too long");
+    std::copy(path.begin(), path.end(), address.sun_path);
+    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const bool open = connect(probe, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    close(probe);
+    return open;
+}
+
+/// For what announces nothing.
+void await(const char* what, const std::function<bool()>& done) {
+    const auto deadline = std::chrono::steady_clock::now() + 15s;
+    while (!done()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            throw std::runtime_error(std::string("in vain waited for ") + what);
+        std::this_thread::sleep_for(5ms);
+    }
+}
+
+} // namespace
+
+SoundServer::SoundServer(Kind kind)
+    : m_kind(kind)
+    , m_directory(QStringLiteral("/tmp/talvera-sound-XXXXXX")) {}
+
+SoundServer::~SoundServer() {
+    kill();
+}
+
+std::string SoundServer::address() const {
+    return "unix:" + path("pulse/native").toStdString();
+}
+
+void SoundServer::start() {
+    mkdir(QFile::encodeName(path("pulse")).constData(), 0700);
+    if (m_kind == Kind::PulseAudio)
+        startPulseAudio();
+    else
+        startPipeWire();
+    m_modules.clear();
+}
+
+void SoundServer::kill() {
+    for (const auto process : m_processes)
+        ::kill(process, SIGKILL);
+    for (const auto process : m_processes)
+        waitpid(process, nullptr, 0);
+    m_processes.clear();
+    for (const char* const name : {"pulse/native", "pipewire-0", "bus"})
+        QFile::remove(path(name));
+}
+
+void SoundServer::freeze() {
+    for (const auto process : m_processes)
+        ::kill(process, SIGSTOP);
+}
+
+void SoundServer::thaw() {
+    for (const auto process : m_processes)
+        ::kill(process, SIGCONT);
+}
+
+void SoundServer::startPulseAudio() {
+    const int log =
+        open(QFile::encodeName(path("log")).constData(), O_CREAT | O_APPEND | O_WRONLY | O_CLOEXEC, 0600);
+    // Without norewinds a null sink works in blocks of two seconds, which no microphone does.
+    const auto speaker =
+        QStringLiteral("module-null-sink sink_name=speaker rate=48000 channels=2 norewinds=1");
+    const auto protocol =
+        QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=%1").arg(path("pulse/native"));
+    m_processes.push_back(
+        spawn({QStringLiteral("pulseaudio"), QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
+               QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
+               QStringLiteral("--load=") + speaker, QStringLiteral("--load=") + protocol},
+              {"HOME=" + path("").toStdString(), "XDG_RUNTIME_DIR=" + path("").toStdString()}, log));
+    close(log);
+    await("PulseAudio", [this] { return accepts(path("pulse/native")); });
+}
+
+void SoundServer::startPipeWire() {
+    const int log =
+        open(QFile::encodeName(path("log")).constData(), O_CREAT | O_APPEND | O_WRONLY | O_CLOEXEC, 0600);
+    const auto bus = QStringLiteral("unix:path=") + path("bus");
+    const Environment environment{"HOME=" + path("").toStdString(),
+                                  "XDG_RUNTIME_DIR=" + path("").toStdString(),
+                                  "DBUS_SESSION_BUS_ADDRESS=" + bus.toStdString()};
+    const auto run = [&](const QStringList& command) {
+        m_processes.push_back(spawn(command, environment, log));
+    };
+    run({QStringLiteral("dbus-daemon"), QStringLiteral("--session"), QStringLiteral("--nofork"),
+         QStringLiteral("--nosyslog"), QStringLiteral("--address=") + bus});
+    await("the session bus", [this] { return accepts(path("bus")); });
+    run({QStringLiteral("pipewire")});
+    await("PipeWire", [this] { return accepts(path("pipewire-0")); });
+    run({QStringLiteral("wireplumber")});
+    run({QStringLiteral("pipewire-pulse")});
+    close(log);
+    await("PipeWire's PulseAudio server", [this] { return accepts(path("pulse/native")); });
+    control({QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
+             QStringLiteral("sink_name=speaker")});
+}
+
+void SoundServer::addMicrophone(const QString& name, int rate, int channels) {
+    const auto feed = name + QStringLiteral("_feed");
+    const auto map = channels == 1 ? QStringLiteral("mono") : QStringLiteral("front-left,front-right");
+    QStringList modules;
+    modules << control({QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
+                        QStringLiteral("sink_name=") + feed, QStringLiteral("rate=%1").arg(rate),
+                        QStringLiteral("channels=%1").arg(channels), QStringLiteral("channel_map=") + map,
+                        m_kind == Kind::PulseAudio ? QStringLiteral("norewinds=1") : QString()});
+    modules << control({QStringLiteral("load-module"), QStringLiteral("module-remap-source"),
+                        QStringLiteral("source_name=") + name, QStringLiteral("master=%1.monitor").arg(feed),
+                        QStringLiteral("channels=%1").arg(channels), QStringLiteral("channel_map=") + map,
+                        QStringLiteral("master_channel_map=") + map});
+    m_modules.emplace_back(name, modules);
+    await("the microphone", [&] {
+        return control({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sources")})
+            .contains(QLatin1Char('\t') + name + QLatin1Char('\t'));
+    });
+    control({QStringLiteral("set-default-source"), name});
+    await("the default source", [&] { return control({QStringLiteral("get-default-source")}) == name; });
+}
+
+void SoundServer::removeMicrophone(const QString& name) {
+    for (const auto& [microphone, modules] : m_modules) {
+        if (microphone != name)
+            continue;
+        for (auto module = modules.rbegin(); module != modules.rend(); ++module)
+            control({QStringLiteral("unload-module"), *module});
+    }
+    std::erase_if(m_modules, [&](const auto& entry) { return entry.first == name; });
+}
+
+QString SoundServer::control(const QStringList& arguments) {
+    std::array<int, 2> pipe{};
+    if (pipe2(pipe.data(), O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    auto command =
+        QStringList{QStringLiteral("pactl"), QStringLiteral("-s"), QString::fromStdString(address())};
+    for (const auto& argument : arguments) {
+        if (!argument.isEmpty())
+            command << argument;
+    }
+    const auto process = spawn(command, {"HOME=" + path("").toStdString(), "LC_ALL=C"}, pipe[1]);
+    close(pipe[1]);
+    QByteArray output;
+    std::array<char, 4096> piece{};
+    for (ssize_t got = 0; (got = read(pipe[0], piece.data(), piece.size())) > 0;)
+        output.append(piece.data(), got);
+    close(pipe[0]);
+    int status = 0;
+    waitpid(process, &status, 0);
+    if (status != 0)
+        throw std::runtime_error("pactl " + arguments.join(QLatin1Char(' ')).toStdString() + ": " +
+                                 output.toStdString());
+    return QString::fromUtf8(output).trimmed();
+}
+
+} // namespace talvera::test

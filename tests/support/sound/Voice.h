@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/linux/pulse/PulseLoop.h"
+
+#include <pulse/context.h>
+#include <pulse/stream.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace talvera::test {
+
+/// Speaks into a virtual microphone: silence as long as nothing else is asked for.
+class Voice {
+public:
+    /// Plays to `sink` of the server at `address`, in the sink's own rate; every channel says the same.
+    Voice(const std::string& address, const std::string& sink, int rate, int channels = 1);
+    Voice(const Voice&) = delete;
+    Voice& operator=(const Voice&) = delete;
+    ~Voice();
+
+    /// Says these samples once, as soon as possible.
+    void say(std::vector<std::int16_t> samples);
+
+    /// From now on says numbers that go up by one with each frame, from 1 to countPeriod and again, so that a
+    /// listener knows which frame it hears. Returns when that can be heard.
+    void count();
+    static constexpr std::int64_t countPeriod = 30000;
+    /// The frame near `about` that says this number.
+    static std::int64_t frameOf(std::int16_t number, std::int64_t about);
+    /// How often the numbers don't follow each other.
+    static int gapsIn(const std::vector<std::int16_t>& numbers);
+
+    /// The frame, counted from the voice's first, that is being said at this moment.
+    std::int64_t framesSaid();
+
+private:
+    void write(std::size_t bytes);
+    std::int16_t nextSample();
+
+    PulseLoop m_loop;
+    std::size_t m_channels;
+    pa_context* m_context = nullptr;
+    pa_stream* m_stream = nullptr;
+    std::int64_t m_frame = 0;
+    bool m_counting = false;
+    std::vector<std::int16_t> m_words;
+    std::size_t m_nextWord = 0;
+};
+
+/// `seconds` of a sine.
+std::vector<std::int16_t> tone(double hertz, double seconds, double amplitude, double rate);
+
+} // namespace talvera::test
