@@ -4,6 +4,7 @@
 namespace talvera::conformance {
 
 void addAllOperations(Driver& driver) {
+    addDeliveryOperations(driver);
     addLanguageOperations(driver);
     addSettingsOperations(driver);
 }

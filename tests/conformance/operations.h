@@ -6,6 +6,7 @@
 namespace talvera::conformance {
 
 // One file per area adds the operations that question it.
+void addDeliveryOperations(Driver& driver);
 void addLanguageOperations(Driver& driver);
 void addSettingsOperations(Driver& driver);
 void addTextOperations(Driver& driver);
