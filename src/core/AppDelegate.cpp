@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+#include "core/AppDelegate.h"
+
+#include "concurrency/MainActor.h"
+#include "core/DictationController.h"
+#include "core/PermissionPrompt.h"
+#include "core/Warmup.h"
+#include "hotkeys/HotkeyManager.h"
+#include "hotkeys/TranslateToggleHotkey.h"
+#include "models/ModelStore.h"
+#include "persistence/AppSettings.h"
+#include "platform/Accessibility.h"
+#include "platform/ApplicationHost.h"
+#include "platform/Console.h"
+#include "platform/Directories.h"
+#include "platform/PlatformError.h"
+#include "platform/PreferenceStore.h"
+#include "shell/LaunchAtLogin.h"
+#include "shell/ReadinessMonitor.h"
+#include "shell/onboarding/OnboardingWindow.h"
+
+#include <utility>
+
+namespace talvera {
+
+namespace {
+
+QString installedSuffix(const EventTap* tap) {
+    return QStringLiteral(" event tap installed after AX grant (installed=%1).")
+        .arg(tap != nullptr ? QStringLiteral("true") : QStringLiteral("false"));
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(AgentEnvironment environment)
+    : m_env(std::move(environment))
+    , m_permissions(std::make_shared<PermissionPrompt>(m_env))
+    , m_dictation(std::make_shared<DictationController>(m_env, m_permissions)) {}
+
+AppDelegate::~AppDelegate() = default;
+
+void AppDelegate::applicationDidFinishLaunching() {
+    m_env.application.changeCurrentDirectory(m_env.directories.temporary);
+    m_env.application.setActivationPolicy(ActivationPolicy::Accessory);
+    applyLaunchAtLoginDefault();
+    m_menuPanel.emplace(m_env.menuBar, m_env.settings, m_env.stats);
+    decideOnWizard();
+    connectHotkeys();
+    m_env.console.print(QStringLiteral("[app] applicationDidFinishLaunching: calling Warmup.primeAll"));
+    m_env.warmup.primeAll(m_env.whisper);
+    subscribe();
+}
+
+/// Once and never again, so that a user who turns it off later is not overruled.
+void AppDelegate::applyLaunchAtLoginDefault() {
+    const auto applied = QStringLiteral("launchAtLoginDefaultApplied");
+    if (m_env.preferences.boolean(applied))
+        return;
+    try {
+        setLaunchAtLogin(m_env.loginItem, true);
+    } catch (const PlatformError&) {
+        // The user can still turn it on in the settings.
+    }
+    m_env.preferences.set(applied, true);
+}
+
+void AppDelegate::decideOnWizard() {
+    if (m_env.settings.hasOnboarded.get() && m_env.models.isReady()) {
+        // Asked for its side effect alone: the session gets to know that we will want it.
+        m_env.accessibility.isProcessTrusted();
+        return;
+    }
+    m_env.application.setActivationPolicy(ActivationPolicy::Regular);
+    m_env.onboardingWindow.show();
+}
+
+void AppDelegate::connectHotkeys() {
+    const auto weak = weak_from_this();
+    m_env.hotkey.onPressStart = [weak] {
+        if (const auto self = weak.lock())
+            self->m_dictation->handlePressStart();
+    };
+    m_env.hotkey.onPressEnd = [weak] {
+        if (const auto self = weak.lock())
+            self->m_dictation->handlePressEnd();
+    };
+    m_env.hotkey.setBinding(m_env.settings.hotkeyBinding.get());
+    m_env.hotkey.install();
+
+    m_env.translateToggle.onTrigger = [weak, &actor = m_env.actor] {
+        actor.post([weak] {
+            if (const auto self = weak.lock())
+                self->toggleTranslation();
+        });
+    };
+    m_env.translateToggle.setBinding(m_env.settings.translateToggleBinding.get());
+    m_env.translateToggle.install();
+}
+
+void AppDelegate::subscribe() {
+    auto& settings = m_env.settings;
+    auto& actor = m_env.actor;
+    // The subscriptions end with this object, so none outlives it.
+    m_cancellables.push_back(settings.hasOnboarded.subscribe(actor, [this](bool done) {
+        if (!done)
+            return;
+        m_env.application.setActivationPolicy(ActivationPolicy::Accessory);
+        m_env.accessibility.isProcessTrusted(); // as at launch
+    }));
+    m_cancellables.push_back(settings.hotkeyBinding.subscribe(
+        actor, [this](const HotkeyBinding& binding) { m_env.hotkey.setBinding(binding); }));
+    m_cancellables.push_back(
+        settings.translateToggleBinding.subscribe(actor, [this](const std::optional<HotkeyBinding>& binding) {
+            m_env.translateToggle.setBinding(binding);
+        }));
+    m_cancellables.push_back(
+        m_env.readiness.axTrusted.subscribe(actor, [this](bool trusted) { repairEventTaps(trusted); }));
+
+    const auto look = [this](const auto&) { permissionHUDInputsMayHaveChanged(); };
+    m_cancellables.push_back(settings.hasOnboarded.observe(look));
+    m_cancellables.push_back(m_env.readiness.micStatus.observe(look));
+    m_cancellables.push_back(m_env.readiness.axTrusted.observe(look));
+    permissionHUDInputsMayHaveChanged();
+}
+
+/// A tap can't be created before the session trusts us, and that may come long after the launch.
+void AppDelegate::repairEventTaps(bool axTrusted) {
+    if (!axTrusted)
+        return;
+    if (!m_env.hotkey.eventTap()) {
+        m_env.hotkey.install();
+        m_env.trace(QStringLiteral("Hotkey") + installedSuffix(m_env.hotkey.eventTap()));
+    }
+    if (!m_env.translateToggle.eventTap()) {
+        m_env.translateToggle.install();
+        m_env.trace(QStringLiteral("Translate-toggle") + installedSuffix(m_env.translateToggle.eventTap()));
+    }
+}
+
+AppDelegate::PermissionHUDInputs AppDelegate::permissionHUDInputs() const {
+    return {m_env.settings.hasOnboarded.get(), m_env.readiness.micStatus.get(),
+            m_env.readiness.axTrusted.get()};
+}
+
+void AppDelegate::permissionHUDInputsMayHaveChanged() {
+    const auto inputs = permissionHUDInputs();
+    if (inputs == m_lastPermissionHUDInputs)
+        return;
+    m_lastPermissionHUDInputs = inputs;
+    if (!inputs.done)
+        return;
+    m_env.actor.post([weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->m_permissions->evaluatePermissionHUD();
+    });
+}
+
+void AppDelegate::toggleTranslation() {
+    auto& target = m_env.settings.targetLanguageCode;
+    const auto off = QStringLiteral("off");
+    target.set(target.get() == off ? m_env.settings.lastTargetLanguageCode.get() : off);
+}
+
+} // namespace talvera

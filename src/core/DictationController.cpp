@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+#include "core/DictationController.h"
+
+#include "concurrency/MainActor.h"
+#include "core/OutputPipeline.h"
+#include "core/PermissionPrompt.h"
+#include "delivery/FocusTracker.h"
+#include "delivery/TextInserter.h"
+#include "language/AICleanup.h"
+#include "models/ModelStore.h"
+#include "persistence/AppSettings.h"
+#include "platform/Directories.h"
+#include "platform/FileSystem.h"
+#include "platform/LanguageModel.h"
+#include "platform/PlatformError.h"
+#include "shell/DictationHUDController.h"
+#include "shell/MenuBarController.h"
+#include "shell/ReadinessMonitor.h"
+#include "shell/StartSound.h"
+#include "shell/onboarding/OnboardingController.h"
+#include "shell/onboarding/OnboardingWindow.h"
+#include "speech/AudioRecorder.h"
+
+#include <QLocale>
+
+#include <utility>
+
+namespace talvera {
+
+namespace {
+
+constexpr Duration errorTime = seconds(4.0);
+constexpr Duration noticeTime = seconds(3.0);
+
+using State = MenuBarController::State;
+
+/// The shortest decimal form that tells the number from all others.
+QString shortest(double number) {
+    return QString::number(number, 'f', QLocale::FloatingPointShortest);
+}
+
+QString trueOrFalse(bool value) {
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}
+
+} // namespace
+
+DictationController::DictationController(AgentEnvironment environment,
+                                         std::shared_ptr<PermissionPrompt> permissions)
+    : m_env(std::move(environment))
+    , m_permissions(std::move(permissions))
+    , m_pipeline(std::make_shared<OutputPipeline>(m_env)) {}
+
+DictationController::~DictationController() = default;
+
+void DictationController::handlePressStart() {
+    if (!m_env.settings.hotkeyTapToToggle.get())
+        start(&DictationController::startPressAfterHoldDelay);
+    else if (m_env.menuBar.state.get() == State::Recording)
+        start(&DictationController::endPress);
+    else
+        start(&DictationController::startPressNow);
+}
+
+void DictationController::handlePressEnd() {
+    if (!m_env.settings.hotkeyTapToToggle.get())
+        start(&DictationController::endPress);
+}
+
+/// Each step is a task of its own, in the order of the key events.
+void DictationController::start(void (DictationController::*step)()) {
+    m_env.actor.post([weak = weak_from_this(), step] {
+        if (const auto self = weak.lock())
+            (self.get()->*step)();
+    });
+}
+
+bool DictationController::passPressGate() {
+    if (m_env.onboarding.suspendHotkey.get())
+        return false;
+    if (m_env.onboarding.captureHotkey.get()) {
+        m_env.onboarding.demoPressStart();
+        return false;
+    }
+    // The only protection against a second dictation: a press during one is ignored.
+    if (m_env.menuBar.state.get() != State::Idle)
+        return false;
+    if (!m_env.models.isReady()) {
+        m_env.onboardingWindow.show();
+        return false;
+    }
+    if (!m_permissions->ensurePermissions())
+        return false;
+    m_currentWav =
+        QStringLiteral("%1/talvera-%2.wav").arg(m_env.directories.temporary, m_env.makeFreshName());
+    m_pressStartedAt = m_env.actor.now();
+    if (m_pendingRecordStart)
+        m_pendingRecordStart->cancel();
+    return true;
+}
+
+void DictationController::startPressAfterHoldDelay() {
+    if (!passPressGate())
+        return;
+    const CancellationToken token;
+    m_pendingRecordStart = token;
+    m_env.actor.start([weak = weak_from_this(), &actor = m_env.actor, token]() -> Task<void> {
+        if (weak.expired())
+            co_return;
+        co_await actor.sleep(holdToRecordDelay, token);
+        // A release may have come in between the end of the sleep and this turn.
+        if (token.isCancelled())
+            co_return;
+        if (const auto self = weak.lock())
+            self->beginRecording();
+    });
+}
+
+void DictationController::startPressNow() {
+    if (!passPressGate())
+        return;
+    m_pendingRecordStart.reset();
+    beginRecording();
+}
+
+void DictationController::beginRecording() {
+    m_pendingRecordStart.reset();
+    if (m_env.menuBar.state.get() != State::Idle || !m_currentWav)
+        return;
+    m_env.recorder.setOnLevel([&hud = m_env.hud](float level) { hud.setLevel(level); });
+    try {
+        m_env.recorder.start();
+    } catch (const std::exception& error) {
+        giveUpRecording(error);
+        return;
+    }
+    m_focusSnapshot = m_env.focus.captureFocusSnapshot();
+    m_env.menuBar.state.set(State::Recording);
+    m_env.hud.show(DictationHUDState::Listening{m_env.actor.date()});
+    playStartSound(m_env.sounds, m_env.settings.startSoundName.get());
+}
+
+void DictationController::giveUpRecording(const std::exception& error) {
+    const auto message = QStringLiteral("Microphone unavailable");
+    m_env.trace(QStringLiteral("Recorder start failed: ") + QString::fromUtf8(error.what()));
+    m_env.menuBar.showError(message, errorTime);
+    m_env.hud.showNotice(message, DictationHUDState::NoticeTone::Warn, noticeTime);
+    m_focusSnapshot.reset();
+    deleteFile(*m_currentWav);
+    m_currentWav.reset();
+    m_pressStartedAt.reset();
+}
+
+void DictationController::endPress() {
+    if (m_env.onboarding.suspendHotkey.get())
+        return;
+    if (m_env.onboarding.captureHotkey.get()) {
+        m_env.onboarding.demoPressEnd();
+        return;
+    }
+    if (m_pendingRecordStart) {
+        cancelPendingPress();
+        return;
+    }
+    if (m_env.menuBar.state.get() == State::Recording && m_currentWav)
+        finishRecording(*m_currentWav);
+}
+
+/// The key came up before the hold delay ran out: a brief touch leaves no trace.
+void DictationController::cancelPendingPress() {
+    m_pendingRecordStart->cancel();
+    m_pendingRecordStart.reset();
+    if (m_currentWav)
+        deleteFile(*m_currentWav);
+    m_currentWav.reset();
+    m_pressStartedAt.reset();
+}
+
+void DictationController::finishRecording(const QString& wav) {
+    const auto now = m_env.actor.now();
+    const double held = toSeconds(now - m_pressStartedAt.value_or(now));
+    double audioSeconds = 0;
+    try {
+        audioSeconds = m_env.recorder.stop(wav);
+    } catch (const std::exception& error) {
+        m_env.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
+        m_env.menuBar.showError(QStringLiteral("Couldn't save recording"), errorTime);
+        return; // the next press overwrites what this one has left
+    }
+    const auto mode = TextInserter::resolveMode(m_env.settings.insertionMode.get(), audioSeconds,
+                                                m_env.settings.typewriterThresholdSeconds.get());
+    m_env.recorder.setOnLevel(nullptr);
+    if (held < minPressDuration || audioSeconds < minAudioDuration) {
+        m_env.trace(QStringLiteral("Press too short (held %1s, audio %2s) — discarding.")
+                        .arg(shortest(held), shortest(audioSeconds)));
+        discardRecording(wav);
+        return; // the HUD goes on showing what it shows
+    }
+    m_env.menuBar.state.set(State::Transcribing);
+    m_env.hud.update(DictationHUDState::Transcribing{});
+    const auto request = makeRequest(wav, audioSeconds, mode);
+    m_env.actor.start(
+        [weak = std::weak_ptr(m_pipeline), request, snapshot = m_focusSnapshot]() -> Task<void> {
+            const auto pipeline = weak.lock();
+            if (!pipeline)
+                co_return;
+            const OutputPipeline::Dictation dictation{request, snapshot};
+            co_await pipeline->runPipeline(dictation);
+        });
+}
+
+DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,
+                                                  ResolvedMode mode) const {
+    const auto& settings = m_env.settings;
+    const auto aiState = m_env.readiness.currentAIState();
+    DictationRequest request;
+    request.target = TargetLanguage::byCode(settings.targetLanguageCode.get());
+    request.source = settings.sourceLanguageCode.get();
+    request.wav = wav;
+    request.audioSeconds = audioSeconds;
+    request.mode = mode;
+    request.aiAvailable = aiState == AIAvailabilityState::Available;
+    request.cleanup = settings.aiCleanupEnabled.get() && request.aiAvailable &&
+                      settings.cleanupTone.get() != CleanupTone::Off;
+    const bool aiSourceOK =
+        request.source == QStringLiteral("auto") ||
+        AICleanup::isSourceSupported(request.source, aiState, m_env.languageModel.supportedLanguageCodes());
+    request.useAI = request.target.requiresAI && request.aiAvailable && aiSourceOK;
+    m_env.trace(
+        QStringLiteral("[cfg] target=%1 srcLang=%2 cleanup=%3 aiAvail=%4 aiSrcOK=%5 useAI=%6 audio=%7")
+            .arg(request.target.code, request.source,
+                 request.cleanup ? QStringLiteral("on") : QStringLiteral("off"),
+                 trueOrFalse(request.aiAvailable), trueOrFalse(aiSourceOK), trueOrFalse(request.useAI),
+                 QString::asprintf("%.2fs", audioSeconds)));
+    return request;
+}
+
+void DictationController::discardRecording(const QString& wav) {
+    m_env.menuBar.state.set(State::Idle);
+    deleteFile(wav);
+}
+
+void DictationController::deleteFile(const QString& path) {
+    try {
+        m_env.files.remove(path);
+    } catch (const PlatformError&) {
+        // A cancelled press has no file yet, and nobody could do anything about the rest.
+    }
+}
+
+} // namespace talvera

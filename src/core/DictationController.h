@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/CancellationToken.h"
+#include "concurrency/Task.h"
+#include "concurrency/Time.h"
+#include "core/AgentEnvironment.h"
+#include "core/DictationRequest.h"
+#include "delivery/FocusSnapshot.h"
+#include "delivery/InsertionMode.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace talvera {
+
+class OutputPipeline;
+class PermissionPrompt;
+
+/// Turns presses and releases of the hotkey into recordings: whether a press may record, when it does,
+/// whether the recording is worth keeping, and with which settings it goes on. The only holder of the press
+/// state. Main thread only.
+class DictationController : public std::enable_shared_from_this<DictationController> {
+public:
+    DictationController(AgentEnvironment environment, std::shared_ptr<PermissionPrompt> permissions);
+    ~DictationController();
+    DictationController(const DictationController&) = delete;
+    DictationController& operator=(const DictationController&) = delete;
+
+    /// The hotkey's callbacks. Both return at once.
+    void handlePressStart();
+    void handlePressEnd();
+
+    /// Where the recording of the present press is, or will be.
+    const std::optional<QString>& currentWav() const { return m_currentWav; }
+    const std::optional<Instant>& pressStartedAt() const { return m_pressStartedAt; }
+    const std::optional<FocusSnapshot>& focusSnapshot() const { return m_focusSnapshot; }
+    /// A press is waiting for the hold delay to pass.
+    bool hasPendingRecordStart() const { return m_pendingRecordStart.has_value(); }
+
+    static constexpr Duration holdToRecordDelay = seconds(0.6);
+    static constexpr double minPressDuration = 0.2; ///< seconds; a shorter press is discarded
+    static constexpr double minAudioDuration = 0.3; ///< seconds; less is not worth recognising
+
+private:
+    void start(void (DictationController::*step)());
+
+    bool passPressGate();
+    void startPressAfterHoldDelay();
+    void startPressNow();
+    void beginRecording();
+    void giveUpRecording(const std::exception& error);
+
+    void endPress();
+    void cancelPendingPress();
+    void finishRecording(const QString& wav);
+    void discardRecording(const QString& wav);
+    void deleteFile(const QString& path);
+    DictationRequest makeRequest(const QString& wav, double audioSeconds, ResolvedMode mode) const;
+
+    AgentEnvironment m_env;
+    std::shared_ptr<PermissionPrompt> m_permissions;
+    std::shared_ptr<OutputPipeline> m_pipeline;
+
+    std::optional<QString> m_currentWav;
+    std::optional<Instant> m_pressStartedAt; ///< of the press, not of the recording
+    std::optional<CancellationToken> m_pendingRecordStart;
+    std::optional<FocusSnapshot> m_focusSnapshot; ///< of the moment at which the recording began
+};
+
+} // namespace talvera

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+#include "core/OutputPipeline.h"
+
+#include "concurrency/MainActor.h"
+#include "core/Route.h"
+#include "delivery/TextInserter.h"
+#include "persistence/StatsStore.h"
+#include "platform/FileSystem.h"
+#include "platform/PlatformError.h"
+#include "shell/DictationHUDController.h"
+#include "shell/Localization.h"
+#include "shell/MenuBarController.h"
+#include "shell/ReadinessMonitor.h"
+#include "speech/Characters.h"
+#include "speech/ChunkedTranscription.h"
+
+#include <utility>
+
+namespace talvera {
+
+namespace {
+
+// A recording longer than the last of these is recognised in chunks of the first, which overlap by the
+// second.
+constexpr double chunkSeconds = 25.0;
+constexpr double overlapSeconds = 2.0;
+constexpr double minDuration = 28.0;
+
+constexpr Duration errorTime = seconds(4.0);
+constexpr Duration noticeTime = seconds(3.0);
+
+using Tone = DictationHUDState::NoticeTone;
+
+QString count(const QString& text) {
+    return QString::number(characterCount(text));
+}
+
+} // namespace
+
+OutputPipeline::OutputPipeline(AgentEnvironment environment)
+    : m_env(std::move(environment)) {}
+
+Task<void> OutputPipeline::runPipeline(Dictation dictation) {
+    const auto self = shared_from_this();
+    const auto& request = dictation.request;
+    if (translatesDirectly(request)) {
+        co_await translateDirect(dictation);
+        co_return;
+    }
+
+    const auto started = m_env.actor.now();
+    QString transcript;
+    try {
+        transcript = co_await recognise(request, WhisperMode::Transcribe);
+    } catch (const std::exception& error) {
+        failRecognition(request.wav, QStringLiteral("Whisper failed: "), error);
+        co_return;
+    }
+    const double elapsed = toSeconds(m_env.actor.now() - started);
+    m_env.actor.post([self, elapsed, transcript] {
+        self->trace(QString::asprintf("[timing] whisper %.2fs", elapsed));
+        self->trace(QStringLiteral("[pipeline] whisper transcribe (%1 chars)").arg(count(transcript)));
+    });
+    m_env.actor.start([self, dictation, transcript]() -> Task<void> {
+        return self->continueAfterTranscription(dictation, transcript);
+    });
+}
+
+Task<void> OutputPipeline::continueAfterTranscription(Dictation dictation, QString transcript) {
+    const auto self = shared_from_this();
+    const auto& request = dictation.request;
+    if (transcript.isEmpty()) {
+        finishDictation(request.wav);
+        co_return;
+    }
+    trace(QStringLiteral("Transcript received (%1 chars).").arg(count(transcript)));
+    const bool translates = request.target.code != QStringLiteral("off");
+    m_env.stats.record(transcript, request.audioSeconds, request.source, translates, request.cleanup,
+                       polishBackend(request));
+    co_await runRoute(dictation, transcript);
+}
+
+Task<void> OutputPipeline::runRoute(const Dictation& dictation, const QString& transcript) {
+    switch (chooseRoute(dictation.request, transcript, m_env.languageRecognizer, m_env.trace)) {
+    case Route::TranslateDirect: // taken before the transcription
+    case Route::Plain:
+    case Route::AICleanup: // there is no language model to do it with
+        insertPlain(dictation, transcript);
+        break;
+    case Route::SecondPass:
+        co_await translateInSecondPass(dictation, transcript);
+        break;
+    case Route::AITranslate: // the same
+    case Route::TwoHopTranslate:
+    case Route::WhisperFallback:
+        co_await fallBackToWhisper(dictation);
+        break;
+    }
+}
+
+Task<void> OutputPipeline::translateDirect(const Dictation& dictation) {
+    const auto& request = dictation.request;
+    const auto started = m_env.actor.now();
+    QString text;
+    try {
+        text = co_await recognise(request, WhisperMode::TranslateToEnglish);
+    } catch (const std::exception& error) {
+        failRecognition(request.wav, QStringLiteral("Whisper --translate failed: "), error);
+        co_return;
+    }
+    trace(QString::asprintf("[timing] whisper(translate-direct) %.2fs",
+                            toSeconds(m_env.actor.now() - started)));
+    trace(QStringLiteral("[pipeline] whisper translate-direct (%1 chars)").arg(count(text)));
+    if (!text.isEmpty()) {
+        m_env.stats.record(text, request.audioSeconds, request.source, true, false, QStringLiteral("none"));
+        deliver(dictation, text);
+        trace(QStringLiteral("[en-target-direct] typed %1 chars.").arg(count(text)));
+    }
+    finishDictation(request.wav);
+}
+
+void OutputPipeline::insertPlain(const Dictation& dictation, const QString& transcript) {
+    deliver(dictation, transcript);
+    finishDictation(dictation.request.wav);
+}
+
+Task<void> OutputPipeline::translateInSecondPass(const Dictation& dictation, const QString& transcript) {
+    const auto& request = dictation.request;
+    m_env.hud.update(DictationHUDState::Transcribing{});
+    QString text;
+    try {
+        text = co_await recognise(request, WhisperMode::TranslateToEnglish);
+    } catch (const std::exception& error) {
+        failRecognition(request.wav, QStringLiteral("Whisper --translate failed: "), error);
+        co_return;
+    }
+    if (!text.isEmpty()) {
+        deliver(dictation, text);
+        trace(QStringLiteral("[en-target] Whisper --translate typed %1 chars.").arg(count(text)));
+    } else if (!transcript.isEmpty()) {
+        deliver(dictation, transcript);
+    }
+    finishDictation(request.wav);
+}
+
+Task<void> OutputPipeline::fallBackToWhisper(const Dictation& dictation) {
+    const auto& request = dictation.request;
+    const auto why =
+        QStringLiteral("(originalTarget=%1, reason=Apple Intelligence is off)").arg(request.target.code);
+    trace(QStringLiteral("Running Whisper --translate fallback %1.").arg(why));
+    m_env.hud.update(DictationHUDState::Transcribing{});
+    QString text;
+    try {
+        text = co_await recognise(request, WhisperMode::TranslateToEnglish);
+    } catch (const std::exception& error) {
+        failRecognition(request.wav, QStringLiteral("Whisper fallback also failed: "), error);
+        co_return;
+    }
+    if (!text.isEmpty()) {
+        deliver(dictation, text);
+        m_env.hud.showNotice(localized("hud.translate.whisperFallback",
+                                       "Whisper translation — Apple Intelligence unavailable"),
+                             Tone::Info, noticeTime);
+        trace(QStringLiteral("Fallback typed %1 chars in English %2.").arg(count(text), why));
+    } else {
+        m_env.hud.showNotice(QStringLiteral("Nothing recognized"), Tone::Warn, noticeTime);
+    }
+    m_env.menuBar.state.set(MenuBarController::State::Idle);
+    deleteRecording(request.wav);
+}
+
+void OutputPipeline::finishDictation(const QString& wav) {
+    m_env.menuBar.state.set(MenuBarController::State::Idle);
+    if (!m_env.hud.currentState().as<DictationHUDState::Notice>())
+        m_env.hud.hide();
+    deleteRecording(wav);
+}
+
+void OutputPipeline::failRecognition(const QString& wav, const QString& traceText,
+                                     const std::exception& error) {
+    trace(traceText + QString::fromUtf8(error.what()));
+    m_env.menuBar.showError(QStringLiteral("Transcription failed"), errorTime);
+    m_env.hud.showNotice(QStringLiteral("Transcription failed"), Tone::Warn, noticeTime);
+    deleteRecording(wav);
+}
+
+void OutputPipeline::deleteRecording(const QString& wav) {
+    try {
+        m_env.files.remove(wav);
+    } catch (const PlatformError&) {
+        // Nothing that the user could do about it.
+    }
+}
+
+Task<QString> OutputPipeline::recognise(const DictationRequest& request, WhisperMode mode) {
+    return m_env.transcription.transcribeChunked(m_env.whisper, request.wav, mode, request.source,
+                                                 chunkSeconds, overlapSeconds, minDuration);
+}
+
+void OutputPipeline::deliver(const Dictation& dictation, const QString& text) {
+    m_env.inserter.insert(text, dictation.request.mode, dictation.focusSnapshot);
+}
+
+QString OutputPipeline::polishBackend(const DictationRequest& request) const {
+    if (!request.cleanup && !request.useAI)
+        return QStringLiteral("none");
+    return m_env.readiness.currentAIState() == AIAvailabilityState::Available
+               ? QStringLiteral("Apple Intelligence")
+               : QStringLiteral("Unavailable");
+}
+
+} // namespace talvera

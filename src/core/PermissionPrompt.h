@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/AgentEnvironment.h"
+#include "shell/DictationHUDState.h"
+
+#include <memory>
+
+namespace talvera {
+
+/// Asks on the HUD for a permission that is missing: when a press needs it, and proactively when it is lost.
+/// Main thread only.
+class PermissionPrompt : public std::enable_shared_from_this<PermissionPrompt> {
+public:
+    explicit PermissionPrompt(AgentEnvironment environment);
+
+    /// For a press: whether everything needed is granted; if not, asks for the first that is missing.
+    bool ensurePermissions();
+
+    /// Looks at what is granted now, and asks or stops asking. A request that the user has closed stays
+    /// closed until everything has been granted.
+    void evaluatePermissionHUD();
+
+    bool proactivePermissionHUDDismissed() const { return m_dismissed; }
+
+private:
+    using Kind = DictationHUDState::PermissionKind;
+
+    void ask(Kind kind);
+    void dismiss();
+    void openSettings(Kind kind);
+
+    AgentEnvironment m_env;
+    bool m_dismissed = false;
+};
+
+} // namespace talvera

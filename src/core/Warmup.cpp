@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+#include "core/Warmup.h"
+
+#include "platform/Console.h"
+
+namespace talvera {
+
+void Warmup::primeAll(const WhisperRunner&) {
+    m_console.print(QStringLiteral("[warmup] primeAll: scheduling whisper + AI tasks"));
+}
+
+} // namespace talvera
