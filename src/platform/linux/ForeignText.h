@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace talvera {
+
+/// What another program says of itself, fit to be shown and compared: valid Unicode on one line, without
+/// control and direction characters, at most `ForeignTextLimit` characters. Empty when nothing is left.
+QString foreignText(const QByteArray& utf8);
+
+inline constexpr qsizetype ForeignTextLimit = 100;
+
+} // namespace talvera

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/processes.h"
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace talvera {
+
+bool processRuns(pid_t pid) {
+    if (pid <= 0)
+        return false;
+    std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+    const std::string line{std::istreambuf_iterator<char>(file), {}};
+    // "12 (name) S 1 ...": the name may hold anything, parentheses too.
+    const auto afterName = line.rfind(") ");
+    if (afterName == std::string::npos || line.size() < afterName + 3)
+        return false;
+    const char state = line[afterName + 2];
+    return state != 'Z' && state != 'X';
+}
+
+} // namespace talvera

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/X11SessionAccess.h"
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <xcb/xinput.h>
+
+#include <string_view>
+
+namespace talvera {
+
+namespace {
+
+bool hasExtension(X11Connection& connection, std::string_view name) {
+    const auto answer = connection.reply<xcb_query_extension_reply_t>(
+        xcb_query_extension(connection.get(), std::uint16_t(name.size()), name.data()));
+    return answer && answer->present;
+}
+
+bool announcesKeys(X11Connection& connection) {
+    if (!hasExtension(connection, "XInputExtension"))
+        return false;
+    const auto version = connection.reply<xcb_input_xi_query_version_reply_t>(
+        xcb_input_xi_query_version(connection.get(), 2, 0));
+    return version && version->major_version >= 2;
+}
+
+} // namespace
+
+QString reason(SessionLack lack) {
+    switch (lack) {
+    case SessionLack::XServer:
+        return QStringLiteral("This session has no X server that Talvera can reach. In a Wayland session "
+                              "it can't watch keys yet.");
+    case SessionLack::KeyWatching:
+        return QStringLiteral("The X server doesn't let programs watch the keyboard (XInput 2 is missing).");
+    case SessionLack::KeyPosting:
+        return QStringLiteral("The X server doesn't let programs type (XTEST is missing or switched off).");
+    case SessionLack::ActiveWindow:
+        return QStringLiteral("The window manager doesn't tell which window is active (or none is running).");
+    }
+    Q_UNREACHABLE();
+}
+
+X11SessionAccess::X11SessionAccess(X11Connection* connection)
+    : m_connection(connection) {
+    if (!connection)
+        return;
+    m_windows.emplace(*connection);
+    m_canWatchKeys = announcesKeys(*connection);
+    m_canPostKeys = hasExtension(*connection, "XTEST");
+}
+
+std::vector<SessionLack> X11SessionAccess::lacks() {
+    if (!m_connection || m_connection->isBroken())
+        return {SessionLack::XServer};
+    std::vector<SessionLack> lacks;
+    if (!m_canWatchKeys)
+        lacks.push_back(SessionLack::KeyWatching);
+    if (!m_canPostKeys)
+        lacks.push_back(SessionLack::KeyPosting);
+    if (!m_windows->canActivate())
+        lacks.push_back(SessionLack::ActiveWindow);
+    return lacks;
+}
+
+} // namespace talvera

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace talvera {
+
+/// What the session knows us by: the name of our desktop file without its ending, and the class of our
+/// windows.
+inline constexpr char ApplicationId[] = "talvera";
+
+} // namespace talvera
