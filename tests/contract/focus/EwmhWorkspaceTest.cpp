@@ -1,0 +1,363 @@
+// SPDX-License-Identifier: MIT
+// Windows as they come in real sessions: nameless, hostile, of the desktop itself, of other machines.
+#include "platform/linux/x11/EwmhWorkspace.h"
+#include "Peer.h"
+#include "platform/linux/x11/EwmhWindows.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11SessionAccess.h"
+#include "platform/linux/xdg/DesktopEntryCatalog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace talvera;
+using test::eventually;
+using test::Peer;
+
+namespace {
+
+/// A plain window of a program of its own, in front.
+class WindowPeer : public Peer {
+public:
+    explicit WindowPeer(const QStringList& properties)
+        : Peer(TALVERA_WINDOW_PEER, properties)
+        , window(readUntil("mapped ").toUInt()) {
+        tell("activate");
+    }
+
+    const xcb_window_t window;
+};
+
+class EwmhWorkspaceTest : public testing::Test {
+protected:
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    QTemporaryDir applications;
+    std::optional<DesktopEntryCatalog> installed;
+    std::optional<EwmhWorkspace> workspace;
+    EwmhWindows windows{*connection};
+
+    /// Installs an application and makes the workspace, if that has not been done before.
+    void install(const QString& id, const QByteArray& rest) {
+        QFile file(applications.filePath(id + ".desktop"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[Desktop Entry]\nType=Application\n" + rest);
+    }
+    void start(const QStringList& languages = {}) {
+        installed.emplace(QStringList{applications.path()}, languages);
+        workspace.emplace(connection.get(), *installed);
+    }
+
+    bool isActive(const WindowPeer& peer) {
+        return eventually([&] { return windows.activeWindow() == peer.window; });
+    }
+
+    /// The application in front once `peer`'s window is the active one.
+    std::optional<RunningApplication> frontmost(const WindowPeer& peer) {
+        if (!workspace)
+            start();
+        EXPECT_TRUE(isActive(peer));
+        return workspace->frontmostApplication();
+    }
+};
+
+TEST_F(EwmhWorkspaceTest, windowWithoutProcessId_goesByTheProcessThatTheServerKnows) {
+    WindowPeer peer({"class=Nopid"});
+    EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "Nopid", "Nopid"}));
+}
+
+TEST_F(EwmhWorkspaceTest, windowThatLiesAboutItsProcess_isNotBelieved) {
+    WindowPeer peer({"class=Liar", "pid=1"});
+    EXPECT_EQ(frontmost(peer)->pid, peer.pid());
+}
+
+TEST_F(EwmhWorkspaceTest, windowThatTellsNothing_hasAProcessAndNoNames) {
+    WindowPeer peer({});
+    EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), std::nullopt, std::nullopt}));
+}
+
+TEST_F(EwmhWorkspaceTest, hostileClassAndTitle_endInAPlainName) {
+    WindowPeer peer({"class=  Evil\x1b[2J\n\xE2\x80\xAE"
+                     "eman\t",
+                     "title=\x07\xE2\x80\xAE\n"});
+    EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "Evil [2J eman", "Evil [2J eman"}));
+}
+
+TEST_F(EwmhWorkspaceTest, titleOfAMegabyte_costsNothing) {
+    WindowPeer peer({"class=Talker", "title=0123456789abcdef", "titleSize=15000"});
+    EXPECT_EQ(frontmost(peer)->localizedName, "Talker");
+}
+
+TEST_F(EwmhWorkspaceTest, longClass_isCut) {
+    WindowPeer peer({"class=" + QString(5000, QChar('x'))});
+    EXPECT_EQ(frontmost(peer)->localizedName, QString(100, QChar('x')));
+}
+
+TEST_F(EwmhWorkspaceTest, installedApplication_goesByItsDesktopFileInTheSessionsLanguage) {
+    install("org.example.Writer", "Name=Writer\nName[de]=Schreiber\nStartupWMClass=writer-window\n");
+    start({"de_AT", "de"});
+    WindowPeer peer({"instance=x", "class=Writer-Window"});
+    EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "org.example.Writer", "Schreiber"}));
+}
+
+TEST_F(EwmhWorkspaceTest, applicationThatSaysItsId_goesByItInstalledOrNot) {
+    install("org.example.Writer", "Name=Writer\n");
+    start();
+    {
+        WindowPeer peer({"class=Something", "gtk=org.example.Writer"});
+        EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "org.example.Writer", "Writer"}));
+    }
+    WindowPeer peer({"class=Something", "gtk=org.example.Unknown"});
+    EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "org.example.Unknown", "Something"}));
+}
+
+TEST_F(EwmhWorkspaceTest, applicationInstalledMeanwhile_isFoundSoon) {
+    start();
+    WindowPeer peer({"class=Latecomer"});
+    EXPECT_EQ(frontmost(peer)->bundleID, "Latecomer");
+    install("latecomer", "Name=Late One\n");
+    WindowPeer other({"instance=other", "class=Latecomer"});
+    ASSERT_TRUE(isActive(other));
+    EXPECT_TRUE(eventually([&] { return workspace->frontmostApplication()->localizedName == "Late One"; }));
+}
+
+TEST_F(EwmhWorkspaceTest, desktopBackgroundInFront_isNobody) {
+    WindowPeer background({"class=Desktop", "type=DESKTOP"});
+    EXPECT_EQ(frontmost(background), std::nullopt);
+}
+
+TEST_F(EwmhWorkspaceTest, activation_skipsTheProcesssPartsOfTheDesktop) {
+    start();
+    WindowPeer background({"class=Desktop", "type=DESKTOP"});
+    EXPECT_FALSE(workspace->activate(background.pid()));
+}
+
+TEST_F(EwmhWorkspaceTest, activation_goesToTheMostRecentlyActiveWindowNotTheTopmost) {
+    start();
+    WindowPeer editor({"class=Editor"});
+    const auto second = [&] {
+        editor.tell("second");
+        return xcb_window_t(editor.readUntil("mapped ").toUInt());
+    }();
+    ASSERT_TRUE(eventually([&] { return windows.activeWindow() == second; }));
+    ASSERT_TRUE(workspace->frontmostApplication());
+    editor.tell("activate");
+    ASSERT_TRUE(isActive(editor));
+    ASSERT_TRUE(workspace->frontmostApplication());
+    editor.tell("lower");
+    ASSERT_TRUE(eventually([&] { return windows.managedWindows().front() == second; }));
+    WindowPeer other({"class=Other"});
+    ASSERT_TRUE(isActive(other));
+
+    EXPECT_TRUE(workspace->activate(editor.pid()));
+    EXPECT_TRUE(isActive(editor));
+}
+
+TEST_F(EwmhWorkspaceTest, processWithoutAWindow_runsButCantBeActivated) {
+    start();
+    EXPECT_TRUE(workspace->runningApplication(::getpid()));
+    EXPECT_FALSE(workspace->activate(::getpid()));
+}
+
+TEST_F(EwmhWorkspaceTest, deadProcessThatNobodyHasBuriedYet_countsAsGone) {
+    start();
+    const pid_t child = ::fork();
+    if (child == 0)
+        ::_exit(0);
+    EXPECT_TRUE(eventually([&] { return !workspace->runningApplication(child); }));
+    ASSERT_EQ(::waitpid(child, nullptr, WNOHANG), child) << "it was there to be buried";
+}
+
+TEST_F(EwmhWorkspaceTest, impossibleProcesses_areNotThere) {
+    start();
+    EXPECT_EQ(workspace->runningApplication(0), std::nullopt);
+    EXPECT_EQ(workspace->runningApplication(-1), std::nullopt);
+    EXPECT_EQ(workspace->runningApplication(0x7FFFFFFF), std::nullopt);
+    EXPECT_FALSE(workspace->activate(0));
+}
+
+TEST_F(EwmhWorkspaceTest, ownWindowInFront_hasOurOwnIdentifierWhateverItsClass) {
+    start();
+    const auto own = X11Connection::open();
+    const auto window = xcb_generate_id(own->get());
+    xcb_create_window(own->get(), XCB_COPY_FROM_PARENT, window, own->root(), 0, 0, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(own->get(), window);
+    own->flush();
+    ASSERT_TRUE(eventually([&] { return windows.activeWindow() == window; }));
+    const auto frontmost = workspace->frontmostApplication();
+    ASSERT_TRUE(frontmost);
+    EXPECT_EQ(frontmost->pid, ::getpid());
+    EXPECT_EQ(frontmost->bundleID, workspace->ownBundleID());
+}
+
+TEST_F(EwmhWorkspaceTest, question_takesLessThanAMillisecond) {
+    install("editor", "Name=Editor\n");
+    WindowPeer peer({"class=Editor"});
+    frontmost(peer);
+    using Clock = std::chrono::steady_clock;
+    auto best = Clock::duration::max(); // of many, since the machine does other things too
+    for (int i = 0; i < 50; ++i) {
+        const auto start = Clock::now();
+        workspace->frontmostApplication();
+        best = std::min(best, Clock::now() - start);
+    }
+    RecordProperty("microseconds", int(std::chrono::duration_cast<std::chrono::microseconds>(best).count()));
+    EXPECT_LT(best, std::chrono::milliseconds(1));
+}
+
+TEST_F(EwmhWorkspaceTest, noConnection_isASessionWithoutApplications) {
+    DesktopEntryCatalog none({}, {});
+    EwmhWorkspace empty(nullptr, none);
+    EXPECT_EQ(empty.frontmostApplication(), std::nullopt);
+    EXPECT_TRUE(empty.runningApplication(::getpid()));
+    EXPECT_FALSE(empty.activate(::getpid()));
+    EXPECT_EQ(X11SessionAccess(nullptr).lacks(), std::vector{SessionLack::XServer});
+}
+
+TEST_F(EwmhWorkspaceTest, sessionWithWindowManager_lacksNothing) {
+    X11SessionAccess access(connection.get());
+    EXPECT_TRUE(access.lacks().empty());
+    EXPECT_TRUE(access.canWatchKeys());
+}
+
+/// A server of its own without a window manager: the test plays it.
+class BareServer : public testing::Test {
+protected:
+    void startServer(const QStringList& options) {
+        int ready[2];
+        ASSERT_EQ(::pipe(ready), 0);
+        server = std::make_unique<Peer>("Xvfb",
+                                        QStringList{"-displayfd", QString::number(ready[1]), "-screen", "0",
+                                                    "640x480x24", "-ac", "-noreset", "-nolisten", "tcp"} +
+                                            options);
+        ::close(ready[1]);
+        QByteArray number(16, 0);
+        const auto size = ::read(ready[0], number.data(), std::size_t(number.size()));
+        ::close(ready[0]);
+        ASSERT_GT(size, 0) << "Xvfb did not start";
+        display = ":" + number.left(qsizetype(size)).trimmed();
+        former = qgetenv("DISPLAY");
+        qputenv("DISPLAY", display);
+        connection = X11Connection::open();
+        ASSERT_TRUE(connection);
+    }
+    ~BareServer() override {
+        if (!former.isEmpty())
+            qputenv("DISPLAY", former);
+    }
+
+    void setWindows(const char* property, std::vector<xcb_window_t> windows) {
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, connection->root(),
+                            connection->atom(property), XCB_ATOM_WINDOW, 32, std::uint32_t(windows.size()),
+                            windows.data());
+        ASSERT_TRUE(connection->roundTrip());
+    }
+    void play(xcb_window_t window) {
+        setWindows("_NET_ACTIVE_WINDOW", {window});
+        setWindows("_NET_CLIENT_LIST", {window});
+    }
+
+    std::unique_ptr<Peer> server;
+    QByteArray display;
+    QByteArray former;
+    std::unique_ptr<X11Connection> connection;
+    DesktopEntryCatalog none{{}, {}};
+};
+
+TEST_F(BareServer, serverThatKnowsNoProcesses_goesByTheWindowsWord) {
+    startServer({"-extension", "X-Resource"});
+    EwmhWorkspace workspace(connection.get(), none);
+    WindowPeer peer({"class=Local", "pid=" + QString::number(::getppid())});
+    play(peer.window);
+    EXPECT_EQ(workspace.frontmostApplication()->pid, ::getppid());
+}
+
+TEST_F(BareServer, programOfAnotherMachine_hasOneNegativeNumberUntilItsWindowsAreGone) {
+    startServer({"-extension", "X-Resource"}); // its process is unknown to everybody, as if it were far away
+    EwmhWorkspace workspace(connection.get(), none);
+    WindowPeer first({"class=Remote"});
+    WindowPeer second({"class=Remote"});
+    play(first.window);
+    const auto firstPid = workspace.frontmostApplication()->pid;
+    EXPECT_LT(firstPid, 0);
+    first.tell("second");
+    const auto sibling = xcb_window_t(first.readUntil("mapped ").toUInt());
+    setWindows("_NET_ACTIVE_WINDOW", {sibling});
+    EXPECT_EQ(workspace.frontmostApplication()->pid, firstPid) << "the same for all its windows";
+    setWindows("_NET_ACTIVE_WINDOW", {second.window});
+    EXPECT_NE(workspace.frontmostApplication()->pid, firstPid);
+
+    setWindows("_NET_CLIENT_LIST", {first.window, second.window});
+    EXPECT_TRUE(workspace.runningApplication(firstPid));
+    setWindows("_NET_CLIENT_LIST", {second.window});
+    EXPECT_EQ(workspace.runningApplication(firstPid), std::nullopt);
+}
+
+TEST_F(BareServer, windowManagerWithoutActivation_refusesAndIsReported) {
+    startServer({});
+    EwmhWorkspace workspace(connection.get(), none);
+    WindowPeer peer({"class=Local"});
+    play(peer.window);
+    EXPECT_TRUE(workspace.frontmostApplication());
+    EXPECT_FALSE(workspace.activate(peer.pid()));
+    EXPECT_EQ(X11SessionAccess(connection.get()).lacks(), std::vector{SessionLack::ActiveWindow});
+}
+
+TEST_F(BareServer, serverWithoutXTest_isReported) {
+    startServer({"-extension", "XTEST"});
+    const auto lacks = X11SessionAccess(connection.get()).lacks();
+    EXPECT_NE(std::find(lacks.begin(), lacks.end(), SessionLack::KeyPosting), lacks.end());
+}
+
+TEST_F(BareServer, panelInFront_isNobody) {
+    startServer({});
+    EwmhWorkspace workspace(connection.get(), none);
+    WindowPeer panel({"class=Panel", "type=DOCK"});
+    play(panel.window);
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+}
+
+TEST_F(BareServer, activeWindowThatIsGone_isNobody) {
+    startServer({});
+    EwmhWorkspace workspace(connection.get(), none);
+    setWindows("_NET_ACTIVE_WINDOW", {0x00FFFFFF});
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+    setWindows("_NET_ACTIVE_WINDOW", {connection->root()});
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+    setWindows("_NET_ACTIVE_WINDOW", {});
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+}
+
+TEST_F(BareServer, hungServer_isGivenUpSoonAndAskedAgainLater) {
+    startServer({});
+    EwmhWorkspace workspace(connection.get(), none);
+    WindowPeer peer({"class=Local"});
+    play(peer.window);
+    ASSERT_TRUE(workspace.frontmostApplication());
+    server->signal(SIGSTOP);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, X11Connection::AnswerTimeout * 2);
+    server->signal(SIGCONT);
+    EXPECT_TRUE(eventually([&] { return workspace.frontmostApplication().has_value(); }));
+}
+
+TEST_F(BareServer, lostServer_leavesUsAliveWithoutApplications) {
+    startServer({});
+    EwmhWorkspace workspace(connection.get(), none);
+    X11SessionAccess access(connection.get());
+    server->signal(SIGKILL);
+    EXPECT_TRUE(eventually([&] { return access.lacks() == std::vector{SessionLack::XServer}; }));
+    EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
+    EXPECT_FALSE(workspace.activate(::getpid()));
+}
+
+} // namespace
