@@ -15,6 +15,7 @@
 #include <dirent.h>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -32,7 +33,7 @@ std::multimap<pid_t, pid_t> childrenByParent() {
     if (proc == nullptr)
         return children;
     while (const dirent* entry = readdir(proc)) {
-        const auto pid = static_cast<pid_t>(std::atoi(entry->d_name));
+        const auto pid = static_cast<pid_t>(std::strtol(entry->d_name, nullptr, 10));
         if (pid <= 0)
             continue;
         std::ifstream file("/proc/" + std::string(entry->d_name) + "/stat");
@@ -40,9 +41,13 @@ std::multimap<pid_t, pid_t> childrenByParent() {
         std::getline(file, stat);
         // The second field is the program's name in parentheses, and the name may hold any character.
         const auto afterName = stat.rfind(')');
-        int parent = 0;
-        if (afterName != std::string::npos && std::sscanf(stat.c_str() + afterName, ") %*c %d", &parent) == 1)
-            children.emplace(static_cast<pid_t>(parent), pid);
+        if (afterName == std::string::npos)
+            continue;
+        std::istringstream rest(stat.substr(afterName + 1));
+        char state = 0;
+        pid_t parent = 0;
+        if (rest >> state >> parent)
+            children.emplace(parent, pid);
     }
     closedir(proc);
     return children;

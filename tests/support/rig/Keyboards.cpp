@@ -156,10 +156,10 @@ private:
 
 class Daemon {
 public:
-    Daemon(const std::string& control, const std::vector<std::string>& devicePaths) {
+    Daemon(const std::string& control, const std::vector<std::string>& devicePaths)
+        : listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         for (const std::string& path : devicePaths)
             devices.emplace_back(path);
-        listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
         const sockaddr_un address = addressOf(control);
         unlink(control.c_str());
         if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
@@ -244,7 +244,7 @@ private:
 
     std::vector<Device> devices;
     std::vector<Client> clients;
-    int listener = -1;
+    int listener;
 };
 
 // The side that a person or a script talks to.
