@@ -11,8 +11,8 @@
 #include <vector>
 
 #include <fcntl.h>
-#include <sys/pidfd.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <linux/close_range.h>
@@ -147,6 +147,12 @@ int launchResult(int report) {
     return count == 0 ? 0 : code;
 }
 
+/// A descriptor that becomes readable when the process ends. The C library's own wrapper can't be used: its
+/// header of this age doesn't say that it is C.
+FileDescriptor openHandle(pid_t pid) {
+    return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
+}
+
 void reap(pid_t pid) {
     while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
     }
@@ -178,7 +184,7 @@ LaunchedChild launchChild(const ChildProcessRequest& request) {
         reap(child.pid);
         fail(code, request.executable);
     }
-    child.handle = FileDescriptor(::pidfd_open(child.pid, 0));
+    child.handle = openHandle(child.pid);
     if (!child.handle.isOpen()) {
         const auto code = errno;
         ::kill(-child.pid, SIGKILL);
