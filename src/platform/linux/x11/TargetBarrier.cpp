@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/TargetBarrier.h"
+
+#include <xcb/res.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <thread>
+
+namespace talvera {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+// For applications that neither answer nor let us see whether they are busy.
+constexpr milliseconds BlindWait{100};
+// An application that is asleep has read what the server had written by then, so looking twice suffices.
+constexpr milliseconds SleepProbe{8};
+constexpr std::uint32_t FirstStamp = 0x5a000000;
+
+/// Whether a process has nothing to do; nothing if there is no way to know.
+std::optional<bool> isAsleep(pid_t process) {
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    const std::string line{std::istreambuf_iterator<char>(file), {}};
+    // The name before the state stands in parentheses and may hold anything.
+    const std::size_t nameEnd = line.rfind(')');
+    if (nameEnd == std::string::npos || nameEnd + 2 >= line.size()) {
+        return std::nullopt;
+    }
+    return line[nameEnd + 2] == 'S';
+}
+
+/// The application has answered, or it never will, because its window is gone.
+bool endsWait(const xcb_generic_event_t& event, xcb_window_t window, xcb_atom_t ping, std::uint32_t stamp) {
+    constexpr std::uint8_t Error = 0;
+    switch (event.response_type & 0x7f) {
+    case Error:
+        return true;
+    case XCB_DESTROY_NOTIFY:
+        return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == window;
+    case XCB_CLIENT_MESSAGE: {
+        const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
+        return message.data.data32[0] == ping && message.data.data32[1] == stamp;
+    }
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void TargetBarrier::wait(milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    const xcb_window_t window = focusedWindow();
+    if (window != XCB_NONE && answersPing(window)) {
+        ping(window, deadline);
+        return;
+    }
+    const pid_t process = window != XCB_NONE ? processOf(window) : 0;
+    if (process == 0 || !isAsleep(process)) {
+        std::this_thread::sleep_for(std::min(limit, BlindWait));
+        return;
+    }
+    for (int calm = 0; calm < 2 && Clock::now() < deadline;) {
+        std::this_thread::sleep_for(SleepProbe);
+        calm = isAsleep(process).value_or(true) ? calm + 1 : 0;
+    }
+}
+
+xcb_window_t TargetBarrier::focusedWindow() {
+    const auto active = m_connection.property(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
+    if (!active.empty() && active.front() != XCB_NONE) {
+        return active.front();
+    }
+    // Without a window manager, or with a window that it doesn't manage.
+    const auto focus =
+        m_connection.reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection.get()));
+    const bool isWindow = focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT;
+    return isWindow && focus->focus != m_connection.root() ? focus->focus : XCB_NONE;
+}
+
+bool TargetBarrier::answersPing(xcb_window_t window) {
+    const auto protocols = m_connection.property(window, m_connection.atom("WM_PROTOCOLS"));
+    const xcb_atom_t ping = m_connection.atom("_NET_WM_PING");
+    return std::find(protocols.begin(), protocols.end(), ping) != protocols.end();
+}
+
+void TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
+    xcb_connection_t* xcb = m_connection.get();
+    const xcb_window_t root = m_connection.root();
+    // The answer is sent to the root window, by some programs to one of these kinds of listeners, by some to
+    // the other.
+    const std::uint32_t listen = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(xcb, root, XCB_CW_EVENT_MASK, &listen);
+    const std::uint32_t listenForEnd = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(xcb, window, XCB_CW_EVENT_MASK, &listenForEnd);
+
+    const xcb_atom_t pingAtom = m_connection.atom("_NET_WM_PING");
+    const std::uint32_t stamp = FirstStamp + ++m_stamp;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = m_connection.atom("WM_PROTOCOLS");
+    message.data.data32[0] = pingAtom;
+    message.data.data32[1] = stamp;
+    message.data.data32[2] = window;
+    xcb_send_event(xcb, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
+
+    bool pending = true;
+    while (pending) {
+        const XcbEvent event = m_connection.waitForEvent(deadline);
+        pending = event && !endsWait(*event, window, pingAtom, stamp);
+    }
+
+    const std::uint32_t silence = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(xcb, root, XCB_CW_EVENT_MASK, &silence);
+    xcb_change_window_attributes(xcb, window, XCB_CW_EVENT_MASK, &silence);
+    m_connection.roundTrip();
+    while (m_connection.pollEvent()) {
+    }
+}
+
+pid_t TargetBarrier::processOf(xcb_window_t window) {
+    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(m_connection.get(), &xcb_res_id);
+    if (!extension || !extension->present) {
+        return 0;
+    }
+    const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const auto versionCookie = xcb_res_query_version(m_connection.get(), 1, 2);
+    const auto idsCookie = xcb_res_query_client_ids(m_connection.get(), 1, &spec);
+    const auto version = m_connection.reply<xcb_res_query_version_reply_t>(versionCookie);
+    const auto answer = m_connection.reply<xcb_res_query_client_ids_reply_t>(idsCookie);
+    if (!version || !answer) {
+        return 0;
+    }
+    auto ids = xcb_res_query_client_ids_ids_iterator(answer.get());
+    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) == 0) {
+        return 0;
+    }
+    return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
+}
+
+} // namespace talvera

@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/TypingLedger.h"
+
+#include "platform/linux/x11/KeySymTable.h"
+
+namespace talvera {
+
+namespace {
+
+// A property of the root window: lifted modifiers, modifiers to lock, then pairs of keycode and symbol.
+constexpr std::string_view PropertyName = "_TALVERA_TYPING";
+constexpr std::size_t HeadLength = 2;
+
+TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
+    TypingLedger::LentKeys keys;
+    const xcb_keycode_t lowest = 8;
+    for (std::size_t index = HeadLength; index + 1 < items.size(); index += 2) {
+        if (items[index] >= lowest && items[index] <= 255) {
+            keys.emplace(static_cast<xcb_keycode_t>(items[index]), items[index + 1]);
+        }
+    }
+    return keys;
+}
+
+std::vector<std::uint32_t> readLedger(X11Keyboard& keyboard) {
+    X11Connection& connection = keyboard.connection();
+    return connection.property(connection.root(), connection.atom(PropertyName));
+}
+
+void eraseLedger(X11Connection& connection) {
+    xcb_delete_property(connection.get(), connection.root(), connection.atom(PropertyName));
+}
+
+} // namespace
+
+void TypingLedger::noteLentKeys(const LentKeys& keys) {
+    m_keys = keys;
+    write();
+}
+
+void TypingLedger::noteLocks(std::uint8_t lifted, std::uint8_t locked) {
+    m_lifted = lifted;
+    m_locked = locked;
+    write();
+}
+
+void TypingLedger::write() {
+    X11Connection& connection = m_keyboard.connection();
+    if (m_keys.empty() && m_lifted == 0) {
+        if (m_written) {
+            eraseLedger(connection);
+        }
+        m_written = false;
+        return;
+    }
+    std::vector<std::uint32_t> items{m_lifted, m_locked};
+    for (const auto& [key, symbol] : m_keys) {
+        items.push_back(key);
+        items.push_back(symbol);
+    }
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, connection.root(),
+                        connection.atom(PropertyName), XCB_ATOM_CARDINAL, 32,
+                        static_cast<std::uint32_t>(items.size()), items.data());
+    m_written = true;
+}
+
+bool TypingLedger::owesKeys(X11Keyboard& keyboard) {
+    return !lentKeys(readLedger(keyboard)).empty();
+}
+
+void TypingLedger::settle(X11Keyboard& keyboard) {
+    keyboard.releaseStranded();
+    const std::vector<std::uint32_t> items = readLedger(keyboard);
+    if (items.size() < HeadLength) {
+        return;
+    }
+    if (const LentKeys keys = lentKeys(items); !keys.empty()) {
+        returnLentKeys(keyboard, keys);
+    }
+    keyboard.setLockedModifiers(static_cast<std::uint8_t>(items[0]), static_cast<std::uint8_t>(items[1]));
+    eraseLedger(keyboard.connection());
+    keyboard.connection().roundTrip();
+}
+
+void returnLentKeys(X11Keyboard& keyboard, const TypingLedger::LentKeys& keys) {
+    changeKeySyms(keyboard, keys.begin()->first, keys.rbegin()->first, [&](KeySymTable& table) {
+        for (const auto& [key, symbol] : keys) {
+            if (table[key].isOnly(symbol)) {
+                table[key] = {};
+            }
+        }
+    });
+}
+
+} // namespace talvera

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/X11Typist.h"
+
+#include "platform/linux/x11/XcbXkb.h"
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+
+namespace talvera {
+
+namespace {
+
+/// Asks to be told when the keymap of the typing device changes.
+void watchKeymap(X11Keyboard& keyboard) {
+    constexpr std::uint16_t Events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t MapParts =
+        XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(keyboard.connection().get(), keyboard.typingDevice(), Events, 0, Events, MapParts,
+                          MapParts, nullptr);
+}
+
+} // namespace
+
+std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
+                                        std::size_t capacity,
+                                        const std::function<bool(xkb_keysym_t)>& isWritable) {
+    std::vector<xkb_keysym_t> wanted;
+    for (std::size_t position = start; position < symbols.size(); ++position) {
+        const xkb_keysym_t symbol = symbols[position];
+        if (symbol == XKB_KEY_NoSymbol || isWritable(symbol) ||
+            std::find(wanted.begin(), wanted.end(), symbol) != wanted.end()) {
+            continue;
+        }
+        if (wanted.size() == capacity) {
+            break;
+        }
+        wanted.push_back(symbol);
+    }
+    return wanted;
+}
+
+X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symbols)
+    : m_keyboard(keyboard)
+    , m_barrier(barrier)
+    , m_symbols(std::move(symbols))
+    , m_ledger(keyboard)
+    , m_layout(keyboard)
+    , m_spares(keyboard, m_ledger)
+    , m_guard(keyboard, m_ledger, m_layout.numLockModifiers()) {
+    watchKeymap(m_keyboard);
+    m_group = m_keyboard.state().group;
+    lendFrom(0);
+}
+
+X11Typist::~X11Typist() {
+    release();
+    if (!m_spares.lent().empty()) {
+        if (m_hasTyped) {
+            m_keyboard.connection().roundTrip();
+            m_barrier.wait();
+        }
+        m_spares.giveBack();
+    }
+}
+
+bool X11Typist::press(std::size_t position, bool withShift) {
+    release();
+    m_group = m_guard.clear(m_spares.neutralKey());
+    followKeyboard();
+    std::optional<KeyStroke> stroke = strokeAt(position);
+    if (stroke && withShift) {
+        const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
+        stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
+    }
+    if (!stroke || m_keyboard.connection().isBroken()) {
+        return false;
+    }
+    for (const xcb_keycode_t modifier : stroke->modifiers) {
+        m_keyboard.press(modifier);
+    }
+    m_keyboard.press(stroke->key);
+    m_keyboard.connection().flush();
+    m_pressed = std::move(stroke);
+    m_hasTyped = true;
+    return true;
+}
+
+void X11Typist::release() {
+    if (!m_pressed) {
+        return;
+    }
+    m_keyboard.release(m_pressed->key);
+    for (auto modifier = m_pressed->modifiers.rbegin(); modifier != m_pressed->modifiers.rend(); ++modifier) {
+        m_keyboard.release(*modifier);
+    }
+    m_keyboard.connection().flush();
+    m_pressed.reset();
+}
+
+void X11Typist::followKeyboard() {
+    const std::uint8_t firstEvent =
+        xcb_get_extension_data(m_keyboard.connection().get(), &xcb_xkb_id)->first_event;
+    bool changed = false;
+    while (const XcbEvent event = m_keyboard.connection().pollEvent()) {
+        // Other devices tell of themselves too, each time that the user's hands change between keyboards.
+        const auto* notice = reinterpret_cast<const xcb_xkb_map_notify_event_t*>(event.get());
+        changed = changed || ((event->response_type & 0x7f) == firstEvent &&
+                              notice->deviceID == m_keyboard.typingDevice());
+    }
+    if (changed) {
+        m_spares.refresh();
+        m_layout.refresh(m_spares.lent());
+    }
+}
+
+std::optional<KeyStroke> X11Typist::strokeAt(std::size_t position) {
+    std::optional<KeyStroke> stroke = findStroke(m_symbols[position]);
+    if (!stroke && m_symbols[position] != XKB_KEY_NoSymbol) {
+        lendFrom(position);
+        stroke = findStroke(m_symbols[position]);
+    }
+    return stroke;
+}
+
+std::optional<KeyStroke> X11Typist::findStroke(xkb_keysym_t symbol) {
+    if (auto stroke = m_layout.find(symbol, m_group)) {
+        return stroke;
+    }
+    const auto spare = m_spares.find(symbol);
+    return spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
+}
+
+void X11Typist::lendFrom(std::size_t position) {
+    const auto wanted = symbolsToLend(m_symbols, position, m_spares.capacity(), [this](xkb_keysym_t symbol) {
+        return m_layout.find(symbol, m_group).has_value();
+    });
+    const bool known = std::all_of(wanted.begin(), wanted.end(),
+                                   [this](xkb_keysym_t symbol) { return m_spares.find(symbol).has_value(); });
+    if (known) {
+        return;
+    }
+    if (m_hasTyped) {
+        m_keyboard.connection().roundTrip();
+        m_barrier.wait();
+        m_hasTyped = false;
+    }
+    m_spares.lend(wanted);
+    m_barrier.wait();
+    // The change that we have just made is no news.
+    while (m_keyboard.connection().pollEvent()) {
+    }
+}
+
+} // namespace talvera

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "TypingTools.h"
+
+#include "delivery/typewriterChunks.h"
+
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace talvera::test {
+
+QString mixedText() {
+    return QStringLiteral("The quick brown fox jumps over 13 lazy dogs; \"quoted\" {braces} [brackets] "
+                          "<tags> #1 @ 50% & more? ~/a_b|c\\d^e`f\n"
+                          "Съешь же ещё этих мягких французских булок, да выпей чаю.\n"
+                          "Falsches Üben von Xylophonmusik quält jeden größeren Zwerg: 5 € §3\n"
+                          "Où l'œuvre naïve, ça déçoit — Zażółć gęślą jaźń\n"
+                          "नमस्ते दुनिया مرحبا بالعالم\t漢字かな交じり文 안녕하세요 세계\n"
+                          "cafe\u0301 n\u0303 a\u0308\u0304 😀🎉👩\u200d💻👍🏽 end");
+}
+
+void typeText(KeyEventPoster& poster, const QString& text) {
+    using std::chrono::milliseconds;
+    const QStringList chunks = typewriterChunks(text);
+    const auto session = poster.beginTyping(chunks);
+    for (qsizetype index = 0; index < chunks.size(); ++index) {
+        session->post(index, KeyPhase::Down);
+        std::this_thread::sleep_for(milliseconds(2));
+        session->post(index, KeyPhase::Up);
+        std::this_thread::sleep_for(milliseconds(25));
+    }
+}
+
+std::string outputOf(const std::string& command) {
+    const auto close = [](std::FILE* stream) { ::pclose(stream); };
+    const std::unique_ptr<std::FILE, decltype(close)> stream(::popen(command.c_str(), "r"), close);
+    std::string output;
+    char buffer[4096];
+    while (const std::size_t count = stream ? std::fread(buffer, 1, sizeof buffer, stream.get()) : 0) {
+        output.append(buffer, count);
+    }
+    return output;
+}
+
+void setLayout(const std::string& layout) {
+    outputOf("setxkbmap " + layout);
+}
+
+std::string keymap() {
+    std::string map = outputOf("xkbcomp \"$DISPLAY\" - 2>/dev/null");
+    if (map.empty()) {
+        throw std::runtime_error("xkbcomp tells nothing");
+    }
+    return map;
+}
+
+} // namespace talvera::test

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/KeyEventPoster.h"
+
+#include <QString>
+
+#include <string>
+
+namespace talvera::test {
+
+/// About 300 characters of a dozen scripts, with combining accents and emoji of several code points.
+QString mixedText();
+
+/// Types `text` as delivery does: piece by piece, at its pace.
+void typeText(KeyEventPoster& poster, const QString& text);
+
+/// Gives all keyboards of the session another layout, e.g. "us" or "us,ru" or "us -variant dvorak".
+void setLayout(const std::string& layout);
+
+/// What a program prints on its standard output. Throws std::runtime_error when it fails.
+std::string outputOf(const std::string& command);
+
+/// The keymap of the session's keyboard, with every symbol, type, action and indicator.
+std::string keymap();
+
+} // namespace talvera::test

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+#include "receivers/Receiver.h"
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <string>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+extern char** environ; // NOLINT(readability-redundant-declaration): not declared by every C library
+
+namespace talvera::test {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::filesystem::path makeDirectory() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "receiver.XXXXXX").string();
+    if (!::mkdtemp(pattern.data())) {
+        throw std::runtime_error("no temporary directory");
+    }
+    return pattern;
+}
+
+std::string titleOf(X11Connection& connection, xcb_window_t window) {
+    for (const char* name : {"_NET_WM_NAME", "WM_NAME"}) {
+        const auto answer = connection.reply<xcb_get_property_reply_t>(xcb_get_property(
+            connection.get(), 0, window, connection.atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, 256));
+        if (answer && answer->format == 8) {
+            return {static_cast<const char*>(xcb_get_property_value(answer.get())),
+                    static_cast<std::size_t>(xcb_get_property_value_length(answer.get()))};
+        }
+    }
+    return {};
+}
+
+/// Waits until the window with this title is the active one.
+bool waitUntilActive(const std::string& title, Clock::time_point deadline) {
+    const auto connection = X11Connection::open();
+    if (!connection) {
+        throw std::runtime_error("no X server");
+    }
+    const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection->get(), connection->root(), XCB_CW_EVENT_MASK, &mask);
+    do {
+        const auto active = connection->property(connection->root(), connection->atom("_NET_ACTIVE_WINDOW"));
+        if (active.empty() || active.front() == XCB_NONE) {
+            continue;
+        }
+        xcb_change_window_attributes(connection->get(), active.front(), XCB_CW_EVENT_MASK, &mask);
+        if (titleOf(*connection, active.front()) == title) {
+            return true;
+        }
+    } while (connection->waitForEvent(deadline));
+    return false;
+}
+
+} // namespace
+
+Receiver::Receiver(Kind kind, const QString& title)
+    : m_directory(makeDirectory()) {
+    const std::string pipePath = m_directory / "pipe";
+    const bool made = ::mkfifo(pipePath.c_str(), 0600) == 0 && ::pipe2(m_stop, O_CLOEXEC) == 0;
+    // Also open for writing, so that the application's end may come and go.
+    const int pipe = made ? ::open(pipePath.c_str(), O_RDWR | O_CLOEXEC) : -1;
+    if (pipe < 0) {
+        throw std::runtime_error("no pipe for the receiver");
+    }
+    m_listener = std::thread([this, pipe] { listen(pipe); });
+    try {
+        launch(kind, title);
+        awaitFocus(title);
+    } catch (...) {
+        shutDown();
+        throw;
+    }
+}
+
+void Receiver::awaitFocus(const QString& title) {
+    const auto deadline = Clock::now() + Patience;
+    const bool active = waitUntilActive(title.toStdString(), deadline);
+    std::unique_lock lock(m_mutex);
+    if (!active || !m_changed.wait_until(lock, deadline, [this] { return m_ready; })) {
+        throw std::runtime_error(active ? "the receiver's field has not taken the focus"
+                                        : "the receiver's window has not become the active one");
+    }
+}
+
+void Receiver::launch(Kind kind, const QString& title) {
+    const std::string directory = TALVERA_RECEIVERS;
+    const std::string pipe = m_directory / "pipe";
+    const std::string profile = m_directory / "profile";
+    std::vector<std::string> command;
+    switch (kind) {
+    case Kind::Gtk:
+        command = {directory + "/gtk-editor.py", pipe, title.toStdString()};
+        break;
+    case Kind::Qt:
+        command = {TALVERA_QT_EDITOR, pipe, title.toStdString()};
+        break;
+    case Kind::Terminal:
+        command = {"xterm", "-u8", "-T", title.toStdString(), "-e", directory + "/terminal-reader.py", pipe};
+        break;
+    case Kind::Chromium:
+        command = {directory + "/chromium-editor.py", pipe, title.toStdString(), profile};
+        break;
+    }
+    std::vector<char*> arguments;
+    for (std::string& argument : command) {
+        arguments.push_back(argument.data());
+    }
+    arguments.push_back(nullptr);
+
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    const int error =
+        ::posix_spawnp(&m_process, arguments[0], nullptr, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    if (error != 0) {
+        m_process = 0;
+        throw std::runtime_error("can't start " + command[0]);
+    }
+}
+
+Receiver::~Receiver() {
+    shutDown();
+}
+
+void Receiver::shutDown() {
+    if (m_process > 0) {
+        signal(SIGKILL);
+        ::waitpid(m_process, nullptr, 0);
+    }
+    if (m_listener.joinable()) {
+        ::close(m_stop[1]);
+        m_listener.join();
+        ::close(m_stop[0]);
+    }
+    std::error_code ignored;
+    std::filesystem::remove_all(m_directory, ignored);
+}
+
+void Receiver::signal(int number) const {
+    ::kill(-m_process, number);
+}
+
+QString Receiver::text() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_text;
+}
+
+bool Receiver::waitForText(const QString& expected, std::chrono::milliseconds limit) {
+    return waitFor([&](const QString& text) { return text == expected; }, limit);
+}
+
+bool Receiver::waitFor(const std::function<bool(const QString&)>& condition,
+                       std::chrono::milliseconds limit) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, limit, [&] { return condition(m_text); });
+}
+
+void Receiver::listen(int pipe) {
+    QByteArray pending;
+    std::vector<char> buffer(1 << 16);
+    for (;;) {
+        pollfd sources[] = {{pipe, POLLIN, 0}, {m_stop[0], POLLIN, 0}};
+        ::poll(sources, 2, -1);
+        if (sources[1].revents != 0) {
+            break;
+        }
+        const ssize_t count = ::read(pipe, buffer.data(), buffer.size());
+        if (count <= 0) {
+            continue;
+        }
+        pending.append(buffer.data(), count);
+        for (qsizetype end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
+            take(pending.left(end));
+            pending.remove(0, end + 1);
+        }
+    }
+    ::close(pipe);
+}
+
+void Receiver::take(const QByteArray& line) {
+    const QJsonObject report = QJsonDocument::fromJson(line).object();
+    const std::scoped_lock lock(m_mutex);
+    m_ready = m_ready || report["ready"].toBool();
+    if (report.contains("text")) {
+        m_text = report["text"].toString();
+    }
+    m_text += report["added"].toString();
+    m_changed.notify_all();
+}
+
+} // namespace talvera::test
