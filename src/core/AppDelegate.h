@@ -3,7 +3,6 @@
 
 #include "concurrency/Published.h"
 #include "core/AgentEnvironment.h"
-#include "platform/EventTap.h"
 #include "platform/MicrophonePermission.h"
 #include "shell/MenuPanelController.h"
 
@@ -45,7 +44,6 @@ private:
     void applyLaunchAtLoginDefault();
     void decideOnWizard();
     void connectHotkeys();
-    void showBindingRefused(WatchResult result);
     void subscribe();
     void repairEventTaps(bool axTrusted);
 
