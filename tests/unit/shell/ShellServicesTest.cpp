@@ -29,6 +29,21 @@ TEST(StartSound, offInLowerCase_isAskedForLikeAnyName) {
     EXPECT_EQ(player.played, QStringList({"off", "Submarine"}));
 }
 
+TEST(StartSound, all_is15RowsInDisplayOrder) {
+    QStringList names;
+    for (const auto& sound : StartSound::all())
+        names << sound.name;
+    EXPECT_EQ(names.join(u' ').toStdString(),
+              "Off Basso Blow Bottle Frog Funk Glass Hero Morse Ping Pop Purr Sosumi Submarine Tink");
+}
+
+TEST(StartSound, byNameOfAnUnknownName_isSubmarine) {
+    for (const auto* name : {u"Tink", u"Off", u"Submarine"})
+        EXPECT_EQ(StartSound::byName(QString::fromUtf16(name)).name, QString::fromUtf16(name));
+    for (const auto* name : {u"off", u"", u"Ding"})
+        EXPECT_EQ(StartSound::byName(QString::fromUtf16(name)).name, u"Submarine");
+}
+
 struct Item final : LoginItem {
     bool registered = false;
     int calls = 0;
