@@ -19,7 +19,7 @@ nlohmann::json parsed(std::string_view line) {
     };
     try {
         return nlohmann::json::parse(line, limitDepth);
-    } catch (const nlohmann::json::parse_error&) {
+    } catch (const nlohmann::json::exception&) {
         throw BadRequest("not JSON");
     }
 }
