@@ -33,6 +33,13 @@ void typeText(KeyEventPoster& poster, const QString& text) {
     }
 }
 
+void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text) {
+    pasteboard.setString(text);
+    poster.postPaste(KeyPhase::Down);
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    poster.postPaste(KeyPhase::Up);
+}
+
 std::string outputOf(const std::string& command) {
     const auto close = [](std::FILE* stream) { ::pclose(stream); };
     const std::unique_ptr<std::FILE, decltype(close)> stream(::popen(command.c_str(), "r"), close);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/KeyEventPoster.h"
+#include "platform/Pasteboard.h"
 
 #include <QString>
 
@@ -14,6 +15,9 @@ QString mixedText();
 
 /// Types `text` as delivery does: piece by piece, at its pace.
 void typeText(KeyEventPoster& poster, const QString& text);
+
+/// Puts `text` on the clipboard and pastes it into the focused application, as delivery does.
+void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text);
 
 /// Gives all keyboards of the session another layout, e.g. "us" or "us,ru" or "us -variant dvorak".
 void setLayout(const std::string& layout);

@@ -2,6 +2,7 @@
 #include "platform/linux/x11/TypingLedger.h"
 
 #include "platform/linux/x11/KeySymTable.h"
+#include "platform/linux/x11/TargetBarrier.h"
 
 namespace talvera {
 
@@ -64,17 +65,20 @@ void TypingLedger::write() {
     m_written = true;
 }
 
-bool TypingLedger::owesKeys(X11Keyboard& keyboard) {
-    return !lentKeys(readLedger(keyboard)).empty();
-}
-
-void TypingLedger::settle(X11Keyboard& keyboard) {
+void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
     keyboard.releaseStranded();
     const std::vector<std::uint32_t> items = readLedger(keyboard);
     if (items.size() < HeadLength) {
         return;
     }
     if (const LentKeys keys = lentKeys(items); !keys.empty()) {
+        if (barrier) {
+            keyboard.connection().roundTrip();
+            barrier->wait();
+            if (readLedger(keyboard) != items) {
+                return; // somebody has settled it, and may be typing again by now
+            }
+        }
         returnLentKeys(keyboard, keys);
     }
     keyboard.setLockedModifiers(static_cast<std::uint8_t>(items[0]), static_cast<std::uint8_t>(items[1]));

@@ -8,6 +8,8 @@
 
 namespace talvera {
 
+class TargetBarrier;
+
 /// What typing has changed for the time being and owes back to the user. It is kept at the X server, written
 /// before each change, so that whoever comes after a sudden death can pay the debt.
 class TypingLedger {
@@ -23,11 +25,9 @@ public:
     /// The modifiers whose locks are lifted from now on, and those that have to be locked in the end.
     void noteLocks(std::uint8_t lifted, std::uint8_t locked);
 
-    /// Pays back what a ledger at the server still owes, and releases keys that were left down.
-    static void settle(X11Keyboard& keyboard);
-
-    /// True when there is a ledger with lent keys at the server.
-    static bool owesKeys(X11Keyboard& keyboard);
+    /// Pays back what a ledger at the server still owes, and releases keys that were left down. With
+    /// `barrier`, the focused application first gets the time to read the keys that were typed last.
+    static void settle(X11Keyboard& keyboard, TargetBarrier* barrier = nullptr);
 
 private:
     void write();

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+#include <string>
+#include <sys/types.h>
+#include <thread>
+
+namespace talvera {
+
+/// Somebody who holds the clipboard for us, at the other end of a socket; see ClipboardLink.h. Destroying it
+/// hangs up.
+class ClipboardHolder {
+public:
+    virtual ~ClipboardHolder();
+    ClipboardHolder(const ClipboardHolder&) = delete;
+    ClipboardHolder& operator=(const ClipboardHolder&) = delete;
+
+    int socket() const { return m_socket; }
+
+    /// Nothing will come from it any more.
+    virtual void giveUp() {}
+
+protected:
+    explicit ClipboardHolder(int socket)
+        : m_socket(socket) {}
+    void hangUp();
+
+private:
+    int m_socket;
+};
+
+/// The companion program. It goes on when we hang up, until somebody else takes the clipboard.
+class CompanionProcess final : public ClipboardHolder {
+public:
+    /// Null when it can't be started.
+    static std::unique_ptr<CompanionProcess> start(const std::string& program, const std::string& display);
+    ~CompanionProcess() override;
+
+    /// Ends it.
+    void giveUp() override;
+
+private:
+    CompanionProcess(int socket, pid_t process)
+        : ClipboardHolder(socket)
+        , m_process(process) {}
+
+    pid_t m_process;
+};
+
+/// A thread that does the same as long as we live.
+class ClipboardThread final : public ClipboardHolder {
+public:
+    /// Null when there is no X server.
+    static std::unique_ptr<ClipboardThread> start(const std::string& display);
+    ~ClipboardThread() override;
+
+private:
+    ClipboardThread(int socket, std::thread thread)
+        : ClipboardHolder(socket)
+        , m_thread(std::move(thread)) {}
+
+    std::thread m_thread;
+};
+
+} // namespace talvera

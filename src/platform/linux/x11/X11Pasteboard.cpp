@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/X11Pasteboard.h"
+
+#include "platform/linux/x11/ClipboardHolder.h"
+#include "platform/linux/x11/ClipboardLink.h"
+
+#include <cstdio>
+#include <utility>
+
+namespace talvera {
+
+namespace {
+
+constexpr std::chrono::milliseconds AnswerLimit{2000};
+
+} // namespace
+
+X11Pasteboard::X11Pasteboard(std::string companionProgram, std::string display)
+    : m_companionProgram(std::move(companionProgram))
+    , m_display(std::move(display))
+    , m_holder(CompanionProcess::start(m_companionProgram, m_display)) {}
+
+X11Pasteboard::~X11Pasteboard() = default;
+
+void X11Pasteboard::setString(const QString& text) {
+    const std::scoped_lock lock(m_mutex);
+    const QByteArray bytes = text.toUtf8();
+    const std::string_view utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    if (offer(utf8)) {
+        return;
+    }
+    replaceHolder(CompanionProcess::start(m_companionProgram, m_display));
+    if (offer(utf8)) {
+        return;
+    }
+    replaceHolder(ClipboardThread::start(m_display));
+    if (!offer(utf8)) {
+        std::puts("[pasteboard] the clipboard can't be set");
+    }
+}
+
+bool X11Pasteboard::offer(std::string_view utf8) {
+    return m_holder && sendText(m_holder->socket(), ++m_serial, utf8, AnswerLimit);
+}
+
+void X11Pasteboard::replaceHolder(std::unique_ptr<ClipboardHolder> holder) {
+    if (m_holder) {
+        m_holder->giveUp();
+    }
+    m_holder = std::move(holder);
+}
+
+} // namespace talvera

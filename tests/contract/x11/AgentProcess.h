@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <sys/types.h>
+
+namespace talvera::test {
+
+/// The program x11-agent (agent.cpp) at work.
+class AgentProcess {
+public:
+    AgentProcess();
+    ~AgentProcess();
+    AgentProcess(const AgentProcess&) = delete;
+    AgentProcess& operator=(const AgentProcess&) = delete;
+
+    /// Has it do one thing and waits until that is done. Throws std::runtime_error when it has ended.
+    void tell(const std::string& command);
+
+    /// Ends it without a chance to tidy up. When this returns it is gone.
+    void kill();
+
+    void stop() const;       ///< it stalls
+    void goOn() const;       ///< it works again
+    pid_t companion() const; ///< the process of its companion; 0 if it has none
+
+private:
+    pid_t m_process = 0;
+    std::FILE* m_commands = nullptr;
+    std::FILE* m_answers = nullptr;
+};
+
+} // namespace talvera::test
