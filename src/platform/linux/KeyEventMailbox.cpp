@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/KeyEventMailbox.h"
 
+#include "platform/VirtualKeys.h"
+
 #include <utility>
 
 namespace talvera {
@@ -30,6 +32,16 @@ bool KeyEventMailbox::giveUpIfOverdue() {
     return true;
 }
 
+bool KeyEventMailbox::hasGivenUp() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_gaveUp;
+}
+
+std::set<std::uint16_t> KeyEventMailbox::heardPresses() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_heardPresses;
+}
+
 void KeyEventMailbox::close() {
     m_receiver = nullptr;
 }
@@ -51,7 +63,12 @@ std::optional<KeyEvent> KeyEventMailbox::next() {
         m_isDelivering = false;
         return std::nullopt;
     }
-    return m_waiting.front().event;
+    const auto& event = m_waiting.front().event;
+    if (isPress(event))
+        m_heardPresses.insert(event.keyCode);
+    else
+        m_heardPresses.erase(event.keyCode);
+    return event;
 }
 
 void KeyEventMailbox::markAnswered() {

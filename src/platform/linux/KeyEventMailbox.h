@@ -10,6 +10,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 
 namespace talvera {
 
@@ -38,6 +39,13 @@ public:
     /// main actor has been told. Any thread.
     bool giveUpIfOverdue();
 
+    ///     /// The virtual key codes of the presses that the main actor was handed, but not their ends. Any
+    ///     thread.
+    std::set<std::uint16_t> heardPresses() const;
+
+    /// The main actor still has to be told that it was given up. Any thread.
+    bool hasGivenUp() const;
+
     /// The receiver is not called any more. Main thread.
     void close();
 
@@ -61,6 +69,7 @@ private:
     std::deque<Letter> m_waiting;
     bool m_isDelivering = false; // the main actor has been asked to look
     bool m_gaveUp = false;
+    std::set<std::uint16_t> m_heardPresses;
 };
 
 } // namespace talvera

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11ChordGrabs.h"
 
+#include "platform/VirtualKeys.h"
 #include "platform/linux/x11/X11KeyCodes.h"
 
 #include <algorithm>
@@ -26,12 +27,13 @@ std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords
 
     Combinations unwanted;
     std::ranges::set_difference(m_held, wanted, std::inserter(unwanted, unwanted.end()));
-    for (const auto& combination : unwanted)
+        for (const auto& combination : unwanted)
         letGo(combination);
     Combinations missing;
     std::ranges::set_difference(wanted, m_held, std::inserter(missing, missing.end()));
-    grab(missing);
-    m_connection->flush();
+        grab(missing);
+    if (missing.empty() && !unwanted.empty())
+        m_connection->roundTrip();
 
     std::vector<WatchResult> results;
     for (const auto& chord : chords) {
@@ -49,7 +51,7 @@ std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords
 X11ChordGrabs::Combinations X11ChordGrabs::withFurtherModifiers(const KeyChord& chord,
                                                                 std::uint16_t further) const {
     const auto modifiers = X11KeyCodes::modifiersFromFlags(chord.modifiers);
-    if (!modifiers || X11KeyCodes::isModifier(chord.keyCode))
+    if (!modifiers || isModifierKey(chord.keyCode))
         return {};
     const auto* setup = xcb_get_setup(m_connection->get());
     Combinations combinations;
@@ -90,8 +92,8 @@ void X11ChordGrabs::letGo(const Combination& combination) {
 }
 
 void X11ChordGrabs::letGoOfPress() {
-    xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
-    m_connection->flush();
+        xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
+    m_connection->roundTrip();
 }
 
 std::optional<X11ChordGrabs::KeyDown> X11ChordGrabs::nextKeyDown() {

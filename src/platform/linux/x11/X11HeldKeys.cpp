@@ -2,6 +2,7 @@
 #include "platform/linux/x11/X11HeldKeys.h"
 
 #include "platform/EventTap.h"
+#include "platform/VirtualKeys.h"
 #include "platform/linux/x11/X11KeyCodes.h"
 
 namespace talvera {
@@ -27,7 +28,7 @@ void X11HeldKeys::loadModifiers(X11Connection& connection) {
         // meaning: Right Alt is no modifier at all in the maps of layouts that make it AltGr.
         const auto key = X11KeyCodes::toVirtual(static_cast<std::uint8_t>(keycode));
         if ((key == 54 && keycode != X11KeyCodes::rightControl) || key == 61 || key == 63)
-            m_flagOf[keycode] |= X11KeyCodes::flagOf(*key);
+            m_flagOf[keycode] |= flagOfModifierKey(*key);
     }
 }
 

@@ -167,33 +167,6 @@ std::optional<std::uint16_t> toVirtual(std::uint8_t keycode) {
     return std::nullopt;
 }
 
-bool isModifier(std::uint16_t keyCode) {
-    return flagOf(keyCode) != 0;
-}
-
-std::uint64_t flagOf(std::uint16_t keyCode) {
-    switch (keyCode) {
-    case 54:
-    case 55:
-        return KeyFlag::Command;
-    case 56:
-    case 60:
-        return KeyFlag::Shift;
-    case 57:
-        return KeyFlag::CapsLock;
-    case 58:
-    case 61:
-        return KeyFlag::Option;
-    case 59:
-    case 62:
-        return KeyFlag::Control;
-    case 63:
-        return KeyFlag::Fn;
-    default:
-        return 0;
-    }
-}
-
 std::uint64_t flagsFromState(std::uint16_t state) {
     std::uint64_t flags = 0;
     if (state & XCB_MOD_MASK_SHIFT)

@@ -19,11 +19,7 @@ std::vector<std::uint8_t> fromVirtual(std::uint16_t keyCode);
 /// The virtual key of an X keycode.
 std::optional<std::uint16_t> toVirtual(std::uint8_t keycode);
 
-/// Virtual keys that change flags and have neither key down nor key up.
-bool isModifier(std::uint16_t keyCode);
-
-/// The KeyFlag bit that a modifier key switches; 0 for others.
-std::uint64_t flagOf(std::uint16_t keyCode);
+///
 
 /// KeyFlag bits of an X modifier state.
 std::uint64_t flagsFromState(std::uint16_t state);

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11KeyListener.h"
 
-#include <csignal>
+#include <algorithm>
+#include <array>
+#include <utility>
 
 #include <poll.h>
 #include <pthread.h>
@@ -75,41 +77,45 @@ void X11KeyListener::wake() {
 
 void X11KeyListener::run() {
     pthread_setname_np(pthread_self(), "event tap");
-    while (m_watch->readEvents()) {
-        answerRequests();
+    auto requests = takeRequests();
+    // What the server told before a request is worked off before its answer.
+    while (requests && m_watch->readEvents()) {
+        answer(*requests);
         if (m_mailbox->giveUpIfOverdue())
-            m_watch->suspend();
-        {
-            const std::scoped_lock lock(m_mutex);
-            if (m_isEnding)
-                break;
-        }
-        wait();
+            m_watch->suspend(m_mailbox->heardPresses());
+        if (requests->empty())
+            wait();
+        // Otherwise the answers may have read events into the queues, where no poll sees them.
+        requests = takeRequests();
     }
-    refuseRequests();
+    refuse(std::exchange(requests, std::nullopt).value_or(Requests()));
+    end();
 }
 
-void X11KeyListener::answerRequests() {
-    while (const auto request = takeRequest())
+std::optional<X11KeyListener::Requests> X11KeyListener::takeRequests() {
+    const std::scoped_lock lock(m_mutex);
+    if (m_isEnding)
+        return std::nullopt;
+    return std::exchange(m_requests, {});
+}
+
+void X11KeyListener::answer(const Requests& requests) {
+    for (const auto& request : requests) {
+        if (!m_mailbox->hasGivenUp())
+            m_watch->resume();
         request->answer.set_value(m_watch->waitFor(request->interests));
+    }
 }
 
-void X11KeyListener::refuseRequests() {
-    {
-        const std::scoped_lock lock(m_mutex);
-        m_hasEnded = true;
-    }
-    while (const auto request = takeRequest())
+void X11KeyListener::refuse(const Requests& requests) {
+    for (const auto& request : requests)
         request->answer.set_value(allOf(request->interests.size(), WatchResult::Unavailable));
 }
 
-std::shared_ptr<X11KeyListener::Request> X11KeyListener::takeRequest() {
+void X11KeyListener::end() {
     const std::scoped_lock lock(m_mutex);
-    if (m_requests.empty())
-        return nullptr;
-    auto request = std::move(m_requests.front());
-    m_requests.pop_front();
-    return request;
+    m_hasEnded = true;
+    refuse(std::exchange(m_requests, {}));
 }
 
 void X11KeyListener::wait() {

@@ -5,14 +5,18 @@
 #include "platform/linux/x11/X11KeyWatch.h"
 
 #include <future>
+#include <memory>
 #include <mutex>
+#include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace talvera {
 
 /// Runs a key watch on a thread of its own, so that a busy main thread never lets the keyboard wait. Events
-/// go to a mailbox; when nobody empties it, the watch suspends itself until it is told again what to wait
-/// for. Sleeps while no key moves. Main thread only.
+/// go to a mailbox; when nobody empties it, the watch is suspended until the main thread has been told so and
+/// says again what to listen for. Sleeps while no key moves. Main thread only.
 class X11KeyListener {
 public:
     /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY.
@@ -32,14 +36,18 @@ private:
         std::promise<std::vector<WatchResult>> answer;
     };
 
+    using Requests = std::vector<std::shared_ptr<Request>>;
+
     X11KeyListener(std::unique_ptr<X11KeyWatch> watch, std::shared_ptr<KeyEventMailbox> mailbox, int wakeUp);
 
     void run();
-    void answerRequests();
-    void refuseRequests();
+    /// Nothing when the thread is to end.
+    std::optional<Requests> takeRequests();
+    void answer(const Requests& requests);
+    static void refuse(const Requests& requests);
+    void end();
     /// Sleeps until there is something to do.
     void wait();
-    std::shared_ptr<Request> takeRequest();
     void wake();
 
     std::unique_ptr<X11KeyWatch> m_watch;
@@ -47,7 +55,7 @@ private:
     const int m_wakeUp; // an eventfd, ours
 
     std::mutex m_mutex; // guards the three below
-    std::deque<std::shared_ptr<Request>> m_requests;
+    Requests m_requests;
     bool m_isEnding = false;
     bool m_hasEnded = false;
 

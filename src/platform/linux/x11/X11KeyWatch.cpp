@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11KeyWatch.h"
 
+#include "platform/VirtualKeys.h"
 #include "platform/linux/x11/X11KeyCodes.h"
 #include "platform/linux/x11/XcbXkb.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <xcb/xinput.h>
 
@@ -83,9 +85,11 @@ std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& in
     if (letGo)
         m_grabs->letGoOfPress();
     chooseRelevantKeys();
-    m_isSuspended = false;
+    if (m_isSuspended)
+        return std::vector(interests.size(), WatchResult::Watching);
     auto results = applyInterests();
-    tellEndsOfSuspension();
+    if (std::exchange(m_hasMissedEnds, false))
+        tellMissedEnds();
     return results;
 }
 
@@ -130,12 +134,19 @@ std::vector<KeyChord> X11KeyWatch::chords() const {
     return chords;
 }
 
-void X11KeyWatch::suspend() {
+void X11KeyWatch::suspend(const std::set<std::uint16_t>& heardPresses) {
     m_isSuspended = true;
+    m_toldPresses = heardPresses;
+    m_rawKeyDown.reset();
+    m_grabbedKeyDown.reset();
     m_grabs->hold({});
 }
 
-void X11KeyWatch::tellEndsOfSuspension() {
+void X11KeyWatch::resume() {
+    m_hasMissedEnds = std::exchange(m_isSuspended, false) || m_hasMissedEnds;
+}
+
+void X11KeyWatch::tellMissedEnds() {
     for (const auto key : std::set(m_toldPresses)) {
         if (isOn(key))
             continue;
@@ -224,6 +235,8 @@ void X11KeyWatch::released(std::uint16_t device, std::uint8_t keycode) {
         return;
     if (m_aloneKeys.contains(*key))
         tellHeldKey(*key);
+    if (m_rawKeyDown && m_rawKeyDown->keycode == keycode)
+        m_rawKeyDown->isReleased = true;
     if (m_chordKeys.contains(*key) && m_toldPresses.contains(*key) && !isHeld(*key))
         tellChordEnd(*key);
 }
@@ -234,10 +247,13 @@ void X11KeyWatch::startChordIfBothSay() {
         return;
     const auto key = *X11KeyCodes::toVirtual(m_rawKeyDown->keycode);
     const auto state = m_grabbedKeyDown->state;
+    const bool isReleased = m_rawKeyDown->isReleased;
     m_rawKeyDown.reset();
     m_grabbedKeyDown.reset();
     m_toldPresses.insert(key);
     m_tell({.type = KeyEventType::KeyDown, .keyCode = key, .flags = X11KeyCodes::flagsFromState(state)});
+    if (isReleased)
+        tellChordEnd(key); // a short tap: the other connection was ahead
 }
 
 void X11KeyWatch::tellChordEnd(std::uint16_t keyCode) {
@@ -246,12 +262,12 @@ void X11KeyWatch::tellChordEnd(std::uint16_t keyCode) {
 }
 
 void X11KeyWatch::tellHeldKey(std::uint16_t keyCode) {
-    const auto now = flags(keyCode);
-    if (now & X11KeyCodes::flagOf(keyCode))
+    const KeyEvent event{.type = KeyEventType::FlagsChanged, .keyCode = keyCode, .flags = flags(keyCode)};
+    if (isPress(event))
         m_toldPresses.insert(keyCode);
     else
         m_toldPresses.erase(keyCode);
-    m_tell({.type = KeyEventType::FlagsChanged, .keyCode = keyCode, .flags = now});
+    m_tell(event);
 }
 
 /// The program that held a chord may have ended. The user asks for the chord now, so that the next press can
@@ -275,7 +291,7 @@ bool X11KeyWatch::isHeld(std::uint16_t keyCode) const {
 /// The press that was told for this key has not ended.
 bool X11KeyWatch::isOn(std::uint16_t keyCode) {
     return m_chordKeys.contains(keyCode) ? isHeld(keyCode)
-                                         : (flags(keyCode) & X11KeyCodes::flagOf(keyCode)) != 0;
+                                         : (flags(keyCode) & flagOfModifierKey(keyCode)) != 0;
 }
 
 std::uint64_t X11KeyWatch::flags(std::uint16_t about) {

@@ -38,14 +38,17 @@ public:
     /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY.
     static std::unique_ptr<X11KeyWatch> open(const std::string& display, Tell tell);
 
-    /// Waits for these and nothing else, also after `suspend`; the answers are in their order. A press in
-    /// progress of a chord that is no longer among them is let go. Presses that have ended since `suspend`
-    /// are told as ended.
+    /// Waits for these and nothing else; the answers are in their order. A press in progress of a chord that
+    /// is no longer among them is let go.
     std::vector<WatchResult> waitFor(const std::vector<KeyInterest>& interests);
 
-    /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the focused
-    /// application.
-    void suspend();
+    ///     /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the
+    ///     focused
+    /// application. `heardPresses` are the virtual key codes of the presses that were told and heard, but not
+    /// their ends.
+    void suspend(const std::set<std::uint16_t>& heardPresses);
+    /// Ends that with the next `waitFor`, which also tells the ends of presses that have been missed.
+    void resume();
 
     /// Works off what the server has told. False when the server is gone.
     bool readEvents();
@@ -66,7 +69,7 @@ private:
     void startChordIfBothSay();
     void tellHeldKey(std::uint16_t keyCode);
     void tellChordEnd(std::uint16_t keyCode);
-    void tellEndsOfSuspension();
+    void tellMissedEnds();
 
     void retryTakenChords(std::uint16_t keyCode);
     std::vector<WatchResult> applyInterests();
@@ -80,6 +83,7 @@ private:
     struct RawKeyDown {
         std::uint8_t keycode;
         xcb_timestamp_t time;
+        bool isReleased = false; // since then
     };
 
     std::unique_ptr<X11Connection> m_events;
@@ -92,6 +96,7 @@ private:
 
     std::vector<KeyInterest> m_interests;
     bool m_isSuspended = false;
+    bool m_hasMissedEnds = false;
     bool m_hasTakenChords = false;
     std::bitset<256> m_relevantKeys;     // by keycode: those that m_heldKeys hears of
     std::set<std::uint16_t> m_chordKeys; // of m_interests, by virtual key code, and so on
