@@ -53,6 +53,15 @@ FileDescriptor openRegular(const QString& path, int flags) {
     return file;
 }
 
+/// 0, or what went wrong. An empty file is left alone, since truncating it makes some file systems hurry the
+/// bytes that follow to the disk: 4 ms for a recording that is about to be deleted.
+int emptyFile(int file) {
+    struct stat status {};
+    if (::fstat(file, &status) != 0)
+        return errno;
+    return status.st_size == 0 || ::ftruncate(file, 0) == 0 ? 0 : errno;
+}
+
 /// 0, or what went wrong.
 int writeAll(int file, const QByteArray& bytes) {
     qsizetype written = 0;
@@ -71,7 +80,9 @@ int writeAll(int file, const QByteArray& bytes) {
 void PosixFileSystem::write(const QString& path, const QByteArray& bytes) {
     // Emptied only once it is known to be a regular file.
     auto file = openRegular(path, O_WRONLY | O_CREAT);
-    auto code = ::ftruncate(file.get(), 0) == 0 && ::fchmod(file.get(), privateFile) == 0 ? 0 : errno;
+    auto code = emptyFile(file.get());
+    if (code == 0 && ::fchmod(file.get(), privateFile) != 0)
+        code = errno;
     if (code == 0)
         code = writeAll(file.get(), bytes);
     if (file.reset() != 0 && code == 0)
@@ -110,11 +121,13 @@ void PosixFileSystem::remove(const QString& path) {
 }
 
 void PosixFileSystem::createDirectories(const QString& path) {
-    if (isDirectory(path))
+    if (const auto status = statusOf(path)) {
+        if (!S_ISDIR(status->st_mode))
+            fail(EEXIST, path);
         return;
-    const auto parent = path.left(path.lastIndexOf(u'/'));
-    if (!parent.isEmpty() && !exists(parent))
-        createDirectories(parent);
+    }
+    if (const auto slash = path.lastIndexOf(u'/'); slash > 0)
+        createDirectories(path.left(slash));
     if (::mkdir(encoded(path).constData(), privateDirectory) != 0 && !(errno == EEXIST && isDirectory(path)))
         fail(errno, path);
 }
