@@ -47,7 +47,7 @@ public:
     QByteArray encoded() const;
 
     /// Reads the persisted form; throws DecodingError.
-    static HotkeyBinding decoded(const QByteArray& json);
+    static HotkeyBinding decoded(const QByteArray& data);
 
     /// The name shown to the user. It follows the layout that is active now. Main thread only.
     QString displayString(KeyboardLayout& layout) const;

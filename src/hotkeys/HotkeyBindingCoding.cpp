@@ -1,72 +1,69 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyBinding.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QRegularExpression>
+#include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <limits>
 
 namespace talvera {
 
 namespace {
 
+using nlohmann::json;
 using Kind = HotkeyBinding::DecodingError::Kind;
 
 namespace CodingKeys {
-constexpr QLatin1String chord("chord");
-constexpr QLatin1String holdSpecial("holdSpecial");
+constexpr auto chord = "chord";
+constexpr auto holdSpecial = "holdSpecial";
 } // namespace CodingKeys
 
 namespace ChordCodingKeys {
-constexpr QLatin1String modifiers("modifiers");
-constexpr QLatin1String keyCode("keyCode");
+constexpr auto modifiers = "modifiers";
+constexpr auto keyCode = "keyCode";
 } // namespace ChordCodingKeys
 
 namespace HoldSpecialCodingKeys {
-constexpr QLatin1String _0("_0");
+constexpr auto _0 = "_0";
 } // namespace HoldSpecialCodingKeys
 
-QJsonValue member(const QJsonObject& object, QLatin1String key) {
-    const auto found = object.constFind(key);
-    if (found == object.constEnd())
-        throw HotkeyBinding::DecodingError(Kind::KeyNotFound,
-                                           QStringLiteral("No value for key \"%1\".").arg(key));
+[[noreturn]] void fail(Kind kind, const char* description, const QString& name = {}) {
+    const auto text = QString::fromUtf8(description);
+    throw HotkeyBinding::DecodingError(kind, name.isNull() ? text : text.arg(name));
+}
+
+const json& member(const json& object, const char* key) {
+    const auto found = object.find(key);
+    if (found == object.end())
+        fail(Kind::KeyNotFound, "No value for key \"%1\".", QString::fromUtf8(key));
     return *found;
 }
 
-QJsonObject nestedObject(const QJsonObject& object, QLatin1String key) {
-    const auto value = member(object, key);
-    if (!value.isObject())
-        throw HotkeyBinding::DecodingError(Kind::TypeMismatch,
-                                           QStringLiteral("Expected an object under \"%1\".").arg(key));
-    return value.toObject();
+const json& nestedObject(const json& object, const char* key) {
+    const auto& value = member(object, key);
+    if (!value.is_object())
+        fail(Kind::TypeMismatch, "Expected an object under \"%1\".", QString::fromUtf8(key));
+    return value;
 }
 
-/// The number `about` under `key` as it is written in `json`: Qt keeps whole numbers only up to 2^63.
-std::optional<std::uint64_t> largeNumber(const QByteArray& json, QLatin1String key, double about) {
-    const QRegularExpression written(QStringLiteral("\"%1\"\\s*:\\s*([0-9]+)\\s*[,}]").arg(key));
-    bool fits = false;
-    const auto number = written.match(QString::fromUtf8(json)).captured(1).toULongLong(&fits);
-    if (!fits || static_cast<double>(number) != about)
+/// The number if it is whole and neither negative nor too large, also when it is written like 49.0.
+std::optional<std::uint64_t> wholeNumber(const json& value) {
+    if (value.is_number_unsigned())
+        return value.get<std::uint64_t>();
+    const auto number = value.get<double>();
+    if (number < 0 || number >= std::ldexp(1.0, 64) || number != std::floor(number))
         return std::nullopt;
-    return number;
+    return static_cast<std::uint64_t>(number);
 }
 
 template <typename Number>
-Number unsignedNumber(const QJsonObject& object, QLatin1String key, const QByteArray& json) {
-    const auto value = member(object, key);
-    if (!value.isDouble())
-        throw HotkeyBinding::DecodingError(Kind::TypeMismatch,
-                                           QStringLiteral("Expected a number under \"%1\".").arg(key));
-    std::optional<std::uint64_t> number;
-    if (const auto whole = value.toInteger(-1); whole >= 0)
-        number = static_cast<std::uint64_t>(whole);
-    else if (value.toDouble() > 0)
-        number = largeNumber(json, key, value.toDouble());
+Number unsignedNumber(const json& object, const char* key) {
+    const auto& value = member(object, key);
+    if (!value.is_number())
+        fail(Kind::TypeMismatch, "Expected a number under \"%1\".", QString::fromUtf8(key));
+    const auto number = wholeNumber(value);
     if (!number || *number > std::numeric_limits<Number>::max())
-        throw HotkeyBinding::DecodingError(Kind::DataCorrupted,
-                                           QStringLiteral("The number under \"%1\" does not fit.").arg(key));
+        fail(Kind::DataCorrupted, "The number under \"%1\" does not fit.", QString::fromUtf8(key));
     return static_cast<Number>(*number);
 }
 
@@ -87,32 +84,31 @@ QByteArray HotkeyBinding::encoded() const {
     return QStringLiteral(R"({"holdSpecial":{"_0":"%1"}})").arg(rawValue(*asSpecialKey())).toUtf8();
 }
 
-HotkeyBinding HotkeyBinding::decoded(const QByteArray& json) {
-    QJsonParseError syntax;
-    const auto document = QJsonDocument::fromJson(json, &syntax);
-    if (syntax.error != QJsonParseError::NoError)
-        throw DecodingError(Kind::DataCorrupted, QStringLiteral("The data is not valid JSON."));
-    if (!document.isObject())
-        throw DecodingError(Kind::TypeMismatch, QStringLiteral("Expected an object."));
-    const auto object = document.object();
-    if (object.contains(CodingKeys::chord) == object.contains(CodingKeys::holdSpecial))
-        throw DecodingError(Kind::TypeMismatch,
-                            QStringLiteral("Invalid number of keys found, expected one."));
+HotkeyBinding HotkeyBinding::decoded(const QByteArray& data) {
+    json document;
+    try {
+        document = json::parse(data.begin(), data.end());
+    } catch (const json::exception&) {
+        fail(Kind::DataCorrupted, "The data is not valid JSON.");
+    }
+    if (!document.is_object())
+        fail(Kind::TypeMismatch, "Expected an object.");
+    if (document.contains(CodingKeys::chord) == document.contains(CodingKeys::holdSpecial))
+        fail(Kind::TypeMismatch, "Invalid number of keys found, expected one.");
 
-    if (object.contains(CodingKeys::chord)) {
-        const auto fields = nestedObject(object, CodingKeys::chord);
-        const auto modifiers = unsignedNumber<std::uint64_t>(fields, ChordCodingKeys::modifiers, json);
-        return chord(modifiers, unsignedNumber<std::uint16_t>(fields, ChordCodingKeys::keyCode, json));
+    if (document.contains(CodingKeys::chord)) {
+        const auto& fields = nestedObject(document, CodingKeys::chord);
+        const auto modifiers = unsignedNumber<std::uint64_t>(fields, ChordCodingKeys::modifiers);
+        return chord(modifiers, unsignedNumber<std::uint16_t>(fields, ChordCodingKeys::keyCode));
     }
 
-    const auto raw = member(nestedObject(object, CodingKeys::holdSpecial), HoldSpecialCodingKeys::_0);
-    if (!raw.isString())
-        throw DecodingError(Kind::TypeMismatch, QStringLiteral("Expected a string under \"_0\"."));
-    const auto key = specialKeyFromRawValue(raw.toString());
+    const auto& value = member(nestedObject(document, CodingKeys::holdSpecial), HoldSpecialCodingKeys::_0);
+    if (!value.is_string())
+        fail(Kind::TypeMismatch, "Expected a string under \"_0\".");
+    const auto raw = QString::fromStdString(value.get<std::string>());
+    const auto key = specialKeyFromRawValue(raw);
     if (!key)
-        throw DecodingError(
-            Kind::DataCorrupted,
-            QStringLiteral("Cannot initialize SpecialKey from invalid String value %1").arg(raw.toString()));
+        fail(Kind::DataCorrupted, "Cannot initialize SpecialKey from invalid String value %1", raw);
     return holdSpecial(*key);
 }
 
