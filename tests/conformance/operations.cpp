@@ -7,7 +7,6 @@ void addAllOperations(Driver& driver) {
     addDeliveryOperations(driver);
     addLanguageOperations(driver);
     addSettingsOperations(driver);
-    addSpeechOperations(driver);
     addTextOperations(driver);
 }
 

@@ -29,9 +29,9 @@ public:
         return bytes;
     }
 
-    /// `good` with one to eight changes. `tokens` are pieces that mean something to the parser.
-    QByteArray mutated(QByteArray good, const QByteArrayList& tokens = {}) {
-        for (auto changes = 1 + below(8); changes > 0; --changes)
+    /// `good` with one to `mostChanges` changes. `tokens` are pieces that mean something to the parser.
+    QByteArray mutated(QByteArray good, const QByteArrayList& tokens = {}, int mostChanges = 8) {
+        for (auto changes = 1 + below(mostChanges); changes > 0; --changes)
             change(good, tokens);
         return good;
     }
