@@ -7,6 +7,7 @@ void addAllOperations(Driver& driver) {
     addDeliveryOperations(driver);
     addLanguageOperations(driver);
     addSettingsOperations(driver);
+    addSpeechOperations(driver);
     addTextOperations(driver);
 }
 

@@ -9,6 +9,7 @@ namespace talvera::conformance {
 void addDeliveryOperations(Driver& driver);
 void addLanguageOperations(Driver& driver);
 void addSettingsOperations(Driver& driver);
+void addSpeechOperations(Driver& driver);
 void addTextOperations(Driver& driver);
 
 /// Adds everything that can be asked.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "FakeEventTap.h"
 
+#include "platform/VirtualKeys.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -9,31 +11,6 @@ namespace talvera::test {
 namespace {
 
 constexpr std::uint16_t capsLockKey = 57;
-
-std::uint64_t flagOf(std::uint16_t keyCode) {
-    switch (keyCode) {
-    case 54:
-    case 55:
-        return KeyFlag::Command;
-    case 56:
-    case 60:
-        return KeyFlag::Shift;
-    case 58:
-    case 61:
-        return KeyFlag::Option;
-    case 59:
-    case 62:
-        return KeyFlag::Control;
-    case 63:
-        return KeyFlag::Fn;
-    default:
-        return 0;
-    }
-}
-
-bool isModifier(std::uint16_t keyCode) {
-    return keyCode == capsLockKey || flagOf(keyCode) != 0;
-}
 
 } // namespace
 
@@ -138,7 +115,7 @@ bool FakeKeyboard::isOn(std::uint16_t keyCode) const {
 std::uint64_t FakeKeyboard::flags() const {
     std::uint64_t flags = m_capsLock ? KeyFlag::CapsLock : 0;
     for (const auto key : m_held)
-        flags |= flagOf(key);
+        flags |= flagOfModifierKey(key);
     return flags;
 }
 
@@ -148,7 +125,7 @@ void FakeKeyboard::press(std::uint16_t keyCode) {
         m_capsLockEnds = m_capsLock;
         m_capsLock = true;
     }
-    const auto type = isModifier(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyDown;
+    const auto type = isModifierKey(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyDown;
     send({.type = type, .keyCode = keyCode, .flags = flags()});
 }
 
@@ -160,7 +137,7 @@ void FakeKeyboard::release(std::uint16_t keyCode) {
     m_held.erase(keyCode);
     if (keyCode == capsLockKey && m_capsLockEnds)
         m_capsLock = false;
-    const auto type = isModifier(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyUp;
+    const auto type = isModifierKey(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyUp;
     send({.type = type, .keyCode = keyCode, .flags = flags()});
 }
 

@@ -57,7 +57,7 @@ void FakeFileSystem::write(const QString& path, const QByteArray& bytes) {
         m_failingWrite.reset();
         fail(code, path);
     }
-    if (m_capacity && m_used + bytes.size() > *m_capacity)
+    if (m_capacity && !bytes.isEmpty() && m_used + bytes.size() > *m_capacity)
         fail(ENOSPC, path);
     m_files.emplace(path, File{bytes, executable});
     m_used += bytes.size();

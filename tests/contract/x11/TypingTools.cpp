@@ -2,6 +2,7 @@
 #include "TypingTools.h"
 
 #include "delivery/typewriterChunks.h"
+#include "platform/linux/x11/X11Keyboard.h"
 
 #include <chrono>
 #include <cstdio>
@@ -21,11 +22,15 @@ QString mixedText() {
                           "cafe\u0301 n\u0303 a\u0308\u0304 😀🎉👩\u200d💻👍🏽 end");
 }
 
-void typeText(KeyEventPoster& poster, const QString& text) {
+void typeText(KeyEventPoster& poster, const QString& text,
+              const std::function<void(qsizetype)>& beforeChunk) {
     using std::chrono::milliseconds;
     const QStringList chunks = typewriterChunks(text);
     const auto session = poster.beginTyping(chunks);
     for (qsizetype index = 0; index < chunks.size(); ++index) {
+        if (beforeChunk) {
+            beforeChunk(index);
+        }
         session->post(index, KeyPhase::Down);
         std::this_thread::sleep_for(milliseconds(2));
         session->post(index, KeyPhase::Up);
@@ -61,6 +66,24 @@ std::string keymap() {
         throw std::runtime_error("xkbcomp tells nothing");
     }
     return map;
+}
+
+std::string keyboardState() {
+    const auto connection = X11Connection::open();
+    const auto keyboard = connection ? X11Keyboard::open(*connection) : nullptr;
+    if (!keyboard) {
+        throw std::runtime_error("no keyboard");
+    }
+    const X11KeyboardState state = keyboard->state();
+    std::string told;
+    for (std::size_t key = 0; key < state.downKeys.size(); ++key) {
+        told += state.downKeys[key] ? " " + std::to_string(key) : "";
+    }
+    told = told.empty() ? "" : "keys" + told + " ";
+    told += state.baseModifiers != 0 ? "held " + std::to_string(state.baseModifiers) + " " : "";
+    told += state.latchedModifiers != 0 ? "latched " + std::to_string(state.latchedModifiers) + " " : "";
+    told += state.lockedModifiers != 0 ? "locked " + std::to_string(state.lockedModifiers) + " " : "";
+    return told;
 }
 
 } // namespace talvera::test

@@ -6,6 +6,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <string>
 
 namespace talvera::test {
@@ -13,8 +14,10 @@ namespace talvera::test {
 /// About 300 characters of a dozen scripts, with combining accents and emoji of several code points.
 QString mixedText();
 
-/// Types `text` as delivery does: piece by piece, at its pace.
-void typeText(KeyEventPoster& poster, const QString& text);
+/// Types `text` as delivery does: piece by piece, at its pace. Calls `beforeChunk` with the number of each
+/// piece that is about to be typed.
+void typeText(KeyEventPoster& poster, const QString& text,
+              const std::function<void(qsizetype)>& beforeChunk = nullptr);
 
 /// Puts `text` on the clipboard and pastes it into the focused application, as delivery does.
 void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text);
@@ -27,5 +30,9 @@ std::string outputOf(const std::string& command);
 
 /// The keymap of the session's keyboard, with every symbol, type, action and indicator.
 std::string keymap();
+
+/// What is down and locked on the session's keyboard, e.g. "keys 38 50, held 1, locked 2"; empty when the
+/// keyboard is at rest.
+std::string keyboardState();
 
 } // namespace talvera::test

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
-// qt-editor PIPE TITLE: a Qt text editor that reports what it holds, see report.py.
+// qt-editor PIPE TITLE: a Qt text editor that reports what it holds, see report.py. It has a menu bar, which
+// takes the focus when Alt is pressed and let go alone.
 #include <QApplication>
 #include <QFile>
 #include <QFocusEvent>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMainWindow>
+#include <QMenuBar>
 #include <QTextEdit>
 
 namespace {
@@ -37,9 +40,13 @@ private:
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    Editor editor(arguments.value(1));
-    editor.setWindowTitle(arguments.value(2));
-    editor.resize(500, 300);
-    editor.show();
+    auto* editor = new Editor(arguments.value(1));
+    QMainWindow window;
+    window.menuBar()->addMenu("&File")->addAction("&Close");
+    window.menuBar()->addMenu("&Edit")->addAction("&Undo");
+    window.setCentralWidget(editor);
+    window.setWindowTitle(arguments.value(2));
+    window.resize(500, 300);
+    window.show();
     return QApplication::exec();
 }

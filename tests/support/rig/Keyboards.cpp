@@ -39,6 +39,8 @@ namespace {
 
 constexpr int pointerDevice = 2;
 constexpr int answerTimeoutMs = 2000;
+constexpr int nudgeAfterMs = 10;
+constexpr int unusedKeycode = 255;
 constexpr int tapMs = 30;
 constexpr int leftButton = 1;
 constexpr int farOutside = 100'000; // pixels; further than any screen reaches
@@ -73,14 +75,18 @@ void writeAll(int socket, const void* data, std::size_t size) {
         failWithErrno("write");
 }
 
+bool isReadable(int socket, int timeoutMs) {
+    pollfd ready{socket, POLLIN, 0};
+    return poll(&ready, 1, timeoutMs) > 0;
+}
+
 template <class Answer>
 Answer readAnswer(int socket) {
     Answer answer{};
     auto* at = reinterpret_cast<char*>(&answer);
     std::size_t left = sizeof answer;
     while (left > 0) {
-        pollfd ready{socket, POLLIN, 0};
-        if (poll(&ready, 1, answerTimeoutMs) <= 0)
+        if (!isReadable(socket, answerTimeoutMs))
             fail("the X server didn't answer");
         const ssize_t count = read(socket, at, left);
         if (count <= 0)
@@ -94,8 +100,10 @@ Answer readAnswer(int socket) {
 // One device of the X server.
 class Device {
 public:
-    explicit Device(const std::string& path)
-        : socket(connectTo(path)) {
+    // `keyboard` is a device with keys; none if it is this one.
+    explicit Device(const std::string& path, const Device* keyboard)
+        : socket(connectTo(path))
+        , keyboardSocket(keyboard ? keyboard->socket : socket) {
         xf86ITEventClientVersion version{};
         version.header.length = sizeof version;
         version.header.type = XF86IT_EVENT_CLIENT_VERSION;
@@ -105,9 +113,9 @@ public:
         readAnswer<xf86ITResponseServerVersion>(socket);
     }
 
-    // Posts the event and waits until the server has worked it off. Both requests go in one write: a request
-    // to wait that comes later could meet an empty queue, and would then be answered only after the next
-    // event.
+    // Posts the event and waits until the server has worked it off. The server answers when it has emptied
+    // its queue. An event that changes nothing, such as a modifier pressed that is down already, never gets
+    // into the queue, so the answer needs another one.
     template <class Event>
     void post(Event event) const {
         struct {
@@ -120,6 +128,8 @@ public:
         requests.wait.header.length = sizeof requests.wait;
         requests.wait.header.type = XF86IT_EVENT_WAIT_FOR_SYNC;
         writeAll(socket, &requests, sizeof requests);
+        if (!isReadable(socket, nudgeAfterMs))
+            nudge();
         readAnswer<xf86ITResponseSyncFinished>(socket);
     }
 
@@ -151,7 +161,17 @@ public:
     int descriptor() const { return socket; }
 
 private:
+    // An event that clients take no notice of: a key goes up that no keyboard has and that isn't down.
+    void nudge() const {
+        xf86ITEventKey event{};
+        event.header.length = sizeof event;
+        event.header.type = XF86IT_EVENT_KEY;
+        event.key_code = unusedKeycode;
+        writeAll(keyboardSocket, &event, sizeof event);
+    }
+
     int socket;
+    int keyboardSocket;
 };
 
 class Daemon {
@@ -159,7 +179,7 @@ public:
     Daemon(const std::string& control, const std::vector<std::string>& devicePaths)
         : listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         for (const std::string& path : devicePaths)
-            devices.emplace_back(path);
+            devices.emplace_back(path, devices.empty() ? nullptr : &devices.front());
         const sockaddr_un address = addressOf(control);
         unlink(control.c_str());
         if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||

@@ -9,7 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cerrno>
+#include <mutex>
+#include <thread>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -184,6 +187,89 @@ TEST_F(AudioRecorderTest, recorderThatGoesAwayWhileRecording_takesItsTapAlong) {
     }
     EXPECT_FALSE(engine.hasTap());
     EXPECT_FALSE(engine.isRunning());
+}
+
+/// Delivers on a thread of its own for as long as a tap is installed, as a sound server does.
+class ThreadedEngine final : public AudioEngine {
+public:
+    ~ThreadedEngine() override { removeTap(); }
+
+    AudioFormat inputFormat() override { return {16000.0, 1, SampleType::Int16}; }
+    void installTap(std::size_t frames, const AudioFormat& format, Tap tap) override {
+        m_tapped = true;
+        m_thread = std::thread([this, frames, format, tap = std::move(tap)] {
+            const std::vector<std::int16_t> samples(frames, 5000);
+            do {
+                tap({format, frames, samples.data()});
+                ++delivered;
+            } while (m_tapped);
+        });
+    }
+    void removeTap() override {
+        m_tapped = false;
+        if (m_thread.joinable())
+            m_thread.join();
+    }
+    void start() override {}
+    void stop() override {}
+
+    std::atomic<int> delivered = 0;
+
+private:
+    std::atomic<bool> m_tapped = false;
+    std::thread m_thread;
+};
+
+/// Collects what is posted, from any thread.
+class PostCollector {
+public:
+    void post(std::function<void()> work) {
+        const std::scoped_lock lock(m_mutex);
+        m_posted.push_back(std::move(work));
+    }
+    std::size_t count() const {
+        const std::scoped_lock lock(m_mutex);
+        return m_posted.size();
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<std::function<void()>> m_posted;
+};
+
+class ThreadSafeActor final : public MainActor {
+public:
+    Instant now() const override { return {}; }
+    WallTime date() const override { return {}; }
+    void post(std::function<void()> work) override { posts.post(std::move(work)); }
+    TimerId startTimer(Duration, std::function<void()>) override { return 0; }
+    void cancelTimer(TimerId) override {}
+    void block(const std::function<void()>& work) override { work(); }
+    void blockFor(Duration) override {}
+
+    PostCollector posts;
+};
+
+TEST(AudioRecorderThreads, everyBufferDelivered_isInTheFile) {
+    ThreadSafeActor threadSafeActor;
+    FakeFileSystem files;
+    ThreadedEngine engine;
+    FakeAudioConverterFactory converters;
+    AudioRecorder recorder(engine, converters, files, threadSafeActor);
+    for (int round = 0; round < 20; ++round) {
+        engine.delivered = 0;
+        recorder.setOnLevel(nullptr);
+        recorder.start();
+        while (engine.delivered < 3)
+            std::this_thread::yield();
+        recorder.setOnLevel([](float) {});
+        while (engine.delivered < 6)
+            std::this_thread::yield();
+        const auto seconds = recorder.stop(path);
+        EXPECT_EQ(seconds, engine.delivered * 4096 / 16000.0);
+        EXPECT_EQ(files.size(path), 44 + engine.delivered * 8192);
+    }
+    EXPECT_GT(threadSafeActor.posts.count(), 0U);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/audio/SoxrAudioConverter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -41,8 +42,13 @@ float normalized(std::int16_t sample) {
     return static_cast<float>(sample) / 32768.0F;
 }
 
+std::int16_t toInt16(float sample) {
+    return static_cast<std::int16_t>(std::clamp(std::round(sample * 32768.0F), -32768.0F, 32767.0F));
+}
+
 class SoxrAudioConverter final : public AudioConverter {
 public:
+    /// Without a resampler the rate stays.
     SoxrAudioConverter(const AudioFormat& from, Resampler resampler)
         : m_from(from)
         , m_resampler(std::move(resampler)) {}
@@ -56,21 +62,37 @@ public:
         else
             appendMono(buffer.int16s(), buffer.frameLength);
 
+        return m_resampler ? resampled(capacity) : quantized(capacity);
+    }
+
+private:
+    std::optional<std::vector<std::int16_t>> resampled(std::size_t capacity) {
         std::vector<std::int16_t> result(capacity);
         std::size_t consumed = 0;
         std::size_t produced = 0;
-        const auto* error = soxr_process(m_resampler.get(), m_waiting.data(), m_waiting.size(), &consumed,
-                                         result.data(), result.size(), &produced);
-        if (error != nullptr) {
-            m_waiting.clear();
+        constexpr float none = 0; // a null pointer would tell it that the stream has ended
+        const auto* error =
+            soxr_process(m_resampler.get(), m_waiting.empty() ? &none : m_waiting.data(), m_waiting.size(),
+                         &consumed, result.data(), result.size(), &produced);
+        forget(error == nullptr ? consumed : m_waiting.size());
+        if (error != nullptr)
             return std::nullopt;
-        }
-        m_waiting.erase(m_waiting.begin(), m_waiting.begin() + static_cast<std::ptrdiff_t>(consumed));
         result.resize(produced);
         return result;
     }
 
-private:
+    std::vector<std::int16_t> quantized(std::size_t capacity) {
+        std::vector<std::int16_t> result(std::min(capacity, m_waiting.size()));
+        std::transform(m_waiting.begin(), m_waiting.begin() + static_cast<std::ptrdiff_t>(result.size()),
+                       result.begin(), toInt16);
+        forget(result.size());
+        return result;
+    }
+
+    void forget(std::size_t frames) {
+        m_waiting.erase(m_waiting.begin(), m_waiting.begin() + static_cast<std::ptrdiff_t>(frames));
+    }
+
     template <typename Sample>
     void appendMono(const Sample* samples, std::size_t frames) {
         const auto channels = static_cast<std::size_t>(m_from.channels);
@@ -97,6 +119,8 @@ std::unique_ptr<AudioConverter> SoxrAudioConverterFactory::make(const AudioForma
         return nullptr;
     if (to.channels != 1 || to.sampleType != SampleType::Int16)
         return nullptr;
+    if (from.sampleRate == to.sampleRate)
+        return std::make_unique<SoxrAudioConverter>(from, nullptr);
     auto resampler = makeResampler(from.sampleRate, to.sampleRate);
     return resampler ? std::make_unique<SoxrAudioConverter>(from, std::move(resampler)) : nullptr;
 }
