@@ -22,7 +22,7 @@ void X11InputDevices::load(X11Connection& connection) {
     for (auto each = xcb_input_xi_query_device_infos_iterator(devices.get()); each.rem > 0;
          xcb_input_xi_device_info_next(&each)) {
         const auto& device = *each.data;
-        if (!device.enabled)
+        if (!device.enabled || device.type == XCB_INPUT_DEVICE_TYPE_FLOATING_SLAVE)
             continue;
         m_present.insert(device.deviceid);
         const std::string_view name(xcb_input_xi_device_info_name(each.data), device.name_len);

@@ -17,7 +17,7 @@ public:
     /// Programs post keys through this device, we among them.
     bool isPosted(std::uint16_t device) const { return m_posted.contains(device); }
 
-    /// Devices that are there and switched on.
+    /// Devices that are there, switched on and part of the session.
     const std::set<std::uint16_t>& present() const { return m_present; }
 
     /// The keys go through a Wayland compositor, which shows us only those meant for X programs.

@@ -201,6 +201,8 @@ void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
     if (event.event_type == XCB_INPUT_HIERARCHY) {
         m_devices.load(*m_events);
         m_heldKeys.keepDevices(m_devices.present());
+        if (!m_isSuspended)
+            tellMissedEnds();
         return;
     }
     const auto& key = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);

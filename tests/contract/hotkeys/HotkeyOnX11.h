@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "RealKeyboard.h"
+#include "RecordingConsole.h"
+#include "hotkeys/HotkeyManager.h"
+#include "platform/linux/x11/XcbXkb.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include <xcb/xtest.h>
+
+namespace talvera::test {
+
+/// Keycodes.
+namespace Key {
+inline constexpr int a = 38;
+inline constexpr int leftControl = 37;
+inline constexpr int rightControl = 105;
+inline constexpr int leftShift = 50;
+inline constexpr int leftAlt = 64;
+inline constexpr int rightAlt = 108;
+inline constexpr int leftSuper = 133;
+inline constexpr int rightSuper = 134;
+inline constexpr int space = 65;
+inline constexpr int capsLock = 66;
+inline constexpr int numLock = 77;
+inline constexpr int scrollLock = 78;
+inline constexpr int wakeUp = 151;
+} // namespace Key
+
+/// A hotkey on real keyboards, with an application that has the focus.
+class HotkeyOnX11 : public testing::Test {
+protected:
+    using Calls = std::vector<std::string>;
+    using Keys = std::vector<std::string>;
+
+    HotkeyOnX11() {
+        hotkey.onPressStart = [this] { calls.emplace_back("start"); };
+        hotkey.onPressEnd = [this] { calls.emplace_back("end"); };
+        hotkey.onBindingRefused = [this](WatchResult result) { refused.push_back(result); };
+    }
+
+    void TearDown() override {
+        for (const auto& [keycode, device] : std::set(held))
+            release(keycode, device);
+        lock(0, 0);
+    }
+
+    void install(const HotkeyBinding& binding = {}) {
+        hotkey.setBinding(binding);
+        hotkey.install();
+        ASSERT_NE(hotkey.eventTap(), nullptr);
+    }
+
+    void press(int keycode, int device = 0) {
+        held.emplace(keycode, device);
+        keyboard.keys.press(keycode, device);
+    }
+    void release(int keycode, int device = 0) {
+        held.erase({keycode, device});
+        keyboard.keys.release(keycode, device);
+    }
+    void tap(int keycode, int device = 0) {
+        press(keycode, device);
+        release(keycode, device);
+    }
+    void pressAll(std::initializer_list<int> keycodes) {
+        for (const int keycode : keycodes)
+            press(keycode);
+    }
+    void releaseAll(std::initializer_list<int> keycodes) {
+        for (const int keycode : keycodes)
+            release(keycode);
+    }
+    /// Ctrl+Alt+Space, pressed and let go.
+    void tapChord() {
+        pressAll({Key::leftControl, Key::leftAlt, Key::space});
+        releaseAll({Key::space, Key::leftAlt, Key::leftControl});
+    }
+
+    /// A key event as programs post them.
+    void post(std::uint8_t type, int keycode) {
+        auto& connection = keyboard.window().connection();
+        xcb_test_fake_input(connection.get(), type, static_cast<std::uint8_t>(keycode), XCB_CURRENT_TIME,
+                            XCB_NONE, 0, 0, 0);
+        ASSERT_TRUE(connection.roundTrip());
+    }
+
+    /// Locks these modifiers and this group, and no others.
+    void lock(std::uint8_t modifiers, std::uint8_t group) {
+        auto& connection = keyboard.window().connection();
+        connection.reply<xcb_xkb_use_extension_reply_t>(
+            xcb_xkb_use_extension(connection.get(), XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION));
+        xcb_xkb_latch_lock_state(connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0xFF, modifiers, 1, group, 0, 0,
+                                 0);
+        ASSERT_TRUE(connection.roundTrip());
+    }
+
+    /// The callbacks since the last call.
+    Calls takeCalls() {
+        keyboard.settle();
+        keyboard.settle(); // what has been told calls back in a later turn
+        return std::exchange(calls, {});
+    }
+
+    RealKeyboard keyboard;
+    RecordingConsole console;
+    HotkeyManager hotkey{keyboard.actor(), keyboard.taps(), console};
+    Calls calls;
+    std::vector<WatchResult> refused;
+    std::set<std::pair<int, int>> held; // keycode, device
+};
+
+} // namespace talvera::test

@@ -1,0 +1,349 @@
+// SPDX-License-Identifier: MIT
+// The hotkey as its user meets it: real keyboards, a real application.
+#include "HotkeyOnX11.h"
+#include "KeyMap.h"
+#include "platform/linux/x11/X11ChordGrabs.h"
+
+using namespace talvera;
+using namespace talvera::test;
+using Special = HotkeyBinding::SpecialKey;
+
+namespace {
+
+class X11Hotkey : public HotkeyOnX11 {
+protected:
+    /// A tap of the chord starts and ends a press, and the application sees the modifiers alone.
+    void expectChordIsOurs(const std::string& when) {
+        keyboard.window().takeKeys();
+        tapChord();
+        EXPECT_EQ(takeCalls(), (Calls{"start", "end"})) << when;
+        EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+37", "+64", "-64", "-37"})) << when;
+    }
+};
+
+TEST_F(X11Hotkey, chord_isOursWithEveryLock) {
+    install();
+    for (const std::uint8_t locks :
+         {0, +XCB_MOD_MASK_LOCK, +XCB_MOD_MASK_2, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2, +XCB_MOD_MASK_3,
+          +XCB_MOD_MASK_5, XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2 | XCB_MOD_MASK_3 | XCB_MOD_MASK_5}) {
+        lock(locks, 0);
+        expectChordIsOurs("locks " + std::to_string(locks));
+    }
+}
+
+TEST_F(X11Hotkey, chord_isOursWithLocksSwitchedOnTheKeyboard) {
+    install();
+    for (const int key : {Key::capsLock, Key::numLock, Key::scrollLock}) {
+        tap(key);
+        expectChordIsOurs("lock key " + std::to_string(key));
+    }
+}
+
+TEST_F(X11Hotkey, chord_isOursWithFurtherModifiers) {
+    install();
+    for (const auto& further : std::vector<std::vector<int>>{
+             {Key::leftShift}, {Key::leftSuper}, {Key::leftShift, Key::rightSuper}, {Key::rightAlt}}) {
+        for (const int key : further)
+            press(key);
+        pressAll({Key::leftControl, Key::leftAlt, Key::space});
+        EXPECT_EQ(takeCalls(), Calls{"start"});
+        releaseAll({Key::space, Key::leftAlt, Key::leftControl});
+        for (const int key : further)
+            release(key);
+        EXPECT_EQ(takeCalls(), Calls{"end"});
+        for (const auto& key : keyboard.window().takeKeys())
+            EXPECT_NE(key.substr(1), "65");
+    }
+}
+
+TEST_F(X11Hotkey, chord_isOursOnEveryLayout) {
+    install();
+    for (const auto* layout : {"de", "ru", "fr", "us(dvorak)"}) {
+        const KeyMap map({QStringLiteral("-layout"), QString::fromLatin1(layout)});
+        expectChordIsOurs(layout);
+    }
+    expectChordIsOurs("us again");
+}
+
+TEST_F(X11Hotkey, chord_isOursInTheSecondGroup) {
+    const KeyMap map({QStringLiteral("-layout"), QStringLiteral("us,ru")});
+    install();
+    lock(0, 1);
+    expectChordIsOurs("ru locked");
+    lock(0, 0);
+    expectChordIsOurs("us locked");
+}
+
+TEST_F(X11Hotkey, chordOnALetter_isThePhysicalKeyOnEveryLayout) {
+    install(HotkeyBinding::chord(KeyFlag::Control, 16)); // where us has Y, and de has Z
+    const KeyMap map({QStringLiteral("-layout"), QStringLiteral("de")});
+    pressAll({Key::leftControl, 29});
+    releaseAll({29, Key::leftControl});
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+    EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+37", "-37"}));
+}
+
+TEST_F(X11Hotkey, capsLockMadeControl_countsAsControl) {
+    const KeyMap map({QStringLiteral("-option"), QStringLiteral("ctrl:nocaps")});
+    install();
+    pressAll({Key::capsLock, Key::leftAlt, Key::space});
+    releaseAll({Key::space, Key::leftAlt, Key::capsLock});
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+}
+
+TEST_F(X11Hotkey, chordSpreadOverTwoKeyboards_isOurs) {
+    install();
+    press(Key::leftControl, 0);
+    press(Key::leftAlt, 1);
+    press(Key::space, 1);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    release(Key::space, 1);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+}
+
+TEST_F(X11Hotkey, keyOnTwoKeyboards_isHeldUntilBothLetGo) {
+    install();
+    pressAll({Key::leftControl, Key::leftAlt, Key::space});
+    press(Key::space, 1);
+    release(Key::space, 0);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    release(Key::space, 1);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+37", "+64"}));
+}
+
+TEST_F(X11Hotkey, repeats_areSwallowedWithTheirKey) {
+    X11ChordGrabs grabs(X11Connection::open());
+    ASSERT_EQ(grabs.hold({{0xC0000, 49}}), std::vector{WatchResult::Watching});
+    pressAll({Key::leftControl, Key::leftAlt, Key::space});
+    for (int keyDowns = 0; keyDowns < 4;) {
+        if (grabs.nextKeyDown())
+            ++keyDowns;
+        else
+            grabs.connection().waitForEvent(std::chrono::steady_clock::now() + std::chrono::milliseconds(10));
+    }
+    releaseAll({Key::space, Key::leftAlt, Key::leftControl});
+    EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+37", "+64", "-64", "-37"}));
+}
+
+TEST_F(X11Hotkey, bindingChangedDuringAPress_endsItAndTheKeyUpReachesTheApplication) {
+    install();
+    pressAll({Key::leftControl, Key::leftAlt, Key::space});
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    keyboard.window().takeKeys();
+    hotkey.setBinding(HotkeyBinding::chord(KeyFlag::Control, 0));
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    release(Key::space);
+    EXPECT_EQ(takeCalls(), Calls{});
+    EXPECT_EQ(keyboard.window().takeKeys(), Keys{"-65"});
+    tap(Key::a);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+    EXPECT_EQ(keyboard.window().takeKeys(), Keys{});
+}
+
+TEST_F(X11Hotkey, specialKeyBoundDuringAPress_isHeardAfterIt) {
+    install();
+    pressAll({Key::leftControl, Key::leftAlt, Key::space});
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    hotkey.setBinding(HotkeyBinding::holdSpecial(Special::RightOption));
+    releaseAll({Key::space, Key::leftAlt, Key::leftControl});
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    tap(Key::rightAlt);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+}
+
+TEST_F(X11Hotkey, rightCommand_isRightSuperAndRightControl) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    for (const int key : {Key::rightSuper, Key::rightControl}) {
+        press(key);
+        EXPECT_EQ(takeCalls(), Calls{"start"}) << key;
+        release(key);
+        EXPECT_EQ(takeCalls(), Calls{"end"}) << key;
+        EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+" + std::to_string(key), "-" + std::to_string(key)}));
+    }
+}
+
+TEST_F(X11Hotkey, leftTwins_areNotTheSpecialKeys) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    tap(Key::leftSuper);
+    tap(Key::leftControl);
+    hotkey.setBinding(HotkeyBinding::holdSpecial(Special::RightOption));
+    tap(Key::leftAlt);
+    EXPECT_EQ(takeCalls(), Calls{});
+}
+
+TEST_F(X11Hotkey, leftControlHeld_doesNotHoldRightControlsPress) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    press(Key::leftControl);
+    press(Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    release(Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+}
+
+TEST_F(X11Hotkey, leftSuperHeld_holdsRightCommandsPress) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    press(Key::leftSuper);
+    press(Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    releaseAll({Key::rightControl, Key::leftSuper});
+    EXPECT_EQ(takeCalls(), Calls{});
+    tap(Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+}
+
+TEST_F(X11Hotkey, rightControl_inAChordIsControl) {
+    install();
+    pressAll({Key::rightControl, Key::leftAlt, Key::space});
+    releaseAll({Key::space, Key::leftAlt, Key::rightControl});
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+}
+
+TEST_F(X11Hotkey, rightAlt_isRightOptionAlsoAsAltGr) {
+    install(HotkeyBinding::holdSpecial(Special::RightOption));
+    for (const auto* layout : {"us", "de"}) {
+        const KeyMap map({QStringLiteral("-layout"), QString::fromLatin1(layout)});
+        tap(Key::rightAlt);
+        EXPECT_EQ(takeCalls(), (Calls{"start", "end"})) << layout;
+        EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+108", "-108"})) << layout;
+    }
+}
+
+TEST_F(X11Hotkey, specialKeyHeld_letsOtherKeysThrough) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    press(Key::rightControl);
+    tap(Key::a);
+    release(Key::rightControl);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+    EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+105", "+38", "-38", "-105"}));
+}
+
+TEST_F(X11Hotkey, fn_isTheWakeUpKey) {
+    install(HotkeyBinding::holdSpecial(Special::Fn));
+    tap(Key::wakeUp);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+}
+
+TEST_F(X11Hotkey, capsLock_startsWithTheLockAndEndsWithIt) {
+    install(HotkeyBinding::holdSpecial(Special::CapsLock));
+    tap(Key::capsLock);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    press(Key::capsLock);
+    EXPECT_EQ(takeCalls(), Calls{});
+    release(Key::capsLock);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+66", "-66", "+66", "-66"}));
+}
+
+TEST_F(X11Hotkey, postedChord_startsNothing) {
+    install();
+    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+        post(XCB_KEY_PRESS, key);
+    for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
+        post(XCB_KEY_RELEASE, key);
+    EXPECT_EQ(takeCalls(), Calls{});
+    expectChordIsOurs("after that");
+}
+
+TEST_F(X11Hotkey, postedSpecialKey_startsNothing) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    post(XCB_KEY_PRESS, Key::rightControl);
+    post(XCB_KEY_RELEASE, Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{});
+}
+
+TEST_F(X11Hotkey, postedKeyUp_doesNotEndAPress) {
+    install();
+    pressAll({Key::leftControl, Key::leftAlt, Key::space});
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    post(XCB_KEY_RELEASE, Key::space);
+    post(XCB_KEY_PRESS, Key::space);
+    post(XCB_KEY_RELEASE, Key::space);
+    EXPECT_EQ(takeCalls(), Calls{});
+    release(Key::space);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+}
+
+TEST_F(X11Hotkey, postedKeyUp_doesNotEndASpecialPress) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    press(Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    post(XCB_KEY_RELEASE, Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{});
+    release(Key::rightControl);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+}
+
+TEST_F(X11Hotkey, keyboardOfAnotherProgram_keepsTheChord) {
+    install();
+    const auto locker = X11Connection::open();
+    const auto grab = locker->reply<xcb_grab_keyboard_reply_t>(xcb_grab_keyboard(
+        locker->get(), 0, locker->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    ASSERT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
+    tapChord();
+    EXPECT_EQ(takeCalls(), Calls{});
+    xcb_ungrab_keyboard(locker->get(), XCB_CURRENT_TIME);
+    ASSERT_TRUE(locker->roundTrip());
+    expectChordIsOurs("after that");
+}
+
+TEST_F(X11Hotkey, chordOfAnotherProgram_isToldAndOursOnceThatLetsGo) {
+    const auto other = X11Connection::open();
+    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, Key::space,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    ASSERT_TRUE(other->roundTrip());
+    install();
+    tapChord();
+    EXPECT_EQ(takeCalls(), Calls{});
+    EXPECT_EQ(refused, std::vector{WatchResult::ChordTaken});
+    EXPECT_EQ(console.logged(), QStringList{"HotkeyManager: another program holds the bound shortcut."});
+
+    xcb_ungrab_key(other->get(), Key::space, other->root(), XCB_MOD_MASK_ANY);
+    ASSERT_TRUE(other->roundTrip());
+    tapChord(); // shows that the user wants it
+    takeCalls();
+    expectChordIsOurs("the next time");
+    EXPECT_EQ(refused.size(), 1U);
+}
+
+TEST_F(X11Hotkey, furtherModifiersOfAnotherProgram_stayWithIt) {
+    const auto other = X11Connection::open();
+    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT,
+                 Key::space, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    ASSERT_TRUE(other->roundTrip());
+    install();
+    EXPECT_TRUE(refused.empty());
+    press(Key::leftShift);
+    tapChord();
+    release(Key::leftShift);
+    EXPECT_EQ(takeCalls(), Calls{});
+    expectChordIsOurs("without Shift");
+}
+
+TEST_F(X11Hotkey, keyThatNoKeyboardHas_isToldAndDoesNoHarm) {
+    install(HotkeyBinding::chord(0xC0000, 4000));
+    EXPECT_EQ(takeCalls(), Calls{});
+    EXPECT_EQ(refused, std::vector{WatchResult::Unavailable});
+    hotkey.setBinding(HotkeyBinding());
+    expectChordIsOurs("after that");
+}
+
+TEST_F(X11Hotkey, modifiersThatNoKeyboardHas_leaveTheKeyToTheApplication) {
+    install(HotkeyBinding::chord(0xC0000 | 0x20, 49));
+    tapChord();
+    EXPECT_EQ(takeCalls(), Calls{});
+    EXPECT_EQ(refused, std::vector{WatchResult::Unavailable});
+    EXPECT_EQ(keyboard.window().takeKeys().size(), 6U);
+}
+
+TEST_F(X11Hotkey, chordWithoutModifiers_isOurs) {
+    install(HotkeyBinding::chord(0, 96));
+    tap(71);
+    press(Key::leftShift);
+    tap(71);
+    release(Key::leftShift);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end", "start", "end"}));
+    EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+50", "-50"}));
+}
+
+} // namespace

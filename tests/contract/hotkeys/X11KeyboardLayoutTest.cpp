@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/x11/X11KeyboardLayout.h"
+
+#include "HotkeyOnX11.h"
+#include "KeyMap.h"
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+class X11KeyboardLayoutTest : public HotkeyOnX11 {
+protected:
+    static KeyMap layoutOf(const char* name) {
+        return KeyMap({QStringLiteral("-layout"), QString::fromLatin1(name)});
+    }
+
+    X11KeyboardLayout layout;
+};
+
+TEST_F(X11KeyboardLayoutTest, letters_followTheLayout) {
+    EXPECT_EQ(layout.character(0), "a");
+    EXPECT_EQ(layout.character(16), "y");
+    {
+        const auto map = layoutOf("de");
+        EXPECT_EQ(layout.character(16), "z");
+        EXPECT_EQ(layout.character(27), "ß");
+        EXPECT_EQ(layout.character(39), "ä");
+    }
+    {
+        const auto map = layoutOf("fr");
+        EXPECT_EQ(layout.character(0), "q");
+    }
+    {
+        const auto map = layoutOf("us(dvorak)");
+        EXPECT_EQ(layout.character(1), "o");
+    }
+    EXPECT_EQ(layout.character(0), "a");
+}
+
+TEST_F(X11KeyboardLayoutTest, group_isTheOneInUse) {
+    const auto map = layoutOf("us,ru");
+    EXPECT_EQ(layout.character(0), "a");
+    lock(0, 1);
+    EXPECT_EQ(layout.character(0), "ф");
+}
+
+TEST_F(X11KeyboardLayoutTest, deadKey_hasNoCharacter) {
+    const auto map = layoutOf("de");
+    EXPECT_EQ(layout.character(24), std::nullopt);
+}
+
+TEST_F(X11KeyboardLayoutTest, capsLock_changesNothing) {
+    lock(XCB_MOD_MASK_LOCK, 0);
+    EXPECT_EQ(layout.character(0), "a");
+}
+
+TEST_F(X11KeyboardLayoutTest, keypad_hasItsDigits) {
+    EXPECT_EQ(layout.character(82), "0");
+    lock(XCB_MOD_MASK_2, 0);
+    EXPECT_EQ(layout.character(82), "0");
+}
+
+TEST_F(X11KeyboardLayoutTest, keysWithoutText_haveNoCharacter) {
+    for (const std::uint16_t key : {36, 48, 51, 53, 54, 105, 122, 123, 200, 65535})
+        EXPECT_EQ(layout.character(key), std::nullopt) << key;
+}
+
+TEST_F(X11KeyboardLayoutTest, noServer_hasNoCharacters) {
+    X11KeyboardLayout nowhere("unix:/nowhere");
+    EXPECT_EQ(nowhere.character(0), std::nullopt);
+}
+
+TEST_F(X11KeyboardLayoutTest, bindings_readAsTheKeyboardWrites) {
+    const auto map = layoutOf("de");
+    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Command, 16).displayString(layout), "⌘Z");
+    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Control, 24).displayString(layout), "⌃Key 24");
+}
+
+} // namespace
