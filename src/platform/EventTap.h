@@ -64,7 +64,7 @@ public:
     virtual ~EventTap() = default;
 
     /// A new tap is disabled, and so is one that has just told of TapDisabledByTimeout. A disabled tap
-    /// swallows and tells nothing. The end of a press that was told before is told when it is enabled again.
+    /// swallows and tells nothing. After a time-out, the end of a press that was told before is told late.
     virtual void setEnabled(bool enabled) = 0;
 
     /// Waits for a chord: the callback gets at least the key down and the key up of its presses, and may

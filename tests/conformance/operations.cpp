@@ -5,6 +5,7 @@ namespace talvera::conformance {
 
 void addAllOperations(Driver& driver) {
     addDeliveryOperations(driver);
+    addHotkeyOperations(driver);
     addLanguageOperations(driver);
     addSettingsOperations(driver);
     addSpeechOperations(driver);

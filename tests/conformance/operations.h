@@ -7,6 +7,7 @@ namespace talvera::conformance {
 
 // One file per area adds the operations that question it.
 void addDeliveryOperations(Driver& driver);
+void addHotkeyOperations(Driver& driver);
 void addLanguageOperations(Driver& driver);
 void addSettingsOperations(Driver& driver);
 void addSpeechOperations(Driver& driver);

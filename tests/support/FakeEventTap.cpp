@@ -26,7 +26,9 @@ FakeEventTap::~FakeEventTap() {
 
 void FakeEventTap::setEnabled(bool enabled) {
     m_isEnabled = enabled;
-    if (!enabled || !m_pressTold || m_keyboard.isOn(m_pressTold->keyCode))
+    if (!enabled)
+        m_pressTold.reset();
+    if (!std::exchange(m_hasMissedKeys, false) || !m_pressTold || m_keyboard.isOn(m_pressTold->keyCode))
         return;
     auto end = *m_pressTold;
     if (end.type == KeyEventType::KeyDown)
@@ -93,6 +95,7 @@ Verdict FakeKeyboard::offer(const KeyEvent& event) {
         if (!m_isListening) {
             tap->m_isEnabled = false;
             tap->m_timedOut = true;
+            tap->m_hasMissedKeys = true;
         } else if (tap->tell(event) == Verdict::Swallow) {
             return Verdict::Swallow;
         }

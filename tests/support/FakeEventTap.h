@@ -35,6 +35,7 @@ private:
     Callback m_callback;
     bool m_isEnabled = false;
     bool m_timedOut = false;
+    bool m_hasMissedKeys = false; // since it was last enabled
     std::optional<KeyChord> m_chord;
     std::optional<std::uint16_t> m_key;
     std::optional<KeyEvent> m_pressTold; // of what the tap waits for
