@@ -62,8 +62,10 @@ QByteArray wavBytes(std::span<const std::int16_t> samples, int sampleRate) {
         .tag("data")
         .integer(dataBytes);
     bytes.resize(headerBytes + static_cast<qsizetype>(dataBytes));
-    qToLittleEndian<qint16>(samples.data(), static_cast<qsizetype>(samples.size()),
-                            bytes.data() + headerBytes);
+    if (!samples.empty()) { // else its pointer may be null
+        qToLittleEndian<qint16>(samples.data(), static_cast<qsizetype>(samples.size()),
+                                bytes.data() + headerBytes);
+    }
     return bytes;
 }
 
