@@ -121,13 +121,11 @@ void PosixFileSystem::remove(const QString& path) {
 }
 
 void PosixFileSystem::createDirectories(const QString& path) {
-    if (const auto status = statusOf(path)) {
-        if (!S_ISDIR(status->st_mode))
-            fail(EEXIST, path);
+    if (isDirectory(path))
         return;
-    }
-    if (const auto slash = path.lastIndexOf(u'/'); slash > 0)
-        createDirectories(path.left(slash));
+    const auto parent = path.left(path.lastIndexOf(u'/'));
+    if (!parent.isEmpty() && !exists(parent))
+        createDirectories(parent);
     if (::mkdir(encoded(path).constData(), privateDirectory) != 0 && !(errno == EEXIST && isDirectory(path)))
         fail(errno, path);
 }
