@@ -49,6 +49,7 @@ AgentProcess::AgentProcess() {
         throw std::runtime_error("can't start " + program);
     }
     std::signal(SIGPIPE, SIG_IGN);
+    awaitDone();
 }
 
 AgentProcess::~AgentProcess() {
@@ -62,6 +63,10 @@ AgentProcess::~AgentProcess() {
 void AgentProcess::tell(const std::string& command) {
     std::fputs((command + "\n").c_str(), m_commands);
     std::fflush(m_commands);
+    awaitDone();
+}
+
+void AgentProcess::awaitDone() {
     char answer[16];
     if (!std::fgets(answer, sizeof answer, m_answers)) {
         throw std::runtime_error("the agent has ended");
@@ -93,7 +98,7 @@ pid_t AgentProcess::companion() const {
             return process;
         }
     }
-    return 0;
+    throw std::runtime_error("the agent has no companion");
 }
 
 } // namespace talvera::test

@@ -26,6 +26,8 @@ public:
     pid_t companion() const; ///< the process of its companion; 0 if it has none
 
 private:
+    void awaitDone();
+
     pid_t m_process = 0;
     std::FILE* m_commands = nullptr;
     std::FILE* m_answers = nullptr;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // x11-agent COMPANION: types and pastes as the agent does, in a process that a test can stop or kill at any
-// point. It takes one command a line and answers each with "done".
+// point. It says "done" when it is ready, takes one command a line and answers each the same way.
 //
 //   clipboard TEXT    puts the text on the clipboard
 //   begin TEXT        begins to type the text
@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
     X11KeyEventPoster poster;
     X11Pasteboard pasteboard(argc > 1 ? argv[1] : "");
     std::unique_ptr<TypingSession> session;
+    std::cout << "done" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {
         const std::size_t space = line.find(' ');
         const std::string command = line.substr(0, space);

@@ -13,15 +13,18 @@ pipe, title, profile = sys.argv[1:]
 report = Report(pipe)
 
 PAGE = """<!doctype html><meta charset="utf-8"><title>%s</title>
-<textarea id="field" style="width: 480px; height: 280px" autofocus></textarea>
+<p>A text field:</p><textarea id="field" style="width: 480px; height: 240px" autofocus></textarea>
 <script>
   const field = document.getElementById("field");
-  let sent = "", busy = false, ready = false;
+  let painted = false, ready = false, sent = "", busy = false;
   async function tell(what) { await fetch("/", {method: "POST", body: JSON.stringify(what)}); }
   async function follow() {           // one report at a time, so that none overtakes another
     if (busy) return;
     busy = true;
-    if (!ready && document.hasFocus() && document.activeElement === field) { ready = true; await tell({ready: true}); }
+    if (!ready && painted && document.hasFocus() && document.activeElement === field) {
+      ready = true;
+      await tell({ready: true});
+    }
     while (sent !== field.value) { sent = field.value; await tell({text: sent}); }
     busy = false;
   }
@@ -32,7 +35,9 @@ PAGE = """<!doctype html><meta charset="utf-8"><title>%s</title>
   });
   addEventListener("focus", () => { field.focus(); follow(); });
   field.focus();
-  follow();
+  // The browser ignores keys until it has shown the page.
+  new PerformanceObserver(() => requestAnimationFrame(() => requestAnimationFrame(() => { painted = true; follow(); })))
+    .observe({type: "paint", buffered: true});
 </script>""" % title
 
 

@@ -16,5 +16,5 @@ report.tell(ready=True)
 while read := os.read(0, 65536):
     added = decoder.decode(read).replace("\x1b[I", "").replace("\x1b[O", "")
     if added:
-        report.tell(added=added)
         os.write(1, added.encode())
+        report.tell(added=added)

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/SelectionOwner.h"
 
+#include "platform/linux/x11/FocusedWindow.h"
+
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 namespace talvera {
 
@@ -15,6 +19,21 @@ constexpr std::chrono::seconds TimePatience{1};
 void wipe(std::string* text) {
     ::explicit_bzero(text->data(), text->size());
     delete text;
+}
+
+/// A terminal emulator holds the other end of its terminals open. In doubt, a process is one.
+bool mayBeTerminal(pid_t process) {
+    std::error_code error;
+    const std::string directory = "/proc/" + std::to_string(process) + "/fd";
+    for (std::filesystem::directory_iterator descriptor(directory, error), end; !error && descriptor != end;
+         descriptor.increment(error)) {
+        const std::string target = std::filesystem::read_symlink(descriptor->path(), error);
+        if (target == "/dev/ptmx" || target == "/dev/pts/ptmx") {
+            return true;
+        }
+        error.clear(); // a descriptor that was closed meanwhile
+    }
+    return static_cast<bool>(error);
 }
 
 /// The text in Latin-1, the form that the oldest programs ask for; null when it can't be said in it.
@@ -60,17 +79,30 @@ bool SelectionOwner::own(WipedText text) {
     m_text = std::move(text);
     m_since = *time;
     m_handOver = HandOver::None;
-    for (const Holding& holding : m_holdings) {
-        xcb_set_selection_owner(m_connection.get(), m_window, holding.selection, m_since);
+    auto& [clipboard, primary] = m_holdings;
+    if (isMarkedInFocusedWindow()) {
+        return take(clipboard);
     }
-    bool all = true;
-    for (Holding& holding : m_holdings) {
-        const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
-            xcb_get_selection_owner(m_connection.get(), holding.selection));
-        holding.isOurs = owner && owner->owner == m_window;
-        all = all && holding.isOurs;
-    }
-    return all;
+    const bool tookClipboard = take(clipboard);
+    return take(primary) && tookClipboard;
+}
+
+bool SelectionOwner::take(Holding& holding) {
+    xcb_set_selection_owner(m_connection.get(), m_window, holding.selection, m_since);
+    const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(m_connection.get(), holding.selection));
+    holding.isOurs = owner && owner->owner == m_window;
+    return holding.isOurs;
+}
+
+bool SelectionOwner::isMarkedInFocusedWindow() {
+    const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(m_connection.get(), XCB_ATOM_PRIMARY));
+    const xcb_window_t focused = focusedWindow(m_connection);
+    const std::uint32_t clientBits = ~xcb_get_setup(m_connection.get())->resource_id_mask;
+    const bool isFocusedClient = owner && owner->owner != XCB_NONE && focused != XCB_NONE &&
+                                 (owner->owner & clientBits) == (focused & clientBits);
+    return isFocusedClient && !mayBeTerminal(processOfWindow(m_connection, focused));
 }
 
 std::optional<xcb_timestamp_t> SelectionOwner::serverTime() {

@@ -20,6 +20,10 @@ std::shared_ptr<std::string> makeWipedText(std::size_t size);
 
 /// Owns the clipboard and the primary selection with one and the same text, and gives it to whoever asks, in
 /// pieces if it is large. Uses its connection alone; the owner of this object hands it the events.
+///
+/// A selection that the focused application has made for itself stays its own: many drop the marking when
+/// they lose it, and what is pasted would not take the place of what was marked. But a terminal loses it,
+/// since it pastes from there.
 class SelectionOwner {
 public:
     using Clock = std::chrono::steady_clock;
@@ -28,7 +32,7 @@ public:
     SelectionOwner(const SelectionOwner&) = delete;
     SelectionOwner& operator=(const SelectionOwner&) = delete;
 
-    /// Takes both selections for `text`. True when the server says that they are ours. May handle events
+    /// Takes the selections for `text`. True when the server says that they are ours. May handle events
     /// meanwhile.
     bool own(WipedText text);
 
@@ -68,6 +72,8 @@ private:
     };
 
     std::optional<xcb_timestamp_t> serverTime();
+    bool take(Holding& holding);
+    bool isMarkedInFocusedWindow();
     void onRequest(const xcb_selection_request_event_t& request);
     void onClear(const xcb_selection_clear_event_t& clear);
     void onProperty(const xcb_property_notify_event_t& change);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/TargetBarrier.h"
 
-#include <xcb/res.h>
+#include "platform/linux/x11/FocusedWindow.h"
 
 #include <algorithm>
 #include <fstream>
@@ -56,12 +56,12 @@ bool endsWait(const xcb_generic_event_t& event, xcb_window_t window, xcb_atom_t 
 
 void TargetBarrier::wait(milliseconds limit) {
     const auto deadline = Clock::now() + limit;
-    const xcb_window_t window = focusedWindow();
+    const xcb_window_t window = focusedWindow(m_connection);
     if (window != XCB_NONE && answersPing(window)) {
         ping(window, deadline);
         return;
     }
-    const pid_t process = window != XCB_NONE ? processOf(window) : 0;
+    const pid_t process = window != XCB_NONE ? processOfWindow(m_connection, window) : 0;
     if (process == 0 || !isAsleep(process)) {
         std::this_thread::sleep_for(std::min(limit, BlindWait));
         return;
@@ -70,18 +70,6 @@ void TargetBarrier::wait(milliseconds limit) {
         std::this_thread::sleep_for(SleepProbe);
         calm = isAsleep(process).value_or(true) ? calm + 1 : 0;
     }
-}
-
-xcb_window_t TargetBarrier::focusedWindow() {
-    const auto active = m_connection.property(m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"));
-    if (!active.empty() && active.front() != XCB_NONE) {
-        return active.front();
-    }
-    // Without a window manager, or with a window that it doesn't manage.
-    const auto focus =
-        m_connection.reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection.get()));
-    const bool isWindow = focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT;
-    return isWindow && focus->focus != m_connection.root() ? focus->focus : XCB_NONE;
 }
 
 bool TargetBarrier::answersPing(xcb_window_t window) {
@@ -124,26 +112,6 @@ void TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
     m_connection.roundTrip();
     while (m_connection.pollEvent()) {
     }
-}
-
-pid_t TargetBarrier::processOf(xcb_window_t window) {
-    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(m_connection.get(), &xcb_res_id);
-    if (!extension || !extension->present) {
-        return 0;
-    }
-    const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto versionCookie = xcb_res_query_version(m_connection.get(), 1, 2);
-    const auto idsCookie = xcb_res_query_client_ids(m_connection.get(), 1, &spec);
-    const auto version = m_connection.reply<xcb_res_query_version_reply_t>(versionCookie);
-    const auto answer = m_connection.reply<xcb_res_query_client_ids_reply_t>(idsCookie);
-    if (!version || !answer) {
-        return 0;
-    }
-    auto ids = xcb_res_query_client_ids_ids_iterator(answer.get());
-    if (ids.rem == 0 || xcb_res_client_id_value_value_length(ids.data) == 0) {
-        return 0;
-    }
-    return static_cast<pid_t>(*xcb_res_client_id_value_value(ids.data));
 }
 
 } // namespace talvera

@@ -5,7 +5,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <sys/types.h>
 
 namespace talvera {
 
@@ -27,10 +26,8 @@ public:
 private:
     using Deadline = std::chrono::steady_clock::time_point;
 
-    xcb_window_t focusedWindow();
     bool answersPing(xcb_window_t window);
     void ping(xcb_window_t window, Deadline deadline);
-    pid_t processOf(xcb_window_t window);
 
     X11Connection& m_connection;
     std::uint32_t m_stamp = 0;

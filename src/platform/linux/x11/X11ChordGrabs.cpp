@@ -27,11 +27,11 @@ std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords
 
     Combinations unwanted;
     std::ranges::set_difference(m_held, wanted, std::inserter(unwanted, unwanted.end()));
-        for (const auto& combination : unwanted)
+    for (const auto& combination : unwanted)
         letGo(combination);
     Combinations missing;
     std::ranges::set_difference(wanted, m_held, std::inserter(missing, missing.end()));
-        grab(missing);
+    grab(missing);
     if (missing.empty() && !unwanted.empty())
         m_connection->roundTrip();
 
@@ -92,7 +92,7 @@ void X11ChordGrabs::letGo(const Combination& combination) {
 }
 
 void X11ChordGrabs::letGoOfPress() {
-        xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
+    xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
     m_connection->roundTrip();
 }
 

@@ -33,6 +33,8 @@ std::unique_ptr<X11Connection> X11Connection::open(const std::string& display) {
 }
 
 X11Connection::~X11Connection() {
+    // Closing a socket with events unread would make the server drop requests that it has not read yet.
+    roundTrip();
     xcb_disconnect(m_connection);
 }
 

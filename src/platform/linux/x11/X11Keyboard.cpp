@@ -63,6 +63,7 @@ std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection) {
         }
     });
     std::unique_ptr<X11Keyboard> keyboard(new X11Keyboard(connection, master));
+    keyboard->m_eventType = xcb_get_extension_data(xcb, &xcb_xkb_id)->first_event;
     keyboard->findTypingDevice();
     return keyboard->m_typingDevice != 0 ? std::move(keyboard) : nullptr;
 }
@@ -74,6 +75,19 @@ void X11Keyboard::findTypingDevice() {
             m_typingDevice = device.deviceid;
         }
     });
+}
+
+void X11Keyboard::watchKeymap() {
+    constexpr std::uint16_t Events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t MapParts =
+        XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(m_connection.get(), m_typingDevice, Events, 0, Events, MapParts, MapParts, nullptr);
+}
+
+bool X11Keyboard::isKeymapChange(const xcb_generic_event_t& event) const {
+    // Other devices tell of themselves too, each time that the user's hands change between keyboards.
+    const auto& notice = reinterpret_cast<const xcb_xkb_map_notify_event_t&>(event);
+    return (event.response_type & 0x7f) == m_eventType && notice.deviceID == m_typingDevice;
 }
 
 std::vector<std::uint16_t> X11Keyboard::devices() {

@@ -31,6 +31,10 @@ public:
     /// need not be that of the user's own devices.
     std::uint16_t typingDevice() const { return m_typingDevice; }
 
+    /// Asks to be told by events when the keymap of the typing device changes, and tells such events apart.
+    void watchKeymap();
+    bool isKeymapChange(const xcb_generic_event_t& event) const;
+
     /// Every device whose keys reach applications through this keyboard, the typing device among them.
     std::vector<std::uint16_t> devices();
 
@@ -60,6 +64,7 @@ private:
     X11Connection& m_connection;
     std::uint16_t m_master;
     std::uint16_t m_typingDevice = 0;
+    std::uint8_t m_eventType = 0;
 };
 
 } // namespace talvera

@@ -1,25 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11Typist.h"
 
-#include "platform/linux/x11/XcbXkb.h"
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
 
 namespace talvera {
-
-namespace {
-
-/// Asks to be told when the keymap of the typing device changes.
-void watchKeymap(X11Keyboard& keyboard) {
-    constexpr std::uint16_t Events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
-    constexpr std::uint16_t MapParts =
-        XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-    xcb_xkb_select_events(keyboard.connection().get(), keyboard.typingDevice(), Events, 0, Events, MapParts,
-                          MapParts, nullptr);
-}
-
-} // namespace
 
 std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
                                         std::size_t capacity,
@@ -47,7 +33,7 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symb
     , m_layout(keyboard)
     , m_spares(keyboard, m_ledger)
     , m_guard(keyboard, m_ledger, m_layout.numLockModifiers()) {
-    watchKeymap(m_keyboard);
+    m_keyboard.watchKeymap();
     m_group = m_keyboard.state().group;
     lendFrom(0);
 }
@@ -98,14 +84,9 @@ void X11Typist::release() {
 }
 
 void X11Typist::followKeyboard() {
-    const std::uint8_t firstEvent =
-        xcb_get_extension_data(m_keyboard.connection().get(), &xcb_xkb_id)->first_event;
     bool changed = false;
     while (const XcbEvent event = m_keyboard.connection().pollEvent()) {
-        // Other devices tell of themselves too, each time that the user's hands change between keyboards.
-        const auto* notice = reinterpret_cast<const xcb_xkb_map_notify_event_t*>(event.get());
-        changed = changed || ((event->response_type & 0x7f) == firstEvent &&
-                              notice->deviceID == m_keyboard.typingDevice());
+        changed = changed || m_keyboard.isKeymapChange(*event);
     }
     if (changed) {
         m_spares.refresh();
