@@ -15,23 +15,25 @@ const auto speaker = source("speaker.monitor", true);
 
 } // namespace
 
-TEST(ChooseMicrophone, defaultSource_isTakenWithoutNamingIt) {
+TEST(ChooseMicrophone, defaultSource_isTaken) {
     const auto chosen = chooseMicrophone("headset", {source("built-in"), source("headset")});
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->device, "");
+    EXPECT_EQ(chosen->device, "headset");
+    EXPECT_TRUE(chosen->isDefault);
 }
 
 TEST(ChooseMicrophone, unpluggedDefaultSource_isBelieved) {
     // Some sockets never notice that something is plugged in.
     const auto chosen = chooseMicrophone("rear", {source("rear", false, true), source("built-in")});
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->device, "");
+    EXPECT_EQ(chosen->device, "rear");
 }
 
 TEST(ChooseMicrophone, monitorAsDefault_givesWayToAMicrophone) {
     const auto chosen = chooseMicrophone("speaker.monitor", {speaker, source("built-in")});
     ASSERT_TRUE(chosen);
     EXPECT_EQ(chosen->device, "built-in");
+    EXPECT_FALSE(chosen->isDefault);
 }
 
 TEST(ChooseMicrophone, monitorAsDefaultAndNothingPluggedIn_isNoMicrophone) {

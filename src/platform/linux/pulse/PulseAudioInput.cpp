@@ -81,6 +81,18 @@ void PulseAudioInput::start() {
     if (!microphone || m_streamFormat.channels == 0)
         fail(AudioEngineFailure::NoInput, QStringLiteral("no microphone"));
 
+    using enum PulseRecordStream::Routing;
+    try {
+        open(*microphone, microphone->isDefault ? ByServer : ByName, deadline - monotonicNow());
+    } catch (const PlatformError& error) {
+        // The server has sent us to a loudspeaker: the user did once, or the default is changing just now.
+        if (!microphone->isDefault || error.code() != static_cast<int>(AudioEngineFailure::NoInput))
+            throw;
+        open(*microphone, ByName, deadline - monotonicNow());
+    }
+}
+
+void PulseAudioInput::open(const Microphone& microphone, PulseRecordStream::Routing routing, Duration limit) {
     if (m_tap)
         m_tap->clear();
     const auto receive = [this](const void* data, std::size_t bytes) {
@@ -92,8 +104,8 @@ void PulseAudioInput::start() {
             m_tap->flush();
     };
     try {
-        m_stream.emplace(m_connection, *microphone, m_streamFormat, receive, ended);
-        m_stream->waitUntilOpen(deadline - monotonicNow());
+        m_stream.emplace(m_connection, microphone, routing, m_streamFormat, receive, ended);
+        m_stream->waitUntilOpen(limit);
     } catch (...) {
         m_stream.reset();
         throw;

@@ -27,6 +27,8 @@ public:
     void stop() override;
 
 private:
+    void open(const Microphone& microphone, PulseRecordStream::Routing routing, Duration limit);
+
     PulseConnection& m_connection;
 
     // Under the connection's lock.

@@ -18,8 +18,9 @@ using namespace std::chrono_literals;
 namespace {
 
 /// How much sound the server gathers before it sends it. Small, so that the first and the last word come
-/// quickly; a hundred messages a second cost next to nothing while the user speaks.
-constexpr auto fragment = 10ms;
+/// quickly; but asked for less, PipeWire would turn a microphone that others use to a quicker pace first, and
+/// some 40 ms of speech would be lost over it.
+constexpr auto fragment = 20ms;
 
 constexpr pa_usec_t microseconds(Duration duration) {
     return static_cast<pa_usec_t>(std::chrono::duration_cast<std::chrono::microseconds>(duration).count());
@@ -51,7 +52,8 @@ pa_sample_spec specOf(const AudioFormat& format) {
 } // namespace
 
 PulseRecordStream::PulseRecordStream(PulseConnection& connection, const Microphone& microphone,
-                                     const AudioFormat& format, Receive receive, std::function<void()> ended)
+                                     Routing routing, const AudioFormat& format, Receive receive,
+                                     std::function<void()> ended)
     : m_connection(connection)
     , m_receive(std::move(receive))
     , m_ended(std::move(ended)) {
@@ -75,7 +77,7 @@ PulseRecordStream::PulseRecordStream(PulseConnection& connection, const Micropho
     constexpr auto serverDecides = static_cast<std::uint32_t>(-1);
     pa_buffer_attr buffer{serverDecides, serverDecides, serverDecides, serverDecides, serverDecides};
     buffer.fragsize = static_cast<std::uint32_t>(pa_usec_to_bytes(microseconds(fragment), &spec));
-    const char* const device = microphone.device.empty() ? nullptr : microphone.device.c_str();
+    const char* const device = routing == Routing::ByName ? microphone.device.c_str() : nullptr;
     if (pa_stream_connect_record(m_stream, device, &buffer, PA_STREAM_ADJUST_LATENCY) < 0) {
         m_error = pa_context_errno(context);
         end(State::Failed);
@@ -83,7 +85,8 @@ PulseRecordStream::PulseRecordStream(PulseConnection& connection, const Micropho
 }
 
 PulseRecordStream::~PulseRecordStream() {
-    close();
+    if (m_state == State::Opening || m_state == State::Open)
+        close();
     pa_stream_unref(m_stream);
 }
 
@@ -147,15 +150,13 @@ void PulseRecordStream::catchUp(Duration limit, std::function<void()> caughtUp) 
     m_timer.emplace(m_connection.loop(), context, silent ? Duration{} : limit, [this] { finishCatchUp(); });
     if (silent)
         return;
-    auto* const asked = pa_stream_update_timing_info(
+    m_question = pa_stream_update_timing_info(
         m_stream,
         [](pa_stream*, int success, void* self) {
             if (success)
                 static_cast<PulseRecordStream*>(self)->onTiming();
         },
         this);
-    if (asked)
-        pa_operation_unref(asked);
 }
 
 void PulseRecordStream::onTiming() {
@@ -170,6 +171,7 @@ void PulseRecordStream::onTiming() {
 }
 
 void PulseRecordStream::finishCatchUp() {
+    forgetQuestion();
     m_target.reset();
     m_timer.reset();
     if (const auto caughtUp = std::exchange(m_caughtUp, nullptr))
@@ -186,7 +188,15 @@ void PulseRecordStream::end(State state) {
     finishCatchUp();
 }
 
+void PulseRecordStream::forgetQuestion() {
+    if (auto* const question = std::exchange(m_question, nullptr)) {
+        pa_operation_cancel(question);
+        pa_operation_unref(question);
+    }
+}
+
 void PulseRecordStream::close() {
+    forgetQuestion();
     pa_stream_set_state_callback(m_stream, nullptr, nullptr);
     pa_stream_set_read_callback(m_stream, nullptr, nullptr);
     pa_stream_set_moved_callback(m_stream, nullptr, nullptr);

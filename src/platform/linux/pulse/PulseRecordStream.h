@@ -18,10 +18,14 @@ public:
     /// Gets captured frames in order; null data is that many bytes of silence.
     using Receive = std::function<void(const void* data, std::size_t bytes)>;
 
+    /// Who chooses the device: the server, which knows where the user has sent this program before and takes
+    /// it along when the default changes, or we, by name.
+    enum class Routing { ByServer, ByName };
+
     /// Begins to open the microphone. `ended` is called when a stream that was open delivers no more, because
     /// its server or its device is gone. Throws PlatformError.
-    PulseRecordStream(PulseConnection& connection, const Microphone& microphone, const AudioFormat& format,
-                      Receive receive, std::function<void()> ended);
+    PulseRecordStream(PulseConnection& connection, const Microphone& microphone, Routing routing,
+                      const AudioFormat& format, Receive receive, std::function<void()> ended);
     PulseRecordStream(const PulseRecordStream&) = delete;
     PulseRecordStream& operator=(const PulseRecordStream&) = delete;
     /// Lets go of the microphone.
@@ -47,6 +51,7 @@ private:
     void end(State state);
     void close();
     void finishCatchUp();
+    void forgetQuestion();
 
     PulseConnection& m_connection;
     Receive m_receive;
@@ -57,6 +62,7 @@ private:
     std::size_t m_received = 0; // bytes
 
     std::function<void()> m_caughtUp;
+    pa_operation* m_question = nullptr;  // for the latency
     std::optional<std::size_t> m_target; // of m_received
     std::optional<PulseLoop::Timer> m_timer;
 };

@@ -18,22 +18,23 @@ AudioFormat formatOf(const pa_sample_spec& spec) {
     return {static_cast<double>(spec.rate), spec.channels, type};
 }
 
+Microphone microphoneOf(const PulseSource& source, bool isDefault) {
+    return {source.name, isDefault, formatOf(source.sampleSpec), source.channelMap};
+}
+
 } // namespace
 
 std::optional<Microphone> chooseMicrophone(const std::string& defaultSource,
                                            const std::vector<PulseSource>& sources) {
     const auto preferred = named(defaultSource, sources);
-    if (preferred != sources.end() && !preferred->isMonitor) {
-        // Left unnamed, so that the server sends us where the user has sent this program before, and takes us
-        // along when the default changes.
-        return Microphone{{}, formatOf(preferred->sampleSpec), preferred->channelMap};
-    }
+    if (preferred != sources.end() && !preferred->isMonitor)
+        return microphoneOf(*preferred, true);
     const auto other = std::find_if(sources.begin(), sources.end(), [](const PulseSource& source) {
         return !source.isMonitor && !source.isUnplugged;
     });
     if (other == sources.end())
         return std::nullopt;
-    return Microphone{other->name, formatOf(other->sampleSpec), other->channelMap};
+    return microphoneOf(*other, false);
 }
 
 bool isMonitor(const std::string& device, const std::vector<PulseSource>& sources) {

@@ -23,8 +23,9 @@ struct PulseSource {
 
 /// What we record from.
 struct Microphone {
-    std::string device; ///< the source to ask for; empty: whatever the server's default is by then
-    AudioFormat format; ///< the source's own rate and channels, in the nearest type that we take
+    std::string device;     ///< the source's name
+    bool isDefault = false; ///< the server would take it by itself
+    AudioFormat format;     ///< the source's own rate and channels, in the nearest type that we take
     pa_channel_map channelMap{};
 };
 
