@@ -26,7 +26,7 @@ protected:
     }
 
     std::unique_ptr<Voice> speak(int microphoneRate = rate, int channels = 1) {
-        return std::make_unique<Voice>(server.address(), "microphone_feed", microphoneRate, channels);
+        return std::make_unique<Voice>(server.address(), server.feedOf(), microphoneRate, channels);
     }
 
     void record(AudioEngine& engine, Ear& ear, std::size_t bufferFrames = 4096) {
@@ -37,6 +37,10 @@ protected:
 
 bool isLoud(std::int16_t sample) {
     return std::abs(sample) > 100;
+}
+
+bool isSilent(const std::vector<std::int16_t>& samples) {
+    return std::none_of(samples.begin(), samples.end(), isLoud);
 }
 
 /// The stretch from the first to the last sample that isn't silence.
@@ -65,6 +69,27 @@ std::size_t entriesOf(const char* directory) {
                                         .size());
 }
 
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool sanitized = true; // memory is kept back to catch its later use
+#else
+constexpr bool sanitized = false;
+#endif
+
+/// How often the thread that talks to the server has been woken up so far.
+long wakeUpsOfAudioThread() {
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    for (const auto& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile status(tasks.filePath(task) + QStringLiteral("/status"));
+        if (!status.open(QFile::ReadOnly))
+            continue;
+        const auto text = status.readAll();
+        const auto switches = text.indexOf("\nvoluntary_ctxt_switches:");
+        if (text.startsWith("Name:\taudio\n") && switches >= 0)
+            return text.mid(switches).trimmed().split('\n').first().split('\t').last().toLong();
+    }
+    throw std::runtime_error("no audio thread");
+}
+
 long residentKilobytes() {
     QFile status(QStringLiteral("/proc/self/statm"));
     return status.open(QFile::ReadOnly) ? status.readAll().split(' ').at(1).toLong() * 4 : 0;
@@ -82,7 +107,7 @@ TEST_P(PulseAudioInputTest, tone_arrivesWithItsLengthPitchAndLevel) {
     voice->say(said);
     ASSERT_TRUE(ear.waitUntil([&](const Ear::Heard& heard) {
         const auto& samples = heard.samples;
-        return samples.size() > said.size() && std::any_of(samples.begin(), samples.end(), isLoud) &&
+        return samples.size() > said.size() && !isSilent(samples) &&
                std::none_of(samples.end() - 2000, samples.end(), isLoud);
     }));
     input.removeTap();
@@ -142,7 +167,7 @@ TEST_P(PulseAudioInputTest, firstWord_isHeardFromTheMomentOfTheStart) {
         ASSERT_TRUE(ear.waitForFrames(4096));
         input.removeTap();
         input.stop();
-        lost.push_back(Voice::frameOf(ear.heard().samples.front(), said) - said);
+        lost.push_back(Voice::frameOf(Voice::firstOf(ear.heard().samples), said) - said);
     }
     std::nth_element(lost.begin(), lost.begin() + 4, lost.end());
     EXPECT_LT(lost[4], rate * 40 / 1000) << "the median of nine, in frames";
@@ -203,38 +228,54 @@ TEST_P(PulseAudioInputTest, tapOfAnotherFormat_getsItConverted) {
 TEST_P(PulseAudioInputTest, defaultSourceChangedBetweenRecordings_isHonoured) {
     startWithMicrophone();
     server.addMicrophone(QStringLiteral("headset"));
-    Voice headset(server.address(), "headset_feed", rate);
+    Voice headset(server.address(), server.feedOf(QStringLiteral("headset")), rate);
     headset.count();
     PulseAudioInput input(connection());
     Ear ear;
     record(input, ear);
-    ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) {
-        return std::any_of(heard.samples.begin(), heard.samples.end(), isLoud);
-    }));
+    ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) { return !isSilent(heard.samples); }));
     input.removeTap();
     input.stop();
 
-    server.control({QStringLiteral("set-default-source"), QStringLiteral("microphone")});
+    server.makeDefaultSource(QStringLiteral("microphone"));
     Ear second;
     record(input, second);
     ASSERT_TRUE(second.waitForFrames(rate / 4));
     input.removeTap();
-    const auto samples = second.heard().samples;
-    EXPECT_TRUE(std::none_of(samples.begin(), samples.end(), isLoud));
+    EXPECT_TRUE(isSilent(second.heard().samples));
 }
 
 TEST_P(PulseAudioInputTest, monitorAsDefault_isPassedOverForAMicrophone) {
-    startWithMicrophone();
-    const auto voice = speak();
-    voice->count();
-    server.control({QStringLiteral("set-default-source"), QStringLiteral("speaker.monitor")});
+    server.start();
+    server.addDeafMicrophone(QStringLiteral("microphone"));
+    server.makeDefaultSource(QStringLiteral("speaker.monitor"));
+    Voice music(server.address(), "speaker", rate, 2);
+    music.count();
     PulseAudioInput input(connection());
     EXPECT_EQ(connection().status(), AuthorizationStatus::Authorized);
     Ear ear;
     record(input, ear);
-    EXPECT_TRUE(ear.waitUntil([](const Ear::Heard& heard) {
-        return std::any_of(heard.samples.begin(), heard.samples.end(), isLoud);
-    }));
+    ASSERT_TRUE(ear.waitForFrames(rate / 4));
+    input.removeTap();
+    EXPECT_TRUE(isSilent(ear.heard().samples));
+}
+
+TEST_P(PulseAudioInputTest, recordingThatTheServerSendsToALoudspeaker_isBroughtBackToTheMicrophone) {
+    server.start();
+    server.addDeafMicrophone(QStringLiteral("microphone"));
+    Voice music(server.address(), "speaker", rate, 2);
+    music.count();
+    PulseAudioInput input(connection());
+    {
+        // The server changes its mind without our hearing of it in time.
+        const PulseLoop::Lock notYet(connection().loop());
+        server.makeDefaultSource(QStringLiteral("speaker.monitor"));
+    }
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(rate / 4));
+    input.removeTap();
+    EXPECT_TRUE(isSilent(ear.heard().samples));
 }
 
 TEST_P(PulseAudioInputTest, microphoneAtRest_isNotOpened) {
@@ -304,7 +345,11 @@ TEST_P(PulseAudioInputTest, serverFreezesDuringARecording_releaseReturnsSoonWith
     input.stop();
     EXPECT_LT(Clock::now() - before, 1000ms);
     EXPECT_GE(ear.heard().samples.size(), static_cast<std::size_t>(rate / 4));
-    server.thaw();
+
+    server.thaw(); // its late answers must find nobody
+    Ear next;
+    record(input, next);
+    EXPECT_TRUE(next.waitForFrames(4096));
 }
 
 TEST_P(PulseAudioInputTest, serverDiesDuringARecording_keepsWhatCameDownToTheRest) {
@@ -362,7 +407,7 @@ TEST_P(PulseAudioInputTest, microphoneUnplugged_endsTheRecordingAndNeverListensT
     EXPECT_LT(Clock::now() - before, 500ms);
     const auto samples = ear.heard().samples;
     EXPECT_GE(samples.size(), 2U * 4096);
-    EXPECT_TRUE(std::none_of(samples.begin(), samples.end(), isLoud));
+    EXPECT_TRUE(isSilent(samples));
 }
 
 TEST_P(PulseAudioInputTest, suspendedMicrophone_releaseReturnsSoon) {
@@ -376,6 +421,25 @@ TEST_P(PulseAudioInputTest, suspendedMicrophone_releaseReturnsSoon) {
     input.removeTap();
     input.stop();
     EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+TEST_P(PulseAudioInputTest, connectionAtRest_isNotWokenUp) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(4096));
+    input.removeTap();
+    input.stop();
+
+    // The server has a word to say now and then; a timer of ours would show in each of these seconds.
+    std::vector<long> wakeUps;
+    do {
+        const auto before = wakeUpsOfAudioThread();
+        std::this_thread::sleep_for(1s);
+        wakeUps.push_back(wakeUpsOfAudioThread() - before);
+    } while (wakeUps.back() > 0 && wakeUps.size() < 8);
+    EXPECT_EQ(wakeUps.back(), 0);
 }
 
 TEST_P(PulseAudioInputTest, hundredRecordings_leakNoThreadDescriptorOrMemory) {
@@ -396,7 +460,9 @@ TEST_P(PulseAudioInputTest, hundredRecordings_leakNoThreadDescriptorOrMemory) {
         recordOnce();
     EXPECT_EQ(entriesOf("/proc/self/fd"), descriptors);
     EXPECT_EQ(entriesOf("/proc/self/task"), threads);
-    EXPECT_LT(residentKilobytes() - memory, 2000);
+    if (!sanitized) {
+        EXPECT_LT(residentKilobytes() - memory, 2000);
+    }
 }
 
 TEST_P(PulseAudioInputTest, twoInputs_recordAtTheSameTime) {

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -25,10 +26,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using Environment = std::vector<std::string>; // "NAME=value"
-
-/// Starts a program that dies with us. `output` becomes its standard output and error.
-pid_t spawn(const QStringList& command, const Environment& environment, int output) {
+/// Starts a program that dies with us. `environment` is in the form NAME=value, `output` becomes its standard
+/// output and error.
+pid_t spawn(const QStringList& command, std::vector<std::string> environment, int output) {
     std::vector<std::string> words;
     for (const auto& word : command)
         words.push_back(word.toStdString());
@@ -37,9 +37,8 @@ pid_t spawn(const QStringList& command, const Environment& environment, int outp
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
     std::vector<char*> variables;
-    auto inherited = environment;
-    inherited.push_back(std::string("PATH=") + std::getenv("PATH"));
-    for (auto& variable : inherited)
+    environment.push_back(std::string("PATH=") + std::getenv("PATH"));
+    for (auto& variable : environment)
         variables.push_back(variable.data());
     variables.push_back(nullptr);
 
@@ -48,6 +47,10 @@ pid_t spawn(const QStringList& command, const Environment& environment, int outp
     if (child != 0)
         return child;
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    // As on a desktop, sound goes before all else, so that a busy machine doesn't make it stammer. Where we
+    // may not, it may.
+    const sched_param priority{1};
+    sched_setscheduler(0, SCHED_RR, &priority);
     if (getppid() != parent)
         _exit(1);
     dup2(output, 1);
@@ -122,65 +125,90 @@ void SoundServer::thaw() {
         ::kill(process, SIGCONT);
 }
 
-void SoundServer::startPulseAudio() {
+void SoundServer::serve(const QStringList& command) {
     const int log =
         open(QFile::encodeName(path("log")).constData(), O_CREAT | O_APPEND | O_WRONLY | O_CLOEXEC, 0600);
-    // Without norewinds a null sink works in blocks of two seconds, which no microphone does.
-    const auto speaker =
-        QStringLiteral("module-null-sink sink_name=speaker rate=48000 channels=2 norewinds=1");
-    const auto protocol =
-        QStringLiteral("module-native-protocol-unix auth-anonymous=1 socket=%1").arg(path("pulse/native"));
-    m_processes.push_back(
-        spawn({QStringLiteral("pulseaudio"), QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-               QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
-               QStringLiteral("--load=") + speaker, QStringLiteral("--load=") + protocol},
-              {"HOME=" + path("").toStdString(), "XDG_RUNTIME_DIR=" + path("").toStdString()}, log));
+    m_processes.push_back(spawn(command, environment(), log));
     close(log);
+}
+
+void SoundServer::startPulseAudio() {
+    serve({QStringLiteral("pulseaudio"), QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
+           QStringLiteral("--exit-idle-time=-1"), QStringLiteral("--use-pid-file=no"),
+           QStringLiteral("--load=module-null-sink sink_name=speaker rate=48000 channels=2 norewinds=1"),
+           QStringLiteral("--load=module-native-protocol-unix auth-anonymous=1 socket=") +
+               path("pulse/native")});
     await("PulseAudio", [this] { return accepts(path("pulse/native")); });
 }
 
 void SoundServer::startPipeWire() {
-    const int log =
-        open(QFile::encodeName(path("log")).constData(), O_CREAT | O_APPEND | O_WRONLY | O_CLOEXEC, 0600);
-    const auto bus = QStringLiteral("unix:path=") + path("bus");
-    const Environment environment{"HOME=" + path("").toStdString(),
-                                  "XDG_RUNTIME_DIR=" + path("").toStdString(),
-                                  "DBUS_SESSION_BUS_ADDRESS=" + bus.toStdString()};
-    const auto run = [&](const QStringList& command) {
-        m_processes.push_back(spawn(command, environment, log));
-    };
-    run({QStringLiteral("dbus-daemon"), QStringLiteral("--session"), QStringLiteral("--nofork"),
-         QStringLiteral("--nosyslog"), QStringLiteral("--address=") + bus});
+    serve({QStringLiteral("dbus-daemon"), QStringLiteral("--session"), QStringLiteral("--nofork"),
+           QStringLiteral("--nosyslog"), QStringLiteral("--address=unix:path=") + path("bus")});
     await("the session bus", [this] { return accepts(path("bus")); });
-    run({QStringLiteral("pipewire")});
+    serve({QStringLiteral("pipewire")});
     await("PipeWire", [this] { return accepts(path("pipewire-0")); });
-    run({QStringLiteral("wireplumber")});
-    run({QStringLiteral("pipewire-pulse")});
-    close(log);
+    serve({QStringLiteral("wireplumber")});
+    serve({QStringLiteral("pipewire-pulse")});
     await("PipeWire's PulseAudio server", [this] { return accepts(path("pulse/native")); });
     control({QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
              QStringLiteral("sink_name=speaker")});
 }
 
+std::string SoundServer::feedOf(const QString& microphone) const {
+    const auto suffix = m_kind == Kind::PulseAudio ? QStringLiteral("_feed") : QString();
+    return (microphone + suffix).toStdString();
+}
+
 void SoundServer::addMicrophone(const QString& name, int rate, int channels) {
-    const auto feed = name + QStringLiteral("_feed");
     const auto map = channels == 1 ? QStringLiteral("mono") : QStringLiteral("front-left,front-right");
-    QStringList modules;
-    modules << control({QStringLiteral("load-module"), QStringLiteral("module-null-sink"),
-                        QStringLiteral("sink_name=") + feed, QStringLiteral("rate=%1").arg(rate),
-                        QStringLiteral("channels=%1").arg(channels), QStringLiteral("channel_map=") + map,
-                        m_kind == Kind::PulseAudio ? QStringLiteral("norewinds=1") : QString()});
-    modules << control({QStringLiteral("load-module"), QStringLiteral("module-remap-source"),
-                        QStringLiteral("source_name=") + name, QStringLiteral("master=%1.monitor").arg(feed),
-                        QStringLiteral("channels=%1").arg(channels), QStringLiteral("channel_map=") + map,
-                        QStringLiteral("master_channel_map=") + map});
-    m_modules.emplace_back(name, modules);
+    const QStringList sink{QStringLiteral("module-null-sink"),
+                           QStringLiteral("sink_name=") + QString::fromStdString(feedOf(name)),
+                           QStringLiteral("rate=%1").arg(rate), QStringLiteral("channels=%1").arg(channels),
+                           QStringLiteral("channel_map=") + map};
+    if (m_kind == Kind::PulseAudio) {
+        // Without norewinds a null sink works in blocks of two seconds, which no microphone does.
+        plugIn(name, {sink + QStringList{QStringLiteral("norewinds=1")},
+                      {QStringLiteral("module-remap-source"), QStringLiteral("source_name=") + name,
+                       QStringLiteral("master=%1.monitor").arg(QString::fromStdString(feedOf(name)))}});
+    } else {
+        // Sink and source in one: between two of them PipeWire drops a block when a recording begins.
+        plugIn(name, {sink + QStringList{QStringLiteral("media.class=Audio/Duplex")}});
+    }
+}
+
+void SoundServer::addDeafMicrophone(const QString& name) {
+    if (m_kind == Kind::PulseAudio) {
+        addMicrophone(name);
+    } else {
+        plugIn(name, {{QStringLiteral("module-null-sink"), QStringLiteral("sink_name=") + name,
+                       QStringLiteral("media.class=Audio/Source/Virtual"), QStringLiteral("channels=1"),
+                       QStringLiteral("channel_map=mono")}});
+    }
+}
+
+void SoundServer::plugIn(const QString& name, const std::vector<QStringList>& modules) {
+    QStringList loaded;
+    for (const auto& module : modules)
+        loaded << control(QStringList{QStringLiteral("load-module")} + module);
+    m_modules.emplace_back(name, loaded);
     await("the microphone", [&] {
         return control({QStringLiteral("list"), QStringLiteral("short"), QStringLiteral("sources")})
             .contains(QLatin1Char('\t') + name + QLatin1Char('\t'));
     });
-    control({QStringLiteral("set-default-source"), name});
-    await("the default source", [&] { return control({QStringLiteral("get-default-source")}) == name; });
+    makeDefaultSource(name);
+}
+
+void SoundServer::makeDefaultSource(const QString& name) {
+    await("the default source", [&] { return tryMakeDefaultSource(name); });
+}
+
+bool SoundServer::tryMakeDefaultSource(const QString& name) {
+    try {
+        control({QStringLiteral("set-default-source"), name});
+        return control({QStringLiteral("get-default-source")}) == name;
+    } catch (const std::runtime_error&) {
+        return false; // PipeWire's session manager is not there yet
+    }
 }
 
 void SoundServer::removeMicrophone(const QString& name) {
@@ -194,28 +222,36 @@ void SoundServer::removeMicrophone(const QString& name) {
 }
 
 QString SoundServer::control(const QStringList& arguments) {
+    QString output;
+    if (!run(QStringList{QStringLiteral("pactl"), QStringLiteral("-s"), QString::fromStdString(address())} +
+                 arguments,
+             output))
+        throw std::runtime_error("pactl " + arguments.join(QLatin1Char(' ')).toStdString() + ": " +
+                                 output.toStdString());
+    return output;
+}
+
+bool SoundServer::run(const QStringList& command, QString& output) {
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
-    auto command =
-        QStringList{QStringLiteral("pactl"), QStringLiteral("-s"), QString::fromStdString(address())};
-    for (const auto& argument : arguments) {
-        if (!argument.isEmpty())
-            command << argument;
-    }
-    const auto process = spawn(command, {"HOME=" + path("").toStdString(), "LC_ALL=C"}, pipe[1]);
+    const auto process = spawn(command, environment(), pipe[1]);
     close(pipe[1]);
-    QByteArray output;
+    QByteArray bytes;
     std::array<char, 4096> piece{};
     for (ssize_t got = 0; (got = read(pipe[0], piece.data(), piece.size())) > 0;)
-        output.append(piece.data(), got);
+        bytes.append(piece.data(), got);
     close(pipe[0]);
     int status = 0;
     waitpid(process, &status, 0);
-    if (status != 0)
-        throw std::runtime_error("pactl " + arguments.join(QLatin1Char(' ')).toStdString() + ": " +
-                                 output.toStdString());
-    return QString::fromUtf8(output).trimmed();
+    output = QString::fromUtf8(bytes).trimmed();
+    return status == 0;
+}
+
+std::vector<std::string> SoundServer::environment() const {
+    const auto home = path("").toStdString();
+    return {"HOME=" + home, "XDG_RUNTIME_DIR=" + home, "LC_ALL=C",
+            "DBUS_SESSION_BUS_ADDRESS=unix:path=" + path("bus").toStdString()};
 }
 
 } // namespace talvera::test

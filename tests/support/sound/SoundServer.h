@@ -13,8 +13,8 @@
 
 namespace talvera::test {
 
-/// A sound server of the test's own, on a private socket, with a loudspeaker and a virtual microphone: what
-/// is played to the sink "microphone_feed" is what the source "microphone", the default one, hears.
+/// A sound server of the test's own, on a private socket, with a loudspeaker ("speaker") and virtual
+/// microphones: what is played to a microphone's feed is what it hears.
 class SoundServer {
 public:
     enum class Kind { PulseAudio, PipeWire };
@@ -40,6 +40,11 @@ public:
     /// Adds a virtual microphone with its feed and makes it the default source.
     void addMicrophone(const QString& name = QStringLiteral("microphone"), int rate = 48000,
                        int channels = 1);
+    /// The same, but nobody can speak into it.
+    void addDeafMicrophone(const QString& name);
+    void makeDefaultSource(const QString& name);
+    /// The sink to play to.
+    std::string feedOf(const QString& microphone = QStringLiteral("microphone")) const;
     /// Takes a microphone away as pulling the plug would.
     void removeMicrophone(const QString& name = QStringLiteral("microphone"));
 
@@ -49,6 +54,13 @@ public:
 private:
     void startPulseAudio();
     void startPipeWire();
+    /// Starts one of its programs.
+    void serve(const QStringList& command);
+    /// Runs a program to its end; whether it succeeded.
+    bool run(const QStringList& command, QString& output);
+    std::vector<std::string> environment() const;
+    bool tryMakeDefaultSource(const QString& name);
+    void plugIn(const QString& name, const std::vector<QStringList>& modules);
     QString path(const char* name) const { return m_directory.filePath(QString::fromLatin1(name)); }
 
     Kind m_kind;

@@ -4,6 +4,7 @@
 #include <pulse/error.h>
 #include <pulse/operation.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
@@ -16,6 +17,10 @@ namespace {
 
 void signal(PulseLoop* loop) {
     loop->signal();
+}
+
+auto firstNumber(const std::vector<std::int16_t>& numbers) {
+    return std::find_if(numbers.begin(), numbers.end(), [](std::int16_t number) { return number != 0; });
 }
 
 } // namespace
@@ -41,9 +46,11 @@ Voice::Voice(const std::string& address, const std::string& sink, int rate, int 
         m_stream, [](pa_stream*, std::size_t bytes, void* self) { static_cast<Voice*>(self)->write(bytes); },
         this);
     constexpr auto serverDecides = static_cast<std::uint32_t>(-1);
-    const auto length = static_cast<std::uint32_t>(pa_usec_to_bytes(40000, &spec));
-    const pa_buffer_attr buffer{serverDecides, length, serverDecides, serverDecides, serverDecides};
-    pa_stream_connect_playback(m_stream, sink.c_str(), &buffer, PA_STREAM_ADJUST_LATENCY, nullptr, nullptr);
+    // Much is written ahead, in small pieces, so that a busy machine doesn't make the voice stammer.
+    const auto ahead = static_cast<std::uint32_t>(pa_usec_to_bytes(250000, &spec));
+    const auto piece = static_cast<std::uint32_t>(pa_usec_to_bytes(10000, &spec));
+    const pa_buffer_attr buffer{serverDecides, ahead, serverDecides, piece, serverDecides};
+    pa_stream_connect_playback(m_stream, sink.c_str(), &buffer, PA_STREAM_NOFLAGS, nullptr, nullptr);
     const bool speaking =
         m_loop.waitUntil(m_context, 10s, [this] { return pa_stream_get_state(m_stream) == PA_STREAM_READY; });
     if (!speaking)
@@ -85,9 +92,14 @@ std::int64_t Voice::frameOf(std::int16_t number, std::int64_t about) {
 
 int Voice::gapsIn(const std::vector<std::int16_t>& numbers) {
     int gaps = 0;
-    for (std::size_t i = 1; i < numbers.size(); ++i)
-        gaps += numbers[i] != numbers[i - 1] % countPeriod + 1;
+    for (auto next = firstNumber(numbers); next != numbers.end() && next + 1 != numbers.end(); ++next)
+        gaps += next[1] != *next % countPeriod + 1;
     return gaps;
+}
+
+std::int16_t Voice::firstOf(const std::vector<std::int16_t>& numbers) {
+    const auto first = firstNumber(numbers);
+    return first == numbers.end() ? std::int16_t{0} : *first;
 }
 
 std::int64_t Voice::framesSaid() {

@@ -31,8 +31,10 @@ public:
     static constexpr std::int64_t countPeriod = 30000;
     /// The frame near `about` that says this number.
     static std::int64_t frameOf(std::int16_t number, std::int64_t about);
-    /// How often the numbers don't follow each other.
+    /// How often the numbers don't follow each other, behind the silence that a recording may begin with.
     static int gapsIn(const std::vector<std::int16_t>& numbers);
+    /// The first number; 0 if there is none.
+    static std::int16_t firstOf(const std::vector<std::int16_t>& numbers);
 
     /// The frame, counted from the voice's first, that is being said at this moment.
     std::int64_t framesSaid();
