@@ -59,7 +59,7 @@ int main(int argc, char** argv) {
     SoundServer server(pipeWire ? SoundServer::Kind::PipeWire : SoundServer::Kind::PulseAudio);
     server.start();
     server.addMicrophone(QStringLiteral("microphone"), rate);
-    Voice voice(server.address(), "microphone_feed", rate);
+    Voice voice(server.address(), server.feedOf(), rate);
     voice.count();
     QtMainActor actor;
     PulseConnection connection(actor, server.address());
@@ -93,7 +93,8 @@ int main(int argc, char** argv) {
         }
         gaps += Voice::gapsIn(heard.samples);
         firstSample.add(milliseconds(heard.firstAt - start));
-        lostAtStart.add(milliseconds(Voice::frameOf(heard.samples.front(), saidAtStart) - saidAtStart));
+        lostAtStart.add(
+            milliseconds(Voice::frameOf(Voice::firstOf(heard.samples), saidAtStart) - saidAtStart));
         lostAtEnd.add(milliseconds(saidAtEnd - Voice::frameOf(heard.samples.back(), saidAtEnd)));
     }
     for (auto* const figure : {&starting, &firstSample, &lostAtStart, &releasing, &lostAtEnd})
