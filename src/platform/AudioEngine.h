@@ -21,8 +21,8 @@ public:
     /// The device's own format at this moment; all zero when there is no device.
     virtual AudioFormat inputFormat() = 0;
 
-    /// Hands captured sound to `tap` in buffers of `bufferFrames` frames of `format`; the last one before
-    /// removeTap() returns may be shorter. Replaces a tap that is installed. To be called before start().
+    /// Hands captured sound to `tap` in buffers of `bufferFrames` frames of `format`, or fewer when there are
+    /// no more to wait for. Replaces a tap that is installed. To be called before start().
     virtual void installTap(std::size_t bufferFrames, const AudioFormat& format, Tap tap) = 0;
 
     /// Delivers what had been spoken up to this call, at most some tens of milliseconds later, then takes the

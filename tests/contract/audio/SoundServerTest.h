@@ -77,6 +77,26 @@ private:
     std::optional<PulseConnection> m_connection;
 };
 
+/// The same with a microphone at `rate`, and what is done to it again and again.
+class MicrophoneTest : public SoundServerTest {
+protected:
+    static constexpr int rate = 48000;
+
+    void startWithMicrophone(int microphoneRate = rate, int channels = 1) {
+        server.start();
+        server.addMicrophone(QStringLiteral("microphone"), microphoneRate, channels);
+    }
+
+    std::unique_ptr<Voice> speak(int microphoneRate = rate, int channels = 1) {
+        return std::make_unique<Voice>(server.address(), server.feedOf(), microphoneRate, channels);
+    }
+
+    void record(AudioEngine& engine, Ear& ear, std::size_t bufferFrames = 4096) {
+        engine.installTap(bufferFrames, engine.inputFormat(), ear.tap());
+        engine.start();
+    }
+};
+
 inline std::string nameOfKind(const testing::TestParamInfo<SoundServer::Kind>& info) {
     return info.param == SoundServer::Kind::PulseAudio ? "PulseAudio" : "PipeWire";
 }

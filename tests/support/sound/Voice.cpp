@@ -5,8 +5,6 @@
 #include <pulse/operation.h>
 
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <stdexcept>
 
 namespace talvera::test {
@@ -72,6 +70,18 @@ void Voice::say(std::vector<std::int16_t> samples) {
     const PulseLoop::Lock lock(m_loop);
     m_words = std::move(samples);
     m_nextWord = 0;
+}
+
+void Voice::sayAndWait(std::vector<std::int16_t> samples) {
+    std::int64_t end = 0;
+    {
+        const PulseLoop::Lock lock(m_loop);
+        end = m_frame + static_cast<std::int64_t>(samples.size());
+        m_words = std::move(samples);
+        m_nextWord = 0;
+    }
+    while (framesSaid() < end)
+        ;
 }
 
 void Voice::count() {
@@ -141,15 +151,6 @@ std::int16_t Voice::nextSample() {
     if (m_nextWord < m_words.size())
         return m_words[m_nextWord++];
     return m_counting ? static_cast<std::int16_t>(frame % countPeriod + 1) : std::int16_t{0};
-}
-
-std::vector<std::int16_t> tone(double hertz, double seconds, double amplitude, double rate) {
-    std::vector<std::int16_t> samples(static_cast<std::size_t>(std::llround(seconds * rate)));
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const auto phase = 2 * std::numbers::pi * hertz * static_cast<double>(i) / rate;
-        samples[i] = static_cast<std::int16_t>(std::lround(32767 * amplitude * std::sin(phase)));
-    }
-    return samples;
 }
 
 } // namespace talvera::test

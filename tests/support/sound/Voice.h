@@ -24,6 +24,8 @@ public:
 
     /// Says these samples once, as soon as possible.
     void say(std::vector<std::int16_t> samples);
+    /// The same, and returns when they have been said.
+    void sayAndWait(std::vector<std::int16_t> samples);
 
     /// From now on says numbers that go up by one with each frame, from 1 to countPeriod and again, so that a
     /// listener knows which frame it hears. Returns when that can be heard.
@@ -52,8 +54,5 @@ private:
     std::vector<std::int16_t> m_words;
     std::size_t m_nextWord = 0;
 };
-
-/// `seconds` of a sine.
-std::vector<std::int16_t> tone(double hertz, double seconds, double amplitude, double rate);
 
 } // namespace talvera::test

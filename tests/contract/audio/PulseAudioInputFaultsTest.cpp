@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+// What can go wrong below a recording: servers that are killed, frozen or missing, microphones that go away,
+// and loudspeakers in a microphone's place. Nothing may hang, and what had been heard is kept.
+#include "SoundServerTest.h"
+#include "listening.h"
+
+using namespace talvera;
+using namespace talvera::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+using PulseAudioInputFaultsTest = MicrophoneTest;
+
+} // namespace
+
+TEST_P(PulseAudioInputFaultsTest, monitorAsDefault_isPassedOverForAMicrophone) {
+    server.start();
+    server.addDeafMicrophone(QStringLiteral("microphone"));
+    server.makeDefaultSource(QStringLiteral("speaker.monitor"));
+    Voice music(server.address(), "speaker", rate, 2);
+    music.count();
+    PulseAudioInput input(connection());
+    EXPECT_EQ(connection().status(), AuthorizationStatus::Authorized);
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(rate / 4));
+    input.removeTap();
+    EXPECT_TRUE(isSilent(ear.heard().samples));
+}
+
+TEST_P(PulseAudioInputFaultsTest, recordingThatTheServerSendsToALoudspeaker_isBroughtBackToTheMicrophone) {
+    server.start();
+    server.addDeafMicrophone(QStringLiteral("microphone"));
+    Voice music(server.address(), "speaker", rate, 2);
+    music.count();
+    PulseAudioInput input(connection());
+    {
+        // The server changes its mind without our hearing of it in time.
+        const PulseLoop::Lock notYet(connection().loop());
+        server.makeDefaultSource(QStringLiteral("speaker.monitor"));
+    }
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(rate / 4));
+    input.removeTap();
+    EXPECT_TRUE(isSilent(ear.heard().samples));
+}
+
+TEST_P(PulseAudioInputFaultsTest, noSource_isNoInputAtOnce) {
+    server.start();
+    PulseAudioInput input(connection());
+    EXPECT_EQ(input.inputFormat(), AudioFormat{});
+    const auto before = Clock::now();
+    EXPECT_EQ(failureOfStart(input), AudioEngineFailure::NoInput);
+    EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+TEST_P(PulseAudioInputFaultsTest, serverThatIsNotThere_failsAtOnce) {
+    PulseAudioInput input(connection());
+    const auto before = Clock::now();
+    EXPECT_EQ(input.inputFormat(), AudioFormat{});
+    input.installTap(4096, {rate, 1, SampleType::Float32}, [](const AudioBuffer&) {});
+    EXPECT_EQ(failureOfStart(input), AudioEngineFailure::NoServer);
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+TEST_P(PulseAudioInputFaultsTest, frozenServer_timesOutWithinASecondAndServesAgainAfterwards) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    server.freeze();
+    Ear ear;
+    const auto before = Clock::now();
+    input.installTap(4096, input.inputFormat(), ear.tap());
+    EXPECT_EQ(failureOfStart(input), AudioEngineFailure::TimedOut);
+    EXPECT_LT(Clock::now() - before, 1500ms);
+
+    server.thaw();
+    EXPECT_TRUE(becomes(AuthorizationStatus::Authorized));
+    record(input, ear);
+    EXPECT_TRUE(ear.waitForFrames(4096));
+}
+
+TEST_P(PulseAudioInputFaultsTest, serverFreezesDuringARecording_releaseReturnsSoonWithWhatCame) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear, 64);
+    ASSERT_TRUE(ear.waitForFrames(rate / 4));
+    server.freeze();
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 1000ms);
+    EXPECT_GE(ear.heard().samples.size(), static_cast<std::size_t>(rate / 4));
+
+    server.thaw(); // its late answers must find nobody
+    Ear next;
+    record(input, next);
+    EXPECT_TRUE(next.waitForFrames(4096));
+}
+
+TEST_P(PulseAudioInputFaultsTest, serverDiesDuringARecording_keepsWhatCameDownToTheRest) {
+    startWithMicrophone();
+    const auto voice = speak();
+    voice->count();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(3 * 4096));
+    server.kill();
+    ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) { return heard.bufferLengths.back() < 4096; }))
+        << "the rest comes by itself";
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+    EXPECT_EQ(Voice::gapsIn(ear.heard().samples), 0);
+}
+
+TEST_P(PulseAudioInputFaultsTest, serverRestarts_nextRecordingWorks) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(4096));
+    input.removeTap();
+    input.stop();
+    for (int restart = 0; restart < 3; ++restart) {
+        server.kill();
+        EXPECT_TRUE(becomes(AuthorizationStatus::Denied));
+        startWithMicrophone();
+        Ear again;
+        record(input, again); // with nobody having asked for the status in between
+        EXPECT_TRUE(again.waitForFrames(4096));
+        input.removeTap();
+        input.stop();
+    }
+}
+
+TEST_P(PulseAudioInputFaultsTest, microphoneUnplugged_endsTheRecordingAndNeverListensToTheLoudspeaker) {
+    startWithMicrophone();
+    const auto voice = speak();
+    Voice music(server.address(), "speaker", 48000, 2);
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(2 * 4096));
+    music.count();
+    server.removeMicrophone();
+    EXPECT_TRUE(becomes(AuthorizationStatus::Denied));
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+    const auto samples = ear.heard().samples;
+    EXPECT_GE(samples.size(), 2U * 4096);
+    EXPECT_TRUE(isSilent(samples));
+}
+
+TEST_P(PulseAudioInputFaultsTest, suspendedMicrophone_releaseReturnsSoon) {
+    startWithMicrophone();
+    PulseAudioInput input(connection());
+    Ear ear;
+    record(input, ear);
+    ASSERT_TRUE(ear.waitForFrames(4096));
+    server.control({QStringLiteral("suspend-source"), QStringLiteral("microphone"), QStringLiteral("1")});
+    const auto before = Clock::now();
+    input.removeTap();
+    input.stop();
+    EXPECT_LT(Clock::now() - before, 500ms);
+}
+
+INSTANTIATE_TEST_SUITE_P(, PulseAudioInputFaultsTest,
+                         testing::Values(SoundServer::Kind::PulseAudio, SoundServer::Kind::PipeWire),
+                         nameOfKind);
