@@ -15,7 +15,9 @@
 #include "platform/Directories.h"
 #include "platform/PlatformError.h"
 #include "platform/PreferenceStore.h"
+#include "shell/DictationHUDController.h"
 #include "shell/LaunchAtLogin.h"
+#include "shell/Localization.h"
 #include "shell/ReadinessMonitor.h"
 #include "shell/onboarding/OnboardingWindow.h"
 
@@ -24,6 +26,8 @@
 namespace talvera {
 
 namespace {
+
+constexpr Duration bindingNoticeTime = seconds(6.0);
 
 QString installedSuffix(const EventTap* tap) {
     return QStringLiteral(" event tap installed after AX grant (installed=%1).")
@@ -84,6 +88,10 @@ void AppDelegate::connectHotkeys() {
         if (const auto self = weak.lock())
             self->m_dictation->handlePressEnd();
     };
+    m_env.hotkey.onBindingRefused = [weak](WatchResult result) {
+        if (const auto self = weak.lock())
+            self->showBindingRefused(result);
+    };
     m_env.hotkey.setBinding(m_env.settings.hotkeyBinding.get());
     m_env.hotkey.install();
 
@@ -95,6 +103,15 @@ void AppDelegate::connectHotkeys() {
     };
     m_env.translateToggle.setBinding(m_env.settings.translateToggleBinding.get());
     m_env.translateToggle.install();
+}
+
+/// A hotkey that does nothing must not stay a riddle.
+void AppDelegate::showBindingRefused(WatchResult result) {
+    const auto text =
+        result == WatchResult::ChordTaken
+            ? localized("hud.hotkey.taken", "Another program uses your hotkey — choose another one")
+            : localized("hud.hotkey.unavailable", "No keyboard here has your hotkey");
+    m_env.hud.showNotice(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
 }
 
 void AppDelegate::subscribe() {

@@ -3,6 +3,7 @@
 
 #include "concurrency/Published.h"
 #include "core/AgentEnvironment.h"
+#include "platform/EventTap.h"
 #include "platform/MicrophonePermission.h"
 #include "shell/MenuPanelController.h"
 
@@ -44,6 +45,7 @@ private:
     void applyLaunchAtLoginDefault();
     void decideOnWizard();
     void connectHotkeys();
+    void showBindingRefused(WatchResult result);
     void subscribe();
     void repairEventTaps(bool axTrusted);
 

@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FakeAudioEngine.h"
+#include "FakeFileSystem.h"
+#include "FakeKeyEventPoster.h"
+#include "FakePasteboard.h"
+#include "platform/ApplicationHost.h"
+#include "platform/LanguageRecognizer.h"
+#include "platform/LoginItem.h"
+#include "platform/PlatformError.h"
+#include "platform/SoundPlayer.h"
+#include "shell/onboarding/OnboardingController.h"
+#include "shell/onboarding/OnboardingWindow.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace talvera::test {
+
+/// A disk that tells what is deleted from it.
+class ObservedFileSystem final : public FileSystem {
+public:
+    explicit ObservedFileSystem(FakeFileSystem& disk)
+        : m_disk(disk) {}
+
+    std::function<void(const QString& path)> onRemoved;
+
+    void write(const QString& path, const QByteArray& bytes) override { m_disk.write(path, bytes); }
+    QByteArray read(const QString& path) override { return m_disk.read(path); }
+    void remove(const QString& path) override {
+        m_disk.remove(path);
+        if (onRemoved)
+            onRemoved(path);
+    }
+    void createDirectories(const QString& path) override { m_disk.createDirectories(path); }
+    bool exists(const QString& path) override { return m_disk.exists(path); }
+    bool isDirectory(const QString& path) override { return m_disk.isDirectory(path); }
+    bool isExecutableFile(const QString& path) override { return m_disk.isExecutableFile(path); }
+    std::optional<qint64> size(const QString& path) override { return m_disk.size(path); }
+
+private:
+    FakeFileSystem& m_disk;
+};
+
+/// A microphone that tells when it begins and ends to listen.
+class ObservedAudioEngine final : public AudioEngine {
+public:
+    explicit ObservedAudioEngine(FakeAudioEngine& microphone)
+        : m_microphone(microphone) {}
+
+    std::function<void()> onStarted;
+    std::function<void()> onStopped;
+
+    AudioFormat inputFormat() override { return m_microphone.inputFormat(); }
+    void installTap(std::size_t bufferFrames, const AudioFormat& format, Tap tap) override {
+        m_microphone.installTap(bufferFrames, format, std::move(tap));
+    }
+    void removeTap() override { m_microphone.removeTap(); }
+    void start() override {
+        m_microphone.start();
+        if (onStarted)
+            onStarted();
+    }
+    void stop() override {
+        m_microphone.stop();
+        if (onStopped)
+            onStopped();
+    }
+
+private:
+    FakeAudioEngine& m_microphone;
+};
+
+/// A keyboard that tells of each text that is typed or pasted, as the job begins.
+class ObservedKeyEventPoster final : public KeyEventPoster {
+public:
+    explicit ObservedKeyEventPoster(FakeKeyEventPoster& keys)
+        : m_keys(keys) {}
+
+    std::function<void(const QString& text)> onTyping;
+    std::function<void()> onPaste;
+
+    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks) override {
+        if (onTyping)
+            onTyping(chunks.join(QString()));
+        return m_keys.beginTyping(chunks);
+    }
+    bool postPaste(KeyPhase phase) override {
+        if (phase == KeyPhase::Down && onPaste)
+            onPaste();
+        return m_keys.postPaste(phase);
+    }
+
+private:
+    FakeKeyEventPoster& m_keys;
+};
+
+/// A clipboard that tells what is put on it.
+class ObservedPasteboard final : public Pasteboard {
+public:
+    explicit ObservedPasteboard(FakePasteboard& pasteboard)
+        : m_pasteboard(pasteboard) {}
+
+    std::function<void(const QString& text)> onText;
+
+    void setString(const QString& text) override {
+        m_pasteboard.setString(text);
+        if (onText)
+            onText(text);
+    }
+
+private:
+    FakePasteboard& m_pasteboard;
+};
+
+/// The process in its session.
+class FakeApplicationHost final : public ApplicationHost {
+public:
+    QString directory;
+    std::vector<ActivationPolicy> policies; ///< all that were set, in order
+
+    void changeCurrentDirectory(const QString& path) override { directory = path; }
+    void setActivationPolicy(ActivationPolicy policy) override { policies.push_back(policy); }
+};
+
+class FakeLanguageRecognizer final : public LanguageRecognizer {
+public:
+    std::optional<QString> answer;
+    int calls = 0;
+
+    std::optional<QString> dominantLanguage(const QString&) override {
+        ++calls;
+        return answer;
+    }
+};
+
+class FakeLoginItem final : public LoginItem {
+public:
+    bool registered = false;
+    bool fails = false;
+    int registrations = 0;
+
+    bool isRegistered() override { return registered; }
+    void registerProgram() override {
+        ++registrations;
+        if (fails)
+            throw PlatformError(QStringLiteral("LoginItem"), 1);
+        registered = true;
+    }
+    void unregisterProgram() override { registered = false; }
+};
+
+class FakeSoundPlayer final : public SoundPlayer {
+public:
+    std::function<void(const QString& name)> onPlay;
+
+    void play(const QString& name) override {
+        if (onPlay)
+            onPlay(name);
+    }
+};
+
+/// A wizard that counts the presses that it gets.
+class FakeOnboardingController final : public OnboardingController {
+public:
+    int demoStarts = 0;
+    int demoEnds = 0;
+
+    void demoPressStart() override { ++demoStarts; }
+    void demoPressEnd() override { ++demoEnds; }
+};
+
+class FakeOnboardingWindow final : public OnboardingWindow {
+public:
+    using OnboardingWindow::OnboardingWindow;
+
+    std::function<void()> onShow;
+
+    void show() override {
+        if (onShow)
+            onShow();
+    }
+};
+
+} // namespace talvera::test

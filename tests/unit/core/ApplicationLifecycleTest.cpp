@@ -1,0 +1,262 @@
+// SPDX-License-Identifier: MIT
+#include "CoreTest.h"
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+using Policy = ActivationPolicy;
+
+class Lifecycle : public CoreTest {
+protected:
+    void finishOnboarding() { world.settings.hasOnboarded.set(true); }
+    void revokeAccessibility() {
+        world.accessibility.trusted = false;
+        world.keyboard.refusesTaps = true;
+    }
+    void grantAccessibility() {
+        world.accessibility.trusted = true;
+        world.keyboard.refusesTaps = false;
+    }
+    void refresh() {
+        world.agent().readiness.refresh();
+        world.actor.settle();
+    }
+    QString hudName() { return QString::fromStdString(caseName(hud())); }
+    bool asksFor(HUD::PermissionKind kind) { return hud() == HUD(HUD::PermissionRequired{kind}); }
+    /// Lets go of what would poll for ever.
+    void settleDown() {
+        world.microphonePermission.current = AuthorizationStatus::Authorized;
+        grantAccessibility();
+        refresh();
+    }
+};
+
+TEST_F(Lifecycle, launchWithEverythingGranted_showsNothing) {
+    world.launch();
+    launched = true;
+    EXPECT_TRUE(world.story().isEmpty());
+    EXPECT_EQ(world.application.directory, "/run/talvera");
+    EXPECT_EQ(world.application.policies, (std::vector{Policy::Accessory, Policy::Accessory}));
+    EXPECT_TRUE(world.agent().hotkey.eventTap());
+    EXPECT_FALSE(world.actor.hasTimers());
+    EXPECT_EQ(world.console.printed(),
+              QStringList({"[app] applicationDidFinishLaunching: calling Warmup.primeAll",
+                           "[warmup] primeAll: scheduling whisper + AI tasks"}));
+}
+
+TEST_F(Lifecycle, firstLaunchWithNothingGranted_opensTheWizardAndAsksForNothingOnTheHUD) {
+    world.settings.hasOnboarded.set(false);
+    world.microphonePermission.current = AuthorizationStatus::NotDetermined;
+    revokeAccessibility();
+    world.setModelReady(false);
+    world.launch();
+    launched = true;
+    EXPECT_EQ(world.story(), QStringList({"onboardingWindow"}));
+    EXPECT_EQ(world.application.policies, (std::vector{Policy::Accessory, Policy::Regular}));
+    EXPECT_TRUE(world.preferences.boolean("launchAtLoginDefaultApplied"));
+    EXPECT_TRUE(world.loginItem.registered);
+    settleDown();
+}
+
+TEST_F(Lifecycle, launchWithTheModelDeleted_opensTheWizardWhoseEndMakesUsAnAgentAgain) {
+    world.setModelReady(false);
+    world.launch();
+    launched = true;
+    EXPECT_EQ(world.story(), QStringList({"onboardingWindow"}));
+    world.application.policies.clear();
+    finishOnboarding(); // again: the value is the same
+    world.actor.settle();
+    EXPECT_EQ(world.application.policies, std::vector{Policy::Accessory});
+}
+
+TEST_F(Lifecycle, launchWithAccessibilityRevoked_asksAndRepairsTheTapWhenItComesBack) {
+    revokeAccessibility();
+    world.launch();
+    launched = true;
+    EXPECT_TRUE(asksFor(HUD::PermissionKind::Accessibility));
+    EXPECT_FALSE(world.agent().hotkey.eventTap());
+    grantAccessibility();
+    advance(2.0); // it is noticed within two seconds
+    EXPECT_TRUE(world.agent().hotkey.eventTap());
+    EXPECT_TRUE(world.traces().contains("Hotkey event tap installed after AX grant (installed=true)."));
+    advance(0.2);
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+    EXPECT_FALSE(world.actor.hasTimers());
+}
+
+TEST_F(Lifecycle, trustThatBringsNoTap_isTracedAndTriedAgain) {
+    revokeAccessibility();
+    world.launch();
+    launched = true;
+    world.accessibility.trusted = true; // but the session still refuses
+    refresh();
+    EXPECT_TRUE(world.traces().contains("Hotkey event tap installed after AX grant (installed=false)."));
+    settleDown();
+}
+
+TEST_F(Lifecycle, withdrawnTrust_leavesTheTapsAlone) {
+    launch();
+    world.accessibility.trusted = false;
+    refresh();
+    EXPECT_TRUE(world.agent().hotkey.eventTap());
+    EXPECT_EQ(world.keyboard.tapsCreated(), 1);
+    settleDown();
+}
+
+TEST_F(Lifecycle, bothPermissionsMissing_asksForAccessibilityFirstThenTheMicrophone) {
+    revokeAccessibility();
+    world.microphonePermission.current = AuthorizationStatus::Denied;
+    world.launch();
+    launched = true;
+    EXPECT_TRUE(asksFor(HUD::PermissionKind::Accessibility));
+    grantAccessibility();
+    refresh();
+    EXPECT_TRUE(asksFor(HUD::PermissionKind::Microphone));
+    settleDown();
+    advance(0.2);
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+}
+
+TEST_F(Lifecycle, dismissedRequest_staysAwayWhileSomethingIsStillMissing) {
+    revokeAccessibility();
+    world.microphonePermission.current = AuthorizationStatus::NotDetermined;
+    launch();
+    world.agent().hud.stateHolder().dismissPermission();
+    advance(0.2);
+    ASSERT_TRUE(hud().as<HUD::Hidden>());
+    world.microphonePermission.current = AuthorizationStatus::Denied;
+    refresh();
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+    settleDown();
+}
+
+TEST_F(Lifecycle, dismissedRequest_comesBackForALossAfterEverythingWasGranted) {
+    revokeAccessibility();
+    launch();
+    world.agent().hud.stateHolder().dismissPermission();
+    advance(0.2);
+    grantAccessibility();
+    refresh();
+    revokeAccessibility();
+    refresh();
+    EXPECT_TRUE(asksFor(HUD::PermissionKind::Accessibility));
+    settleDown();
+}
+
+TEST_F(Lifecycle, openedSettingsWithoutAGrant_theNextChangeAsksAgain) {
+    revokeAccessibility();
+    launch();
+    world.agent().hud.stateHolder().openPermissionSettings();
+    EXPECT_EQ(story({"openSettings"}), QStringList({"openSettings accessibility"}));
+    advance(0.2);
+    ASSERT_TRUE(hud().as<HUD::Hidden>());
+    world.microphonePermission.current = AuthorizationStatus::Denied;
+    refresh();
+    EXPECT_TRUE(asksFor(HUD::PermissionKind::Accessibility));
+    settleDown();
+}
+
+TEST_F(Lifecycle, requestOfAPressDismissed_countsAsDismissedAltogether) {
+    launch();
+    world.microphonePermission.current = AuthorizationStatus::Denied;
+    hold(0.7);
+    ASSERT_TRUE(asksFor(HUD::PermissionKind::Microphone));
+    world.agent().hud.stateHolder().dismissPermission();
+    advance(0.2);
+    refresh();
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+    settleDown();
+}
+
+TEST_F(Lifecycle, unchangedInputs_areNotLookedAtAgain) {
+    revokeAccessibility();
+    launch();
+    world.agent().hud.stateHolder().openPermissionSettings();
+    finishOnboarding(); // the same value: nothing new
+    advance(0.2);
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+    settleDown();
+}
+
+TEST_F(Lifecycle, launchAtLogin_isTurnedOnOnceAndNeverAgain) {
+    launch();
+    EXPECT_EQ(world.loginItem.registrations, 1);
+    world.loginItem.registered = false; // the user turns it off
+    SimulatedAgent next(world, world.settings);
+    next.delegate->applicationDidFinishLaunching();
+    world.actor.settle();
+    EXPECT_FALSE(world.loginItem.registered);
+}
+
+TEST_F(Lifecycle, failedLaunchAtLogin_isDroppedAndNotTriedAgain) {
+    world.loginItem.fails = true;
+    launch();
+    EXPECT_TRUE(world.preferences.boolean("launchAtLoginDefaultApplied"));
+    SimulatedAgent next(world, world.settings);
+    next.delegate->applicationDidFinishLaunching();
+    world.actor.settle();
+    EXPECT_EQ(world.loginItem.registrations, 1);
+}
+
+TEST_F(Lifecycle, translateHotkey_flipsBetweenOffAndTheLastTarget) {
+    world.settings.targetLanguageCode.set("de");
+    launch();
+    auto& trigger = world.agent().translateToggle.onTrigger;
+    trigger();
+    world.actor.settle();
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "off");
+    trigger();
+    world.actor.settle();
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "de");
+}
+
+TEST_F(Lifecycle, newBinding_reachesTheHotkey) {
+    launch();
+    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, 49));
+    world.actor.settle();
+    ASSERT_EQ(world.keyboard.taps().size(), 1U);
+    EXPECT_EQ(world.keyboard.taps().front()->watchedChord(), (KeyChord{KeyFlag::Control, 49}));
+}
+
+TEST_F(Lifecycle, bindingThatAnotherProgramHolds_isToldToTheUser) {
+    launch();
+    world.keyboard.takenChords = {{KeyFlag::Control, 49}};
+    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, 49));
+    world.actor.settle();
+    EXPECT_EQ(story({"hud"}),
+              QStringList({"hud notice Another program uses your hotkey — choose another one warn 6.0"}));
+}
+
+TEST_F(Lifecycle, bindingThatNoKeyboardHas_isToldToTheUser) {
+    world.keyboard.missingKeys = {63};
+    launch();
+    world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
+    world.actor.settle();
+    EXPECT_EQ(story({"hud"}), QStringList({"hud notice No keyboard here has your hotkey warn 6.0"}));
+}
+
+TEST_F(Lifecycle, hotkeyOfAKeyboard_dictates) {
+    launch();
+    world.keyboard.press(54);
+    advance(1.5);
+    EXPECT_EQ(state(), State::Recording);
+    world.keyboard.release(54);
+    runToRest();
+    EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
+}
+
+TEST_F(Lifecycle, rebindingDuringAHold_endsThePress) {
+    launch();
+    world.keyboard.press(54);
+    advance(1.5);
+    world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightOption));
+    world.actor.settle();
+    EXPECT_EQ(state(), State::Transcribing);
+    world.keyboard.release(54);
+    runToRest();
+    EXPECT_EQ(story({"type"}).size(), 1);
+}
+
+} // namespace
