@@ -15,6 +15,7 @@
 
 #include <QStringList>
 
+#include <cerrno>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -23,18 +24,43 @@
 
 namespace talvera::test {
 
-/// A disk that tells what is deleted from it.
+/// A disk that tells what becomes of the files on it.
 class ObservedFileSystem final : public FileSystem {
 public:
     explicit ObservedFileSystem(FakeFileSystem& disk)
         : m_disk(disk) {}
 
     std::function<void(const QString& path)> onRemoved;
+    std::function<void(const QString& path)> onRemovalFailed; ///< of a file that is there
+    std::function<void(const QString& path)> onWriteFailed;
+    std::function<void(const QString& path, const QByteArray& bytes)> onRead;
+    bool removalsFail = false; ///< nothing can be deleted
 
-    void write(const QString& path, const QByteArray& bytes) override { m_disk.write(path, bytes); }
-    QByteArray read(const QString& path) override { return m_disk.read(path); }
+    void write(const QString& path, const QByteArray& bytes) override {
+        try {
+            m_disk.write(path, bytes);
+        } catch (const PlatformError&) {
+            if (onWriteFailed)
+                onWriteFailed(path);
+            throw;
+        }
+    }
+    QByteArray read(const QString& path) override {
+        const auto bytes = m_disk.read(path);
+        if (onRead)
+            onRead(path, bytes);
+        return bytes;
+    }
     void remove(const QString& path) override {
-        m_disk.remove(path);
+        try {
+            if (removalsFail)
+                throw PlatformError(QStringLiteral("FileSystem"), EACCES, path);
+            m_disk.remove(path);
+        } catch (const PlatformError&) {
+            if (onRemovalFailed && m_disk.exists(path))
+                onRemovalFailed(path);
+            throw;
+        }
         if (onRemoved)
             onRemoved(path);
     }

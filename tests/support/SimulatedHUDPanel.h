@@ -20,7 +20,9 @@ public:
         ++fadeIns;
     }
     void fadeOut(std::function<void()> completion) override {
+        ++fadesUnderWay;
         m_actor.startTimer(fade, [this, completion = std::move(completion)] {
+            --fadesUnderWay;
             m_visible = false;
             completion();
         });
@@ -31,6 +33,7 @@ public:
 
     bool ignoresMouseEvents = true;
     int fadeIns = 0;
+    int fadesUnderWay = 0; ///< fades out that have not ended
 
 private:
     SimulatedMainActor& m_actor;

@@ -65,7 +65,7 @@ SimulatedMachine::SimulatedMachine() {
     disk.addExecutable(directories.resources + QStringLiteral("/Resources/whisper-cli"));
     setModelReady(true);
     workspace.runInFront({100, QStringLiteral("org.example.editor"), QStringLiteral("Editor")});
-    accessibility.setTextFieldFocused(true);
+    setTextFieldFocused(true);
     microphone.secondsPerRecording = 2.0;
     ToolRun run;
     run.text = "hello world";
@@ -81,6 +81,11 @@ void SimulatedMachine::setModelReady(bool ready) {
     } else if (disk.exists(model)) {
         disk.remove(model);
     }
+}
+
+void SimulatedMachine::setTextFieldFocused(bool focused) {
+    m_textFieldFocused = focused;
+    accessibility.setTextFieldFocused(focused);
 }
 
 void SimulatedAgent::Stats::record(const QString& text, double audioDuration, const QString& languageCode,
@@ -205,7 +210,11 @@ void SimulatedWorld::observeMachine() {
         effects.pop_back();
         note("paste", written.fields);
     };
-    workspace.onActivate = [this](pid_t pid) { note("activate", {{"pid", pid}}); };
+    workspace.onActivate = [this](pid_t pid) {
+        note("activate", {{"pid", pid}});
+        if (activationLosesTextField)
+            setTextFieldFocused(false);
+    };
     settingsPanels.onOpen = [this](SettingsPanels::Panel panel) {
         note("openSettings",
              {{"kind", panel == SettingsPanels::Panel::Microphone ? "microphone" : "accessibility"}});

@@ -65,6 +65,11 @@ public:
 
     /// Puts the model on disk, or takes it away.
     void setModelReady(bool ready);
+    /// Whether what has the focus can take text.
+    void setTextFieldFocused(bool focused);
+    bool isTextFieldFocused() const { return m_textFieldFocused; }
+    /// Applications that are brought to the front come without a text field in focus.
+    bool activationLosesTextField = false;
 
     SimulatedMainActor actor;
     SimulatedSerialQueue typing{actor};
@@ -94,6 +99,9 @@ public:
     FakeApplicationHost application;
     InMemoryPreferenceStore preferences;
     RecordingConsole console;
+
+private:
+    bool m_textFieldFocused = true;
 };
 
 /// The whole agent, real but for the parts that have nothing to do yet, on a simulated machine.

@@ -1,0 +1,407 @@
+// SPDX-License-Identifier: MIT
+#include "Judge.h"
+
+#include "language/TargetLanguage.h"
+
+#include <QStringDecoder>
+
+#include <cmath>
+
+namespace talvera::simulation {
+
+using test::Effect;
+
+namespace {
+
+/// Waits that hold the main actor (a reactivation, a probe) can delay what is due meanwhile by this much.
+constexpr double slack = 0.45;
+
+bool isFrom(const std::string& state, std::initializer_list<const char*> states) {
+    for (const auto* candidate : states) {
+        if (state == candidate)
+            return true;
+    }
+    return false;
+}
+
+QString joined(const QStringList& texts) {
+    QStringList parts;
+    for (const auto& text : texts) {
+        if (!text.trimmed().isEmpty())
+            parts << text.trimmed();
+    }
+    return parts.join(u' ');
+}
+
+std::optional<QString> utf8(const QByteArray& bytes) {
+    QStringDecoder decode(QStringDecoder::Utf8);
+    const QString text = decode(bytes);
+    return decode.hasError() ? std::nullopt : std::optional(text);
+}
+
+} // namespace
+
+Tally& Tally::operator+=(const Tally& other) {
+    dictations += other.dictations;
+    typed += other.typed;
+    pasted += other.pasted;
+    toClipboard += other.toClipboard;
+    discarded += other.discarded;
+    empty += other.empty;
+    failed += other.failed;
+    notSaved += other.notSaved;
+    notStarted += other.notStarted;
+    acceptedLeaks += other.acceptedLeaks;
+    return *this;
+}
+
+Judge::Judge(test::SimulatedWorld& world)
+    : m_world(world) {}
+
+void Judge::watch() {
+    m_world.onEffect = [this](const Effect& effect) { see(effect); };
+    m_world.files.onRead = [this](const QString& path, const QByteArray& bytes) { seeText(bytes, path); };
+    m_world.files.onRemovalFailed = [this](const QString& path) { m_expectedLeaks.insert(path); };
+    // A second pass over the same recording may still take away what the first one left.
+    m_world.files.onRemoved = [this, tell = m_world.files.onRemoved](const QString& path) {
+        m_expectedLeaks.erase(path);
+        tell(path);
+    };
+    // A split that can't write a chunk leaves those that it has written.
+    m_world.files.onWriteFailed = [this](const QString& path) {
+        if (!path.contains(QStringLiteral("-chunk"))) {
+            m_saveFailed = true;
+            return;
+        }
+        for (const auto& chunk : m_world.chunkFiles())
+            m_expectedLeaks.insert(chunk);
+    };
+}
+
+void Judge::complain(const QString& what) {
+    if (!m_violation)
+        m_violation = QStringLiteral("at %1 s: %2").arg(m_world.actor.elapsed(), 0, 'f', 6).arg(what);
+}
+
+void Judge::see(const Effect& effect) {
+    if (effect.effect == "menu")
+        seeMenu(effect.fields["state"].get<std::string>());
+    else if (effect.effect == "hud")
+        seeHUD(effect);
+    else if (effect.effect == "recorderStart")
+        seeRecorderStart();
+    else if (effect.effect == "recorderStop")
+        m_audioSeconds = effect.fields["seconds"].get<double>();
+    else if (effect.effect == "recognise")
+        seeRun(effect);
+    else if (effect.effect == "statistics" && m_inFlight)
+        ++m_inFlight->records;
+    else if (effect.effect == "statistics")
+        complain(QStringLiteral("a record without a dictation"));
+    else if (effect.effect == "activate")
+        seeActivation();
+}
+
+void Judge::seeMenu(const std::string& state) {
+    const auto from = std::exchange(m_menu, state);
+    const double lasted = m_world.actor.elapsed() - std::exchange(m_menuSince, m_world.actor.elapsed());
+    const bool legal = (state == "recording" && from == "idle") ||
+                       (state == "transcribing" && from == "recording") ||
+                       (state == "error" && isFrom(from, {"idle", "recording", "transcribing"})) ||
+                       (state == "idle" && isFrom(from, {"recording", "transcribing", "error"}));
+    if (!legal)
+        complain(QStringLiteral("the menu went from %1 to %2")
+                     .arg(QString::fromStdString(from), QString::fromStdString(state)));
+
+    if (state == "transcribing") {
+        begin();
+    } else if (from == "transcribing") {
+        judgeEnd(state == "error");
+    } else if (from == "recording" && state == "idle") {
+        ++m_tally.discarded;
+        m_listeningMayStay = true;
+    } else if (from == "recording" && state == "error") {
+        ++m_tally.notSaved;
+        m_listeningMayStay = true;
+        if (!std::exchange(m_saveFailed, false))
+            complain(QStringLiteral("a recording was not saved though the disk took it"));
+    } else if (from == "idle" && state == "error") {
+        ++m_tally.notStarted;
+        m_noticeDue = QStringLiteral("Microphone unavailable");
+        if (!m_world.microphone.startFailure)
+            complain(QStringLiteral("a recording did not start though the recorder did"));
+    } else if (from == "error" && (lasted < 4.0 - 1e-6 || lasted > 4.0 + slack)) {
+        complain(QStringLiteral("an error was shown for %1 s").arg(lasted));
+    }
+}
+
+void Judge::seeHUD(const Effect& effect) {
+    const double now = m_world.actor.elapsed();
+    const auto state = effect.fields["state"].get<std::string>();
+    if (m_notice) {
+        const double lasted = now - m_notice->since;
+        const double due = m_notice->seconds + toSeconds(test::SimulatedHUDPanel::fade);
+        if (lasted > due + slack)
+            complain(QStringLiteral("a notice stayed for %1 s").arg(lasted));
+        if (state == "hidden" && lasted < due - 1e-6 && !m_notice->outrun)
+            complain(QStringLiteral("a notice went after %1 s").arg(lasted));
+        m_notice.reset();
+    }
+    if (const auto due = std::exchange(m_noticeDue, std::nullopt)) {
+        if (state != "notice" || effect.fields["text"] != due->toStdString())
+            complain(QStringLiteral("a failure was not told: ") + *due);
+    }
+    if (state == "notice") {
+        const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
+        if (m_inFlight)
+            m_inFlight->notices << text;
+        const auto* panel = m_world.agent().panel;
+        m_notice = {now, effect.fields["seconds"].get<double>(), panel && panel->fadesUnderWay > 0};
+    }
+    m_listeningMayStay = false;
+}
+
+void Judge::seeRecorderStart() {
+    ++m_tally.dictations;
+    if (m_menu != "idle")
+        complain(QStringLiteral("a recording began while the menu was at ") + QString::fromStdString(m_menu));
+    const bool tapMode = m_world.settings.hotkeyTapToToggle.get();
+    if (!tapMode && !m_releasesExcused && !m_world.agent().hotkey.isPressed())
+        complain(QStringLiteral("a recording began after the key had come up"));
+
+    const auto front = m_world.workspace.frontmostApplication();
+    const bool ours = front && front->bundleID && front->bundleID == m_world.workspace.ownIdentifier;
+    m_snapshot = front && !ours && m_world.isTextFieldFocused() ? std::optional(front->pid) : std::nullopt;
+}
+
+void Judge::begin() {
+    if (m_inFlight)
+        complain(QStringLiteral("a second dictation began"));
+    if (m_audioSeconds < 0.3)
+        complain(QStringLiteral("a recording of %1 s was not discarded").arg(m_audioSeconds));
+    const auto& settings = m_world.settings;
+    m_inFlight.emplace();
+    const auto& target = TargetLanguage::byCode(settings.targetLanguageCode.get());
+    m_inFlight->target = target.code;
+    m_inFlight->needsAI = target.requiresAI;
+    m_inFlight->source = settings.sourceLanguageCode.get();
+    m_inFlight->types = settings.insertionMode.get() == InsertionMode::AutoByDuration &&
+                        m_audioSeconds < settings.typewriterThresholdSeconds.get();
+}
+
+bool Judge::translatesDirectly() const {
+    return m_inFlight->target == QStringLiteral("en") && m_inFlight->source != QStringLiteral("en");
+}
+
+void Judge::seeRun(const Effect& effect) {
+    if (!m_inFlight) {
+        complain(QStringLiteral("the recogniser ran without a dictation"));
+        return;
+    }
+    if (m_world.tool.isRunning())
+        complain(QStringLiteral("two runs of the recogniser at once"));
+    auto& flight = *m_inFlight;
+    const bool translates = effect.fields["mode"] == "translateToEnglish";
+    const bool mayTranslate =
+        translatesDirectly() || (flight.needsAI && !joined(flight.transcribed).isEmpty());
+    if (translates && !mayTranslate)
+        complain(QStringLiteral("a translation that nobody asked for"));
+    if (!translates && (translatesDirectly() || flight.lastRunTranslates))
+        complain(QStringLiteral("a transcription where a translation was due"));
+    const auto language = QString::fromStdString(effect.fields["language"].get<std::string>());
+    if (language != flight.source)
+        complain(QStringLiteral("recognised as %1 instead of %2").arg(language, flight.source));
+    if (flight.runUnderWay)
+        flight.toolFailed = true; // the one before left nothing to read, and this one should not be
+    flight.runUnderWay = true;
+    flight.lastRunTranslates = translates;
+}
+
+void Judge::seeText(const QByteArray& bytes, const QString& path) {
+    if (!path.endsWith(QStringLiteral(".txt")) || !m_inFlight)
+        return;
+    auto& flight = *m_inFlight;
+    const auto text = utf8(bytes);
+    if (!text) {
+        flight.toolFailed = true;
+        m_expectedLeaks.insert(path); // it stays where the tool has put it
+        return;
+    }
+    flight.runUnderWay = false;
+    (flight.lastRunTranslates ? flight.translated : flight.transcribed) << *text;
+}
+
+void Judge::seeActivation() {
+    if (!m_inFlight || !m_snapshot || !m_world.settings.protectFocusTarget.get() ||
+        m_world.settings.focusProtectionMode.get() != FocusProtectionMode::Reactivate)
+        complain(QStringLiteral("an application was brought to the front for no reason"));
+    else if (m_world.workspace.activations.back() != *m_snapshot)
+        complain(QStringLiteral("the wrong application was brought to the front"));
+    else
+        m_inFlight->activated = true;
+}
+
+bool Judge::toolIsMissing() const {
+    return !m_world.agent().models.isReady() ||
+           !m_world.disk.isExecutableFile(m_world.agent().whisper.binaryPath());
+}
+
+void Judge::judgeEnd(bool failed) {
+    const auto flight = *std::exchange(m_inFlight, std::nullopt);
+    const bool broken = flight.toolFailed || flight.runUnderWay;
+    if (failed) {
+        ++m_tally.failed;
+        if (!broken && !toolIsMissing() && !m_launchFailuresExcused)
+            complain(QStringLiteral("a dictation failed though the recogniser gave its text"));
+        m_noticeDue = QStringLiteral("Transcription failed");
+        return;
+    }
+    if (broken) {
+        complain(QStringLiteral("the recogniser failed and nobody was told"));
+        return;
+    }
+
+    m_inFlight = flight; // for the judgements that follow
+    const auto first = joined(translatesDirectly() ? flight.translated : flight.transcribed);
+    if (flight.records != (first.isEmpty() ? 0 : 1))
+        complain(QStringLiteral("%1 records of one dictation").arg(flight.records));
+    const auto text = flight.needsAI ? joined(flight.translated) : first;
+    if (first.isEmpty()) {
+        ++m_tally.empty;
+        if (!flight.notices.isEmpty())
+            complain(QStringLiteral("silence was answered with a notice"));
+    } else if (text.isEmpty()) {
+        ++m_tally.empty;
+        expectNotice(QStringLiteral("Nothing recognized"));
+    } else {
+        judgeDelivery(text);
+        if (flight.needsAI)
+            expectNotice(QStringLiteral("Whisper translation"));
+    }
+    m_inFlight.reset();
+}
+
+void Judge::judgeDelivery(const QString& text) {
+    const auto& settings = m_world.settings;
+    const auto front = m_world.workspace.frontmostApplication();
+    const bool isInFront = front && m_snapshot && front->pid == *m_snapshot;
+    const bool runs = m_snapshot && m_world.workspace.runningApplication(*m_snapshot);
+
+    bool direct = true;
+    if (!settings.protectFocusTarget.get()) {
+        // Delivered to whatever has the focus.
+    } else if (!m_snapshot) {
+        direct = m_world.isTextFieldFocused();
+        if (!direct)
+            expectNotice(QStringLiteral("No text field focused"));
+    } else if (m_inFlight->activated) {
+        direct = isInFront && m_world.isTextFieldFocused();
+        expectNotice(direct ? QStringLiteral("Pasted in ") : QStringLiteral("Couldn't switch back to "));
+    } else if (!isInFront) {
+        direct = false;
+        if (!runs)
+            expectNotice(QStringLiteral(" closed — text copied"));
+        else if (settings.focusProtectionMode.get() == FocusProtectionMode::ClipboardOnly)
+            expectNotice(QStringLiteral("Focus changed"));
+        else
+            complain(QStringLiteral("nobody tried to bring the application back"));
+    }
+
+    if (!direct) {
+        ++m_tally.toClipboard;
+        m_expectedDeliveries.push_back({"clipboard", text});
+        return;
+    }
+    ++(m_inFlight->types ? m_tally.typed : m_tally.pasted);
+    m_expectedDeliveries.push_back({m_inFlight->types ? "type" : "paste", text});
+}
+
+void Judge::expectNotice(const QString& part) {
+    for (const auto& notice : m_inFlight->notices) {
+        if (notice.contains(part))
+            return;
+    }
+    complain(QStringLiteral("no notice \"…%1…\"").arg(part));
+}
+
+void Judge::judgeRest() {
+    auto& agent = m_world.agent();
+    if (m_menu != "idle")
+        complain(QStringLiteral("at rest the menu is at ") + QString::fromStdString(m_menu));
+    if (m_inFlight)
+        complain(QStringLiteral("at rest a dictation is still in flight"));
+    if (agent.delegate->dictation().hasPendingRecordStart())
+        complain(QStringLiteral("at rest a press is still waiting"));
+    if (agent.recorder.isRecording() || m_world.microphone.isRunning())
+        complain(QStringLiteral("at rest the microphone is open"));
+    if (m_world.actor.hasTimers())
+        complain(QStringLiteral("at rest a timer is running"));
+    if (m_world.keys.keysDown() != 0 || m_world.keys.openSessions() != 0)
+        complain(QStringLiteral("at rest a key is down"));
+    if (m_noticeDue)
+        complain(QStringLiteral("a failure was never told: ") + *m_noticeDue);
+    judgeHUDAtRest();
+    judgeFiles();
+    judgeDeliveries();
+}
+
+void Judge::judgeHUDAtRest() {
+    const auto state = test::caseName(m_world.agent().hud.currentState());
+    const auto* panel = m_world.agent().panel;
+    const bool visible = panel && panel->isVisible();
+    if (!isFrom(state, {"hidden", "listening", "permissionRequired"}) ||
+        (state == "listening" && !m_listeningMayStay))
+        complain(QStringLiteral("at rest the HUD is at ") + QString::fromStdString(state));
+    if (visible != (state != "hidden"))
+        complain(visible ? QStringLiteral("at rest an empty HUD is shown")
+                         : QStringLiteral("at rest the HUD is not shown"));
+}
+
+/// Nothing is left but what is known to be left, and all of that.
+void Judge::judgeFiles() {
+    std::set<QString> left;
+    for (const auto& path : m_world.disk.files()) {
+        if (path.startsWith(m_world.directories.temporary))
+            left.insert(path);
+    }
+    for (const auto& path : left) {
+        if (!m_expectedLeaks.contains(path))
+            complain(QStringLiteral("a file was left: ") + path);
+    }
+    for (const auto& path : m_expectedLeaks) {
+        if (!left.contains(path))
+            complain(QStringLiteral("a file is gone that should have been left: ") + path);
+    }
+    m_tally.acceptedLeaks += m_expectedLeaks.size();
+    m_expectedLeaks.clear();
+    for (const auto& path : left) {
+        m_world.disk.failRemovals(path, 0);
+        m_world.disk.remove(path);
+    }
+}
+
+void Judge::judgeDeliveries() {
+    std::size_t next = 0;
+    for (const auto& effect : m_world.effects) {
+        if (!isFrom(effect.effect, {"type", "paste", "clipboard"}))
+            continue;
+        const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
+        if (next == m_expectedDeliveries.size()) {
+            complain(QStringLiteral("delivered without a reason: ") + effect.text());
+            break;
+        }
+        const auto& expected = m_expectedDeliveries[next++];
+        if (effect.effect != expected.effect || text != expected.text)
+            complain(QStringLiteral("delivered \"%1\" instead of \"%2 %3\"")
+                         .arg(effect.text(), QString::fromStdString(expected.effect), expected.text));
+        if (effect.effect != "clipboard")
+            m_textReceived += text;
+    }
+    if (next < m_expectedDeliveries.size())
+        complain(QStringLiteral("never delivered: ") + m_expectedDeliveries[next].text);
+    if (m_world.keys.text() != m_textReceived)
+        complain(QStringLiteral("the application got something else than what was delivered"));
+    m_expectedDeliveries.clear();
+}
+
+} // namespace talvera::simulation

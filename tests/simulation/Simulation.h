@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Dice.h"
+#include "Judge.h"
+#include "SimulatedWorld.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace talvera::simulation {
+
+/// One agent's life on a machine on which things go wrong: presses of the hotkey at every moment, and faults
+/// of everything around it, all from one seed.
+class Simulation {
+public:
+    explicit Simulation(std::uint64_t seed);
+
+    /// Lives through it; stops early when something was wrong.
+    void run();
+
+    const std::optional<QString>& violation() const { return m_judge.violation(); }
+    const Tally& tally() const { return m_judge.tally(); }
+    /// What happened since the last rest, in words, with what the simulation did.
+    QStringList account() const;
+
+private:
+    void chooseSettings();
+    void playRound();
+    void scheduleHolds();
+    void scheduleTaps();
+    void scheduleDisturbances();
+    void breakSomething();
+    void disturb();
+    void writeToolScript();
+    test::ToolRun makeToolRun();
+    void chooseAudio();
+    void mendEverything();
+    void bringToRest();
+
+    HotkeyBinding randomBinding();
+    void keyDown();
+    void keyUp();
+    void letGo();
+
+    void after(double delay, const char* what, std::function<void()> act);
+    void did(const QString& what);
+
+    Dice m_dice;
+    test::SimulatedWorld m_world;
+    Judge m_judge;
+    std::optional<HotkeyBinding> m_heldBinding;
+    int m_texts = 0;
+    std::vector<std::pair<double, QString>> m_account;
+};
+
+} // namespace talvera::simulation
