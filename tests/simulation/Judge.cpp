@@ -168,6 +168,10 @@ void Judge::seeRecorderStart() {
     const bool tapMode = m_world.settings.hotkeyTapToToggle.get();
     if (!tapMode && !m_releasesExcused && !m_world.agent().hotkey.isPressed())
         complain(QStringLiteral("a recording began after the key had come up"));
+    const auto pressed = m_world.agent().delegate->dictation().pressStartedAt();
+    if (!tapMode && !m_releasesExcused &&
+        (!pressed || m_world.actor.now() - *pressed < DictationController::holdToRecordDelay))
+        complain(QStringLiteral("a recording began before the hold delay had passed"));
 
     const auto front = m_world.workspace.frontmostApplication();
     const bool ours = front && front->bundleID && front->bundleID == m_world.workspace.ownIdentifier;
