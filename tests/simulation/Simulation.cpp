@@ -97,7 +97,10 @@ void Simulation::scheduleHolds() {
             m_dice.pick({0.05, 0.59, 0.6, 0.61, 0.7, 0.8, 1.5, 3.0}) + m_dice.between(0, 0.01);
         after(at, "press", [this] { keyDown(); });
         if (m_dice.chance(0.03))
-            after(at + m_dice.between(0, held), "the press is heard twice", [this] { m_world.pressStart(); });
+            after(at + m_dice.between(0, held), "the press is heard twice", [this] {
+                if (m_world.agent().hotkey.isPressed())
+                    m_world.pressStart();
+            });
         after(at + held, "release", [this] { keyUp(); });
         at += held + m_dice.pick({0.01, 0.1, 0.18, 0.5, 1.0, 4.0});
     }

@@ -6,6 +6,8 @@
 
 #include <QRegularExpression>
 
+#include <cmath>
+
 namespace talvera::test {
 
 namespace {
@@ -81,6 +83,11 @@ void SimulatedMachine::setModelReady(bool ready) {
     } else if (disk.exists(model)) {
         disk.remove(model);
     }
+}
+
+double SimulatedMachine::recordedSeconds() const {
+    constexpr double rate = 16000.0;
+    return converters.refuses ? 0 : std::round(microphone.secondsPerRecording * rate) / rate;
 }
 
 void SimulatedMachine::setTextFieldFocused(bool focused) {
@@ -193,7 +200,7 @@ void SimulatedWorld::observeMachine() {
         if (recordingsFail)
             disk.failWriteAfter(0, ENOSPC);
         else
-            note("recorderStop", {{"seconds", microphone.secondsPerRecording}});
+            note("recorderStop", {{"seconds", recordedSeconds()}});
     };
     sounds.onPlay = [this](const QString& sound) { note("sound", {{"name", utf8(sound)}}); };
     tool.setOnRun([this](const ToolRequest& run) {

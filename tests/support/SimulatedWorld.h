@@ -68,6 +68,8 @@ public:
     /// Whether what has the focus can take text.
     void setTextFieldFocused(bool focused);
     bool isTextFieldFocused() const { return m_textFieldFocused; }
+    /// What a recording comes to, in seconds: all of it is loud, so nothing is trimmed.
+    double recordedSeconds() const;
     /// Applications that are brought to the front come without a text field in focus.
     bool activationLosesTextField = false;
 
