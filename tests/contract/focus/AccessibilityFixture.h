@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Peer.h"
+#include "SimulatedMainActor.h"
+#include "delivery/FocusTracker.h"
+#include "platform/linux/atspi/AtspiAccessibility.h"
+#include "platform/linux/x11/EwmhWorkspace.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11SessionAccess.h"
+#include "platform/linux/xdg/DesktopEntryCatalog.h"
+
+#include <gtest/gtest.h>
+
+#include <QStandardPaths>
+
+namespace talvera::test {
+
+/// The real accessibility of the virtual desktop, and what the focus tracker makes of it.
+class AccessibilityFixture : public testing::Test {
+protected:
+    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    DesktopEntryCatalog installed{{}, {}};
+    EwmhWorkspace workspace{connection.get(), installed};
+    X11SessionAccess access{connection.get()};
+    AtspiAccessibility accessibility{workspace, access};
+    SimulatedMainActor actor; ///< its waits take no time
+    FocusTracker tracker{actor, accessibility, workspace};
+
+    bool isInFront(const Peer& peer) {
+        return eventually([&] {
+            const auto frontmost = workspace.frontmostApplication();
+            return frontmost && frontmost->pid == peer.pid();
+        });
+    }
+
+    /// The role of the focused element, with "editable" behind it if it says so: a window that says nothing
+    /// of its focus counts as a text area that doesn't. Empty when nothing has the focus.
+    std::string focusedRole() {
+        auto focused = accessibility.focusedElement();
+        const auto* element = std::get_if<std::unique_ptr<AccessibilityElement>>(&focused);
+        if (!element)
+            return {};
+        const bool editable = (*element)->boolAttribute("AXEditable").value_or(false);
+        return (*element)->stringAttribute("AXRole").value_or("none").toStdString() +
+               (editable ? " editable" : "");
+    }
+
+    /// Waits until the focus is that, and tells what it was last.
+    std::string focusedRoleOnceItIs(const std::string& expected) {
+        std::string role;
+        eventually([&] { return (role = focusedRole()) == expected; });
+        return role;
+    }
+};
+
+} // namespace talvera::test
