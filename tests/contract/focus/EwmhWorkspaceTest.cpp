@@ -66,6 +66,14 @@ protected:
         EXPECT_TRUE(isActive(peer));
         return workspace->frontmostApplication();
     }
+
+    /// The same, once what is installed has been read, which takes a moment.
+    std::optional<RunningApplication> frontmostOnceItIs(const WindowPeer& peer,
+                                                        const RunningApplication& expected) {
+        auto frontmost = this->frontmost(peer);
+        eventually([&] { return (frontmost = workspace->frontmostApplication()) == expected; });
+        return frontmost;
+    }
 };
 
 TEST_F(EwmhWorkspaceTest, windowWithoutProcessId_goesByTheProcessThatTheServerKnows) {
@@ -104,7 +112,8 @@ TEST_F(EwmhWorkspaceTest, installedApplication_goesByItsDesktopFileInTheSessions
     install("org.example.Writer", "Name=Writer\nName[de]=Schreiber\nStartupWMClass=writer-window\n");
     start({"de_AT", "de"});
     WindowPeer peer({"instance=x", "class=Writer-Window"});
-    EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "org.example.Writer", "Schreiber"}));
+    const RunningApplication writer{peer.pid(), "org.example.Writer", "Schreiber"};
+    EXPECT_EQ(frontmostOnceItIs(peer, writer), writer);
 }
 
 TEST_F(EwmhWorkspaceTest, applicationThatSaysItsId_goesByItInstalledOrNot) {
@@ -112,7 +121,8 @@ TEST_F(EwmhWorkspaceTest, applicationThatSaysItsId_goesByItInstalledOrNot) {
     start();
     {
         WindowPeer peer({"class=Something", "gtk=org.example.Writer"});
-        EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "org.example.Writer", "Writer"}));
+        const RunningApplication writer{peer.pid(), "org.example.Writer", "Writer"};
+        EXPECT_EQ(frontmostOnceItIs(peer, writer), writer);
     }
     WindowPeer peer({"class=Something", "gtk=org.example.Unknown"});
     EXPECT_EQ(frontmost(peer), (RunningApplication{peer.pid(), "org.example.Unknown", "Something"}));
