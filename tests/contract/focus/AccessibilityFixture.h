@@ -27,6 +27,11 @@ protected:
     SimulatedMainActor actor; ///< its waits take no time
     FocusTracker tracker{actor, accessibility, workspace};
 
+    /// The windows of the test before may still be closing.
+    void SetUp() override {
+        ASSERT_TRUE(eventually([&] { return !workspace.frontmostApplication(); }));
+    }
+
     bool isInFront(const Peer& peer) {
         return eventually([&] {
             const auto frontmost = workspace.frontmostApplication();

@@ -307,6 +307,7 @@ protected:
     std::optional<AtspiAccessibility> fresh;
 
     void SetUp() override {
+        AtspiAccessibilityTest::SetUp();
         // Without services, so that nobody starts an accessibility bus but the test.
         QFile configuration(directory.filePath("bus.conf"));
         ASSERT_TRUE(configuration.open(QIODevice::WriteOnly));

@@ -60,6 +60,11 @@ class WorkspaceContract : public testing::Test {
 protected:
     Session session;
 
+    /// The windows of the test before may still be closing.
+    void SetUp() override {
+        ASSERT_TRUE(session.becomes([&] { return !workspace().frontmostApplication(); }));
+    }
+
     Workspace& workspace() { return session.workspace(); }
 
     bool comesToFront(pid_t pid) {
