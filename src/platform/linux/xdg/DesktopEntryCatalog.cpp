@@ -52,7 +52,8 @@ std::optional<DesktopEntry> DesktopEntryCatalog::find(const WindowIdentity& wind
         return *entry;
     const auto key =
         window.applicationId + QLatin1Char('\n') + window.instance + QLatin1Char('\n') + window.windowClass;
-    if (!m_missed.contains(key) && m_missed.size() < mostMisses) {
+    // A reading that is under way may have passed the new entry by: this window then asks for another.
+    if (!m_reading.valid() && !m_missed.contains(key) && m_missed.size() < mostMisses) {
         m_missed.insert(key);
         startReading();
     }
@@ -60,9 +61,8 @@ std::optional<DesktopEntry> DesktopEntryCatalog::find(const WindowIdentity& wind
 }
 
 void DesktopEntryCatalog::startReading() {
-    if (!m_reading.valid())
-        m_reading = std::async(std::launch::async, &DesktopEntryCatalog::read, m_directories, m_languages,
-                               m_fingerprint);
+    m_reading =
+        std::async(std::launch::async, &DesktopEntryCatalog::read, m_directories, m_languages, m_fingerprint);
 }
 
 void DesktopEntryCatalog::takeReading() {
