@@ -7,6 +7,7 @@
 #include <unicode/unistr.h>
 
 #include <memory>
+#include <utility>
 
 namespace talvera {
 
@@ -21,14 +22,19 @@ QString toQString(const icu::UnicodeString& text) {
     return QString::fromUtf16(text.getBuffer(), text.length());
 }
 
-/// Calls `visit(begin, end)` for each character of `text`.
-template <typename Visit>
-void forEachCharacter(const QString& text, Visit visit) {
+std::unique_ptr<icu::BreakIterator> characterBreaks() {
     UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::BreakIterator> breaks(
+    std::unique_ptr<icu::BreakIterator> breaks(
         icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
     if (U_FAILURE(status))
         qFatal("the rules of characters are missing: %s", u_errorName(status));
+    return breaks;
+}
+
+/// Calls `visit(begin, end)` for each character of `text`.
+template <typename Visit>
+void forEachCharacter(const QString& text, Visit visit) {
+    const auto breaks = characterBreaks();
     const auto view = aliased(text);
     breaks->setText(view);
     auto begin = breaks->first();
@@ -83,6 +89,43 @@ std::vector<QStringView> characters(const QString& text) {
     forEachCharacter(text,
                      [&](int32_t begin, int32_t end) { result.push_back(view.mid(begin, end - begin)); });
     return result;
+}
+
+QStringList words(const QString& text) {
+    QStringList result;
+    QString word;
+    const auto finishWord = [&] {
+        if (!word.isEmpty())
+            result.append(std::exchange(word, {}));
+    };
+    for (const auto character : characters(text)) {
+        if (isWhitespace(character))
+            finishWord();
+        else
+            word += character;
+    }
+    finishWord();
+    return result;
+}
+
+QStringList lastWords(const QString& text, qsizetype count) {
+    const auto breaks = characterBreaks();
+    const auto view = aliased(text);
+    breaks->setText(view);
+    qsizetype begun = 0; // words whose end has been passed on the way back
+    bool inWord = false;
+    auto begin = breaks->last();
+    for (auto end = begin; begin > 0; end = begin) {
+        const auto before = breaks->previous();
+        const bool isGap = isWhitespace(QStringView(text).mid(before, end - before));
+        if (isGap && inWord && begun == count)
+            break; // what comes before is no longer wanted
+        if (!isGap && !inWord)
+            ++begun;
+        inWord = !isGap;
+        begin = before;
+    }
+    return words(text.mid(begin));
 }
 
 bool isLetter(QStringView character) {

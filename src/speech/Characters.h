@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include <cstddef>
@@ -17,6 +18,12 @@ std::size_t characterCount(const QString& text);
 
 /// The characters of `text`, in order: views into it, valid as long as it is.
 std::vector<QStringView> characters(const QString& text);
+
+/// The words of `text`: what stands between white space.
+QStringList words(const QString& text);
+
+/// The last words of `text`, at most `count` of them. Costs no more for a longer text.
+QStringList lastWords(const QString& text, qsizetype count);
 
 /// The character begins with a letter.
 bool isLetter(QStringView character);

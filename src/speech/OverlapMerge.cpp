@@ -10,33 +10,16 @@ namespace talvera {
 
 namespace {
 
-constexpr std::ptrdiff_t mostOverlapWords = 20;
+constexpr qsizetype mostOverlapWords = 20;
 constexpr std::size_t mostPromptCharacters = 600;
-
-QStringList words(const QString& text) {
-    QStringList result;
-    QString word;
-    const auto finishWord = [&] {
-        if (!word.isEmpty())
-            result.append(std::exchange(word, {}));
-    };
-    for (const auto character : characters(text)) {
-        if (isWhitespace(character))
-            finishWord();
-        else
-            word += character;
-    }
-    finishWord();
-    return result;
-}
 
 QString comparable(const QString& word) {
     return trimmedPunctuation(foldedForComparison(word));
 }
 
 /// How many words at the end of `before` stand again at the start of `after`.
-std::ptrdiff_t overlapLength(const QStringList& before, const QStringList& after) {
-    const auto most = std::min<std::ptrdiff_t>({before.size(), after.size(), mostOverlapWords});
+qsizetype overlapLength(const QStringList& before, const QStringList& after) {
+    const auto most = std::min({before.size(), after.size(), mostOverlapWords});
     QStringList tail;
     QStringList head;
     std::transform(before.end() - most, before.end(), std::back_inserter(tail), comparable);
@@ -51,7 +34,7 @@ std::ptrdiff_t overlapLength(const QStringList& before, const QStringList& after
 } // namespace
 
 QString mergeOverlap(const QString& text, const QString& next) {
-    const auto textWords = words(text);
+    const auto textWords = lastWords(text, mostOverlapWords);
     const auto nextWords = words(next);
     if (textWords.isEmpty() || nextWords.isEmpty()) {
         if (text.isEmpty())

@@ -25,6 +25,24 @@ TEST(Characters, pieces_areTheTextInOrder) {
     EXPECT_EQ(pieces[3], u"\U0001F600");
 }
 
+TEST(Characters, words_standBetweenWhiteSpace) {
+    EXPECT_EQ(words(QStringLiteral(" one,\ttwo\r\n\u00A0three ")), (QStringList{"one,", "two", "three"}));
+    EXPECT_EQ(words(QStringLiteral(" \n")), QStringList());
+    EXPECT_EQ(words(QString()), QStringList());
+}
+
+TEST(Characters, lastWords_areTheEndOfAllWords) {
+    for (const auto* text : {u"", u" ", u"one", u" one ", u"one two", u"one two three ",
+                             u" one  two\nthree four", u"e\u0301 \u0301x \U0001F600\u0301 y"}) {
+        const auto all = words(QString::fromUtf16(text));
+        for (qsizetype count = 1; count < 6; ++count) {
+            EXPECT_EQ(lastWords(QString::fromUtf16(text), count),
+                      all.mid(std::max<qsizetype>(all.size() - count, 0)))
+                << count;
+        }
+    }
+}
+
 TEST(Characters, trims_takeOnlyWhatTheyName) {
     EXPECT_EQ(trimmedBlanks(QStringLiteral("\t\u00A0\u3000 a b \n")), QStringLiteral("a b \n"));
     EXPECT_EQ(trimmedWhitespace(QStringLiteral("\r\n\u0085\u2028 a b \u2029\v")), QStringLiteral("a b"));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "speech/Characters.h"
 #include "speech/OverlapMerge.h"
 #include "speech/TranscriptRules.h"
 
@@ -115,6 +116,17 @@ TEST(TranscriptRulesFuzz, mergeOverlap_keepsTheFirstTextWholeAndAddsNoWord) {
         const auto merged = mergeOverlap(text, next);
         ASSERT_TRUE(merged.startsWith(text)) << text.toStdString() << " + " << next.toStdString();
         ASSERT_LE(merged.size(), text.size() + next.size() + 1);
+    }
+}
+
+TEST(TranscriptRulesFuzz, lastWords_areTheEndOfAllWords) {
+    TextGenerator generator(seed + 5);
+    for (int i = 0; i < rounds; ++i) {
+        const auto text = generator.text();
+        const auto all = words(text);
+        const qsizetype count = i % 7 + 1;
+        ASSERT_EQ(lastWords(text, count), all.mid(std::max<qsizetype>(all.size() - count, 0)))
+            << text.toStdString();
     }
 }
 
