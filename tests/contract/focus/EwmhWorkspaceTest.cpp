@@ -143,6 +143,30 @@ TEST_F(EwmhWorkspaceTest, desktopBackgroundInFront_isNobody) {
     EXPECT_EQ(frontmost(background), std::nullopt);
 }
 
+TEST_F(EwmhWorkspaceTest, lockedScreen_hasNobodyInFrontUntilItIsUnlocked) {
+    WindowPeer editor({"class=Editor"});
+    ASSERT_EQ(frontmost(editor)->bundleID, "Editor");
+    {
+        WindowPeer locker({"class=Locker", "override=1280x800"});
+        EXPECT_EQ(workspace->frontmostApplication(), std::nullopt);
+    }
+    EXPECT_TRUE(eventually([&] { return workspace->frontmostApplication().has_value(); }));
+}
+
+TEST_F(EwmhWorkspaceTest, overlayThatLetsTheInputThrough_locksNothing) {
+    WindowPeer editor({"class=Editor"});
+    ASSERT_EQ(frontmost(editor)->bundleID, "Editor");
+    WindowPeer overlay({"class=Overlay", "override=1280x800", "input=none"});
+    EXPECT_TRUE(workspace->frontmostApplication());
+}
+
+TEST_F(EwmhWorkspaceTest, menuOverASmallWindow_locksNothing) {
+    WindowPeer editor({"class=Editor"});
+    ASSERT_EQ(frontmost(editor)->bundleID, "Editor");
+    WindowPeer menu({"class=Menu", "override=500x390"});
+    EXPECT_TRUE(workspace->frontmostApplication());
+}
+
 TEST_F(EwmhWorkspaceTest, activation_skipsTheProcesssPartsOfTheDesktop) {
     start();
     WindowPeer background({"class=Desktop", "type=DESKTOP"});

@@ -6,6 +6,8 @@
 //   pid=NUMBER               _NET_WM_PID; none without it
 //   type=DESKTOP             _NET_WM_WINDOW_TYPE
 //   gtk=ID                   _GTK_APPLICATION_ID
+//   override=WIDTHxHEIGHT    a window of that size at the origin of which the window manager knows nothing
+//   input=none               one that lets the input through
 //   title=TEXT titleSize=N   _NET_WM_NAME, N times the text
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +18,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include <xcb/shape.h>
 #include <xcb/xcb.h>
 
 namespace {
@@ -64,10 +67,19 @@ void setProperties(xcb_window_t window) {
 
 void makeWindow() {
     const auto window = xcb_generate_id(connection);
-    const std::uint32_t values[] = {0xffffff, XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root, 50, 50, 300, 200, 0,
+    const bool unmanaged = arguments.count("override") > 0;
+    int width = 300;
+    int height = 200;
+    if (unmanaged)
+        std::sscanf(arguments["override"].c_str(), "%dx%d", &width, &height);
+    const std::uint32_t values[] = {0xffffff, unmanaged, XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    const int origin = unmanaged ? 0 : 50;
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, root, origin, origin, width, height, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                      XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
+                      XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+    if (arguments["input"] == "none")
+        xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
+                             window, 0, 0, 0, nullptr);
     setProperties(window);
     xcb_map_window(connection, window);
     windows.push_back(window);

@@ -2,6 +2,7 @@
 #include "platform/linux/x11/EwmhWorkspace.h"
 
 #include "platform/linux/processes.h"
+#include "platform/linux/x11/ScreenCover.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/xdg/ApplicationId.h"
 #include "platform/linux/xdg/DesktopEntryCatalog.h"
@@ -47,7 +48,7 @@ std::optional<RunningApplication> EwmhWorkspace::frontmostApplication() {
     if (!active)
         return std::nullopt;
     const auto facts = m_windows->facts(*active);
-    if (!facts || facts->isPartOfDesktop)
+    if (!facts || facts->isPartOfDesktop || isCovered(*m_connection, *active))
         return std::nullopt;
     remember(*active);
     return describe(m_windows->processes({*active}).front(), facts->identity);

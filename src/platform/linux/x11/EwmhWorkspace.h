@@ -16,7 +16,8 @@ class DesktopEntryCatalog;
 class X11Connection;
 
 /// The applications of an X11 session, by their windows. The desktop's background and its panels are nobody's
-/// front application. An application on another machine goes by a negative process id.
+/// front application, and nobody is in front of a locked screen. An application on another machine goes by a
+/// negative process id.
 class EwmhWorkspace final : public Workspace {
 public:
     /// `connection` is used by nobody else on another thread, and may be null in a session without X server:
