@@ -70,6 +70,40 @@ void cutConnections() {
     }
 }
 
+/// The two keyboards get layouts of their own, and both are used while we type.
+void expectKeyboardsKeepTheirLayouts(Receiver::Kind kind) {
+    setLayout("us");
+    const auto connection = X11Connection::open();
+    const auto keyboard = X11Keyboard::open(*connection);
+    std::vector<std::uint16_t> users;
+    for (const std::uint16_t device : keyboard->devices()) {
+        if (device > keyboard->typingDevice()) { // the master and the typing device come first
+            users.push_back(device);
+        }
+    }
+    ASSERT_EQ(users.size(), 2U);
+    outputOf("setxkbmap -device " + std::to_string(users[0]) + " -layout de");
+    outputOf("setxkbmap -device " + std::to_string(users[1]) + " -layout fr");
+    std::vector<std::string> before;
+    for (const std::uint16_t device : users) {
+        before.push_back(keymapOf(device));
+    }
+    ASSERT_NE(before[0], before[1]);
+
+    Receiver receiver(kind);
+    RigInput keys;
+    X11KeyEventPoster poster;
+    typeText(poster, mixedText(), [&](qsizetype chunk) {
+        if (chunk % 5 == 0) { // the layout in use is the one of the keyboard used last
+            keys.tap(50, static_cast<int>(chunk % 2));
+        }
+    });
+    expectArrives(receiver, mixedText());
+    EXPECT_EQ(keymapOf(users[0]), before[0]);
+    EXPECT_EQ(keymapOf(users[1]), before[1]);
+    setLayout("us");
+}
+
 } // namespace
 
 TEST(StoppedReceiver, gtk_missesNothing) {
@@ -132,37 +166,16 @@ TEST(ChangingKeyboard, secondGroupInUse_textIsRight) {
     setLayout("us -option");
 }
 
-TEST(ChangingKeyboard, keyboardsWithLayoutsOfTheirOwn_keepThem) {
-    setLayout("us");
-    const auto connection = X11Connection::open();
-    const auto keyboard = X11Keyboard::open(*connection);
-    std::vector<std::uint16_t> users;
-    for (const std::uint16_t device : keyboard->devices()) {
-        if (device > keyboard->typingDevice()) { // the master and the typing device come first
-            users.push_back(device);
-        }
-    }
-    ASSERT_EQ(users.size(), 2U);
-    outputOf("setxkbmap -device " + std::to_string(users[0]) + " -layout de");
-    outputOf("setxkbmap -device " + std::to_string(users[1]) + " -layout fr");
-    std::vector<std::string> before;
-    for (const std::uint16_t device : users) {
-        before.push_back(keymapOf(device));
-    }
-    ASSERT_NE(before[0], before[1]);
+TEST(KeyboardsWithLayoutsOfTheirOwn, gtk_textIsRightAndTheyKeepThem) {
+    expectKeyboardsKeepTheirLayouts(Receiver::Kind::Gtk);
+}
 
-    Receiver receiver(Receiver::Kind::Qt);
-    RigInput keys;
-    X11KeyEventPoster poster;
-    typeText(poster, mixedText(), [&](qsizetype chunk) {
-        if (chunk % 5 == 0) { // the layout in use is the one of the keyboard used last
-            keys.tap(50, static_cast<int>(chunk % 2));
-        }
-    });
-    expectArrives(receiver, mixedText());
-    EXPECT_EQ(keymapOf(users[0]), before[0]);
-    EXPECT_EQ(keymapOf(users[1]), before[1]);
-    setLayout("us");
+TEST(KeyboardsWithLayoutsOfTheirOwn, qt_textIsRightAndTheyKeepThem) {
+    expectKeyboardsKeepTheirLayouts(Receiver::Kind::Qt);
+}
+
+TEST(KeyboardsWithLayoutsOfTheirOwn, terminal_textIsRightAndTheyKeepThem) {
+    expectKeyboardsKeepTheirLayouts(Receiver::Kind::Terminal);
 }
 
 TEST(ChangingKeyboard, manyLayouts_typeAsciiAndMore) {
@@ -207,6 +220,43 @@ TEST(Trouble, windowClosedMeanwhile_typingEndsSoonAndLeavesNothingBehind) {
     EXPECT_LT(Clock::now() - start, std::chrono::seconds(15));
     EXPECT_EQ(keymap(), before);
     EXPECT_EQ(keyboardState(), "");
+}
+
+TEST(Trouble, focusMovesOnWhileTheFirstTargetIsSlow_eachCharacterArrivesSomewhere) {
+    setLayout("us");
+    Receiver first(Receiver::Kind::Gtk, QStringLiteral("first"));
+    std::optional<Receiver> second;
+    std::thread freeze;
+    X11KeyEventPoster poster;
+    typeText(poster, ManySymbols, [&](qsizetype chunk) {
+        if (chunk == 0) { // it has been told of the new symbols, but has not looked at them yet
+            first.signal(SIGSTOP);
+        } else if (chunk == 9) {
+            second.emplace(Receiver::Kind::Qt, QStringLiteral("second"));
+            freeze = std::thread([&first] {
+                std::this_thread::sleep_for(std::chrono::seconds(1));
+                first.signal(SIGCONT);
+            });
+        }
+    });
+    freeze.join();
+    EXPECT_TRUE(second->waitFor([&](const QString& text) { return first.text() + text == ManySymbols; }))
+        << first.text().toStdString() << " | " << second->text().toStdString();
+}
+
+TEST(Trouble, hungTarget_delaysTypingOnce) {
+    setLayout("us");
+    Receiver receiver(Receiver::Kind::Gtk);
+    const std::string before = keymap();
+    X11KeyEventPoster poster;
+    const auto start = Clock::now();
+    typeText(poster, ManySymbols, [&](qsizetype chunk) {
+        if (chunk == 2) {
+            receiver.signal(SIGSTOP);
+        }
+    });
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(30));
+    EXPECT_EQ(keymap(), before);
 }
 
 TEST(Trouble, noXServer_noEventCanBeMade) {

@@ -5,24 +5,20 @@
 
 namespace talvera {
 
-namespace {
-
-bool exists(X11Connection& connection, xcb_window_t window) {
+bool windowExists(X11Connection& connection, xcb_window_t window) {
     return window > XCB_INPUT_FOCUS_POINTER_ROOT &&
            connection.reply<xcb_get_geometry_reply_t>(xcb_get_geometry(connection.get(), window)) != nullptr;
 }
 
-} // namespace
-
 xcb_window_t focusedWindow(X11Connection& connection) {
     const auto active = connection.property(connection.root(), connection.atom("_NET_ACTIVE_WINDOW"));
-    if (!active.empty() && exists(connection, active.front())) {
+    if (!active.empty() && windowExists(connection, active.front())) {
         return active.front();
     }
     // Without a window manager, or with a window that it doesn't manage, or that has just been closed.
     const auto focus = connection.reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection.get()));
-    return focus && focus->focus != connection.root() && exists(connection, focus->focus) ? focus->focus
-                                                                                          : XCB_NONE;
+    return focus && focus->focus != connection.root() && windowExists(connection, focus->focus) ? focus->focus
+                                                                                                : XCB_NONE;
 }
 
 pid_t processOfWindow(X11Connection& connection, xcb_window_t window) {

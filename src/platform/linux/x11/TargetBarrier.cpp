@@ -8,7 +8,9 @@
 #include <iterator>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
+#include <utility>
 
 namespace talvera {
 
@@ -32,7 +34,7 @@ std::optional<bool> isAsleep(pid_t process) {
     if (nameEnd == std::string::npos || nameEnd + 2 >= line.size()) {
         return std::nullopt;
     }
-    return line[nameEnd + 2] == 'S';
+    return std::string_view("SZX").find(line[nameEnd + 2]) != std::string_view::npos; // or dead
 }
 
 /// The application has answered, or it never will, because its window is gone.
@@ -54,22 +56,30 @@ bool endsWait(const xcb_generic_event_t& event, xcb_window_t window, xcb_atom_t 
 
 } // namespace
 
-void TargetBarrier::wait(milliseconds limit) {
+bool TargetBarrier::wait(milliseconds limit) {
     const auto deadline = Clock::now() + limit;
-    const xcb_window_t window = focusedWindow(m_connection);
+    const xcb_window_t target = focusedWindow(m_connection);
+    const xcb_window_t former = std::exchange(m_formerTarget, target);
+    const bool formerIsGone = former == target || !windowExists(m_connection, former);
+    const bool formerIsDone = formerIsGone || waitFor(former, deadline);
+    return waitFor(target, deadline) && formerIsDone;
+}
+
+bool TargetBarrier::waitFor(xcb_window_t window, Deadline deadline) {
     if (window != XCB_NONE && answersPing(window)) {
-        ping(window, deadline);
-        return;
+        return ping(window, deadline);
     }
     const pid_t process = window != XCB_NONE ? processOfWindow(m_connection, window) : 0;
     if (process == 0 || !isAsleep(process)) {
-        std::this_thread::sleep_for(std::min(limit, BlindWait));
-        return;
+        std::this_thread::sleep_for(BlindWait);
+        return true;
     }
-    for (int calm = 0; calm < 2 && Clock::now() < deadline;) {
+    int calm = 0;
+    while (calm < 2 && Clock::now() < deadline) {
         std::this_thread::sleep_for(SleepProbe);
         calm = isAsleep(process).value_or(true) ? calm + 1 : 0;
     }
+    return calm == 2;
 }
 
 bool TargetBarrier::answersPing(xcb_window_t window) {
@@ -78,7 +88,7 @@ bool TargetBarrier::answersPing(xcb_window_t window) {
     return std::find(protocols.begin(), protocols.end(), ping) != protocols.end();
 }
 
-void TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
+bool TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
     xcb_connection_t* xcb = m_connection.get();
     const xcb_window_t root = m_connection.root();
     // The answer is sent to the root window, by some programs to one of these kinds of listeners, by some to
@@ -100,10 +110,9 @@ void TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
     message.data.data32[2] = window;
     xcb_send_event(xcb, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
 
-    bool pending = true;
-    while (pending) {
-        const XcbEvent event = m_connection.waitForEvent(deadline);
-        pending = event && !endsWait(*event, window, pingAtom, stamp);
+    bool isDone = false;
+    for (XcbEvent event; !isDone && (event = m_connection.waitForEvent(deadline));) {
+        isDone = endsWait(*event, window, pingAtom, stamp);
     }
 
     const std::uint32_t silence = XCB_EVENT_MASK_NO_EVENT;
@@ -112,6 +121,7 @@ void TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
     m_connection.roundTrip();
     while (m_connection.pollEvent()) {
     }
+    return isDone;
 }
 
 } // namespace talvera

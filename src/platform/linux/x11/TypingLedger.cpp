@@ -12,6 +12,8 @@ namespace {
 constexpr std::string_view PropertyName = "_TALVERA_TYPING";
 constexpr std::size_t HeadLength = 2;
 
+constexpr std::chrono::seconds CatchUpLimit{10};
+
 TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
     TypingLedger::LentKeys keys;
     const xcb_keycode_t lowest = 8;
@@ -74,7 +76,7 @@ void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
     if (const LentKeys keys = lentKeys(items); !keys.empty()) {
         if (barrier) {
             keyboard.connection().roundTrip();
-            barrier->wait();
+            barrier->wait(CatchUpLimit);
             if (readLedger(keyboard) != items) {
                 return; // somebody has settled it, and may be typing again by now
             }

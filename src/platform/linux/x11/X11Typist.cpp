@@ -7,6 +7,14 @@
 
 namespace talvera {
 
+namespace {
+
+// For an application that hangs. Keys that it reads later than that may come out as others.
+constexpr std::chrono::seconds FullPatience{10};
+constexpr std::chrono::milliseconds LostPatience{100};
+
+} // namespace
+
 std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
                                         std::size_t capacity,
                                         const std::function<bool(xkb_keysym_t)>& isWritable) {
@@ -32,7 +40,9 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symb
     , m_ledger(keyboard)
     , m_layout(keyboard)
     , m_spares(keyboard, m_ledger)
-    , m_guard(keyboard, m_ledger, m_layout.numLockModifiers()) {
+    , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
+    , m_patience(FullPatience) {
+    m_barrier.begin();
     m_keyboard.watchKeymap();
     m_group = m_keyboard.state().group;
     lendFrom(0);
@@ -42,8 +52,7 @@ X11Typist::~X11Typist() {
     release();
     if (!m_spares.lent().empty()) {
         if (m_hasTyped) {
-            m_keyboard.connection().roundTrip();
-            m_barrier.wait();
+            awaitTarget();
         }
         m_spares.giveBack();
     }
@@ -121,14 +130,20 @@ void X11Typist::lendFrom(std::size_t position) {
         return;
     }
     if (m_hasTyped) {
-        m_keyboard.connection().roundTrip();
-        m_barrier.wait();
+        awaitTarget();
         m_hasTyped = false;
     }
     m_spares.lend(wanted);
-    m_barrier.wait();
+    awaitTarget();
     // The change that we have just made is no news.
     while (m_keyboard.connection().pollEvent()) {
+    }
+}
+
+void X11Typist::awaitTarget() {
+    m_keyboard.connection().roundTrip();
+    if (!m_barrier.wait(m_patience)) {
+        m_patience = LostPatience; // once is enough
     }
 }
 

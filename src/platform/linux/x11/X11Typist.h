@@ -37,6 +37,7 @@ private:
     std::optional<KeyStroke> strokeAt(std::size_t position);
     std::optional<KeyStroke> findStroke(xkb_keysym_t symbol);
     void lendFrom(std::size_t position);
+    void awaitTarget();
 
     X11Keyboard& m_keyboard;
     TargetBarrier& m_barrier;
@@ -48,6 +49,7 @@ private:
     std::uint8_t m_group = 0;
     std::optional<KeyStroke> m_pressed;
     bool m_hasTyped = false; ///< something since the last barrier
+    std::chrono::milliseconds m_patience;
 };
 
 /// The symbols that have to be made writable so that as many as possible of `symbols` from `start` on can be
