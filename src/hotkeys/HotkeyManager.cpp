@@ -23,13 +23,15 @@ void HotkeyManager::install() {
 }
 
 void HotkeyManager::setBinding(const HotkeyBinding& binding) {
+    bool isNew = false;
     {
         const std::scoped_lock lock(m_bindingLock);
         if (m_isPressed)
             endPress();
+        isNew = m_binding != binding;
         m_binding = binding;
     }
-    if (m_eventTap)
+    if (isNew && m_eventTap)
         watch(binding);
 }
 
