@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A process with nothing but the hotkey: it says "ready", then "start" and "end" for each press of the
-// default chord. With an argument, the special key of that raw value instead.
+// default chord.
 #include "concurrency/QtMainActor.h"
 #include "hotkeys/HotkeyManager.h"
 #include "platform/linux/x11/X11EventTapFactory.h"
@@ -30,12 +30,7 @@ int main(int argc, char** argv) {
     HotkeyManager hotkey(actor, taps, console);
     hotkey.onPressStart = [&console] { console.print("start"); };
     hotkey.onPressEnd = [&console] { console.print("end"); };
-    if (argc > 1) {
-        const auto key = specialKeyFromRawValue(QString::fromLocal8Bit(argv[1]));
-        if (!key)
-            return 2;
-        hotkey.setBinding(HotkeyBinding::holdSpecial(*key));
-    }
+
     hotkey.install();
     if (hotkey.eventTap() == nullptr)
         return 1;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What only the older client library can arrange.
 #include "HotkeyOnX11.h"
+#include "platform/linux/x11/X11SessionAccess.h"
 
 // Last, since they define words such as None and Bool.
 #include <X11/XKBlib.h>
@@ -48,6 +49,24 @@ protected:
         return found;
     }
 
+    void addMaster(char* name) {
+        XIAnyHierarchyChangeInfo add{};
+        add.add.type = XIAddMaster;
+        add.add.name = name;
+        add.add.enable = True;
+        XIChangeHierarchy(display.get(), &add, 1);
+        XSync(display.get(), False);
+    }
+
+    void removeMaster(const std::string& name) {
+        XIAnyHierarchyChangeInfo remove{};
+        remove.remove.type = XIRemoveMaster;
+        remove.remove.deviceid = static_cast<int>(*deviceNamed(name + " keyboard"));
+        remove.remove.return_mode = XIFloating;
+        XIChangeHierarchy(display.get(), &remove, 1);
+        XSync(display.get(), False);
+    }
+
     std::unique_ptr<Display, int (*)(Display*)> display{XOpenDisplay(nullptr), XCloseDisplay};
 };
 
@@ -89,12 +108,7 @@ TEST_F(X11HotkeyXlib, keyboardUnpluggedDuringAPress_endsIt) {
 TEST_F(X11HotkeyXlib, laterDeviceForPostedKeys_isNotTheUsers) {
     install(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand));
     char name[] = "later";
-    XIAnyHierarchyChangeInfo add{};
-    add.add.type = XIAddMaster;
-    add.add.name = name;
-    add.add.enable = True;
-    XIChangeHierarchy(display.get(), &add, 1);
-    XSync(display.get(), False);
+    addMaster(name);
 
     const auto posting = deviceNamed("later XTEST keyboard");
     ASSERT_TRUE(posting);
@@ -105,12 +119,16 @@ TEST_F(X11HotkeyXlib, laterDeviceForPostedKeys_isNotTheUsers) {
     EXPECT_EQ(takeCalls(), Calls{});
 
     XCloseDevice(display.get(), device);
-    XIAnyHierarchyChangeInfo remove{};
-    remove.remove.type = XIRemoveMaster;
-    remove.remove.deviceid = static_cast<int>(*deviceNamed("later keyboard"));
-    remove.remove.return_mode = XIFloating;
-    XIChangeHierarchy(display.get(), &remove, 1);
-    XSync(display.get(), False);
+    removeMaster(name);
+}
+
+TEST_F(X11HotkeyXlib, keysBehindWayland_areRefused) {
+    char name[] = "xwayland-keyboard:1";
+    addMaster(name);
+    X11EventTapFactory taps(keyboard.actor());
+    EXPECT_EQ(taps.create([](const KeyEvent&) { return Verdict::Pass; }), nullptr);
+    EXPECT_EQ(X11SessionAccess(&keyboard.window().connection()).lacks(), std::vector{SessionLack::XServer});
+    removeMaster(name);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "platform/linux/x11/X11SessionAccess.h"
 
 #include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11InputDevices.h"
 
 #include <xcb/xinput.h>
 
@@ -21,7 +22,7 @@ bool announcesKeys(X11Connection& connection) {
     if (!hasExtension(connection, "XInputExtension"))
         return false;
     const auto version = connection.reply<xcb_input_xi_query_version_reply_t>(
-        xcb_input_xi_query_version(connection.get(), 2, 0));
+        xcb_input_xi_query_version(connection.get(), 2, 1));
     return version && version->major_version >= 2;
 }
 
@@ -47,12 +48,15 @@ X11SessionAccess::X11SessionAccess(X11Connection* connection)
     if (!connection)
         return;
     m_windows.emplace(*connection);
+    X11InputDevices devices;
+    devices.load(*connection);
+    m_isBehindWayland = devices.isBehindWayland();
     m_canWatchKeys = announcesKeys(*connection);
     m_canPostKeys = hasExtension(*connection, "XTEST");
 }
 
 std::vector<SessionLack> X11SessionAccess::lacks() {
-    if (!m_connection || m_connection->isBroken())
+    if (!m_connection || m_connection->isBroken() || m_isBehindWayland)
         return {SessionLack::XServer};
     std::vector<SessionLack> lacks;
     if (!m_canWatchKeys)

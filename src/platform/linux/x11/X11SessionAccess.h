@@ -32,11 +32,12 @@ public:
     /// What is lacking now; empty when all is there. A window manager may come and go.
     std::vector<SessionLack> lacks();
 
-    bool canWatchKeys() const { return m_canWatchKeys; }
+    bool canWatchKeys() const { return m_canWatchKeys && !m_isBehindWayland; }
 
 private:
     X11Connection* m_connection;
     std::optional<EwmhWindows> m_windows;
+    bool m_isBehindWayland = false;
     bool m_canWatchKeys = false;
     bool m_canPostKeys = false;
 };
