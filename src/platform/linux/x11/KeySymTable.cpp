@@ -65,9 +65,10 @@ std::vector<KeySymTable> KeySymTable::fetch(X11Keyboard& keyboard, const std::ve
             std::copy(std::begin(head.kt_index), std::end(head.kt_index), entry.types.begin());
             entry.groups = head.groupInfo;
             entry.width = head.width;
-            entry.symbols.resize(head.nSyms);
-            std::memcpy(entry.symbols.data(), bytes + sizeof head, head.nSyms * sizeof(std::uint32_t));
-            bytes += sizeof head + head.nSyms * sizeof(std::uint32_t);
+            bytes += sizeof head;
+            for (unsigned left = head.nSyms; left > 0; --left, bytes += sizeof(std::uint32_t)) {
+                std::memcpy(&entry.symbols.emplace_back(), bytes, sizeof(std::uint32_t));
+            }
             table.m_entries.push_back(std::move(entry));
         }
         tables.push_back(std::move(table));
