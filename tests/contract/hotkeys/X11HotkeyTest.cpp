@@ -4,6 +4,9 @@
 #include "KeyMap.h"
 #include "platform/linux/x11/X11ChordGrabs.h"
 
+#include <chrono>
+#include <thread>
+
 using namespace talvera;
 using namespace talvera::test;
 using Special = HotkeyBinding::SpecialKey;
@@ -12,6 +15,22 @@ namespace {
 
 class X11Hotkey : public HotkeyOnX11 {
 protected:
+    void postChord() {
+        for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+            post(XCB_KEY_PRESS, key);
+        for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
+            post(XCB_KEY_RELEASE, key);
+    }
+
+    /// The server tells events apart by their milliseconds, which is enough for hands.
+    static void awaitNextMillisecond() {
+        const auto now = [] {
+            return std::chrono::floor<std::chrono::milliseconds>(std::chrono::steady_clock::now());
+        };
+        for (const auto start = now(); now() == start;)
+            std::this_thread::yield();
+    }
+
     /// A tap of the chord starts and ends a press, and the application sees the modifiers alone.
     void expectChordIsOurs(const std::string& when) {
         keyboard.window().takeKeys();
@@ -237,10 +256,7 @@ TEST_F(X11Hotkey, capsLock_startsWithTheLockAndEndsWithIt) {
 
 TEST_F(X11Hotkey, postedChord_startsNothing) {
     install();
-    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
-        post(XCB_KEY_PRESS, key);
-    for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
-        post(XCB_KEY_RELEASE, key);
+    postChord();
     EXPECT_EQ(takeCalls(), Calls{});
     expectChordIsOurs("after that");
 }
@@ -274,17 +290,54 @@ TEST_F(X11Hotkey, postedKeyUp_doesNotEndASpecialPress) {
     EXPECT_EQ(takeCalls(), Calls{"end"});
 }
 
+/// A screen locker, or a menu.
+class Locker {
+public:
+    Locker() {
+        const auto grab = m_connection->reply<xcb_grab_keyboard_reply_t>(
+            xcb_grab_keyboard(m_connection->get(), 0, m_connection->root(), XCB_CURRENT_TIME,
+                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+        EXPECT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
+    }
+    Locker(const Locker&) = delete;
+    Locker& operator=(const Locker&) = delete;
+    ~Locker() {
+        xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
+        m_connection->roundTrip();
+    }
+
+private:
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+};
+
 TEST_F(X11Hotkey, keyboardOfAnotherProgram_keepsTheChord) {
     install();
-    const auto locker = X11Connection::open();
-    const auto grab = locker->reply<xcb_grab_keyboard_reply_t>(xcb_grab_keyboard(
-        locker->get(), 0, locker->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
-    ASSERT_TRUE(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
-    tapChord();
-    EXPECT_EQ(takeCalls(), Calls{});
-    xcb_ungrab_keyboard(locker->get(), XCB_CURRENT_TIME);
-    ASSERT_TRUE(locker->roundTrip());
+    {
+        const Locker locker;
+        tapChord();
+        EXPECT_EQ(takeCalls(), Calls{});
+    }
     expectChordIsOurs("after that");
+}
+
+TEST_F(X11Hotkey, keyboardOfAnotherProgram_doesNotKeepSpecialKeys) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    const Locker locker;
+    tap(Key::rightControl);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+}
+
+TEST_F(X11Hotkey, chordsThatWereOnlyHalfOurs_makeNoWholeOne) {
+    install();
+    postChord();
+    {
+        const Locker locker;
+        awaitNextMillisecond();
+        tapChord();
+    }
+    awaitNextMillisecond();
+    postChord();
+    EXPECT_EQ(takeCalls(), Calls{});
 }
 
 TEST_F(X11Hotkey, chordOfAnotherProgram_isToldAndOursOnceThatLetsGo) {
