@@ -7,7 +7,9 @@ void addAllOperations(Driver& driver) {
     addDeliveryOperations(driver);
     addHotkeyOperations(driver);
     addLanguageOperations(driver);
+    addScenarioOperations(driver);
     addSettingsOperations(driver);
+    addShellOperations(driver);
     addSpeechOperations(driver);
     addTextOperations(driver);
 }

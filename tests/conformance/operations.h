@@ -9,7 +9,9 @@ namespace talvera::conformance {
 void addDeliveryOperations(Driver& driver);
 void addHotkeyOperations(Driver& driver);
 void addLanguageOperations(Driver& driver);
+void addScenarioOperations(Driver& driver);
 void addSettingsOperations(Driver& driver);
+void addShellOperations(Driver& driver);
 void addSpeechOperations(Driver& driver);
 void addTextOperations(Driver& driver);
 

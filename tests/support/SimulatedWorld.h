@@ -161,6 +161,7 @@ public:
     AppSettings settings{preferences};
 
     void launch();
+    bool hasAgent() const { return m_agent != nullptr; }
     SimulatedAgent& agent() { return *m_agent; }
 
     /// The user's hotkey, by its callbacks.

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "InMemoryPreferenceStore.h"
+#include "SimulatedMainActor.h"
+#include "operations.h"
+#include "persistence/AppSettings.h"
+#include "shell/DictationHUDController.h"
+#include "shell/MenuBarController.h"
+#include "shell/ReadinessMonitor.h"
+#include "shell/UnseenHUDPanel.h"
+
+#include <array>
+#include <limits>
+
+namespace talvera::conformance {
+
+namespace {
+
+Answer aiState(const Request& request) {
+    std::optional<QString> reason;
+    if (!request.truth("available"))
+        reason = request.optionalText("reason").value_or(QString());
+    return {{"state", caseName(ReadinessMonitor::aiStateFor(reason)).toStdString()}};
+}
+
+Answer hudLevels(const Request& request) {
+    test::SimulatedMainActor actor;
+    DictationHUDController hud(actor, [] { return std::make_unique<UnseenHUDPanel>(); });
+    auto levels = Answer::array();
+    for (const auto& input : request.array("inputs")) {
+        if (input != "NaN" && !input.is_number())
+            throw BadRequest("\"inputs\" must hold numbers");
+        hud.setLevel(input.is_number() ? input.get<float>() : std::numeric_limits<float>::quiet_NaN());
+        levels.push_back(hud.stateHolder().level.get());
+    }
+    return {{"levels", levels}};
+}
+
+std::optional<MenuBarController::State> stateFromName(const QString& name) {
+    using State = MenuBarController::State;
+    for (const auto state : {State::Idle, State::Recording, State::Transcribing, State::Error}) {
+        if (caseName(state) == name)
+            return state;
+    }
+    return std::nullopt;
+}
+
+Answer statusIcon(const Request& request) {
+    test::SimulatedMainActor actor;
+    test::InMemoryPreferenceStore store;
+    AppSettings settings(store);
+    settings.aiCleanupEnabled.set(request.truth("cleanup"));
+    settings.targetLanguageCode.set(request.truth("translate") ? QStringLiteral("en")
+                                                               : QStringLiteral("off"));
+    MenuBarController menuBar(actor, settings);
+    menuBar.state.set(request.named("state", stateFromName));
+    return {{"symbol", menuBar.statusIconName().toStdString()}};
+}
+
+} // namespace
+
+void addShellOperations(Driver& driver) {
+    driver.add("aiState", aiState);
+    driver.add("hudLevels", hudLevels);
+    driver.add("statusIcon", statusIcon);
+}
+
+} // namespace talvera::conformance
