@@ -288,8 +288,9 @@ protected:
             qputenv("DISPLAY", former);
     }
 
-    void setWindows(const char* property, std::vector<xcb_window_t> windows) {
-        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, connection->root(),
+    void setWindows(const char* property, std::vector<xcb_window_t> windows,
+                    xcb_window_t of = XCB_WINDOW_NONE) {
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, of ? of : connection->root(),
                             connection->atom(property), XCB_ATOM_WINDOW, 32, std::uint32_t(windows.size()),
                             windows.data());
         ASSERT_TRUE(connection->roundTrip());
@@ -343,6 +344,36 @@ TEST_F(BareServer, windowManagerWithoutActivation_refusesAndIsReported) {
     EXPECT_TRUE(workspace.frontmostApplication());
     EXPECT_FALSE(workspace.activate(peer.pid()));
     EXPECT_EQ(X11SessionAccess(connection.get()).lacks(), std::vector{SessionLack::ActiveWindow});
+}
+
+TEST_F(BareServer, activation_isAskedForAsTheUsersWishAtTheServersTime) {
+    startServer({});
+    const auto manager = X11Connection::open();
+    const auto check = xcb_generate_id(manager->get());
+    const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_create_window(manager->get(), XCB_COPY_FROM_PARENT, check, manager->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_change_window_attributes(manager->get(), manager->root(), XCB_CW_EVENT_MASK, &events);
+    ASSERT_TRUE(manager->roundTrip());
+    setWindows("_NET_SUPPORTING_WM_CHECK", {check});
+    setWindows("_NET_SUPPORTING_WM_CHECK", {check}, check);
+    setWindows("_NET_SUPPORTED", {connection->atom("_NET_ACTIVE_WINDOW")});
+    EwmhWorkspace workspace(connection.get(), none);
+    WindowPeer peer({"class=Local"});
+    play(peer.window);
+
+    ASSERT_TRUE(workspace.activate(peer.pid()));
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    XcbEvent event;
+    do {
+        event = manager->waitForEvent(deadline);
+        ASSERT_TRUE(event) << "no request came";
+    } while ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE ||
+             reinterpret_cast<xcb_client_message_event_t&>(*event).data.data32[1] == XCB_CURRENT_TIME);
+    const auto& message = reinterpret_cast<xcb_client_message_event_t&>(*event);
+    EXPECT_EQ(message.window, peer.window);
+    EXPECT_EQ(message.type, connection->atom("_NET_ACTIVE_WINDOW"));
+    EXPECT_EQ(message.data.data32[0], 2U);
 }
 
 TEST_F(BareServer, serverWithoutXTest_isReported) {
