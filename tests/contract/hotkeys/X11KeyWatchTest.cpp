@@ -2,11 +2,13 @@
 #include "platform/linux/x11/X11KeyWatch.h"
 
 #include "KeyLogWindow.h"
+#include "KeyMap.h"
 #include "RigInput.h"
 
 #include <gtest/gtest.h>
 
 using namespace talvera;
+using talvera::test::KeyMap;
 
 namespace {
 
@@ -35,6 +37,20 @@ TEST_F(X11KeyWatchTest, keysThatNobodyWaitsFor_areNotTold) {
     keys.tap(77); // Num Lock off again
     readAll();
     EXPECT_TRUE(told.empty());
+}
+
+TEST_F(X11KeyWatchTest, keyThatBecomesAModifierLater_showsInTheFlags) {
+    watch->waitFor({KeyInterest(std::uint16_t(54))});
+    const KeyMap map({QStringLiteral("-option"), QStringLiteral("ctrl:nocaps")});
+    readAll();
+    keys.press(66);
+    keys.press(134);
+    keys.release(134);
+    keys.release(66);
+    readAll();
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[0].flags, KeyFlag::Command | KeyFlag::Control);
+    EXPECT_EQ(told[1].flags, KeyFlag::Control);
 }
 
 TEST_F(X11KeyWatchTest, tapReadOnlyAfterItsEnd_isToldWhole) {

@@ -3,7 +3,6 @@
 
 #include "platform/VirtualKeys.h"
 #include "platform/linux/x11/X11KeyCodes.h"
-#include "platform/linux/x11/XcbXkb.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,6 +16,11 @@ namespace {
 /// Raw events reach us during the grabs of others since version 2.1 of the input extension.
 constexpr std::uint16_t neededMajor = 2;
 constexpr std::uint16_t neededMinor = 1;
+
+std::uint16_t keyOf(const KeyInterest& interest) {
+    const auto* chord = std::get_if<KeyChord>(&interest);
+    return chord ? chord->keyCode : std::get<std::uint16_t>(interest);
+}
 
 } // namespace
 
@@ -42,19 +46,13 @@ X11KeyWatch::X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<
 bool X11KeyWatch::selectEvents() {
     auto* connection = m_events->get();
     const auto* input = xcb_get_extension_data(connection, &xcb_input_id);
-    const auto* keyboard = xcb_get_extension_data(connection, &xcb_xkb_id);
-    if (!input || !input->present || !keyboard || !keyboard->present)
+    if (!input || !input->present)
         return false;
     m_inputExtension = input->major_opcode;
-    const auto keyboardVersion =
-        xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
-    const auto inputVersion = m_events->reply<xcb_input_xi_query_version_reply_t>(
+    const auto version = m_events->reply<xcb_input_xi_query_version_reply_t>(
         xcb_input_xi_query_version(connection, neededMajor, neededMinor));
-    const auto canAskForLocks = m_events->reply<xcb_xkb_use_extension_reply_t>(keyboardVersion);
-    if (!inputVersion || !canAskForLocks || !canAskForLocks->supported)
-        return false;
-    if (std::pair(inputVersion->major_version, inputVersion->minor_version) <
-        std::pair(neededMajor, neededMinor))
+    if (!version ||
+        std::pair(version->major_version, version->minor_version) < std::pair(neededMajor, neededMinor))
         return false;
 
     struct {
@@ -71,36 +69,37 @@ bool X11KeyWatch::selectEvents() {
 }
 
 std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& interests) {
-    const auto former = std::exchange(m_interests, interests);
-    bool letGo = false;
-    std::erase_if(m_toldPresses, [&](std::uint16_t key) {
-        const bool isKept = std::ranges::any_of(interests, [&](const KeyInterest& interest) {
-            const auto* chord = std::get_if<KeyChord>(&interest);
-            return (chord ? chord->keyCode : std::get<std::uint16_t>(interest)) == key &&
-                   std::ranges::count(former, interest) > 0;
-        });
-        letGo = letGo || (!isKept && m_chordKeys.contains(key));
-        return !isKept;
-    });
-    if (letGo)
-        m_grabs->letGoOfPress();
+    const bool letsGo = forgetPressesOtherThanOf(interests);
+    m_interests = interests;
     chooseRelevantKeys();
-    if (m_isSuspended)
-        return std::vector(interests.size(), WatchResult::Watching);
-    auto results = applyInterests();
-    if (std::exchange(m_hasMissedEnds, false))
+    const auto results =
+        m_isSuspended ? std::vector(interests.size(), WatchResult::Watching) : applyInterests();
+    if (letsGo)
+        m_grabs->letGoOfPress(); // last, or else a repeat could bring the press back to us
+    if (!m_isSuspended && std::exchange(m_hasMissedEnds, false))
         tellMissedEnds();
     return results;
+}
+
+/// True when there is a chord's press among them.
+bool X11KeyWatch::forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests) {
+    bool hasChord = false;
+    std::erase_if(m_toldPresses, [&](std::uint16_t key) {
+        const bool isKept = std::ranges::any_of(interests, [&](const KeyInterest& interest) {
+            return keyOf(interest) == key && std::ranges::count(m_interests, interest) > 0;
+        });
+        hasChord = hasChord || (!isKept && m_chordKeys.contains(key));
+        return !isKept;
+    });
+    return hasChord;
 }
 
 void X11KeyWatch::chooseRelevantKeys() {
     m_chordKeys.clear();
     m_aloneKeys.clear();
     for (const auto& interest : m_interests) {
-        if (const auto* chord = std::get_if<KeyChord>(&interest))
-            m_chordKeys.insert(chord->keyCode);
-        else
-            m_aloneKeys.insert(std::get<std::uint16_t>(interest));
+        auto& keys = std::holds_alternative<KeyChord>(interest) ? m_chordKeys : m_aloneKeys;
+        keys.insert(keyOf(interest));
     }
     for (std::size_t keycode = 0; keycode < m_relevantKeys.size(); ++keycode) {
         const auto key = X11KeyCodes::toVirtual(static_cast<std::uint8_t>(keycode));
@@ -118,9 +117,8 @@ std::vector<WatchResult> X11KeyWatch::applyInterests() {
         if (std::holds_alternative<KeyChord>(interest))
             results.push_back(*next++);
         else
-            results.push_back(X11KeyCodes::fromVirtual(std::get<std::uint16_t>(interest)).empty()
-                                  ? WatchResult::Unavailable
-                                  : WatchResult::Watching);
+            results.push_back(X11KeyCodes::fromVirtual(keyOf(interest)).empty() ? WatchResult::Unavailable
+                                                                                : WatchResult::Watching);
     }
     return results;
 }
@@ -302,10 +300,12 @@ std::uint64_t X11KeyWatch::flags(std::uint16_t about) {
 
 /// The server handles a key before it answers, so this is the lock after the event that we have just heard
 /// of. It is set with the press that switches it on, and cleared with the release that switches it off.
+/// The keyboard extension could tell as well, but servers keep new modifier maps from connections that use
+/// it.
 std::uint64_t X11KeyWatch::lockFlag() {
-    const auto state = m_events->reply<xcb_xkb_get_state_reply_t>(
-        xcb_xkb_get_state(m_events->get(), XCB_XKB_ID_USE_CORE_KBD));
-    return state ? X11KeyCodes::flagsFromState(state->lockedMods & XCB_MOD_MASK_LOCK) : 0;
+    const auto state =
+        m_events->reply<xcb_query_pointer_reply_t>(xcb_query_pointer(m_events->get(), m_events->root()));
+    return state ? X11KeyCodes::flagsFromState(state->mask & XCB_MOD_MASK_LOCK) : 0;
 }
 
 } // namespace talvera

@@ -71,6 +71,7 @@ private:
     void tellChordEnd(std::uint16_t keyCode);
     void tellMissedEnds();
 
+    bool forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests);
     void retryTakenChords(std::uint16_t keyCode);
     std::vector<WatchResult> applyInterests();
     void chooseRelevantKeys();
