@@ -12,7 +12,7 @@ namespace talvera {
 
 namespace {
 
-constexpr std::size_t PieceSize = 256 * 1024;
+constexpr std::size_t PieceSize = 128 * 1024; // any server takes requests of this size
 constexpr std::chrono::seconds TransferPatience{15};
 constexpr std::chrono::seconds TimePatience{1};
 

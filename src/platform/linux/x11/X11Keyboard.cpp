@@ -77,11 +77,13 @@ void X11Keyboard::findTypingDevice() {
     });
 }
 
-void X11Keyboard::watchKeymap() {
+void X11Keyboard::watchKeymaps(bool watch) {
     constexpr std::uint16_t Events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t MapParts =
         XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-    xcb_xkb_select_events(m_connection.get(), m_typingDevice, Events, 0, Events, MapParts, MapParts, nullptr);
+    xcb_xkb_select_events(m_connection.get(), m_typingDevice, Events, watch ? 0 : Events, watch ? Events : 0,
+                          MapParts, watch ? MapParts : 0, nullptr);
+    m_connection.flush();
 }
 
 bool X11Keyboard::isKeymapChange(const xcb_generic_event_t& event) const {
@@ -154,6 +156,25 @@ void X11Keyboard::releaseStranded() {
     }
     xcb_input_close_device(m_connection.get(), device);
     m_connection.flush();
+}
+
+KeymapWatch::KeymapWatch(X11Keyboard& keyboard)
+    : m_keyboard(keyboard) {
+    m_keyboard.watchKeymaps(true);
+}
+
+KeymapWatch::~KeymapWatch() {
+    m_keyboard.watchKeymaps(false);
+    m_keyboard.connection().roundTrip();
+    hasChanged();
+}
+
+bool KeymapWatch::hasChanged() {
+    bool changed = false;
+    while (const XcbEvent event = m_keyboard.connection().pollEvent()) {
+        changed = changed || m_keyboard.isKeymapChange(*event);
+    }
+    return changed;
 }
 
 } // namespace talvera

@@ -31,8 +31,9 @@ public:
     /// need not be that of the user's own devices.
     std::uint16_t typingDevice() const { return m_typingDevice; }
 
-    /// Asks to be told by events when the keymap of the typing device changes, and tells such events apart.
-    void watchKeymap();
+    /// Starts and stops to be told by events when keymaps change.
+    void watchKeymaps(bool watch);
+    /// The event tells of a change of the typing device's keymap.
     bool isKeymapChange(const xcb_generic_event_t& event) const;
 
     /// Every device whose keys reach applications through this keyboard, the typing device among them.
@@ -65,6 +66,22 @@ private:
     std::uint16_t m_master;
     std::uint16_t m_typingDevice = 0;
     std::uint8_t m_eventType = 0;
+};
+
+/// As long as it lives, events tell of changed keymaps. No event is left behind: an idle connection that
+/// collected them would grow for ever.
+class KeymapWatch {
+public:
+    explicit KeymapWatch(X11Keyboard& keyboard);
+    ~KeymapWatch();
+    KeymapWatch(const KeymapWatch&) = delete;
+    KeymapWatch& operator=(const KeymapWatch&) = delete;
+
+    /// Whether the typing device's keymap has changed since the last question.
+    bool hasChanged();
+
+private:
+    X11Keyboard& m_keyboard;
 };
 
 } // namespace talvera

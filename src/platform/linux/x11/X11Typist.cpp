@@ -38,12 +38,12 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symb
     , m_barrier(barrier)
     , m_symbols(std::move(symbols))
     , m_ledger(keyboard)
+    , m_keymapWatch(keyboard)
     , m_layout(keyboard)
     , m_spares(keyboard, m_ledger)
     , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
     , m_patience(FullPatience) {
     m_barrier.begin();
-    m_keyboard.watchKeymap();
     m_group = m_keyboard.state().group;
     lendFrom(0);
 }
@@ -62,7 +62,13 @@ bool X11Typist::press(std::size_t position, bool withShift) {
     release();
     m_group = m_guard.clear(m_spares.neutralKey());
     followKeyboard();
-    std::optional<KeyStroke> stroke = strokeAt(position);
+    const xkb_keysym_t symbol = m_symbols[position];
+    std::optional<KeyStroke> stroke = findStroke(symbol);
+    if (!stroke && symbol != XKB_KEY_NoSymbol) {
+        lendFrom(position);
+        m_group = m_guard.clear(m_spares.neutralKey()); // that has taken its time
+        stroke = findStroke(symbol);
+    }
     if (stroke && withShift) {
         const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
         stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
@@ -93,23 +99,10 @@ void X11Typist::release() {
 }
 
 void X11Typist::followKeyboard() {
-    bool changed = false;
-    while (const XcbEvent event = m_keyboard.connection().pollEvent()) {
-        changed = changed || m_keyboard.isKeymapChange(*event);
-    }
-    if (changed) {
+    if (m_keymapWatch.hasChanged()) {
         m_spares.refresh();
         m_layout.refresh(m_spares.lent());
     }
-}
-
-std::optional<KeyStroke> X11Typist::strokeAt(std::size_t position) {
-    std::optional<KeyStroke> stroke = findStroke(m_symbols[position]);
-    if (!stroke && m_symbols[position] != XKB_KEY_NoSymbol) {
-        lendFrom(position);
-        stroke = findStroke(m_symbols[position]);
-    }
-    return stroke;
 }
 
 std::optional<KeyStroke> X11Typist::findStroke(xkb_keysym_t symbol) {
@@ -135,9 +128,7 @@ void X11Typist::lendFrom(std::size_t position) {
     }
     m_spares.lend(wanted);
     awaitTarget();
-    // The change that we have just made is no news.
-    while (m_keyboard.connection().pollEvent()) {
-    }
+    m_keymapWatch.hasChanged(); // the change that we have just made is no news
 }
 
 void X11Typist::awaitTarget() {

@@ -34,7 +34,6 @@ public:
 
 private:
     void followKeyboard();
-    std::optional<KeyStroke> strokeAt(std::size_t position);
     std::optional<KeyStroke> findStroke(xkb_keysym_t symbol);
     void lendFrom(std::size_t position);
     void awaitTarget();
@@ -43,6 +42,7 @@ private:
     TargetBarrier& m_barrier;
     Symbols m_symbols;
     TypingLedger m_ledger;
+    KeymapWatch m_keymapWatch; ///< begins before the layout is read, so that no change is missed
     TypingLayout m_layout;
     SpareKeycodes m_spares;
     ModifierGuard m_guard;
