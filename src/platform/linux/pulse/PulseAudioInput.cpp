@@ -17,9 +17,10 @@ namespace {
 constexpr auto patience = 1s;
 /// The same for the question about the format, which is asked right before.
 constexpr auto formatPatience = 200ms;
-/// How long a release waits for sound that is still on its way. Wired microphones need 10 to 30 ms, wireless
-/// ones may have 100 ms and more under way.
-constexpr auto catchUpLimit = 150ms;
+/// How long a release waits for sound that is still on its way, should it stay away: with a wired microphone
+/// it comes in some 40 ms, with a wireless one it may have 100 ms and more to go, and a busy machine may add
+/// to that.
+constexpr auto catchUpLimit = 400ms;
 
 Duration monotonicNow() {
     return std::chrono::microseconds(pa_rtclock_now());
@@ -51,13 +52,12 @@ void PulseAudioInput::removeTap() {
     auto& loop = m_connection.loop();
     const PulseLoop::Lock lock(loop);
     if (m_tap && m_stream && m_stream->isAlive()) {
-        bool done = false;
-        m_stream->catchUp(catchUpLimit, [this, &loop, &done] {
+        m_stream->catchUp(catchUpLimit, [this, &loop] {
             m_tap->flush();
-            done = true;
+            m_tap.reset();
             loop.signal();
         });
-        while (!done)
+        while (m_tap)
             loop.wait();
     }
     m_tap.reset();

@@ -7,7 +7,6 @@
 #include <pulse/error.h>
 #include <pulse/operation.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <utility>
 
@@ -18,9 +17,9 @@ using namespace std::chrono_literals;
 namespace {
 
 /// How much sound the server gathers before it sends it. Small, so that the first and the last word come
-/// quickly; but asked for less, PipeWire would turn a microphone that others use to a quicker pace first, and
-/// some 40 ms of speech would be lost over it.
-constexpr auto fragment = 20ms;
+/// quickly, but not below the 1024 frames in which PipeWire usually works: for less it would change its pace
+/// when another program has the microphone open already, and lose some 40 ms of speech over it.
+constexpr auto fragment = 25ms;
 
 constexpr pa_usec_t microseconds(Duration duration) {
     return static_cast<pa_usec_t>(std::chrono::duration_cast<std::chrono::microseconds>(duration).count());
@@ -160,13 +159,13 @@ void PulseRecordStream::catchUp(Duration limit, std::function<void()> caughtUp) 
 }
 
 void PulseRecordStream::onTiming() {
-    // The latency is what the microphone has heard and we have not received yet. Some servers count in blocks
-    // and tell less than there is, so that one fragment more is asked for in any case.
+    // The latency is what the microphone has heard and we have not received yet. Servers that work in blocks
+    // don't count the one that is not full yet: hence one fragment more.
     pa_usec_t latency = 0;
     int negative = 0;
     if (!m_caughtUp || pa_stream_get_latency(m_stream, &latency, &negative) < 0)
         return;
-    const auto wanted = std::max<pa_usec_t>(negative ? 0 : latency, microseconds(fragment));
+    const auto wanted = (negative ? 0 : latency) + microseconds(fragment);
     m_target = m_received + pa_usec_to_bytes(wanted, pa_stream_get_sample_spec(m_stream));
 }
 
