@@ -101,4 +101,9 @@ inline std::string nameOfKind(const testing::TestParamInfo<SoundServer::Kind>& i
     return info.param == SoundServer::Kind::PulseAudio ? "PulseAudio" : "PipeWire";
 }
 
+/// For the test framework.
+inline void PrintTo(SoundServer::Kind kind, std::ostream* out) {
+    *out << nameOfKind({kind, 0});
+}
+
 } // namespace talvera::test

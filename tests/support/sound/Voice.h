@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/linux/pulse/PulseLoop.h"
-
-#include <pulse/context.h>
-#include <pulse/stream.h>
+#include "spawn.h"
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
 namespace talvera::test {
 
-/// Speaks into a virtual microphone: silence as long as nothing else is asked for.
+/// Speaks into a virtual microphone: silence as long as nothing else is asked for. The speaking is done by a
+/// program of its own (VoiceProgram.cpp). Every function throws std::runtime_error when the sound server is
+/// gone.
 class Voice {
 public:
     /// Plays to `sink` of the server at `address`, in the sink's own rate; every channel says the same.
@@ -23,9 +21,9 @@ public:
     ~Voice();
 
     /// Says these samples once, as soon as possible.
-    void say(std::vector<std::int16_t> samples);
+    void say(const std::vector<std::int16_t>& samples);
     /// The same, and returns when they have been said.
-    void sayAndWait(std::vector<std::int16_t> samples);
+    void sayAndWait(const std::vector<std::int16_t>& samples);
 
     /// From now on says numbers that go up by one with each frame, from 1 to countPeriod and again, so that a
     /// listener knows which frame it hears. Returns when that can be heard.
@@ -42,17 +40,13 @@ public:
     std::int64_t framesSaid();
 
 private:
-    void write(std::size_t bytes);
-    std::int16_t nextSample();
+    std::int64_t ask(const std::string& command, const std::vector<std::int16_t>& samples = {});
+    std::string readLine();
 
-    PulseLoop m_loop;
-    std::size_t m_channels;
-    pa_context* m_context = nullptr;
-    pa_stream* m_stream = nullptr;
-    std::int64_t m_frame = 0;
-    bool m_counting = false;
-    std::vector<std::int16_t> m_words;
-    std::size_t m_nextWord = 0;
+    pid_t m_program;
+    int m_commands = -1; ///< what the program reads
+    int m_answers = -1;  ///< what it writes
+    std::int64_t m_rate;
 };
 
 } // namespace talvera::test
