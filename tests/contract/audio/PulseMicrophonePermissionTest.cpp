@@ -29,7 +29,19 @@ public:
     }
     SilentServer(const SilentServer&) = delete;
     SilentServer& operator=(const SilentServer&) = delete;
-    ~SilentServer() { close(m_socket); }
+    ~SilentServer() {
+        close(m_socket);
+        for (const int guest : m_guests)
+            close(guest);
+    }
+
+    /// Takes in the next one who connects and answers with bytes that mean nothing.
+    void talkNonsense() {
+        const int guest = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
+        const std::string nonsense(4096, '\xEE');
+        EXPECT_GT(send(guest, nonsense.data(), nonsense.size(), MSG_NOSIGNAL), 0);
+        m_guests.push_back(guest);
+    }
 
     std::string address() const {
         return "unix:" + m_directory.filePath(QStringLiteral("native")).toStdString();
@@ -38,6 +50,7 @@ public:
 private:
     QTemporaryDir m_directory;
     int m_socket;
+    std::vector<int> m_guests;
 };
 
 } // namespace
@@ -153,4 +166,14 @@ TEST_F(SilentServerTest, start_timesOutWithinASecondEachTime) {
         }
         EXPECT_LT(std::chrono::steady_clock::now() - before, 1700ms);
     }
+}
+
+TEST_F(SilentServerTest, nonsenseForAnAnswer_isDenied) {
+    PulseMicrophonePermission permission(connection);
+    bool answered = false;
+    permission.requestAccess([&] { answered = true; });
+    server.talkNonsense();
+    while (!answered)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(permission.status(), AuthorizationStatus::Denied);
 }
