@@ -57,6 +57,8 @@ PulseRecordStream::PulseRecordStream(PulseConnection& connection, const Micropho
     , m_receive(std::move(receive))
     , m_ended(std::move(ended)) {
     auto* const context = connection.context();
+    if (!context)
+        throw failure(AudioEngineFailure::NoServer, "no connection to the sound server");
     const auto spec = specOf(format);
     const bool sameChannels = microphone.channelMap.channels == spec.channels;
     m_stream = pa_stream_new(context, "Dictation", &spec, sameChannels ? &microphone.channelMap : nullptr);
