@@ -146,9 +146,7 @@ void DictationController::giveUpRecording(const std::exception& error) {
     m_env.menuBar.showError(message, errorTime);
     m_env.hud.showNotice(message, DictationHUDState::NoticeTone::Warn, noticeTime);
     m_focusSnapshot.reset();
-    deleteFile(*m_currentWav);
-    m_currentWav.reset();
-    m_pressStartedAt.reset();
+    forgetPress();
 }
 
 void DictationController::endPress() {
@@ -168,8 +166,12 @@ void DictationController::endPress() {
 
 /// The key came up before the hold delay ran out: a brief touch leaves no trace.
 void DictationController::cancelPendingPress() {
-    m_pendingRecordStart->cancel();
-    m_pendingRecordStart.reset();
+    if (const auto pending = std::exchange(m_pendingRecordStart, std::nullopt))
+        pending->cancel();
+    forgetPress();
+}
+
+void DictationController::forgetPress() {
     if (m_currentWav)
         deleteFile(*m_currentWav);
     m_currentWav.reset();

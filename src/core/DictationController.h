@@ -55,6 +55,7 @@ private:
 
     void endPress();
     void cancelPendingPress();
+    void forgetPress();
     void finishRecording(const QString& wav);
     void discardRecording(const QString& wav);
     void deleteFile(const QString& path);

@@ -48,10 +48,9 @@ struct DictationHUDState {
 
     DictationHUDState() = default;
     template <typename Case>
-    requires(std::is_constructible_v<Value, Case> &&
-             !std::is_same_v<std::remove_cvref_t<Case>, DictationHUDState>)
-        DictationHUDState(Case&& shown) // NOLINT(google-explicit-constructor): a case is a state
-        : value(std::forward<Case>(shown)) {}
+    requires(std::is_constructible_v<Value, Case> && !std::is_same_v<Case, DictationHUDState>)
+        DictationHUDState(Case shown) // NOLINT(google-explicit-constructor): a case is a state
+        : value(std::move(shown)) {}
 
     /// The case if the state is that one, else null.
     template <typename Case>

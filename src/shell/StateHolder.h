@@ -18,13 +18,13 @@ struct StateHolder {
     std::function<void()> permissionOpenSettings;
 
     /// The user clicked the one or the other. What they do may take the functions away, so copies run.
-    void dismissPermission() const { run(permissionDismiss); }
-    void openPermissionSettings() const { run(permissionOpenSettings); }
+    void dismissPermission() const { runCopy(permissionDismiss); }
+    void openPermissionSettings() const { runCopy(permissionOpenSettings); }
 
 private:
-    static void run(std::function<void()> action) {
-        if (action)
-            action();
+    static void runCopy(const std::function<void()>& action) {
+        if (const auto copy = action)
+            copy();
     }
 };
 
