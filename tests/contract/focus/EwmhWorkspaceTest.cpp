@@ -8,7 +8,7 @@
 #include "platform/linux/xdg/DesktopEntryCatalog.h"
 
 #include <QDir>
-#include <QFile>
+#include <QSaveFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -45,10 +45,12 @@ protected:
     EwmhWindows windows{*connection};
 
     /// Installs an application and makes the workspace, if that has not been done before.
+    // Whole from the start, as package managers do it.
     void install(const QString& id, const QByteArray& rest) {
-        QFile file(applications.filePath(id + ".desktop"));
+        QSaveFile file(applications.filePath(id + ".desktop"));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("[Desktop Entry]\nType=Application\n" + rest);
+        ASSERT_TRUE(file.commit());
     }
     void start(const QStringList& languages = {}) {
         installed.emplace(QStringList{applications.path()}, languages);
