@@ -46,11 +46,24 @@ void ThreadSerialQueue::run() {
 }
 
 void ThreadBackgroundPool::run(std::function<void()> work, std::function<void()> done) {
-    std::thread([&actor = m_mainActor, work = std::move(work), done = std::move(done)]() mutable {
+    {
+        const std::scoped_lock lock(m_mutex);
+        ++m_running;
+    }
+    std::thread([this, work = std::move(work), done = std::move(done)]() mutable {
         pthread_setname_np(pthread_self(), "background");
         work();
-        actor.post(std::move(done));
+        work = nullptr; // what it holds may not outlive the pool
+        m_mainActor.post(std::move(done));
+        const std::scoped_lock lock(m_mutex);
+        if (--m_running == 0)
+            m_idle.notify_all();
     }).detach();
+}
+
+void ThreadBackgroundPool::finish() {
+    std::unique_lock lock(m_mutex);
+    m_idle.wait(lock, [this] { return m_running == 0; });
 }
 
 } // namespace talvera

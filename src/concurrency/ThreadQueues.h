@@ -40,11 +40,18 @@ class ThreadBackgroundPool final : public BackgroundPool {
 public:
     explicit ThreadBackgroundPool(MainActor& mainActor)
         : m_mainActor(mainActor) {}
+    ~ThreadBackgroundPool() override { finish(); }
 
     void run(std::function<void()> work, std::function<void()> done) override;
 
+    /// Waits until all work has ended.
+    void finish();
+
 private:
     MainActor& m_mainActor;
+    std::mutex m_mutex; // guards what follows
+    std::condition_variable m_idle;
+    int m_running = 0;
 };
 
 } // namespace talvera

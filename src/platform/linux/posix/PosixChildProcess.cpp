@@ -11,6 +11,7 @@
 #include <ctime>
 
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/wait.h>
 
 namespace talvera {
@@ -100,45 +101,69 @@ private:
     Clock::time_point m_lastWork = m_start;
 };
 
-/// Waits for the child's end or a piece of its standard error; true when it has ended.
-bool waitForEnd(const LaunchedChild& child, ErrorCollector& errors, milliseconds atMost) {
-    std::array<pollfd, 2> events = {
-        {{child.handle.get(), POLLIN, 0}, {errors.descriptor(), POLLIN, 0}}}; // -1 is passed over
+enum class News { None, ChildEnded, EndAll };
+
+constexpr int nothingToWatch = -1; // passed over by poll()
+
+/// Waits for the child's end, for a piece of its standard error or for the end of everything.
+News waitForNews(const LaunchedChild& child, ErrorCollector& errors, int ending, milliseconds atMost) {
+    std::array<pollfd, 3> events = {
+        {{child.handle.get(), POLLIN, 0}, {errors.descriptor(), POLLIN, 0}, {ending, POLLIN, 0}}};
     if (::poll(events.data(), events.size(), static_cast<int>(atMost.count())) <= 0)
-        return false;
-    const bool ended = events[0].revents != 0;
+        return News::None;
     errors.drain();
-    return ended;
+    if (events[0].revents != 0)
+        return News::ChildEnded;
+    return events[2].revents != 0 ? News::EndAll : News::None;
 }
 
-/// True when the child had to be killed.
-bool waitOrKill(const LaunchedChild& child, ErrorCollector& errors, const PosixChildProcess::Limits& limits) {
-    Watchdog watchdog(child.pid, limits);
-    while (!waitForEnd(child, errors, watchdog.patience())) {
-        watchdog.look();
-        if (!watchdog.barks())
-            continue;
-        ::kill(-child.pid, SIGKILL);
-        const auto givingUp = Clock::now() + patienceWithAKilledChild;
-        while (!waitForEnd(child, errors, patienceWithAKilledChild) && Clock::now() < givingUp) {
-        }
-        return true;
+/// Ends the child and all that it has started.
+void killAndAwait(const LaunchedChild& child, ErrorCollector& errors) {
+    ::kill(-child.pid, SIGKILL);
+    const auto givingUp = Clock::now() + patienceWithAKilledChild;
+    while (Clock::now() < givingUp &&
+           waitForNews(child, errors, nothingToWatch, patienceWithAKilledChild) != News::ChildEnded) {
     }
-    return false;
+}
+
+enum class Ending { ByItself, Hung, WithEverything };
+
+Ending awaitEnd(const LaunchedChild& child, ErrorCollector& errors, int ending,
+                const PosixChildProcess::Limits& limits) {
+    Watchdog watchdog(child.pid, limits);
+    for (;;) {
+        const auto news = waitForNews(child, errors, ending, watchdog.patience());
+        if (news == News::ChildEnded)
+            return Ending::ByItself;
+        watchdog.look();
+        if (news == News::EndAll || watchdog.barks()) {
+            killAndAwait(child, errors);
+            return news == News::EndAll ? Ending::WithEverything : Ending::Hung;
+        }
+    }
 }
 
 } // namespace
+
+PosixChildProcess::PosixChildProcess(Limits limits)
+    : m_limits(limits)
+    , m_ending(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+
+void PosixChildProcess::endAll() {
+    ::eventfd_write(m_ending.get(), 1);
+}
 
 ChildProcessResult PosixChildProcess::run(const ChildProcessRequest& request) {
     auto child = launchChild(request);
     ErrorCollector errors(std::move(child.standardError));
     ChildProcessResult result;
-    result.hung = waitOrKill(child, errors, m_limits);
+    const auto ending = awaitEnd(child, errors, m_ending.get(), m_limits);
+    result.hung = ending == Ending::Hung;
 
     int status = 0;
     pid_t waited = -1;
     do {
-        waited = ::waitpid(child.pid, &status, result.hung ? WNOHANG : 0);
+        waited = ::waitpid(child.pid, &status, ending == Ending::ByItself ? 0 : WNOHANG);
     } while (waited < 0 && errno == EINTR);
     errors.drain();
     result.standardError = errors.text();

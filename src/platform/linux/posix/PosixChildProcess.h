@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/ChildProcess.h"
+#include "platform/linux/posix/FileDescriptor.h"
 
 #include <chrono>
 
@@ -20,14 +21,19 @@ public:
         std::chrono::milliseconds total = std::chrono::minutes(30); ///< in all
     };
 
-    PosixChildProcess() = default;
-    explicit PosixChildProcess(Limits limits)
-        : m_limits(limits) {}
+    PosixChildProcess()
+        : PosixChildProcess(Limits{}) {}
+    explicit PosixChildProcess(Limits limits);
 
     ChildProcessResult run(const ChildProcessRequest& request) override;
 
+    /// Kills every child that runs, and every one that is started later, so that all runs end soon. Any
+    /// thread; for the end of the process.
+    void endAll();
+
 private:
     Limits m_limits;
+    FileDescriptor m_ending; ///< an event that is set for good by endAll
 };
 
 } // namespace talvera

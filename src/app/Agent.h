@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/AppDelegate.h"
+#include "core/Warmup.h"
+#include "delivery/FocusTracker.h"
+#include "delivery/TextInserter.h"
+#include "hotkeys/HotkeyManager.h"
+#include "hotkeys/TranslateToggleHotkey.h"
+#include "models/ModelStore.h"
+#include "persistence/AppSettings.h"
+#include "persistence/PreferredDelivery.h"
+#include "persistence/StatsStore.h"
+#include "shell/DictationHUDController.h"
+#include "shell/MenuBarController.h"
+#include "shell/ReadinessMonitor.h"
+#include "shell/onboarding/OnboardingController.h"
+#include "shell/onboarding/OnboardingWindow.h"
+#include "speech/AudioRecorder.h"
+#include "speech/ChunkedTranscription.h"
+#include "speech/WhisperRunner.h"
+
+#include <memory>
+
+namespace talvera {
+
+class Machine;
+
+/// The program's logic, joined to the machine. Main thread only.
+class Agent {
+public:
+    /// The machine outlives the agent.
+    explicit Agent(Machine& machine);
+    ~Agent();
+    Agent(const Agent&) = delete;
+    Agent& operator=(const Agent&) = delete;
+
+    void launch();
+
+    /// The user has started the program a second time.
+    void startedAgain();
+
+private:
+    AgentEnvironment environment();
+
+    Machine& m_machine;
+    AppSettings m_settings;
+    ModelStore m_models;
+    AudioRecorder m_recorder;
+    WhisperRunner m_whisper;
+    ChunkedTranscription m_transcription;
+    DictationHUDController m_hud;
+    MenuBarController m_menuBar;
+    ReadinessMonitor m_readiness;
+    FocusTracker m_focus;
+    PreferredDelivery m_delivery;
+    TextInserter m_inserter;
+    HotkeyManager m_hotkey;
+    TranslateToggleHotkey m_translateToggle;
+    NoStatsStore m_stats;
+    OnboardingController m_onboarding;
+    OnboardingWindow m_onboardingWindow;
+    Warmup m_warmup;
+    std::shared_ptr<AppDelegate> m_delegate;
+};
+
+} // namespace talvera

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/QtMainActor.h"
+#include "concurrency/ThreadQueues.h"
+#include "platform/Directories.h"
+#include "platform/absent/NoLanguageModel.h"
+#include "platform/absent/NoLoginItem.h"
+#include "platform/absent/NoSettingsPanels.h"
+#include "platform/absent/NoSoundPlayer.h"
+#include "platform/linux/atspi/AtspiAccessibility.h"
+#include "platform/linux/audio/SndFileReader.h"
+#include "platform/linux/audio/SoxrAudioConverter.h"
+#include "platform/linux/cld2/Cld2LanguageRecognizer.h"
+#include "platform/linux/posix/PosixApplicationHost.h"
+#include "platform/linux/posix/PosixChildProcess.h"
+#include "platform/linux/posix/PosixFileSystem.h"
+#include "platform/linux/posix/StandardConsole.h"
+#include "platform/linux/pulse/PulseAudioInput.h"
+#include "platform/linux/pulse/PulseConnection.h"
+#include "platform/linux/pulse/PulseMicrophonePermission.h"
+#include "platform/linux/x11/EwmhWorkspace.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11EventTapFactory.h"
+#include "platform/linux/x11/X11KeyEventPoster.h"
+#include "platform/linux/x11/X11Pasteboard.h"
+#include "platform/linux/x11/X11SessionAccess.h"
+#include "platform/linux/xdg/DesktopEntryCatalog.h"
+#include "platform/linux/xdg/JsonPreferenceStore.h"
+
+#include <memory>
+
+namespace talvera {
+
+/// The computer and the session that the agent runs in: one of each thing that it asks of them. Made once, in
+/// the main thread.
+class Machine {
+public:
+    /// `connection` may be null: then nothing of X11 works, and says so.
+    Machine(QtMainActor& mainActor, StandardConsole& console, Directories directories,
+            std::unique_ptr<X11Connection> connection);
+
+    ~Machine() { endWork(); }
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    /// Ends what runs in the background and waits for its end. What has been said to be typed is typed.
+    void endWork();
+
+    QtMainActor& actor;
+    StandardConsole& console;
+    const Directories directories;
+    const std::unique_ptr<X11Connection> x11;
+
+    PosixFileSystem files;
+    PosixChildProcess processes;
+    PosixApplicationHost application;
+    ThreadSerialQueue preferenceWriter{"Preferences"};
+    JsonPreferenceStore preferences;
+
+    // What the user types and where it goes
+    X11EventTapFactory keyboard{actor};
+    DesktopEntryCatalog installed{DesktopEntryCatalog::sessionDirectories(),
+                                  DesktopEntryCatalog::sessionLanguages()};
+    EwmhWorkspace workspace{x11.get(), installed};
+    X11SessionAccess access{x11.get()};
+    AtspiAccessibility accessibility{workspace, access};
+    X11KeyEventPoster keys;
+    X11Pasteboard pasteboard;
+
+    // What the user says
+    PulseConnection sound{actor};
+    PulseAudioInput microphone{sound};
+    PulseMicrophonePermission microphonePermission{sound};
+    SoxrAudioConverterFactory converters;
+    SndFileReader audioFiles;
+    Cld2LanguageRecognizer languageRecognizer;
+
+    NoLanguageModel languageModel;
+    NoLoginItem loginItem;
+    NoSettingsPanels settingsPanels{console};
+    NoSoundPlayer sounds;
+
+    // Last, so that their jobs end before what these work with does.
+    ThreadSerialQueue typing{"Paster.typing"};
+    ThreadBackgroundPool background{actor};
+};
+
+} // namespace talvera

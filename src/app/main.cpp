@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#include "app/Agent.h"
+#include "app/Machine.h"
+#include "platform/PlatformError.h"
+#include "platform/linux/posix/SingleInstance.h"
+#include "platform/linux/posix/TerminationSignals.h"
+#include "platform/linux/posix/leftRecordings.h"
+#include "platform/linux/xdg/ApplicationId.h"
+#include "platform/linux/xdg/XdgDirectories.h"
+
+#include <QGuiApplication>
+
+#include <cstdlib>
+#include <cstring>
+
+using namespace talvera;
+
+namespace {
+
+/// Runs the agent until the session or the user ends it.
+int run(int argc, char** argv, StandardConsole& console, const Directories& directories) {
+    SingleInstance instance(directories.temporary);
+    if (!instance.isFirst()) {
+        console.print(instance.tellFirst() ? QStringLiteral("[app] Talvera is running already")
+                                           : QStringLiteral("[app] Talvera is running, but does not answer"));
+        return EXIT_SUCCESS;
+    }
+    removeLeftRecordings(directories.temporary);
+
+    auto x11 = X11Connection::open();
+    if (!x11) {
+        console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
+        return EXIT_FAILURE;
+    }
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(ApplicationId));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    TerminationSignals termination([] { QCoreApplication::quit(); });
+
+    QtMainActor actor;
+    int status = EXIT_SUCCESS;
+    {
+        Machine machine(actor, console, directories, std::move(x11));
+        Agent agent(machine);
+        instance.onSecondStart([&agent] { agent.startedAgain(); });
+        actor.post([&agent] { agent.launch(); });
+        status = QGuiApplication::exec();
+    }
+    removeLeftRecordings(directories.temporary);
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {
+        StandardConsole().print(QStringLiteral("Talvera " TALVERA_VERSION));
+        return EXIT_SUCCESS;
+    }
+    StandardConsole console;
+    try {
+        return run(argc, argv, console, XdgDirectories::directories());
+    } catch (const PlatformError& error) {
+        console.log(QStringLiteral("Talvera can't start: ") + error.message());
+        return EXIT_FAILURE;
+    }
+}
