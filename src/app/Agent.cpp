@@ -68,6 +68,8 @@ AgentEnvironment Agent::environment() {
 }
 
 void Agent::launch() {
+    if (StateTrace::isWanted())
+        m_trace.emplace(m_machine.console, StateTrace::Subjects{m_menuBar, m_hud, m_readiness});
     m_delegate->applicationDidFinishLaunching();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/StateTrace.h"
 #include "core/AppDelegate.h"
 #include "core/Warmup.h"
 #include "delivery/FocusTracker.h"
@@ -21,6 +22,7 @@
 #include "speech/WhisperRunner.h"
 
 #include <memory>
+#include <optional>
 
 namespace talvera {
 
@@ -62,6 +64,7 @@ private:
     OnboardingWindow m_onboardingWindow;
     Warmup m_warmup;
     std::shared_ptr<AppDelegate> m_delegate;
+    std::optional<StateTrace> m_trace;
 };
 
 } // namespace talvera

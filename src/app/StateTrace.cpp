@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+#include "app/StateTrace.h"
+
+#include "platform/Console.h"
+#include "platform/MicrophonePermission.h"
+#include "shell/DictationHUDController.h"
+#include "shell/MenuBarController.h"
+#include "shell/ReadinessMonitor.h"
+
+namespace talvera {
+
+namespace {
+
+using HUD = DictationHUDState;
+
+struct HUDName {
+    QString operator()(const HUD::Hidden&) const { return QStringLiteral("hidden"); }
+    QString operator()(const HUD::Listening&) const { return QStringLiteral("listening"); }
+    QString operator()(const HUD::Transcribing&) const { return QStringLiteral("transcribing"); }
+    QString operator()(const HUD::Translating&) const { return QStringLiteral("translating"); }
+    QString operator()(const HUD::Notice& notice) const {
+        const auto tone =
+            notice.tone == HUD::NoticeTone::Warn ? QStringLiteral("warn") : QStringLiteral("info");
+        return QStringLiteral("notice %1: %2").arg(tone, notice.text);
+    }
+    QString operator()(const HUD::PermissionRequired& card) const {
+        return card.kind == HUD::PermissionKind::Microphone ? QStringLiteral("permission microphone")
+                                                            : QStringLiteral("permission accessibility");
+    }
+};
+
+QString stateLine(const MenuBarController::State& state) {
+    return QStringLiteral("state ") + caseName(state);
+}
+
+QString hudLine(const HUD& state) {
+    return QStringLiteral("hud ") + std::visit(HUDName(), state.value);
+}
+
+QString microphoneLine(const AuthorizationStatus& status) {
+    switch (status) {
+    case AuthorizationStatus::NotDetermined:
+        return QStringLiteral("microphone notDetermined");
+    case AuthorizationStatus::Restricted:
+        return QStringLiteral("microphone restricted");
+    case AuthorizationStatus::Denied:
+        return QStringLiteral("microphone denied");
+    case AuthorizationStatus::Authorized:
+        return QStringLiteral("microphone authorized");
+    }
+    Q_UNREACHABLE();
+}
+
+QString accessibilityLine(const bool& trusted) {
+    return trusted ? QStringLiteral("accessibility trusted") : QStringLiteral("accessibility untrusted");
+}
+
+} // namespace
+
+bool StateTrace::isWanted() {
+    return qgetenv("TALVERA_TRACE") == "1";
+}
+
+StateTrace::StateTrace(Console& console, Subjects subjects)
+    : m_console(console) {
+    follow(subjects.menuBar.state, stateLine);
+    follow(subjects.hud.stateHolder().state, hudLine);
+    follow(subjects.readiness.micStatus, microphoneLine);
+    follow(subjects.readiness.axTrusted, accessibilityLine);
+}
+
+template <typename T>
+void StateTrace::follow(Published<T>& published, QString (*line)(const T&)) {
+    const auto print = [&console = m_console, line](const T& value) {
+        console.print(QStringLiteral("[trace] ") + line(value));
+    };
+    print(published.get());
+    m_subscriptions.push_back(published.observe(print));
+}
+
+} // namespace talvera

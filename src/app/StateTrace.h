@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/Published.h"
+
+namespace talvera {
+
+class Console;
+class DictationHUDController;
+class MenuBarController;
+class ReadinessMonitor;
+
+/// Prints a line whenever the agent's state changes, for tests and for whoever looks for a fault:
+///   [trace] state idle|recording|transcribing|error
+///   [trace] hud hidden|listening|transcribing|translating|permission KIND|notice TONE: TEXT
+///   [trace] microphone authorized|denied|restricted|notDetermined
+///   [trace] accessibility trusted|untrusted
+/// It begins with how things stand, and never tells what the user has said. Main thread only.
+class StateTrace {
+public:
+    struct Subjects {
+        MenuBarController& menuBar;
+        DictationHUDController& hud;
+        ReadinessMonitor& readiness;
+    };
+
+    /// $TALVERA_TRACE is 1.
+    static bool isWanted();
+
+    /// The subjects and the console outlive it.
+    StateTrace(Console& console, Subjects subjects);
+
+private:
+    template <typename T>
+    void follow(Published<T>& published, QString (*line)(const T&));
+
+    Console& m_console;
+    Cancellables m_subscriptions;
+};
+
+} // namespace talvera
