@@ -49,14 +49,12 @@ void Voice::say(const std::vector<std::int16_t>& samples) {
 
 void Voice::sayAndWait(const std::vector<std::int16_t>& samples) {
     const auto end = ask("say " + std::to_string(samples.size()), samples);
-    while (framesSaid() < end)
-        ;
+    ask("await " + std::to_string(end));
 }
 
 void Voice::count() {
     const auto first = ask("count");
-    while (framesSaid() <= first + m_rate / 10)
-        ;
+    ask("await " + std::to_string(first + m_rate / 10 + 1));
 }
 
 std::int64_t Voice::framesSaid() {

@@ -6,15 +6,18 @@
 //   say N, then N samples of 16 bits     says them as soon as possible; answers the frame behind them
 //   count                                says each frame's number from now on; answers the first such frame
 //   said                                 answers the frame that is being said
+//   await F                              answers when frame F has been said
 #include <pulse/context.h>
 #include <pulse/rtclock.h>
 #include <pulse/stream.h>
 #include <pulse/thread-mainloop.h>
 
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -101,6 +104,14 @@ public:
         return static_cast<std::int64_t>(time * m_spec.rate / 1000000);
     }
 
+    /// Sleeps as long as the frames until then take, since the server doesn't tell when it has come so far.
+    std::int64_t await(std::int64_t frame) {
+        auto now = said();
+        for (; now < frame && PA_STREAM_IS_GOOD(pa_stream_get_state(m_stream)); now = said())
+            std::this_thread::sleep_for(std::chrono::milliseconds((frame - now) * 1000 / m_spec.rate + 1));
+        return now;
+    }
+
 private:
     static void wake(void* loop) { pa_threaded_mainloop_signal(static_cast<pa_threaded_mainloop*>(loop), 0); }
 
@@ -156,6 +167,8 @@ int main(int argc, char** argv) {
             if (std::fread(samples.data(), sizeof(std::int16_t), samples.size(), stdin) != samples.size())
                 break;
             answer(speaker.say(std::move(samples)));
+        } else if (std::strncmp(line, "await ", 6) == 0) {
+            answer(speaker.await(std::strtoll(line + 6, nullptr, 10)));
         } else if (std::strcmp(line, "count\n") == 0) {
             answer(speaker.count());
         } else {
