@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QJsonObject>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+namespace talvera::test {
+
+/// A home of the agent's own: its preferences, with the wizard done, and its data, with the micro model in
+/// the place of the real one. What the agent stores there stays for the next agent of the same home.
+class AgentHome {
+public:
+    /// `preferences` in the form of the file that holds them, see docs/preferences.md.
+    void setPreferences(const QJsonObject& preferences);
+    /// Puts these bytes in the place of the preferences' file.
+    void setPreferencesFile(const QByteArray& bytes);
+    QString preferencesFile() const { return m_directory.filePath("config/Talvera/preferences.json"); }
+
+    /// What makes an agent live here, and tell what it does.
+    QProcessEnvironment environment() const;
+
+private:
+    QTemporaryDir m_directory;
+};
+
+} // namespace talvera::test

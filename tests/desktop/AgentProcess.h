@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AgentHome.h"
+
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+
+#include <sys/types.h>
+
+namespace talvera::test {
+
+/// The agent itself, as a session runs it, and what it prints. It ends with this object. Every function
+/// throws std::runtime_error, with the agent's lines so far, when what it waits for doesn't come in time.
+class AgentProcess {
+public:
+    static constexpr std::chrono::seconds Patience{30};
+
+    /// Starts the program and returns when it takes the hotkey.
+    explicit AgentProcess(const AgentHome& home, const QString& program = TALVERA_PROGRAM);
+    ~AgentProcess();
+    AgentProcess(const AgentProcess&) = delete;
+    AgentProcess& operator=(const AgentProcess&) = delete;
+
+    /// Reads on until the agent traces something that begins so, e.g. "state recording" or "hud notice". What
+    /// was read before is never looked at again, so that each of several waits is for a new event.
+    /// Answers what was traced.
+    QString await(const QString& traced);
+
+    /// How often the agent has traced exactly this, in what has been read by now.
+    qsizetype count(const QString& traced) const;
+
+    pid_t pid() const { return static_cast<pid_t>(m_process.processId()); }
+
+    /// Asks it to end, as a session does, and answers its exit status.
+    int end();
+    /// Ends it without a chance to tidy up. When this returns it is gone.
+    void kill();
+    /// Sends a signal and goes on, e.g. SIGSTOP.
+    void signal(int number) const;
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+
+private:
+    QString awaitLine(const QString& start);
+    [[noreturn]] void fail(const QString& what) const;
+
+    QProcess m_process;
+    QStringList m_lines;
+};
+
+} // namespace talvera::test

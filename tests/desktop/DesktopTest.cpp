@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#include "DesktopTest.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <thread>
+
+namespace talvera::test {
+
+namespace {
+
+QString temporaryDirectory() {
+    return qEnvironmentVariable("XDG_RUNTIME_DIR") + "/talvera";
+}
+
+QByteArray contentsOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+void DesktopTest::TearDown() {
+    if (!agent || !agent->isRunning())
+        return;
+    EXPECT_TRUE(isClean());
+    EXPECT_EQ(agent->end(), 0);
+    EXPECT_EQ(leftFiles(), QStringList());
+}
+
+void DesktopTest::startAgent(const QJsonObject& preferences) {
+    home.setPreferences(preferences);
+    startAgentAgain();
+}
+
+void DesktopTest::startAgentAgain() {
+    agent.emplace(home);
+    if (agent->count("microphone authorized") == 0)
+        agent->await("microphone authorized");
+}
+
+void DesktopTest::holdAndSay(const Samples& speech) {
+    keys.press(RightCtrl);
+    agent->await("state recording");
+    voice.sayAndWait(speech);
+    keys.release(RightCtrl);
+    agent->await("state transcribing");
+}
+
+testing::AssertionResult DesktopTest::isClean() {
+    // The recording is deleted a little after the state is idle again, which nobody tells.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (!leftFiles().isEmpty() || !recognisers().empty()) {
+        if (std::chrono::steady_clock::now() > deadline)
+            return testing::AssertionFailure() << "left: " << leftFiles().join(", ").toStdString() << "; "
+                                               << recognisers().size() << " recognisers";
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return testing::AssertionSuccess();
+}
+
+QStringList DesktopTest::leftFiles() {
+    auto files = QDir(temporaryDirectory())
+                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    files.removeAll("agent.lock");
+    files.removeAll("agent.socket");
+    return files;
+}
+
+std::vector<pid_t> DesktopTest::recognisers() {
+    const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
+    std::vector<pid_t> found;
+    for (const auto& process : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+        const QString directory = "/proc/" + process;
+        if (contentsOf(directory + "/comm") == "whisper-cli\n" &&
+            contentsOf(directory + "/environ").split('\0').contains(ours))
+            found.push_back(process.toInt());
+    }
+    return found;
+}
+
+} // namespace talvera::test

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "AgentHome.h"
+#include "AgentProcess.h"
+#include "RigInput.h"
+#include "Speech.h"
+#include "Voice.h"
+#include "receivers/Receiver.h"
+
+#include <QtGlobal>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace talvera::test {
+
+using Samples = std::vector<std::int16_t>;
+
+/// A test in which the user sits at the virtual desktop: they speak into its microphone and press keys on its
+/// keyboard, and the agent types into real applications. The helpers throw std::runtime_error when what they
+/// wait for doesn't happen, which ends the test.
+///
+///     startAgent();
+///     Receiver editor(Receiver::Kind::Gtk);
+///     holdAndSay(spoken("Good morning."));
+///     EXPECT_TRUE(editor.waitForText("Good morning."));
+///     agent->await("state idle");
+///
+/// Afterwards the agent is ended, and checked to have left nothing behind.
+class DesktopTest : public testing::Test {
+protected:
+    static constexpr int RightCtrl = 105; ///< the hotkey as long as no other is set
+
+    /// Ends the agent, if it still runs, and checks that it is clean.
+    void TearDown() override;
+
+    /// Starts the agent in `home` with these preferences beside those that skip the wizard.
+    void startAgent(const QJsonObject& preferences = {});
+    /// Starts it again after its end, with what it has stored.
+    void startAgentAgain();
+
+    /// Holds the hotkey, says this as soon as it is being recorded, and lets go. Returns when the agent has
+    /// begun to recognise.
+    void holdAndSay(const Samples& speech);
+
+    /// Whether, in a moment at most, the agent's directory for temporary files holds nothing of a dictation
+    /// and no recogniser runs in this desktop.
+    static testing::AssertionResult isClean();
+    /// What lies there, without what every running agent has there.
+    static QStringList leftFiles();
+    /// The recognisers that run in this desktop.
+    static std::vector<pid_t> recognisers();
+
+    RigInput keys;
+    AgentHome home;
+    std::optional<AgentProcess> agent;
+    Voice voice{qgetenv("PULSE_SERVER").toStdString(), "rigmic_feed", SpeechRate};
+
+private:
+    static constexpr int SpeechRate = 16000; ///< samples a second, as spoken() makes them
+};
+
+} // namespace talvera::test
