@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// What explains a label.
+Label {
+    color: Theme.textSecondary
+    font.pixelSize: Theme.sizeSmall
+}

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// One of our drawn symbols, in one colour and crisp at every size.
+Image {
+    property string name
+    property color color: Theme.text
+    property int size: 16
+
+    width: size
+    height: size
+    sourceSize: Qt.size(size, size)
+    source: name ? "image://symbol/" + name + "/" + color : ""
+    Accessible.ignored: true
+}

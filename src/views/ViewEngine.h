@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/Published.h"
+
+#include <QQmlEngine>
+#include <QVariantMap>
+
+#include <memory>
+
+class QQuickItem;
+
+namespace talvera {
+
+class DesktopAppearance;
+
+/// What all windows share: the QML engine and the theme, which follows the desktop between light and dark.
+/// Main thread only; outlives the views.
+class ViewEngine {
+public:
+    /// Chooses how windows are drawn and what of Qt stays unloaded. Before the QGuiApplication is made.
+    static void prepareProcess();
+
+    explicit ViewEngine(DesktopAppearance& appearance);
+    ~ViewEngine();
+    ViewEngine(const ViewEngine&) = delete;
+    ViewEngine& operator=(const ViewEngine&) = delete;
+
+    /// Makes the view of `name`.qml. It belongs to the caller. A view that can't be made ends the program: it
+    /// is part of it.
+    std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
+
+    QQmlEngine& engine() { return m_engine; }
+
+    /// The object that the views know as Theme.
+    QObject& theme() { return *m_theme; }
+
+private:
+    QQmlEngine m_engine;
+    QObject* m_theme;
+    Subscription m_appearance;
+};
+
+} // namespace talvera
