@@ -29,6 +29,8 @@ constexpr double minDuration = 28.0;
 constexpr Duration errorTime = seconds(4.0);
 constexpr Duration noticeTime = seconds(3.0);
 
+constexpr auto translationFailed = "Whisper --translate failed: ";
+
 using Tone = DictationHUDState::NoticeTone;
 
 QString count(const QString& text) {
@@ -49,13 +51,10 @@ Task<void> OutputPipeline::runPipeline(Dictation dictation) {
     }
 
     const auto started = m_env.actor.now();
-    QString transcript;
-    try {
-        transcript = co_await recognise(request, WhisperMode::Transcribe);
-    } catch (const std::exception& error) {
-        failRecognition(request.wav, QStringLiteral("Whisper failed: "), error);
+    const auto pass = co_await recognise(request, WhisperMode::Transcribe, "Whisper failed: ");
+    if (!pass)
         co_return;
-    }
+    const auto& transcript = *pass;
     const double elapsed = toSeconds(m_env.actor.now() - started);
     m_env.actor.post([self, elapsed, transcript] {
         self->trace(QString::asprintf("[timing] whisper %.2fs", elapsed));
@@ -101,13 +100,10 @@ Task<void> OutputPipeline::runRoute(const Dictation& dictation, const QString& t
 Task<void> OutputPipeline::translateDirect(const Dictation& dictation) {
     const auto& request = dictation.request;
     const auto started = m_env.actor.now();
-    QString text;
-    try {
-        text = co_await recognise(request, WhisperMode::TranslateToEnglish);
-    } catch (const std::exception& error) {
-        failRecognition(request.wav, QStringLiteral("Whisper --translate failed: "), error);
+    const auto pass = co_await recognise(request, WhisperMode::TranslateToEnglish, translationFailed);
+    if (!pass)
         co_return;
-    }
+    const auto& text = *pass;
     trace(QString::asprintf("[timing] whisper(translate-direct) %.2fs",
                             toSeconds(m_env.actor.now() - started)));
     trace(QStringLiteral("[pipeline] whisper translate-direct (%1 chars)").arg(count(text)));
@@ -127,14 +123,10 @@ void OutputPipeline::insertPlain(const Dictation& dictation, const QString& tran
 Task<void> OutputPipeline::translateInSecondPass(const Dictation& dictation, const QString& transcript) {
     const auto& request = dictation.request;
     m_env.hud.update(DictationHUDState::Transcribing{});
-    QString text;
-    try {
-        text = co_await recognise(request, WhisperMode::TranslateToEnglish);
-    } catch (const std::exception& error) {
-        failRecognition(request.wav, QStringLiteral("Whisper --translate failed: "), error);
+    const auto pass = co_await recognise(request, WhisperMode::TranslateToEnglish, translationFailed);
+    if (!pass)
         co_return;
-    }
-    if (!text.isEmpty()) {
+    if (const auto& text = *pass; !text.isEmpty()) {
         deliver(dictation, text);
         trace(QStringLiteral("[en-target] Whisper --translate typed %1 chars.").arg(count(text)));
     } else if (!transcript.isEmpty()) {
@@ -149,14 +141,11 @@ Task<void> OutputPipeline::fallBackToWhisper(const Dictation& dictation) {
         QStringLiteral("(originalTarget=%1, reason=Apple Intelligence is off)").arg(request.target.code);
     trace(QStringLiteral("Running Whisper --translate fallback %1.").arg(why));
     m_env.hud.update(DictationHUDState::Transcribing{});
-    QString text;
-    try {
-        text = co_await recognise(request, WhisperMode::TranslateToEnglish);
-    } catch (const std::exception& error) {
-        failRecognition(request.wav, QStringLiteral("Whisper fallback also failed: "), error);
+    const auto pass =
+        co_await recognise(request, WhisperMode::TranslateToEnglish, "Whisper fallback also failed: ");
+    if (!pass)
         co_return;
-    }
-    if (!text.isEmpty()) {
+    if (const auto& text = *pass; !text.isEmpty()) {
         deliver(dictation, text);
         m_env.hud.showNotice(localized("hud.translate.whisperFallback",
                                        "Whisper translation — Apple Intelligence unavailable"),
@@ -176,9 +165,8 @@ void OutputPipeline::finishDictation(const QString& wav) {
     deleteRecording(wav);
 }
 
-void OutputPipeline::failRecognition(const QString& wav, const QString& traceText,
-                                     const std::exception& error) {
-    trace(traceText + QString::fromUtf8(error.what()));
+void OutputPipeline::failRecognition(const QString& wav, const char* traceText, const std::exception& error) {
+    trace(QString::fromUtf8(traceText) + QString::fromUtf8(error.what()));
     m_env.menuBar.showError(QStringLiteral("Transcription failed"), errorTime);
     m_env.hud.showNotice(QStringLiteral("Transcription failed"), Tone::Warn, noticeTime);
     deleteRecording(wav);
@@ -192,9 +180,16 @@ void OutputPipeline::deleteRecording(const QString& wav) {
     }
 }
 
-Task<QString> OutputPipeline::recognise(const DictationRequest& request, WhisperMode mode) {
-    return m_env.transcription.transcribeChunked(m_env.whisper, request.wav, mode, request.source,
-                                                 chunkSeconds, overlapSeconds, minDuration);
+Task<std::optional<QString>> OutputPipeline::recognise(const DictationRequest& request, WhisperMode mode,
+                                                       const char* failureText) {
+    try {
+        auto pass = m_env.transcription.transcribeChunked(m_env.whisper, request.wav, mode, request.source,
+                                                          chunkSeconds, overlapSeconds, minDuration);
+        co_return co_await pass;
+    } catch (const std::exception& error) {
+        failRecognition(request.wav, failureText, error);
+        co_return std::nullopt;
+    }
 }
 
 void OutputPipeline::deliver(const Dictation& dictation, const QString& text) {

@@ -43,10 +43,12 @@ private:
     /// The normal end of a route. A notice that delivery has just shown stays for its time.
     void finishDictation(const QString& wav);
     /// The end of a route whose recogniser failed.
-    void failRecognition(const QString& wav, const QString& traceText, const std::exception& error);
+    void failRecognition(const QString& wav, const char* traceText, const std::exception& error);
     void deleteRecording(const QString& wav);
 
-    Task<QString> recognise(const DictationRequest& request, WhisperMode mode);
+    /// One pass of the recogniser; nothing when it failed, by which the dictation has ended.
+    Task<std::optional<QString>> recognise(const DictationRequest& request, WhisperMode mode,
+                                           const char* failureText);
     void deliver(const Dictation& dictation, const QString& text);
     QString polishBackend(const DictationRequest& request) const;
     void trace(const QString& line) const { m_env.trace(line); }
