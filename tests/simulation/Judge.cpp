@@ -16,14 +16,6 @@ namespace {
 /// Waits that hold the main actor (a reactivation, a probe) can delay what is due meanwhile by this much.
 constexpr double slack = 0.45;
 
-bool isFrom(const std::string& state, std::initializer_list<const char*> states) {
-    for (const auto* candidate : states) {
-        if (state == candidate)
-            return true;
-    }
-    return false;
-}
-
 QString joined(const QStringList& texts) {
     QStringList parts;
     for (const auto& text : texts) {
@@ -107,8 +99,8 @@ void Judge::seeMenu(const std::string& state) {
     const double lasted = m_world.actor.elapsed() - std::exchange(m_menuSince, m_world.actor.elapsed());
     const bool legal = (state == "recording" && from == "idle") ||
                        (state == "transcribing" && from == "recording") ||
-                       (state == "error" && isFrom(from, {"idle", "recording", "transcribing"})) ||
-                       (state == "idle" && isFrom(from, {"recording", "transcribing", "error"}));
+                       (state == "error" && isOneOf(from, {"idle", "recording", "transcribing"})) ||
+                       (state == "idle" && isOneOf(from, {"recording", "transcribing", "error"}));
     if (!legal)
         complain(QStringLiteral("the menu went from %1 to %2")
                      .arg(QString::fromStdString(from), QString::fromStdString(state)));
@@ -245,6 +237,14 @@ void Judge::seeActivation() {
         m_inFlight->activated = true;
 }
 
+bool Judge::isOneOf(const std::string& state, std::initializer_list<const char*> states) {
+    for (const auto* candidate : states) {
+        if (state == candidate)
+            return true;
+    }
+    return false;
+}
+
 bool Judge::toolIsMissing() const {
     return !m_world.agent().models.isReady() ||
            !m_world.disk.isExecutableFile(m_world.agent().whisper.binaryPath());
@@ -326,86 +326,6 @@ void Judge::expectNotice(const QString& part) {
             return;
     }
     complain(QStringLiteral("no notice \"…%1…\"").arg(part));
-}
-
-void Judge::judgeRest() {
-    auto& agent = m_world.agent();
-    if (m_menu != "idle")
-        complain(QStringLiteral("at rest the menu is at ") + QString::fromStdString(m_menu));
-    if (m_inFlight)
-        complain(QStringLiteral("at rest a dictation is still in flight"));
-    if (agent.delegate->dictation().hasPendingRecordStart())
-        complain(QStringLiteral("at rest a press is still waiting"));
-    if (agent.recorder.isRecording() || m_world.microphone.isRunning())
-        complain(QStringLiteral("at rest the microphone is open"));
-    if (m_world.actor.hasTimers())
-        complain(QStringLiteral("at rest a timer is running"));
-    if (m_world.keys.keysDown() != 0 || m_world.keys.openSessions() != 0)
-        complain(QStringLiteral("at rest a key is down"));
-    if (m_noticeDue)
-        complain(QStringLiteral("a failure was never told: ") + *m_noticeDue);
-    judgeHUDAtRest();
-    judgeFiles();
-    judgeDeliveries();
-}
-
-void Judge::judgeHUDAtRest() {
-    const auto state = test::caseName(m_world.agent().hud.currentState());
-    const auto* panel = m_world.agent().panel;
-    const bool visible = panel && panel->isVisible();
-    if (!isFrom(state, {"hidden", "listening", "permissionRequired"}) ||
-        (state == "listening" && !m_listeningMayStay))
-        complain(QStringLiteral("at rest the HUD is at ") + QString::fromStdString(state));
-    if (visible != (state != "hidden"))
-        complain(visible ? QStringLiteral("at rest an empty HUD is shown")
-                         : QStringLiteral("at rest the HUD is not shown"));
-}
-
-/// Nothing is left but what is known to be left, and all of that.
-void Judge::judgeFiles() {
-    std::set<QString> left;
-    for (const auto& path : m_world.disk.files()) {
-        if (path.startsWith(m_world.directories.temporary))
-            left.insert(path);
-    }
-    for (const auto& path : left) {
-        if (!m_expectedLeaks.contains(path))
-            complain(QStringLiteral("a file was left: ") + path);
-    }
-    for (const auto& path : m_expectedLeaks) {
-        if (!left.contains(path))
-            complain(QStringLiteral("a file is gone that should have been left: ") + path);
-    }
-    m_tally.acceptedLeaks += m_expectedLeaks.size();
-    m_expectedLeaks.clear();
-    for (const auto& path : left) {
-        m_world.disk.failRemovals(path, 0);
-        m_world.disk.remove(path);
-    }
-}
-
-void Judge::judgeDeliveries() {
-    std::size_t next = 0;
-    for (const auto& effect : m_world.effects) {
-        if (!isFrom(effect.effect, {"type", "paste", "clipboard"}))
-            continue;
-        const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
-        if (next == m_expectedDeliveries.size()) {
-            complain(QStringLiteral("delivered without a reason: ") + effect.text());
-            break;
-        }
-        const auto& expected = m_expectedDeliveries[next++];
-        if (effect.effect != expected.effect || text != expected.text)
-            complain(QStringLiteral("delivered \"%1\" instead of \"%2 %3\"")
-                         .arg(effect.text(), QString::fromStdString(expected.effect), expected.text));
-        if (effect.effect != "clipboard")
-            m_textReceived += text;
-    }
-    if (next < m_expectedDeliveries.size())
-        complain(QStringLiteral("never delivered: ") + m_expectedDeliveries[next].text);
-    if (m_world.keys.text() != m_textReceived)
-        complain(QStringLiteral("the application got something else than what was delivered"));
-    m_expectedDeliveries.clear();
 }
 
 } // namespace talvera::simulation

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <initializer_list>
 #include <optional>
 #include <set>
 #include <vector>
@@ -90,6 +91,7 @@ private:
 
     bool translatesDirectly() const;
     bool toolIsMissing() const;
+    static bool isOneOf(const std::string& state, std::initializer_list<const char*> states);
 
     test::SimulatedWorld& m_world;
     std::optional<QString> m_violation;

@@ -15,6 +15,14 @@
 
 namespace talvera::simulation {
 
+/// The applications that run on the simulated desktop.
+namespace desktop {
+inline const RunningApplication editor{100, QStringLiteral("org.example.editor"), QStringLiteral("Editor")};
+inline const RunningApplication mail{200, QStringLiteral("org.example.mail"), QStringLiteral("Mail")};
+inline const RunningApplication nameless{300, std::nullopt, std::nullopt};
+inline const RunningApplication ourselves{400, QStringLiteral("talvera"), QStringLiteral("Talvera")};
+} // namespace desktop
+
 /// One agent's life on a machine on which things go wrong: presses of the hotkey at every moment, and faults
 /// of everything around it, all from one seed.
 class Simulation {

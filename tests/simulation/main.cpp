@@ -12,20 +12,22 @@ namespace {
 struct Arguments {
     std::uint64_t first = 1;
     std::uint64_t count = 100;
+    std::uint64_t leastDictations = 0;
     bool tells = false; ///< the whole account of the last round
 };
 
 [[noreturn]] void usage() {
-    std::cerr << "usage: simulation [--seeds FIRST COUNT | --seed N]\n";
+    std::cerr << "usage: simulation [--seeds FIRST COUNT [LEAST-DICTATIONS] | --seed N]\n";
     std::exit(2);
 }
 
 Arguments parse(int argc, char** argv) {
+    const auto number = [&](int index) { return std::strtoull(argv[index], nullptr, 10); };
     Arguments arguments;
     if (argc == 3 && std::strcmp(argv[1], "--seed") == 0) {
-        arguments = {std::strtoull(argv[2], nullptr, 10), 1, true};
-    } else if (argc == 4 && std::strcmp(argv[1], "--seeds") == 0) {
-        arguments = {std::strtoull(argv[2], nullptr, 10), std::strtoull(argv[3], nullptr, 10), false};
+        arguments = {number(2), 1, 0, true};
+    } else if ((argc == 4 || argc == 5) && std::strcmp(argv[1], "--seeds") == 0) {
+        arguments = {number(2), number(3), argc == 5 ? number(4) : 0, false};
     } else if (argc != 1) {
         usage();
     }
@@ -44,13 +46,18 @@ void print(const Tally& tally) {
 
 int main(int argc, char** argv) {
     const auto arguments = parse(argc, argv);
+    // Each seed is named before it is lived through: should one end in a crash or never, it is the last one
+    // named.
+    std::cout << "to see a seed again: " << argv[0] << " --seed N\nseeds" << std::flush;
     Tally total;
     for (auto seed = arguments.first; seed < arguments.first + arguments.count; ++seed) {
+        std::cout << ' ' << seed << std::flush;
         Simulation simulation(seed);
         simulation.run();
         total += simulation.tally();
         const auto& violation = simulation.violation();
         if (arguments.tells || violation) {
+            std::cout << '\n';
             for (const auto& line : simulation.account())
                 std::cout << line.toStdString() << '\n';
         }
@@ -60,7 +67,12 @@ int main(int argc, char** argv) {
             return 1;
         }
     }
-    std::cout << "seeds " << arguments.first << " to " << arguments.first + arguments.count - 1 << '\n';
+    std::cout << '\n';
     print(total);
+    if (total.dictations < arguments.leastDictations) {
+        std::cout << "these are fewer dictations than the " << arguments.leastDictations
+                  << " that are wanted\n";
+        return 1;
+    }
     return 0;
 }
