@@ -34,11 +34,11 @@ std::optional<AuthorizationStatus> microphoneFromName(const QString& name) {
     return std::nullopt;
 }
 
-/// The machine's own words for a state of the language model.
-QString reasonOf(AIAvailabilityState state) {
+/// The machine's own words for a state of the language model; nothing when it is there.
+std::optional<QString> reasonOf(AIAvailabilityState state) {
     switch (state) {
     case AIAvailabilityState::Available:
-        throw std::runtime_error("this build has no use for a language model yet");
+        return std::nullopt;
     case AIAvailabilityState::IntelligenceOff:
         return QStringLiteral("appleIntelligenceNotEnabled");
     case AIAvailabilityState::ModelNotReady:

@@ -212,6 +212,24 @@ TEST_F(Lifecycle, translateHotkey_flipsBetweenOffAndTheLastTarget) {
     EXPECT_EQ(world.settings.targetLanguageCode.get(), "de");
 }
 
+TEST_F(Lifecycle, translateHotkeyWhileTranslationIsOff_goesToTheStoredLastTarget) {
+    world.settings.lastTargetLanguageCode.set("fr");
+    launch();
+    world.agent().translateToggle.onTrigger();
+    world.actor.settle();
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "fr");
+    EXPECT_EQ(world.preferences.string("targetLanguageCode"), "fr");
+}
+
+TEST_F(Lifecycle, translateHotkey_changesNothingOfADictationInFlight) {
+    launch();
+    hold(2);
+    world.agent().translateToggle.onTrigger();
+    runToRest();
+    EXPECT_EQ(story({"recognise"}), QStringList({"recognise transcribe auto null 2.0"}));
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "en");
+}
+
 TEST_F(Lifecycle, newBinding_reachesTheHotkey) {
     launch();
     world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, 49));

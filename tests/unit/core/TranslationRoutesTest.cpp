@@ -101,7 +101,7 @@ TEST_F(WhisperFallback, cleanupAskedFor_isOffWithoutTheModel) {
 }
 
 /// The recogniser's second pass into English, after a transcription that clean-up had asked for. A request
-/// for clean-up can't come from the settings of a machine without a language model, so it is made by hand.
+/// for clean-up can't come from the settings of a machine without a language model, so most are made by hand.
 class SecondPass : public CoreTest {
 protected:
     SecondPass() { launch(); }
@@ -143,9 +143,19 @@ TEST_F(SecondPass, germanSpeechWithCleanup_runsTheToolTwiceAndCleansNothing) {
 
 TEST_F(SecondPass, automaticSourceDetectedAsGerman_takesTheSecondPass) {
     world.languageRecognizer.answer = QStringLiteral("de");
+    recognise({text("hallo welt"), text("hello world")});
     run("auto");
     EXPECT_EQ(story({"recognise"}).size(), 2);
     EXPECT_EQ(world.languageRecognizer.calls, 1);
+    EXPECT_EQ(story({"statistics", "paste"}),
+              QStringList({"statistics 2.0 2 10 auto true true Unavailable", "paste hello world"}));
+}
+
+TEST_F(SecondPass, automaticSourceWithNothingDetected_takesTheSecondPass) {
+    world.languageRecognizer.answer.reset();
+    run("auto");
+    EXPECT_EQ(story({"recognise"}).size(), 2);
+    EXPECT_TRUE(world.traces().contains("[en-target] src=auto (whisperLang=auto)"));
 }
 
 TEST_F(SecondPass, automaticSourceDetectedAsEnglish_isInsertedWithoutAModelToCleanIt) {
@@ -169,6 +179,29 @@ TEST_F(SecondPass, secondPassFails_dropsTheFirstTranscript) {
     EXPECT_EQ(story({"menu"}), QStringList({"menu error", "menu idle"}));
     EXPECT_TRUE(world.traces().constLast().startsWith("Whisper --translate failed: "));
     EXPECT_TRUE(world.wavFiles().isEmpty());
+}
+
+TEST_F(SecondPass, settingsOnAMachineWithAModel_leadThereToo) {
+    world.languageModel.reason.reset();
+    world.settings.targetLanguageCode.set("en");
+    world.settings.sourceLanguageCode.set("de");
+    world.settings.aiCleanupEnabled.set(true);
+    recognise({text("hallo welt"), text("hello world")});
+    dictate();
+    EXPECT_EQ(story({"statistics", "type"}),
+              QStringList({"statistics 2.0 2 10 de true true Apple Intelligence", "type hello world"}));
+    EXPECT_EQ(world.traces().constFirst(),
+              "[cfg] target=en srcLang=de cleanup=on aiAvail=true aiSrcOK=false useAI=false audio=2.00s");
+}
+
+TEST_F(SecondPass, cleanupToneOff_asksForNoCleanup) {
+    world.languageModel.reason.reset();
+    world.settings.targetLanguageCode.set("en");
+    world.settings.aiCleanupEnabled.set(true);
+    world.settings.cleanupTone.set(CleanupTone::Off);
+    dictate();
+    EXPECT_EQ(story({"statistics"}), QStringList({"statistics 2.0 2 11 auto true false none"}));
+    EXPECT_TRUE(world.traces().constFirst().contains(" cleanup=off "));
 }
 
 TEST_F(SecondPass, modelAvailable_isNamedInTheStatistics) {
