@@ -109,8 +109,9 @@ TEST(WhisperArguments, sixSeconds_isWhereTheBeamBegins) {
     EXPECT_EQ(below.indexOf("-nf"), below.indexOf("-sns") + 1);
 }
 
-TEST(WhisperArguments, fileShorterThanItsHeader_lastsNoTime) {
+TEST(WhisperArguments, fileShorterThanItsHeader_lastsNoTimeAndCountsAsShort) {
     EXPECT_EQ(wavDurationSeconds(10), 0.0);
+    EXPECT_TRUE(arguments(WhisperMode::Transcribe, "nl", {}, wavDurationSeconds(10)).contains("-nf"));
     EXPECT_EQ(wavDurationSeconds(44), 0.0);
     EXPECT_EQ(wavDurationSeconds(32044), 1.0);
 }
