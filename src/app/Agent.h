@@ -59,7 +59,7 @@ private:
     TextInserter m_inserter;
     HotkeyManager m_hotkey;
     TranslateToggleHotkey m_translateToggle;
-    NoStatsStore m_stats;
+    StatsStore m_stats;
     OnboardingController m_onboarding;
     OnboardingWindow m_onboardingWindow;
     Warmup m_warmup;

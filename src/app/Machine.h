@@ -19,6 +19,7 @@
 #include "platform/linux/pulse/PulseAudioInput.h"
 #include "platform/linux/pulse/PulseConnection.h"
 #include "platform/linux/pulse/PulseMicrophonePermission.h"
+#include "platform/linux/sqlite/SqliteSessionDatabase.h"
 #include "platform/linux/x11/EwmhWorkspace.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11EventTapFactory.h"
@@ -57,6 +58,7 @@ public:
     PosixApplicationHost application;
     ThreadSerialQueue preferenceWriter{"Preferences"};
     JsonPreferenceStore preferences;
+    SqliteSessionDatabases sessions;
 
     // What the user types and where it goes
     X11EventTapFactory keyboard{actor};

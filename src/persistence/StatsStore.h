@@ -1,24 +1,75 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Published.h"
+#include "platform/SessionDatabase.h"
+
 #include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace talvera {
 
-/// The record of what was dictated: counts, never the words themselves. Main thread only; nothing here fails.
-class StatsStore {
-public:
-    virtual ~StatsStore() = default;
+class Console;
+class FileSystem;
+class MainActor;
+struct Directories;
 
-    /// Adds one dictation. `text` is only counted; `audioDuration` is in seconds.
-    virtual void record(const QString& text, double audioDuration, const QString& languageCode,
-                        bool translateEnabled, bool polishEnabled, const QString& polishBackend) = 0;
+/// The sum of the last seven days.
+struct WeeklyStats {
+    std::int64_t secondsSaved = 0;
+    std::int64_t count = 0; ///< dictations
+
+    bool operator==(const WeeklyStats&) const = default;
 };
 
-/// Keeps nothing.
-class NoStatsStore final : public StatsStore {
+/// Remembers how much was dictated, never the words themselves, and tells how much time that has saved over
+/// typing. A store that can't be opened is replaced by one in memory; nothing of this ever disturbs a
+/// dictation. Main thread only.
+class StatsStore {
 public:
-    void record(const QString&, double, const QString&, bool, bool, const QString&) override {}
+    struct Platform {
+        MainActor& actor;
+        SessionDatabases& databases;
+        FileSystem& files;
+        const Directories& directories;
+        Console& console;
+    };
+
+    /// Opens the store, and ends the process when there isn't even memory for one.
+    explicit StatsStore(Platform platform);
+
+    /// Both are current after the start, after each record and after refresh(); they don't age in between.
+    Published<WeeklyStats> lastWeekStats;
+    Published<std::int64_t> lifetimeSecondsSaved;
+
+    /// Adds one dictation and refreshes. `text` is only counted; `audioDuration` is in seconds.
+    void record(const QString& text, double audioDuration, const QString& languageCode, bool translateEnabled,
+                bool polishEnabled, const QString& polishBackend);
+
+    /// Computes both values anew.
+    void refresh();
+
+    /// The typing speed that speaking is compared with, in words a minute.
+    static constexpr double wpm = 40.0;
+
+    /// What one dictation has saved, in seconds: the time that typing would have taken, less the time spent
+    /// on speaking, but never less than nothing.
+    static double secondsSaved(const DictationSession& session);
+
+private:
+    std::unique_ptr<SessionDatabase> openDatabase();
+    void save();
+    void refreshLastWeek();
+    void refreshLifetime();
+
+    Platform m_platform;
+    std::unique_ptr<SessionDatabase> m_database;
+    std::vector<DictationSession> m_unsaved; ///< what the database has not taken yet; it counts all the same
+    std::optional<double> m_savedLifetime;   ///< of what is in the database, once that has been read
 };
 
 } // namespace talvera

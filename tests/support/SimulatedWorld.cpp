@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatedWorld.h"
 
-#include "persistence/TextCounts.h"
 #include "shell/FocusNoticeText.h"
 
 #include <cmath>
@@ -93,19 +92,6 @@ void SimulatedMachine::setTextFieldFocused(bool focused) {
     accessibility.setTextFieldFocused(focused);
 }
 
-void SimulatedAgent::Stats::record(const QString& text, double audioDuration, const QString& languageCode,
-                                   bool translateEnabled, bool polishEnabled, const QString& polishBackend) {
-    const auto counts = countText(text);
-    if (onRecord)
-        onRecord({{"audioDuration", audioDuration},
-                  {"wordCount", counts.words},
-                  {"characterCount", counts.characters},
-                  {"languageCode", utf8(languageCode)},
-                  {"translateEnabled", translateEnabled},
-                  {"polishEnabled", polishEnabled},
-                  {"polishBackend", utf8(polishBackend)}});
-}
-
 SimulatedAgent::SimulatedAgent(SimulatedMachine& simulated, AppSettings& preferences)
     : machine(simulated)
     , settings(preferences)
@@ -132,6 +118,7 @@ SimulatedAgent::SimulatedAgent(SimulatedMachine& simulated, AppSettings& prefere
                    hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
                })
     , hotkey(machine.actor, machine.keyboard, machine.console)
+    , stats({machine.actor, machine.databases, machine.files, machine.directories, machine.console})
     , onboardingWindow(machine.console)
     , warmup(machine.console)
     , delegate(std::make_shared<AppDelegate>(environment())) {}
@@ -210,6 +197,15 @@ void SimulatedWorld::observeMachine() {
         else
             note("recorderStop", {{"seconds", recordedSeconds()}});
     };
+    databases.onInsert = [this](const DictationSession& session) {
+        note("statistics", {{"audioDuration", session.audioDuration},
+                            {"wordCount", session.wordCount},
+                            {"characterCount", session.characterCount},
+                            {"languageCode", utf8(session.languageCode)},
+                            {"translateEnabled", session.translateEnabled},
+                            {"polishEnabled", session.polishEnabled},
+                            {"polishBackend", utf8(session.polishBackend)}});
+    };
     sounds.onPlay = [this](const QString& sound) { note("sound", {{"name", utf8(sound)}}); };
     tool.setOnRun([this](const ToolRequest& run) {
         note("recognise", {{"mode", run.translates ? "translateToEnglish" : "transcribe"},
@@ -248,7 +244,6 @@ void SimulatedWorld::observeAgent() {
     m_observations.push_back(agent.hud.stateHolder().state.observe([this](const DictationHUDState& state) {
         note("hud", describe(state, m_agent->hud.noticeDuration()));
     }));
-    agent.stats.onRecord = [this](const ordered_json& record) { note("statistics", record); };
     agent.onboardingWindow.onShow = [this] { note("onboardingWindow"); };
     agent.onTrace = [this](const QString& line) {
         // The translate hotkey makes no tap yet, which the repair of the taps would tell at every launch.

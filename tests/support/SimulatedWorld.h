@@ -8,6 +8,7 @@
 #include "FakeEventTap.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
+#include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
 #include "FakeWorkspace.h"
 #include "InMemoryPreferenceStore.h"
@@ -100,6 +101,7 @@ public:
     FakeSoundPlayer sounds;
     FakeApplicationHost application;
     InMemoryPreferenceStore preferences;
+    FakeSessionDatabases databases;
     RecordingConsole console;
 
 private:
@@ -113,14 +115,6 @@ public:
     ~SimulatedAgent();
     SimulatedAgent(const SimulatedAgent&) = delete;
     SimulatedAgent& operator=(const SimulatedAgent&) = delete;
-
-    /// Tells each record.
-    class Stats final : public StatsStore {
-    public:
-        std::function<void(const nlohmann::ordered_json& record)> onRecord;
-        void record(const QString& text, double audioDuration, const QString& languageCode,
-                    bool translateEnabled, bool polishEnabled, const QString& polishBackend) override;
-    };
 
     SimulatedMachine& machine;
     AppSettings& settings;
@@ -137,7 +131,7 @@ public:
     TextInserter inserter;
     HotkeyManager hotkey;
     TranslateToggleHotkey translateToggle;
-    Stats stats;
+    StatsStore stats;
     FakeOnboardingController onboarding;
     FakeOnboardingWindow onboardingWindow;
     Warmup warmup;

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "persistence/StatsStore.h"
+
+#include "concurrency/MainActor.h"
+#include "persistence/TextCounts.h"
+#include "platform/Console.h"
+#include "platform/Directories.h"
+#include "platform/FileSystem.h"
+#include "platform/PlatformError.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace talvera {
+
+namespace {
+
+constexpr auto week = std::chrono::hours(7 * 24);
+
+/// To the nearest whole number, halves away from zero. What no whole number can hold becomes the largest.
+std::int64_t rounded(double sum) {
+    const double nearest = std::round(sum);
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    return nearest < static_cast<double>(most) ? static_cast<std::int64_t>(nearest) : most;
+}
+
+} // namespace
+
+StatsStore::StatsStore(Platform platform)
+    : m_platform(platform)
+    , m_database(openDatabase()) {
+    refresh();
+}
+
+std::unique_ptr<SessionDatabase> StatsStore::openDatabase() {
+    const auto directory = m_platform.directories.applicationSupport + QStringLiteral("/Talvera");
+    try {
+        m_platform.files.createDirectories(directory);
+    } catch (const PlatformError&) {
+        // Opening the store in it will tell.
+    }
+    QString onDisk;
+    try {
+        return m_platform.databases.open(directory + QStringLiteral("/talvera.store"));
+    } catch (const PlatformError& error) {
+        onDisk = error.message();
+    }
+    m_platform.console.log(
+        QStringLiteral("StatsStore: on-disk container failed (%1), falling back to in-memory.").arg(onDisk));
+    try {
+        return m_platform.databases.openInMemory();
+    } catch (const PlatformError& error) {
+        m_platform.console.log(QStringLiteral("StatsStore: in-memory container also failed (%1). Aborting.")
+                                   .arg(error.message()));
+        qFatal("StatsStore unavailable: disk=%s memory=%s", qUtf8Printable(onDisk),
+               qUtf8Printable(error.message()));
+    }
+}
+
+double StatsStore::secondsSaved(const DictationSession& session) {
+    // In this order a difference that is not a number counts as none.
+    return std::max(0.0, static_cast<double>(session.wordCount) / wpm * 60.0 - session.audioDuration);
+}
+
+void StatsStore::record(const QString& text, double audioDuration, const QString& languageCode,
+                        bool translateEnabled, bool polishEnabled, const QString& polishBackend) {
+    const auto counts = countText(text);
+    m_unsaved.push_back({.timestamp = m_platform.actor.date(),
+                         .audioDuration = audioDuration,
+                         .wordCount = counts.words,
+                         .characterCount = counts.characters,
+                         .languageCode = languageCode,
+                         .translateEnabled = translateEnabled,
+                         .polishEnabled = polishEnabled,
+                         .polishBackend = polishBackend});
+    save();
+    refresh();
+}
+
+void StatsStore::save() {
+    try {
+        m_database->insert(m_unsaved);
+    } catch (const PlatformError& error) {
+        m_platform.console.log(QStringLiteral("StatsStore: save failed: %1").arg(error.message()));
+        return;
+    }
+    if (m_savedLifetime) {
+        for (const auto& session : m_unsaved)
+            *m_savedLifetime += secondsSaved(session);
+    }
+    m_unsaved.clear();
+}
+
+void StatsStore::refresh() {
+    refreshLastWeek();
+    refreshLifetime();
+}
+
+void StatsStore::refreshLastWeek() {
+    const auto cutoff = m_platform.actor.date() - week;
+    double sum = 0.0;
+    std::int64_t count = 0;
+    const auto add = [&](const DictationSession& session) {
+        sum += secondsSaved(session);
+        ++count;
+    };
+    try {
+        m_database->forEach(cutoff, add);
+    } catch (const PlatformError& error) {
+        m_platform.console.log(QStringLiteral("StatsStore: fetch failed: %1").arg(error.message()));
+        return;
+    }
+    for (const auto& session : m_unsaved) {
+        if (session.timestamp > cutoff)
+            add(session);
+    }
+    lastWeekStats.set({rounded(sum), count});
+}
+
+/// What is in the database is read once; from then on only we add to it, in the same order.
+void StatsStore::refreshLifetime() {
+    if (!m_savedLifetime) {
+        double sum = 0.0;
+        try {
+            m_database->forEach(std::nullopt,
+                                [&](const DictationSession& session) { sum += secondsSaved(session); });
+        } catch (const PlatformError& error) {
+            m_platform.console.log(
+                QStringLiteral("StatsStore: lifetime fetch failed: %1").arg(error.message()));
+            return;
+        }
+        m_savedLifetime = sum;
+    }
+    double sum = *m_savedLifetime;
+    for (const auto& session : m_unsaved)
+        sum += secondsSaved(session);
+    lifetimeSecondsSaved.set(rounded(sum));
+}
+
+} // namespace talvera
