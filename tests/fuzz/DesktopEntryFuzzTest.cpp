@@ -50,7 +50,7 @@ bool isPlain(const QString& text) {
         if (letter.category() == QChar::Other_Control || letter == QChar(0x202E))
             return false;
     }
-    return text.size() <= ForeignTextLimit && text.isValidUtf16();
+    return text.size() <= foreignTextLimit && text.isValidUtf16();
 }
 
 TEST(DesktopEntryFuzz, spoiledFile_givesNothingOrAnEntryThatIsFitToBeShown) {

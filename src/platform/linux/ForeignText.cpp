@@ -16,7 +16,7 @@ bool isDirectionControl(QChar character) {
 
 QString foreignText(const QByteArray& utf8) {
     // Names are short: a megabyte of name is looked at no further than the limit can need.
-    auto text = QString::fromUtf8(utf8.left(ForeignTextLimit * 8));
+    auto text = QString::fromUtf8(utf8.left(foreignTextLimit * 8));
     for (auto& character : text) {
         const auto category = character.category();
         if (category == QChar::Other_Control || category == QChar::Separator_Line ||
@@ -25,9 +25,9 @@ QString foreignText(const QByteArray& utf8) {
     }
     text.removeIf(isDirectionControl);
     text = text.simplified();
-    if (text.size() > ForeignTextLimit)
-        text.truncate(text.at(ForeignTextLimit - 1).isHighSurrogate() ? ForeignTextLimit - 1
-                                                                      : ForeignTextLimit);
+    if (text.size() > foreignTextLimit)
+        text.truncate(text.at(foreignTextLimit - 1).isHighSurrogate() ? foreignTextLimit - 1
+                                                                      : foreignTextLimit);
     return text;
 }
 

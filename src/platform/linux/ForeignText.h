@@ -7,9 +7,9 @@
 namespace talvera {
 
 /// What another program says of itself, fit to be shown and compared: valid Unicode on one line, without
-/// control and direction characters, at most `ForeignTextLimit` characters. Empty when nothing is left.
+/// control and direction characters, at most `foreignTextLimit` characters. Empty when nothing is left.
 QString foreignText(const QByteArray& utf8);
 
-inline constexpr qsizetype ForeignTextLimit = 100;
+inline constexpr qsizetype foreignTextLimit = 100;
 
 } // namespace talvera

@@ -39,8 +39,7 @@ public:
     /// main actor has been told. Any thread.
     bool giveUpIfOverdue();
 
-    ///     /// The virtual key codes of the presses that the main actor was handed, but not their ends. Any
-    ///     thread.
+    /// The virtual key codes of the presses that the main actor was handed, but not their ends. Any thread.
     std::set<std::uint16_t> heardPresses() const;
 
     /// The main actor still has to be told that it was given up. Any thread.

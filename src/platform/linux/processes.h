@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include <sys/types.h>
 
 namespace talvera {
+
+/// The letter that the kernel has for what the process does: 'R' when it works, 'S' when it sleeps ...
+/// Nothing when there is no such process, or no way to know.
+std::optional<char> processState(pid_t pid);
 
 /// Whether the process is there and not just waiting to be buried.
 bool processRuns(pid_t pid);

@@ -230,7 +230,7 @@ protected:
         const auto start = std::chrono::steady_clock::now();
         EXPECT_EQ(focusedRole(), silentWindow);
         const auto taken = std::chrono::steady_clock::now() - start;
-        EXPECT_LT(taken, AtspiAccessibility::Patience + std::chrono::milliseconds(150));
+        EXPECT_LT(taken, AtspiAccessibility::patience + std::chrono::milliseconds(150));
     }
 };
 
@@ -251,7 +251,7 @@ TEST_F(BadApplication, hungApplicationInTheBackground_doesNotSlowTheOneInFront) 
     hung.signal(SIGSTOP);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(focusedRole(), "AXTextField editable");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, AtspiAccessibility::Patience);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, AtspiAccessibility::patience);
 }
 
 TEST_F(BadApplication, nonsense_isSilence) {

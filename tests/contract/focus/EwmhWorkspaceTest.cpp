@@ -412,7 +412,7 @@ TEST_F(BareServer, hungServer_isGivenUpSoonAndAskedAgainLater) {
     server->signal(SIGSTOP);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, X11Connection::AnswerTimeout * 2);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, X11Connection::answerTimeout * 2);
     server->signal(SIGCONT);
     EXPECT_TRUE(eventually([&] { return workspace.frontmostApplication().has_value(); }));
 }

@@ -32,7 +32,7 @@ std::optional<Answer> askInTime(AtspiListener& listener,
     listener.post([&listener, promise, question = std::move(question)] {
         question(listener, [promise](Answer value) { promise->set_value(std::move(value)); });
     });
-    if (answer.wait_for(AtspiAccessibility::Patience + threadPatience) != std::future_status::ready)
+    if (answer.wait_for(AtspiAccessibility::patience + threadPatience) != std::future_status::ready)
         return std::nullopt;
     return answer.get();
 }
@@ -77,7 +77,7 @@ std::optional<AtspiDescription> AtspiAccessibility::focusedObject(pid_t pid) {
     if (pid <= 0)
         return std::nullopt; // on another machine
     using Object = std::optional<AtspiDescription>;
-    const auto deadline = AtspiBus::Clock::now() + Patience;
+    const auto deadline = AtspiBus::Clock::now() + patience;
     const auto question = [pid, deadline](AtspiListener& listener, const OnAnswer<Object>& answer) {
         answer(listener.focused(pid, deadline));
     };

@@ -19,10 +19,10 @@ class X11SessionAccess;
 ///
 /// Which application is in front is the workspace's word; the bus only says what has the focus in it. An
 /// application that says nothing counts as able to take text, one that answers is believed. The questions run
-/// on a thread of their own, so that a hung application costs no more than `Patience`.
+/// on a thread of their own, so that a hung application costs no more than `patience`.
 class AtspiAccessibility final : public Accessibility {
 public:
-    static constexpr std::chrono::milliseconds Patience{200};
+    static constexpr std::chrono::milliseconds patience{200};
 
     /// Both outlive this.
     AtspiAccessibility(Workspace& workspace, X11SessionAccess& session);

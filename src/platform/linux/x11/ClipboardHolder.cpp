@@ -20,14 +20,13 @@ namespace talvera {
 
 namespace {
 
-constexpr int CompanionSocket = 3; // where the program looks for it
+constexpr int companionSocket = 3; // where the program looks for it
 
 /// Our end and the other's.
 std::optional<std::pair<int, int>> makeSockets() {
     std::array<int, 2> ends{};
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
         return std::nullopt;
-    }
     return std::pair(ends[0], ends[1]);
 }
 
@@ -37,9 +36,8 @@ std::vector<std::string> companionEnvironment(const std::string& display) {
     for (const char* name : {"DISPLAY", "XAUTHORITY", "HOME"}) {
         const char* value = std::getenv(name);
         const bool isDisplay = std::string_view(name) == "DISPLAY" && !display.empty();
-        if (isDisplay || value) {
+        if (isDisplay || value)
             environment.push_back(std::string(name) + "=" + (isDisplay ? display : std::string(value)));
-        }
     }
     return environment;
 }
@@ -51,28 +49,25 @@ ClipboardHolder::~ClipboardHolder() {
 }
 
 void ClipboardHolder::hangUp() {
-    if (m_socket >= 0) {
+    if (m_socket >= 0)
         ::close(std::exchange(m_socket, -1));
-    }
 }
 
 std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& program,
                                                           const std::string& display) {
     const auto sockets = makeSockets();
-    if (!sockets) {
+    if (!sockets)
         return nullptr;
-    }
     const auto [ours, theirs] = *sockets;
 
     // It must keep nothing of ours open, run in a session of its own so that nothing aimed at us ends it, and
     // hold no directory.
     posix_spawn_file_actions_t files;
     posix_spawn_file_actions_init(&files);
-    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         posix_spawn_file_actions_addopen(&files, standard, "/dev/null", O_RDWR, 0);
-    }
-    posix_spawn_file_actions_adddup2(&files, theirs, CompanionSocket);
-    posix_spawn_file_actions_addclosefrom_np(&files, CompanionSocket + 1);
+    posix_spawn_file_actions_adddup2(&files, theirs, companionSocket);
+    posix_spawn_file_actions_addclosefrom_np(&files, companionSocket + 1);
     posix_spawn_file_actions_addchdir_np(&files, "/");
 
     sigset_t all;
@@ -88,9 +83,8 @@ std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& pro
 
     std::vector<std::string> environment = companionEnvironment(display);
     std::vector<char*> environmentPointers;
-    for (std::string& entry : environment) {
+    for (std::string& entry : environment)
         environmentPointers.push_back(entry.data());
-    }
     environmentPointers.push_back(nullptr);
     std::string name = program;
     char* arguments[] = {name.data(), nullptr};
@@ -110,9 +104,8 @@ std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& pro
 
 CompanionProcess::~CompanionProcess() {
     hangUp();
-    if (m_process > 0) {
+    if (m_process > 0)
         ::waitpid(m_process, nullptr, WNOHANG);
-    }
 }
 
 void CompanionProcess::giveUp() {
@@ -125,9 +118,8 @@ void CompanionProcess::giveUp() {
 std::unique_ptr<ClipboardThread> ClipboardThread::start(const std::string& display) {
     std::shared_ptr<X11Connection> connection = X11Connection::open(display);
     const auto sockets = connection ? makeSockets() : std::nullopt;
-    if (!sockets) {
+    if (!sockets)
         return nullptr;
-    }
     const int theirs = sockets->second;
     std::thread thread([connection, theirs] {
         ClipboardService(*connection, theirs).serveLink();

@@ -26,11 +26,10 @@ bool isTemporary(int error) {
 bool sendAll(int socket, std::string_view bytes, Clock::time_point deadline) {
     while (!bytes.empty()) {
         const ssize_t sent = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (sent > 0) {
+        if (sent > 0)
             bytes.remove_prefix(static_cast<std::size_t>(sent));
-        } else if (!isTemporary(errno) || !waitFor(socket, POLLOUT, deadline)) {
+        else if (!isTemporary(errno) || !waitFor(socket, POLLOUT, deadline))
             return false;
-        }
     }
     return true;
 }
@@ -56,28 +55,24 @@ std::string_view bytesOf(const Record& record) {
 } // namespace
 
 bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit) {
-    if (utf8.size() > MaxTextLength) {
+    if (utf8.size() > longestClipboardText)
         return false;
-    }
     const auto deadline = Clock::now() + limit;
     const TextHead head{serial, static_cast<std::uint32_t>(utf8.size())};
-    if (!sendAll(socket, bytesOf(head), deadline) || !sendAll(socket, utf8, deadline)) {
+    if (!sendAll(socket, bytesOf(head), deadline) || !sendAll(socket, utf8, deadline))
         return false;
-    }
     OwnedAnswer answer;
     do { // an answer that came too late for its own text is passed over
-        if (!receiveAll(socket, reinterpret_cast<char*>(&answer), sizeof answer, deadline)) {
+        if (!receiveAll(socket, reinterpret_cast<char*>(&answer), sizeof answer, deadline))
             return false;
-        }
     } while (answer.serial != serial);
     return answer.owned == 1;
 }
 
 std::optional<TextReader::Arrival> TextReader::read() {
-    if (!fill(reinterpret_cast<char*>(&m_head), sizeof m_head, m_headFilled)) {
+    if (!fill(reinterpret_cast<char*>(&m_head), sizeof m_head, m_headFilled))
         return std::nullopt;
-    }
-    if (m_head.length > MaxTextLength) {
+    if (m_head.length > longestClipboardText) {
         m_state = State::HungUp;
         return std::nullopt;
     }
@@ -85,9 +80,8 @@ std::optional<TextReader::Arrival> TextReader::read() {
         m_text = makeWipedText(m_head.length);
         m_textFilled = 0;
     }
-    if (!fill(m_text->data(), m_text->size(), m_textFilled)) {
+    if (!fill(m_text->data(), m_text->size(), m_textFilled))
         return std::nullopt;
-    }
     m_headFilled = 0;
     return Arrival{m_head.serial, std::exchange(m_text, nullptr)};
 }

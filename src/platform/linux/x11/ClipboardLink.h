@@ -24,7 +24,7 @@ struct OwnedAnswer {
     std::uint32_t owned = 0; ///< 1: a paste anywhere now gives the text
 };
 
-inline constexpr std::size_t MaxTextLength = 256U * 1024 * 1024;
+inline constexpr std::size_t longestClipboardText = 256U * 1024 * 1024;
 
 /// The agent's end: sends a text, and waits for the answer to it. False when that takes longer than `limit`,
 /// or when the other end is gone or says no.

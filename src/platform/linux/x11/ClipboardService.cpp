@@ -10,12 +10,11 @@ namespace {
 
 using Clock = SelectionOwner::Clock;
 
-constexpr std::chrono::seconds HandOverPatience{5};
+constexpr std::chrono::seconds handOverPatience{5};
 
 int millisecondsUntil(std::optional<Clock::time_point> moment) {
-    if (!moment) {
+    if (!moment)
         return -1;
-    }
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(*moment - Clock::now());
     return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 60'000));
 }
@@ -23,9 +22,8 @@ int millisecondsUntil(std::optional<Clock::time_point> moment) {
 } // namespace
 
 bool ClipboardService::serveLink(int stop) {
-    while (m_reader.state() == TextReader::State::Open && step(m_socket, stop, std::nullopt)) {
+    while (m_reader.state() == TextReader::State::Open && step(m_socket, stop, std::nullopt))
         takeTexts();
-    }
     return m_reader.state() == TextReader::State::HungUp;
 }
 
@@ -35,19 +33,17 @@ void ClipboardService::serveRest(int stop) {
 }
 
 bool ClipboardService::handOver() {
-    const auto limit = Clock::now() + HandOverPatience;
-    if (!m_owner.beginHandOver()) {
+    const auto limit = Clock::now() + handOverPatience;
+    if (!m_owner.beginHandOver())
         return false;
-    }
     while (m_owner.isBusy() && Clock::now() < limit && step(-1, -1, limit)) {
     }
     return m_owner.handOverSucceeded();
 }
 
 bool ClipboardService::step(int socket, int stop, std::optional<Clock::time_point> limit) {
-    if (const auto stalled = m_owner.nextDeadline(); stalled && (!limit || *stalled < *limit)) {
+    if (const auto stalled = m_owner.nextDeadline(); stalled && (!limit || *stalled < *limit))
         limit = stalled;
-    }
     // Answers that were waited for may have brought events along, which poll() knows nothing of.
     if (XcbEvent event = m_connection.pollEvent()) {
         m_owner.handle(*event);
@@ -61,9 +57,8 @@ bool ClipboardService::step(int socket, int stop, std::optional<Clock::time_poin
 }
 
 void ClipboardService::takeTexts() {
-    while (auto arrival = m_reader.read()) {
+    while (auto arrival = m_reader.read())
         m_reader.answer(arrival->serial, m_owner.own(std::move(arrival->text)));
-    }
 }
 
 } // namespace talvera

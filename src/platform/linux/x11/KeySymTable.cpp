@@ -10,8 +10,8 @@ namespace talvera {
 
 namespace {
 
-constexpr std::uint8_t GroupCountMask = 0x0F;
-constexpr std::uint8_t OneLevelType = 0; // the protocol gives this type the same place in every keymap
+constexpr std::uint8_t groupCountMask = 0x0F;
+constexpr std::uint8_t oneLevelType = 0; // the protocol gives this type the same place in every keymap
 
 template <typename T>
 void append(std::vector<std::uint8_t>& bytes, const T& value) {
@@ -26,12 +26,12 @@ bool KeySymEntry::isEmpty() const {
 }
 
 bool KeySymEntry::isOnly(std::uint32_t symbol) const {
-    return (groups & GroupCountMask) == 1 && symbols.size() == 1 && symbols.front() == symbol;
+    return (groups & groupCountMask) == 1 && symbols.size() == 1 && symbols.front() == symbol;
 }
 
 KeySymEntry KeySymEntry::only(std::uint32_t symbol) {
     KeySymEntry entry;
-    entry.types.fill(OneLevelType);
+    entry.types.fill(oneLevelType);
     entry.groups = 1;
     entry.width = 1;
     entry.symbols = {symbol};
@@ -50,9 +50,8 @@ std::vector<KeySymTable> KeySymTable::fetch(X11Keyboard& keyboard, const std::ve
     std::vector<KeySymTable> tables;
     for (const auto cookie : cookies) {
         const auto answer = connection.reply<xcb_xkb_get_map_reply_t>(cookie);
-        if (!answer || answer->firstKeySym != first || answer->nKeySyms != count) {
+        if (!answer || answer->firstKeySym != first || answer->nKeySyms != count)
             continue;
-        }
         KeySymTable table;
         table.m_first = first;
         table.m_minimum = answer->minKeyCode;
@@ -66,9 +65,8 @@ std::vector<KeySymTable> KeySymTable::fetch(X11Keyboard& keyboard, const std::ve
             entry.groups = head.groupInfo;
             entry.width = head.width;
             bytes += sizeof head;
-            for (unsigned left = head.nSyms; left > 0; --left, bytes += sizeof(std::uint32_t)) {
+            for (unsigned left = head.nSyms; left > 0; --left, bytes += sizeof(std::uint32_t))
                 std::memcpy(&entry.symbols.emplace_back(), bytes, sizeof(std::uint32_t));
-            }
             table.m_entries.push_back(std::move(entry));
         }
         tables.push_back(std::move(table));
@@ -86,9 +84,8 @@ void KeySymTable::store(X11Keyboard& keyboard, std::uint16_t device) const {
         head.width = entry.width;
         head.nSyms = static_cast<std::uint16_t>(entry.symbols.size());
         append(bytes, head);
-        for (const std::uint32_t symbol : entry.symbols) {
+        for (const std::uint32_t symbol : entry.symbols)
             append(bytes, symbol);
-        }
         symbols += entry.symbols.size();
     }
     // No flags: the server keeps what it has derived for the user's keys as it is.
@@ -102,22 +99,18 @@ bool changeKeySyms(X11Keyboard& keyboard, xcb_keycode_t first, xcb_keycode_t las
                    const std::function<void(KeySymTable&)>& edit) {
     const std::vector<std::uint16_t> devices = keyboard.devices();
     std::vector<KeySymTable> tables = KeySymTable::fetch(keyboard, devices, first, last);
-    if (tables.empty()) {
+    if (tables.empty())
         return false;
-    }
     const bool uniform = std::all_of(tables.begin(), tables.end(), [&](const KeySymTable& table) {
         return table.sameEntriesAs(tables.front());
     });
-    for (KeySymTable& table : tables) {
+    for (KeySymTable& table : tables)
         edit(table);
-    }
-    if (uniform) {
+    if (uniform)
         tables.front().store(keyboard, XCB_XKB_ID_USE_CORE_KBD);
-    } else {
-        for (std::size_t index = 0; index < tables.size(); ++index) {
+    else
+        for (std::size_t index = 0; index < tables.size(); ++index)
             tables[index].store(keyboard, devices[index]);
-        }
-    }
     return keyboard.connection().roundTrip();
 }
 

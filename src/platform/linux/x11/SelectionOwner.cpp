@@ -12,9 +12,9 @@ namespace talvera {
 
 namespace {
 
-constexpr std::size_t PieceSize = 128 * 1024; // any server takes requests of this size
-constexpr std::chrono::seconds TransferPatience{15};
-constexpr std::chrono::seconds TimePatience{1};
+constexpr std::size_t pieceSize = 128 * 1024; // any server takes requests of this size
+constexpr std::chrono::seconds transferPatience{15};
+constexpr std::chrono::seconds timePatience{1};
 
 void wipe(std::string* text) {
     ::explicit_bzero(text->data(), text->size());
@@ -28,9 +28,8 @@ bool mayBeTerminal(pid_t process) {
     for (std::filesystem::directory_iterator descriptor(directory, error), end; !error && descriptor != end;
          descriptor.increment(error)) {
         const std::string target = std::filesystem::read_symlink(descriptor->path(), error);
-        if (target == "/dev/ptmx" || target == "/dev/pts/ptmx") {
+        if (target == "/dev/ptmx" || target == "/dev/pts/ptmx")
             return true;
-        }
         error.clear(); // a descriptor that was closed meanwhile
     }
     return static_cast<bool>(error);
@@ -73,16 +72,14 @@ SelectionOwner::SelectionOwner(X11Connection& connection)
 
 bool SelectionOwner::own(WipedText text) {
     const auto time = serverTime();
-    if (!time) {
+    if (!time)
         return false;
-    }
     m_text = std::move(text);
     m_since = *time;
     m_handOver = HandOver::None;
     auto& [clipboard, primary] = m_holdings;
-    if (isMarkedInFocusedWindow()) {
+    if (isMarkedInFocusedWindow())
         return take(clipboard);
-    }
     const bool tookClipboard = take(clipboard);
     return take(primary) && tookClipboard;
 }
@@ -110,13 +107,12 @@ std::optional<xcb_timestamp_t> SelectionOwner::serverTime() {
     const xcb_atom_t property = m_connection.atom("_TALVERA_TIME");
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_APPEND, m_window, property, XCB_ATOM_CARDINAL, 32,
                         0, nullptr);
-    const auto deadline = Clock::now() + TimePatience;
+    const auto deadline = Clock::now() + timePatience;
     while (const XcbEvent event = m_connection.waitForEvent(deadline)) {
         const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
         if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY && change->window == m_window &&
-            change->atom == property) {
+            change->atom == property)
             return change->time;
-        }
         handle(*event);
     }
     return std::nullopt;
@@ -146,9 +142,8 @@ void SelectionOwner::handle(const xcb_generic_event_t& event) {
         break;
     case XCB_SELECTION_NOTIFY: {
         const auto& notice = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
-        if (m_handOver == HandOver::Pending && notice.selection == m_connection.atom("CLIPBOARD_MANAGER")) {
+        if (m_handOver == HandOver::Pending && notice.selection == m_connection.atom("CLIPBOARD_MANAGER"))
             m_handOver = notice.property != XCB_ATOM_NONE ? HandOver::Done : HandOver::Refused;
-        }
         break;
     }
     default:
@@ -159,24 +154,21 @@ void SelectionOwner::handle(const xcb_generic_event_t& event) {
 
 void SelectionOwner::onError(const xcb_generic_error_t& error) {
     // Who asked is gone before it was answered.
-    if (error.error_code == XCB_WINDOW) {
+    if (error.error_code == XCB_WINDOW)
         dropTransfersTo(error.resource_id);
-    }
 }
 
 void SelectionOwner::onClear(const xcb_selection_clear_event_t& clear) {
     for (Holding& holding : m_holdings) {
         // A notice from before our last taking may still be on its way.
         const bool isOld = m_since - clear.time < UINT32_MAX / 2 && clear.time != m_since;
-        if (holding.selection == clear.selection && !isOld) {
+        if (holding.selection == clear.selection && !isOld)
             holding.isOurs = false;
-        }
     }
     const bool lost = std::none_of(m_holdings.begin(), m_holdings.end(),
                                    [](const Holding& holding) { return holding.isOurs; });
-    if (lost) {
+    if (lost)
         m_text.reset();
-    }
 }
 
 void SelectionOwner::onRequest(const xcb_selection_request_event_t& request) {
@@ -210,9 +202,8 @@ bool SelectionOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_atom
         giveAtoms(requestor, property, XCB_ATOM_INTEGER, {m_since});
         return true;
     }
-    if (target == m_connection.atom("MULTIPLE")) {
+    if (target == m_connection.atom("MULTIPLE"))
         return convertSeveral(requestor, property);
-    }
     const bool isUnicode = target == m_connection.atom("UTF8_STRING") ||
                            target == m_connection.atom("text/plain;charset=utf-8") ||
                            target == m_connection.atom("text/plain");
@@ -227,21 +218,18 @@ bool SelectionOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_atom
             return true;
         }
     }
-    if (isAnyText) {
+    if (isAnyText)
         give(requestor, property, m_connection.atom("UTF8_STRING"), m_text);
-    }
     return isAnyText;
 }
 
 std::vector<xcb_atom_t> SelectionOwner::targets() {
     std::vector<xcb_atom_t> all;
     for (const char* name : {"TARGETS", "TIMESTAMP", "MULTIPLE", "UTF8_STRING", "text/plain;charset=utf-8",
-                             "text/plain", "TEXT"}) {
+                             "text/plain", "TEXT"})
         all.push_back(m_connection.atom(name));
-    }
-    if (latin1()) {
+    if (latin1())
         all.push_back(XCB_ATOM_STRING);
-    }
     return all;
 }
 
@@ -251,16 +239,14 @@ WipedText SelectionOwner::latin1() {
 
 bool SelectionOwner::convertSeveral(xcb_window_t requestor, xcb_atom_t property) {
     std::vector<std::uint32_t> pairs = m_connection.property(requestor, property);
-    if (pairs.empty() || pairs.size() % 2 != 0) {
+    if (pairs.empty() || pairs.size() % 2 != 0)
         return false;
-    }
     const xcb_atom_t several = m_connection.atom("MULTIPLE");
     for (std::size_t index = 0; index < pairs.size(); index += 2) {
         xcb_atom_t& target = pairs[index];
         if (target == several || pairs[index + 1] == XCB_ATOM_NONE ||
-            !convert(requestor, target, pairs[index + 1])) {
+            !convert(requestor, target, pairs[index + 1]))
             pairs[index + 1] = XCB_ATOM_NONE;
-        }
     }
     giveAtoms(requestor, property, m_connection.atom("ATOM_PAIR"), pairs);
     return true;
@@ -274,27 +260,25 @@ void SelectionOwner::giveAtoms(xcb_window_t requestor, xcb_atom_t property, xcb_
 
 void SelectionOwner::give(xcb_window_t requestor, xcb_atom_t property, xcb_atom_t type,
                           const WipedText& bytes) {
-    if (bytes->size() <= PieceSize) {
+    if (bytes->size() <= pieceSize) {
         xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, requestor, property, type, 8,
                             static_cast<std::uint32_t>(bytes->size()), bytes->data());
         return;
     }
     listenTo(requestor, true);
-    m_transfers.push_back({requestor, property, type, bytes, 0, Clock::now() + TransferPatience});
+    m_transfers.push_back({requestor, property, type, bytes, 0, Clock::now() + transferPatience});
     giveAtoms(requestor, property, m_connection.atom("INCR"), {static_cast<std::uint32_t>(bytes->size())});
 }
 
 void SelectionOwner::onProperty(const xcb_property_notify_event_t& change) {
-    if (change.state != XCB_PROPERTY_DELETE) {
+    if (change.state != XCB_PROPERTY_DELETE)
         return;
-    }
     const auto transfer =
         std::find_if(m_transfers.begin(), m_transfers.end(), [&](const Transfer& candidate) {
             return candidate.requestor == change.window && candidate.property == change.atom;
         });
-    if (transfer == m_transfers.end()) {
+    if (transfer == m_transfers.end())
         return;
-    }
     const bool wasLast = transfer->sent == transfer->bytes->size();
     giveNext(*transfer); // behind the last piece, an empty one that says so
     if (wasLast) {
@@ -304,12 +288,12 @@ void SelectionOwner::onProperty(const xcb_property_notify_event_t& change) {
 }
 
 void SelectionOwner::giveNext(Transfer& transfer) {
-    const std::size_t size = std::min(PieceSize, transfer.bytes->size() - transfer.sent);
+    const std::size_t size = std::min(pieceSize, transfer.bytes->size() - transfer.sent);
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, transfer.requestor, transfer.property,
                         transfer.type, 8, static_cast<std::uint32_t>(size),
                         transfer.bytes->data() + transfer.sent);
     transfer.sent += size;
-    transfer.deadline = Clock::now() + TransferPatience;
+    transfer.deadline = Clock::now() + transferPatience;
 }
 
 std::optional<SelectionOwner::Clock::time_point> SelectionOwner::nextDeadline() const {
@@ -332,9 +316,8 @@ void SelectionOwner::listenTo(xcb_window_t requestor, bool listen) {
     const bool stillNeeded =
         std::any_of(m_transfers.begin(), m_transfers.end(),
                     [&](const Transfer& transfer) { return transfer.requestor == requestor; });
-    if (requestor == m_window || (!listen && stillNeeded)) {
+    if (requestor == m_window || (!listen && stillNeeded))
         return;
-    }
     const std::uint32_t events =
         listen ? XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY : XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(m_connection.get(), requestor, XCB_CW_EVENT_MASK, &events);
@@ -344,9 +327,8 @@ bool SelectionOwner::beginHandOver() {
     const xcb_atom_t manager = m_connection.atom("CLIPBOARD_MANAGER");
     const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(m_connection.get(), manager));
-    if (!m_holdings[0].isOurs || !owner || owner->owner == XCB_NONE) {
+    if (!m_holdings[0].isOurs || !owner || owner->owner == XCB_NONE)
         return false;
-    }
     const xcb_atom_t property = m_connection.atom("_TALVERA_SAVE");
     giveAtoms(m_window, property, XCB_ATOM_ATOM,
               {m_connection.atom("UTF8_STRING"), m_connection.atom("text/plain;charset=utf-8")});

@@ -49,27 +49,22 @@ void SpareKeycodes::refresh() {
         const bool ours = lent != m_lent.end() && tables.front()[keycode].isOnly(lent->second);
         const bool empty = std::all_of(tables.begin(), tables.end(),
                                        [&](const KeySymTable& table) { return table[keycode].isEmpty(); });
-        if (ours) {
+        if (ours)
             stillLent.insert(*lent);
-        }
-        if (!ours && (!empty || modifiers.contains(keycode))) {
+        if (!ours && (!empty || modifiers.contains(keycode)))
             continue;
-        }
-        if (!ours && !m_neutral) {
+        if (!ours && !m_neutral)
             m_neutral = keycode;
-        } else {
+        else
             m_pool.push_back(keycode);
-        }
     }
     m_lent = std::move(stillLent);
 }
 
 std::optional<xcb_keycode_t> SpareKeycodes::find(std::uint32_t symbol) const {
-    for (const auto& [key, lentSymbol] : m_lent) {
-        if (lentSymbol == symbol) {
+    for (const auto& [key, lentSymbol] : m_lent)
+        if (lentSymbol == symbol)
             return key;
-        }
-    }
     return std::nullopt;
 }
 
@@ -82,17 +77,15 @@ void SpareKeycodes::lend(const std::vector<std::uint32_t>& symbols) {
     std::vector<xcb_keycode_t> replaceable;
     for (const xcb_keycode_t key : m_pool) {
         const auto lent = m_lent.find(key);
-        if (lent == m_lent.end()) {
+        if (lent == m_lent.end())
             free.push_back(key);
-        } else if (wanted.contains(lent->second)) {
+        else if (wanted.contains(lent->second))
             missing.erase(lent->second);
-        } else {
+        else
             replaceable.push_back(key);
-        }
     }
-    if (missing.empty()) {
+    if (missing.empty())
         return;
-    }
     free.insert(free.end(), replaceable.begin(), replaceable.end());
 
     TypingLedger::LentKeys lent = m_lent;
@@ -112,17 +105,15 @@ void SpareKeycodes::lend(const std::vector<std::uint32_t>& symbols) {
             KeySymEntry& entry = table[change->first];
             const auto old = before.find(change->first);
             // Somebody else may have taken the key since we looked; then it stays theirs.
-            if (entry.isEmpty() || (old != before.end() && entry.isOnly(old->second))) {
+            if (entry.isEmpty() || (old != before.end() && entry.isOnly(old->second)))
                 entry = KeySymEntry::only(change->second);
-            }
         }
     });
 }
 
 void SpareKeycodes::giveBack() {
-    if (m_lent.empty()) {
+    if (m_lent.empty())
         return;
-    }
     returnLentKeys(m_keyboard, m_lent);
     m_lent.clear();
     m_ledger.noteLentKeys(m_lent);

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/TargetBarrier.h"
 
+#include "platform/linux/processes.h"
 #include "platform/linux/x11/FocusedWindow.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -20,28 +18,23 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 // For applications that neither answer nor let us see whether they are busy.
-constexpr milliseconds BlindWait{100};
+constexpr milliseconds blindWait{100};
 // An application that is asleep has read what the server had written by then, so looking twice suffices.
-constexpr milliseconds SleepProbe{8};
-constexpr std::uint32_t FirstStamp = 0x5a000000;
+constexpr milliseconds sleepProbe{8};
+constexpr std::uint32_t firstStamp = 0x5a000000;
 
 /// Whether a process has nothing to do; nothing if there is no way to know.
 std::optional<bool> isAsleep(pid_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-    const std::string line{std::istreambuf_iterator<char>(file), {}};
-    // The name before the state stands in parentheses and may hold anything.
-    const std::size_t nameEnd = line.rfind(')');
-    if (nameEnd == std::string::npos || nameEnd + 2 >= line.size()) {
-        return std::nullopt;
-    }
-    return std::string_view("SZX").find(line[nameEnd + 2]) != std::string_view::npos; // or dead
+    const auto state = processState(process);
+    return state ? std::optional(std::string_view("SZX").find(*state) != std::string_view::npos) // or dead
+                 : std::nullopt;
 }
 
 /// The application has answered, or it never will, because its window is gone.
 bool endsWait(const xcb_generic_event_t& event, xcb_window_t window, xcb_atom_t ping, std::uint32_t stamp) {
-    constexpr std::uint8_t Error = 0;
+    constexpr std::uint8_t error = 0;
     switch (event.response_type & 0x7f) {
-    case Error:
+    case error:
         return true;
     case XCB_DESTROY_NOTIFY:
         return reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == window;
@@ -66,17 +59,16 @@ bool TargetBarrier::wait(milliseconds limit) {
 }
 
 bool TargetBarrier::waitFor(xcb_window_t window, Deadline deadline) {
-    if (window != XCB_NONE && answersPing(window)) {
+    if (window != XCB_NONE && answersPing(window))
         return ping(window, deadline);
-    }
     const pid_t process = window != XCB_NONE ? processOfWindow(m_connection, window) : 0;
     if (process == 0 || !isAsleep(process)) {
-        std::this_thread::sleep_for(BlindWait);
+        std::this_thread::sleep_for(blindWait);
         return true;
     }
     int calm = 0;
     while (calm < 2 && Clock::now() < deadline) {
-        std::this_thread::sleep_for(SleepProbe);
+        std::this_thread::sleep_for(sleepProbe);
         calm = isAsleep(process).value_or(true) ? calm + 1 : 0;
     }
     return calm == 2;
@@ -99,7 +91,7 @@ bool TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
     xcb_change_window_attributes(xcb, window, XCB_CW_EVENT_MASK, &listenForEnd);
 
     const xcb_atom_t pingAtom = m_connection.atom("_NET_WM_PING");
-    const std::uint32_t stamp = FirstStamp + ++m_stamp;
+    const std::uint32_t stamp = firstStamp + ++m_stamp;
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
@@ -111,9 +103,8 @@ bool TargetBarrier::ping(xcb_window_t window, Deadline deadline) {
     xcb_send_event(xcb, 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&message));
 
     bool isDone = false;
-    for (XcbEvent event; !isDone && (event = m_connection.waitForEvent(deadline));) {
+    for (XcbEvent event; !isDone && (event = m_connection.waitForEvent(deadline));)
         isDone = endsWait(*event, window, pingAtom, stamp);
-    }
 
     const std::uint32_t silence = XCB_EVENT_MASK_NO_EVENT;
     xcb_change_window_attributes(xcb, root, XCB_CW_EVENT_MASK, &silence);

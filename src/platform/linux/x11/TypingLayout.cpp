@@ -12,8 +12,8 @@ namespace talvera {
 
 namespace {
 
-constexpr std::size_t MaxMasks = 16;
-constexpr unsigned RealModifiers = 8;
+constexpr std::size_t maxMasks = 16;
+constexpr unsigned realModifiers = 8;
 
 bool isOnKeypad(xkb_keysym_t symbol) {
     return symbol >= XKB_KEY_KP_Space && symbol <= XKB_KEY_KP_Equal;
@@ -69,18 +69,16 @@ const TypingLayout::Strokes& TypingLayout::strokes(unsigned group) {
 
 TypingLayout::Strokes TypingLayout::collect(unsigned group) const {
     Strokes found;
-    if (!m_keymap) {
+    if (!m_keymap)
         return found;
-    }
     const std::map<std::uint8_t, xcb_keycode_t> modifierKeyOf = modifierKeys(group);
     const auto strokeWith = [&](xcb_keycode_t key, xkb_mod_mask_t modifiers) -> std::optional<KeyStroke> {
         KeyStroke stroke{key, {}};
         for (; modifiers != 0; modifiers &= modifiers - 1) {
             const auto modifier = static_cast<std::uint8_t>(1U << std::countr_zero(modifiers));
             const auto modifierKey = modifierKeyOf.find(modifier);
-            if (modifierKey == modifierKeyOf.end()) {
+            if (modifierKey == modifierKeyOf.end())
                 return std::nullopt;
-            }
             stroke.modifiers.push_back(modifierKey->second);
         }
         return stroke;
@@ -89,29 +87,25 @@ TypingLayout::Strokes TypingLayout::collect(unsigned group) const {
     const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
     for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
         const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(m_keymap.get(), key);
-        if (groups == 0 || m_lent.contains(static_cast<xcb_keycode_t>(key))) {
+        if (groups == 0 || m_lent.contains(static_cast<xcb_keycode_t>(key)))
             continue;
-        }
         const xkb_layout_index_t layout = group % groups;
         const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(m_keymap.get(), key, layout);
         for (xkb_level_index_t level = 0; level < levels; ++level) {
             const xkb_keysym_t* symbols = nullptr;
             const int count = xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, level, &symbols);
-            if (count != 1 || isOnKeypad(symbols[0])) {
+            if (count != 1 || isOnKeypad(symbols[0]))
                 continue;
-            }
-            std::array<xkb_mod_mask_t, MaxMasks> masks{};
+            std::array<xkb_mod_mask_t, maxMasks> masks{};
             const std::size_t maskCount = xkb_keymap_key_get_mods_for_level(
                 m_keymap.get(), key, layout, level, masks.data(), masks.size());
             for (std::size_t index = 0; index < maskCount; ++index) {
                 const auto stroke = strokeWith(static_cast<xcb_keycode_t>(key), masks[index]);
-                if (!stroke) {
+                if (!stroke)
                     continue;
-                }
                 const auto [place, isNew] = found.emplace(canonical(symbols[0]), *stroke);
-                if (!isNew && stroke->modifiers.size() < place->second.modifiers.size()) {
+                if (!isNew && stroke->modifiers.size() < place->second.modifiers.size())
                     place->second = *stroke;
-                }
             }
         }
     }
@@ -126,18 +120,16 @@ std::map<std::uint8_t, xcb_keycode_t> TypingLayout::modifierKeys(unsigned group)
         for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
             const std::unique_ptr<xkb_state, Free> state(xkb_state_new(m_keymap.get()));
             xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
-            if (xkb_state_key_get_one_sym(state.get(), key) != wanted) {
+            if (xkb_state_key_get_one_sym(state.get(), key) != wanted)
                 continue;
-            }
             // Which modifiers a key sets is told by pressing it; one that latches or locks is of no use.
             xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
             const xkb_mod_mask_t pressed =
-                xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED) & ((1U << RealModifiers) - 1);
+                xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED) & ((1U << realModifiers) - 1);
             xkb_state_update_key(state.get(), key, XKB_KEY_UP);
             const xkb_mod_mask_t stuck = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE);
-            if (std::has_single_bit(pressed) && stuck == 0) {
+            if (std::has_single_bit(pressed) && stuck == 0)
                 found.emplace(static_cast<std::uint8_t>(pressed), static_cast<xcb_keycode_t>(key));
-            }
         }
     }
     return found;

@@ -9,29 +9,27 @@ namespace talvera {
 namespace {
 
 // A property of the root window: lifted modifiers, modifiers to lock, then pairs of keycode and symbol.
-constexpr std::string_view PropertyName = "_TALVERA_TYPING";
-constexpr std::size_t HeadLength = 2;
+constexpr std::string_view propertyName = "_TALVERA_TYPING";
+constexpr std::size_t headLength = 2;
 
-constexpr std::chrono::seconds CatchUpLimit{10};
+constexpr std::chrono::seconds catchUpLimit{10};
 
 TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
     TypingLedger::LentKeys keys;
     const xcb_keycode_t lowest = 8;
-    for (std::size_t index = HeadLength; index + 1 < items.size(); index += 2) {
-        if (items[index] >= lowest && items[index] <= 255) {
+    for (std::size_t index = headLength; index + 1 < items.size(); index += 2)
+        if (items[index] >= lowest && items[index] <= 255)
             keys.emplace(static_cast<xcb_keycode_t>(items[index]), items[index + 1]);
-        }
-    }
     return keys;
 }
 
 std::vector<std::uint32_t> readLedger(X11Keyboard& keyboard) {
     X11Connection& connection = keyboard.connection();
-    return connection.property(connection.root(), connection.atom(PropertyName));
+    return connection.property(connection.root(), connection.atom(propertyName));
 }
 
 void eraseLedger(X11Connection& connection) {
-    xcb_delete_property(connection.get(), connection.root(), connection.atom(PropertyName));
+    xcb_delete_property(connection.get(), connection.root(), connection.atom(propertyName));
 }
 
 } // namespace
@@ -50,9 +48,8 @@ void TypingLedger::noteLocks(std::uint8_t lifted, std::uint8_t locked) {
 void TypingLedger::write() {
     X11Connection& connection = m_keyboard.connection();
     if (m_keys.empty() && m_lifted == 0) {
-        if (m_written) {
+        if (m_written)
             eraseLedger(connection);
-        }
         m_written = false;
         return;
     }
@@ -62,7 +59,7 @@ void TypingLedger::write() {
         items.push_back(symbol);
     }
     xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, connection.root(),
-                        connection.atom(PropertyName), XCB_ATOM_CARDINAL, 32,
+                        connection.atom(propertyName), XCB_ATOM_CARDINAL, 32,
                         static_cast<std::uint32_t>(items.size()), items.data());
     m_written = true;
 }
@@ -70,16 +67,14 @@ void TypingLedger::write() {
 void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
     keyboard.releaseStranded();
     const std::vector<std::uint32_t> items = readLedger(keyboard);
-    if (items.size() < HeadLength) {
+    if (items.size() < headLength)
         return;
-    }
     if (const LentKeys keys = lentKeys(items); !keys.empty()) {
         if (barrier) {
             keyboard.connection().roundTrip();
-            barrier->wait(CatchUpLimit);
-            if (readLedger(keyboard) != items) {
+            barrier->wait(catchUpLimit);
+            if (readLedger(keyboard) != items)
                 return; // somebody has settled it, and may be typing again by now
-            }
         }
         returnLentKeys(keyboard, keys);
     }
@@ -90,11 +85,9 @@ void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
 
 void returnLentKeys(X11Keyboard& keyboard, const TypingLedger::LentKeys& keys) {
     changeKeySyms(keyboard, keys.begin()->first, keys.rbegin()->first, [&](KeySymTable& table) {
-        for (const auto& [key, symbol] : keys) {
-            if (table[key].isOnly(symbol)) {
+        for (const auto& [key, symbol] : keys)
+            if (table[key].isOnly(symbol))
                 table[key] = {};
-            }
-        }
     });
 }
 

@@ -26,7 +26,7 @@ using XcbEvent = XcbPtr<xcb_generic_event_t>;
 /// empty answer, and no answer is waited for longer than a bound. One thread at a time.
 class X11Connection {
 public:
-    static constexpr std::chrono::milliseconds AnswerTimeout{2000};
+    static constexpr std::chrono::milliseconds answerTimeout{2000};
 
     /// Connects to `display`, or to $DISPLAY when it is empty. Null when there is no such server.
     static std::unique_ptr<X11Connection> open(const std::string& display = {});

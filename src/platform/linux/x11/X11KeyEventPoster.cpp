@@ -24,18 +24,16 @@ public:
         : m_typist(keyboard, barrier, symbolsOf(chunks)) {}
 
     bool post(qsizetype index, KeyPhase phase) override {
-        if (index < 0 || index + 1 >= static_cast<qsizetype>(m_starts.size())) {
+        if (index < 0 || index + 1 >= static_cast<qsizetype>(m_starts.size()))
             return false;
-        }
         if (phase == KeyPhase::Up) {
             m_typist.release();
             return true;
         }
         bool complete = true;
         const auto chunk = static_cast<std::size_t>(index);
-        for (std::size_t position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position) {
+        for (std::size_t position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position)
             complete = m_typist.press(position) && complete;
-        }
         return complete;
     }
 
@@ -44,9 +42,8 @@ private:
         X11Typist::Symbols symbols;
         for (const QString& chunk : chunks) {
             m_starts.push_back(symbols.size());
-            for (const char32_t character : typeableCharacters(chunk)) {
+            for (const char32_t character : typeableCharacters(chunk))
                 symbols.push_back(symbolFor(character));
-            }
         }
         m_starts.push_back(symbols.size());
         return symbols;
@@ -61,34 +58,29 @@ private:
 X11KeyEventPoster::X11KeyEventPoster(const std::string& display)
     : m_connection(X11Connection::open(display))
     , m_barrierConnection(X11Connection::open(display)) {
-    if (!m_connection || !m_barrierConnection) {
+    if (!m_connection || !m_barrierConnection)
         return;
-    }
     m_keyboard = X11Keyboard::open(*m_connection);
     m_barrier = std::make_unique<TargetBarrier>(*m_barrierConnection);
-    if (m_keyboard) {
+    if (m_keyboard)
         TypingLedger::settle(*m_keyboard);
-    }
 }
 
 X11KeyEventPoster::~X11KeyEventPoster() = default;
 
 std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks) {
     m_chord.reset();
-    if (!m_keyboard || m_connection->isBroken()) {
+    if (!m_keyboard || m_connection->isBroken())
         return std::make_unique<SilentSession>();
-    }
     return std::make_unique<X11TypingSession>(*m_keyboard, *m_barrier, chunks);
 }
 
 bool X11KeyEventPoster::postPaste(KeyPhase phase) {
     m_chord.reset();
-    if (!m_keyboard || m_connection->isBroken()) {
+    if (!m_keyboard || m_connection->isBroken())
         return false;
-    }
-    if (phase == KeyPhase::Up) {
+    if (phase == KeyPhase::Up)
         return true;
-    }
     m_chord = std::make_unique<X11Typist>(*m_keyboard, *m_barrier, X11Typist::Symbols{XKB_KEY_Insert});
     return m_chord->press(0, true);
 }

@@ -11,7 +11,7 @@ namespace talvera {
 
 namespace {
 
-constexpr int FirstKeycode = 8;
+constexpr int firstKeycode = 8;
 
 bool hasExtension(X11Connection& connection, xcb_extension_t& extension) {
     const xcb_query_extension_reply_t* answer = xcb_get_extension_data(connection.get(), &extension);
@@ -23,9 +23,8 @@ template <typename Visitor>
 void forEachDevice(X11Connection& connection, Visitor visit) {
     const auto answer = connection.reply<xcb_input_xi_query_device_reply_t>(
         xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL));
-    if (!answer) {
+    if (!answer)
         return;
-    }
     for (auto infos = xcb_input_xi_query_device_infos_iterator(answer.get()); infos.rem > 0;
          xcb_input_xi_device_info_next(&infos)) {
         const std::string_view name(
@@ -40,27 +39,24 @@ void forEachDevice(X11Connection& connection, Visitor visit) {
 std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection) {
     xcb_connection_t* xcb = connection.get();
     if (!hasExtension(connection, xcb_test_id) || !hasExtension(connection, xcb_xkb_id) ||
-        !hasExtension(connection, xcb_input_id)) {
+        !hasExtension(connection, xcb_input_id))
         return nullptr;
-    }
     const auto xkbCookie = xcb_xkb_use_extension(xcb, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     const auto inputCookie = xcb_input_xi_query_version(xcb, 2, 2);
     const auto pointerCookie = xcb_input_xi_get_client_pointer(xcb, XCB_NONE);
     const auto xkb = connection.reply<xcb_xkb_use_extension_reply_t>(xkbCookie);
     const auto input = connection.reply<xcb_input_xi_query_version_reply_t>(inputCookie);
     const auto pointer = connection.reply<xcb_input_xi_get_client_pointer_reply_t>(pointerCookie);
-    if (!xkb || !xkb->supported || !input || !pointer) {
+    if (!xkb || !xkb->supported || !input || !pointer)
         return nullptr;
-    }
 
     // What we type arrives by the keyboard that belongs to our pointer, if the session should have several,
     // and to the first pointer unless one was chosen for us.
     std::uint16_t master = 0;
     forEachDevice(connection, [&](const xcb_input_xi_device_info_t& device, std::string_view) {
         const bool chosen = pointer->set ? device.deviceid == pointer->deviceid : master == 0;
-        if (chosen && device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER) {
+        if (chosen && device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER)
             master = device.attachment;
-        }
     });
     std::unique_ptr<X11Keyboard> keyboard(new X11Keyboard(connection, master));
     keyboard->m_eventType = xcb_get_extension_data(xcb, &xcb_xkb_id)->first_event;
@@ -71,18 +67,17 @@ std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection) {
 void X11Keyboard::findTypingDevice() {
     forEachDevice(m_connection, [&](const xcb_input_xi_device_info_t& device, std::string_view name) {
         if (device.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master &&
-            name.find("XTEST keyboard") != std::string_view::npos) {
+            name.find("XTEST keyboard") != std::string_view::npos)
             m_typingDevice = device.deviceid;
-        }
     });
 }
 
 void X11Keyboard::watchKeymaps(bool watch) {
-    constexpr std::uint16_t Events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
-    constexpr std::uint16_t MapParts =
+    constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t mapParts =
         XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-    xcb_xkb_select_events(m_connection.get(), m_typingDevice, Events, watch ? 0 : Events, watch ? Events : 0,
-                          MapParts, watch ? MapParts : 0, nullptr);
+    xcb_xkb_select_events(m_connection.get(), m_typingDevice, events, watch ? 0 : events, watch ? events : 0,
+                          mapParts, watch ? mapParts : 0, nullptr);
     m_connection.flush();
 }
 
@@ -97,9 +92,8 @@ std::vector<std::uint16_t> X11Keyboard::devices() {
     forEachDevice(m_connection, [&](const xcb_input_xi_device_info_t& device, std::string_view) {
         const bool ours =
             device.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master;
-        if (ours || device.deviceid == m_master) {
+        if (ours || device.deviceid == m_master)
             devices.push_back(device.deviceid);
-        }
     });
     return devices;
 }
@@ -114,12 +108,10 @@ X11KeyboardState X11Keyboard::state() {
     const auto keys = m_connection.reply<xcb_query_keymap_reply_t>(keysCookie);
     const auto modifiers = m_connection.reply<xcb_xkb_get_state_reply_t>(stateCookie);
     X11KeyboardState state;
-    if (!keys || !modifiers) {
+    if (!keys || !modifiers)
         return state;
-    }
-    for (unsigned key = FirstKeycode; key < state.downKeys.size(); ++key) {
+    for (unsigned key = firstKeycode; key < state.downKeys.size(); ++key)
         state.downKeys[key] = (keys->keys[key / 8] >> (key % 8) & 1) != 0;
-    }
     state.group = modifiers->group;
     state.baseModifiers = modifiers->baseMods;
     state.latchedModifiers = modifiers->latchedMods;
@@ -133,25 +125,20 @@ void X11Keyboard::setLockedModifiers(std::uint8_t mask, std::uint8_t locked, std
 
 void X11Keyboard::releaseStranded() {
     const auto device = static_cast<std::uint8_t>(m_typingDevice);
-    if (!m_connection.reply<xcb_input_open_device_reply_t>(
-            xcb_input_open_device(m_connection.get(), device))) {
+    if (!m_connection.reply<xcb_input_open_device_reply_t>(xcb_input_open_device(m_connection.get(), device)))
         return;
-    }
     const auto answer = m_connection.reply<xcb_input_query_device_state_reply_t>(
         xcb_input_query_device_state(m_connection.get(), device));
     if (answer) {
         // A list of records, each telling its class and its own length.
         const auto* record = reinterpret_cast<const std::uint8_t*>(answer.get() + 1);
         for (unsigned left = answer->num_classes; left > 0; --left, record += record[1]) {
-            if (record[0] != XCB_INPUT_INPUT_CLASS_KEY) {
+            if (record[0] != XCB_INPUT_INPUT_CLASS_KEY)
                 continue;
-            }
             const auto* keys = reinterpret_cast<const xcb_input_key_state_t*>(record)->keys;
-            for (unsigned key = FirstKeycode; key < 256; ++key) {
-                if ((keys[key / 8] >> (key % 8) & 1) != 0) {
+            for (unsigned key = firstKeycode; key < 256; ++key)
+                if ((keys[key / 8] >> (key % 8) & 1) != 0)
                     release(static_cast<xcb_keycode_t>(key));
-                }
-            }
         }
     }
     xcb_input_close_device(m_connection.get(), device);
@@ -171,9 +158,8 @@ KeymapWatch::~KeymapWatch() {
 
 bool KeymapWatch::hasChanged() {
     bool changed = false;
-    while (const XcbEvent event = m_keyboard.connection().pollEvent()) {
+    while (const XcbEvent event = m_keyboard.connection().pollEvent())
         changed = changed || m_keyboard.isKeymapChange(*event);
-    }
     return changed;
 }
 

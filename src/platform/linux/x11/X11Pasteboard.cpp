@@ -11,7 +11,7 @@ namespace talvera {
 
 namespace {
 
-constexpr std::chrono::milliseconds AnswerLimit{2000};
+constexpr std::chrono::milliseconds answerLimit{2000};
 
 } // namespace
 
@@ -26,27 +26,23 @@ void X11Pasteboard::setString(const QString& text) {
     const std::scoped_lock lock(m_mutex);
     const QByteArray bytes = text.toUtf8();
     const std::string_view utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    if (offer(utf8)) {
+    if (offer(utf8))
         return;
-    }
     replaceHolder(CompanionProcess::start(m_companionProgram, m_display));
-    if (offer(utf8)) {
+    if (offer(utf8))
         return;
-    }
     replaceHolder(ClipboardThread::start(m_display));
-    if (!offer(utf8)) {
+    if (!offer(utf8))
         std::puts("[pasteboard] the clipboard can't be set");
-    }
 }
 
 bool X11Pasteboard::offer(std::string_view utf8) {
-    return m_holder && sendText(m_holder->socket(), ++m_serial, utf8, AnswerLimit);
+    return m_holder && sendText(m_holder->socket(), ++m_serial, utf8, answerLimit);
 }
 
 void X11Pasteboard::replaceHolder(std::unique_ptr<ClipboardHolder> holder) {
-    if (m_holder) {
+    if (m_holder)
         m_holder->giveUp();
-    }
     m_holder = std::move(holder);
 }
 

@@ -10,8 +10,8 @@ namespace talvera {
 namespace {
 
 // For an application that hangs. Keys that it reads later than that may come out as others.
-constexpr std::chrono::seconds FullPatience{10};
-constexpr std::chrono::milliseconds LostPatience{100};
+constexpr std::chrono::seconds fullPatience{10};
+constexpr std::chrono::milliseconds lostPatience{100};
 
 } // namespace
 
@@ -22,12 +22,10 @@ std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::
     for (std::size_t position = start; position < symbols.size(); ++position) {
         const xkb_keysym_t symbol = symbols[position];
         if (symbol == XKB_KEY_NoSymbol || isWritable(symbol) ||
-            std::find(wanted.begin(), wanted.end(), symbol) != wanted.end()) {
+            std::find(wanted.begin(), wanted.end(), symbol) != wanted.end())
             continue;
-        }
-        if (wanted.size() == capacity) {
+        if (wanted.size() == capacity)
             break;
-        }
         wanted.push_back(symbol);
     }
     return wanted;
@@ -42,7 +40,7 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symb
     , m_layout(keyboard)
     , m_spares(keyboard, m_ledger)
     , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
-    , m_patience(FullPatience) {
+    , m_patience(fullPatience) {
     m_barrier.begin();
     m_group = m_keyboard.state().group;
     lendFrom(0);
@@ -51,9 +49,8 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symb
 X11Typist::~X11Typist() {
     release();
     if (!m_spares.lent().empty()) {
-        if (m_hasTyped) {
+        if (m_hasTyped)
             awaitTarget();
-        }
         m_spares.giveBack();
     }
 }
@@ -73,12 +70,10 @@ bool X11Typist::press(std::size_t position, bool withShift) {
         const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
         stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
     }
-    if (!stroke || m_keyboard.connection().isBroken()) {
+    if (!stroke || m_keyboard.connection().isBroken())
         return false;
-    }
-    for (const xcb_keycode_t modifier : stroke->modifiers) {
+    for (const xcb_keycode_t modifier : stroke->modifiers)
         m_keyboard.press(modifier);
-    }
     m_keyboard.press(stroke->key);
     m_keyboard.connection().flush();
     m_pressed = std::move(stroke);
@@ -87,13 +82,11 @@ bool X11Typist::press(std::size_t position, bool withShift) {
 }
 
 void X11Typist::release() {
-    if (!m_pressed) {
+    if (!m_pressed)
         return;
-    }
     m_keyboard.release(m_pressed->key);
-    for (auto modifier = m_pressed->modifiers.rbegin(); modifier != m_pressed->modifiers.rend(); ++modifier) {
+    for (auto modifier = m_pressed->modifiers.rbegin(); modifier != m_pressed->modifiers.rend(); ++modifier)
         m_keyboard.release(*modifier);
-    }
     m_keyboard.connection().flush();
     m_pressed.reset();
 }
@@ -106,9 +99,8 @@ void X11Typist::followKeyboard() {
 }
 
 std::optional<KeyStroke> X11Typist::findStroke(xkb_keysym_t symbol) {
-    if (auto stroke = m_layout.find(symbol, m_group)) {
+    if (auto stroke = m_layout.find(symbol, m_group))
         return stroke;
-    }
     const auto spare = m_spares.find(symbol);
     return spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
 }
@@ -119,9 +111,8 @@ void X11Typist::lendFrom(std::size_t position) {
     });
     const bool known = std::all_of(wanted.begin(), wanted.end(),
                                    [this](xkb_keysym_t symbol) { return m_spares.find(symbol).has_value(); });
-    if (known) {
+    if (known)
         return;
-    }
     if (m_hasTyped) {
         awaitTarget();
         m_hasTyped = false;
@@ -133,9 +124,8 @@ void X11Typist::lendFrom(std::size_t position) {
 
 void X11Typist::awaitTarget() {
     m_keyboard.connection().roundTrip();
-    if (!m_barrier.wait(m_patience)) {
-        m_patience = LostPatience; // once is enough
-    }
+    if (!m_barrier.wait(m_patience))
+        m_patience = lostPatience; // once is enough
 }
 
 } // namespace talvera

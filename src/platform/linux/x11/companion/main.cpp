@@ -19,13 +19,12 @@ using namespace talvera;
 
 namespace {
 
-constexpr int Socket = 3;
+constexpr int linkSocket = 3;
 
 /// What the session's end looks like. Whatever else ends the agent is no reason to end with it.
 int endOfSession() {
-    for (const int number : {SIGINT, SIGHUP, SIGQUIT, SIGPIPE}) {
+    for (const int number : {SIGINT, SIGHUP, SIGQUIT, SIGPIPE})
         std::signal(number, SIG_IGN);
-    }
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
@@ -56,15 +55,12 @@ int main() {
     keepToOurselves();
     const int end = endOfSession();
     const auto connection = X11Connection::open();
-    if (!connection) {
+    if (!connection)
         return EXIT_FAILURE;
-    }
-    ClipboardService clipboard(*connection, Socket);
-    if (clipboard.serveLink(end)) {
+    ClipboardService clipboard(*connection, linkSocket);
+    if (clipboard.serveLink(end))
         putKeyboardRight();
-    }
-    if (!clipboard.handOver()) {
+    if (!clipboard.handOver())
         clipboard.serveRest(end);
-    }
     return EXIT_SUCCESS;
 }
