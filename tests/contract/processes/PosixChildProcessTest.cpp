@@ -235,9 +235,10 @@ TEST_F(PosixChildProcessTest, toolThatHangs_isEndedWithAllItHasStarted) {
 }
 
 TEST_F(PosixChildProcessTest, toolThatWorks_isNotTakenForAHungOne) {
-    process = PosixChildProcess(Limits{400ms, 60s});
+    // A limit that no busy machine reaches between two of the rests.
+    process = PosixChildProcess(Limits{2s, 60s});
     // Rests often, for a part of the limit, and works in between.
-    const auto result = shell("i=0; while [ $i -lt 12 ]; do sleep 0.1; j=0; while [ $j -lt 3000 ]; do "
+    const auto result = shell("i=0; while [ $i -lt 12 ]; do sleep 0.2; j=0; while [ $j -lt 3000 ]; do "
                               "j=$((j+1)); done; i=$((i+1)); done; exit 5");
     EXPECT_FALSE(result.hung);
     EXPECT_EQ(result.status, 5);
