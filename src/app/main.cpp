@@ -37,7 +37,8 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
     QGuiApplication::setQuitOnLastWindowClosed(false);
     TerminationSignals termination([] { QCoreApplication::quit(); });
 
-    QtMainActor actor;
+    // Never destroyed: tasks that sleep when the program ends are its alone, and don't go on.
+    static QtMainActor& actor = *new QtMainActor;
     int status = EXIT_SUCCESS;
     {
         Machine machine(actor, console, directories, std::move(x11));
