@@ -29,13 +29,13 @@ void DesktopTest::TearDown() {
     EXPECT_EQ(leftFiles(), QStringList());
 }
 
-void DesktopTest::startAgent(const QJsonObject& preferences) {
+void DesktopTest::startAgent(const QJsonObject& preferences, const QString& program) {
     home.setPreferences(preferences);
-    startAgentAgain();
+    startAgentAgain(program);
 }
 
-void DesktopTest::startAgentAgain() {
-    agent.emplace(home);
+void DesktopTest::startAgentAgain(const QString& program) {
+    agent.emplace(home, program);
     if (agent->count("microphone authorized") == 0)
         agent->await("microphone authorized");
 }
@@ -48,16 +48,36 @@ void DesktopTest::holdAndSay(const Samples& speech) {
     agent->await("state transcribing");
 }
 
-testing::AssertionResult DesktopTest::isClean() {
-    // The recording is deleted a little after the state is idle again, which nobody tells.
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (!leftFiles().isEmpty() || !recognisers().empty()) {
+bool DesktopTest::eventually(const std::function<bool()>& condition) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
-            return testing::AssertionFailure() << "left: " << leftFiles().join(", ").toStdString() << "; "
-                                               << recognisers().size() << " recognisers";
+            return false;
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     }
-    return testing::AssertionSuccess();
+    return true;
+}
+
+testing::AssertionResult DesktopTest::clipboardBecomes(const QString& text) {
+    QString held;
+    const auto holds = [&] {
+        QProcess reader;
+        reader.start("xclip", {"-o", "-selection", "clipboard"});
+        reader.waitForFinished();
+        held = QString::fromUtf8(reader.readAllStandardOutput());
+        return held == text;
+    };
+    if (eventually(holds))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "the clipboard holds: " << held.toStdString();
+}
+
+testing::AssertionResult DesktopTest::isClean() {
+    // The recording is deleted a little after the state is idle again.
+    if (eventually([] { return leftFiles().isEmpty() && recognisers().empty(); }))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "left: " << leftFiles().join(", ").toStdString() << "; "
+                                       << recognisers().size() << " recognisers";
 }
 
 QStringList DesktopTest::leftFiles() {

@@ -3,6 +3,7 @@
 
 #include "AgentHome.h"
 #include "AgentProcess.h"
+#include "PrintQt.h"
 #include "RigInput.h"
 #include "Speech.h"
 #include "Voice.h"
@@ -13,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -33,19 +35,30 @@ using Samples = std::vector<std::int16_t>;
 /// Afterwards the agent is ended, and checked to have left nothing behind.
 class DesktopTest : public testing::Test {
 protected:
+    // X keycodes of the rig's keyboards
     static constexpr int RightCtrl = 105; ///< the hotkey as long as no other is set
+    static constexpr int LeftCtrl = 37;
+    static constexpr int LeftAlt = 64;
+    static constexpr int Space = 65;
+    static constexpr int V = 55;
 
     /// Ends the agent, if it still runs, and checks that it is clean.
     void TearDown() override;
 
     /// Starts the agent in `home` with these preferences beside those that skip the wizard.
-    void startAgent(const QJsonObject& preferences = {});
-    /// Starts it again after its end, with what it has stored.
-    void startAgentAgain();
+    void startAgent(const QJsonObject& preferences = {}, const QString& program = TALVERA_PROGRAM);
+    /// Starts it with what is in `home` already.
+    void startAgentAgain(const QString& program = TALVERA_PROGRAM);
 
     /// Holds the hotkey, says this as soon as it is being recorded, and lets go. Returns when the agent has
     /// begun to recognise.
     void holdAndSay(const Samples& speech);
+
+    /// Asks until the answer is yes; false when it isn't in time. For what tells nobody when it happens.
+    static bool eventually(const std::function<bool()>& condition);
+
+    /// Whether the clipboard comes to hold this text.
+    static testing::AssertionResult clipboardBecomes(const QString& text);
 
     /// Whether, in a moment at most, the agent's directory for temporary files holds nothing of a dictation
     /// and no recogniser runs in this desktop.

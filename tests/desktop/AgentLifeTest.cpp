@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+// Starts, ends and deaths: of the agent, and of the recogniser under it.
+#include "DesktopTest.h"
+#include "RecogniserGate.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <csignal>
+#include <random>
+
+using namespace talvera::test;
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+class AgentLife : public DesktopTest {
+protected:
+    void dictateInto(Receiver& editor) {
+        const QString before = editor.text();
+        holdAndSay(spoken("Good morning."));
+        EXPECT_TRUE(editor.waitForText(before + "Good morning.")) << editor.text().toStdString();
+        agent->await("state idle");
+    }
+
+    void expectNoRecogniserIsLeft() {
+        EXPECT_TRUE(eventually([] { return recognisers().empty(); }));
+    }
+};
+
+QJsonObject chordOfCtrlAltSpace() {
+    const QByteArray binding = R"({"chord":{"modifiers":786432,"keyCode":49}})";
+    return {{"hotkeyBinding", QJsonObject{{"data", QString::fromLatin1(binding.toBase64())}}}};
+}
+
+} // namespace
+
+TEST_F(AgentLife, recogniserKilled_isAnErrorForFourSecondsAndNoMore) {
+    RecogniserGate gate;
+    startAgent({}, gate.program());
+    Receiver editor(Receiver::Kind::Gtk);
+    holdAndSay(spoken("Good morning."));
+    ::kill(gate.awaitRun(), SIGKILL);
+    agent->await("state error");
+    const auto failed = Clock::now();
+    agent->await("hud notice warn: Transcription failed");
+    EXPECT_TRUE(isClean());
+    agent->await("hud hidden");
+    agent->await("state idle");
+    const auto shown = Clock::now() - failed;
+    EXPECT_GT(shown, std::chrono::milliseconds(3800));
+    EXPECT_LT(shown, std::chrono::seconds(8));
+    EXPECT_EQ(editor.text(), "");
+
+    gate.letIn();
+    dictateInto(editor);
+}
+
+TEST_F(AgentLife, secondStart_endsAtOnceAndTheFirstGoesOn) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    QProcess second;
+    second.setProcessEnvironment(home.environment());
+    second.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    second.start(TALVERA_PROGRAM, QStringList());
+    ASSERT_TRUE(second.waitForFinished());
+    EXPECT_EQ(second.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(second.exitCode(), 0);
+    dictateInto(editor);
+}
+
+TEST_F(AgentLife, endedDuringRecognition_leavesNeitherFileNorRecogniser) {
+    RecogniserGate gate;
+    startAgent({}, gate.program());
+    const Receiver editor(Receiver::Kind::Gtk);
+    holdAndSay(spoken("Good morning."));
+    gate.awaitRun();
+    ASSERT_EQ(leftFiles().size(), 1);
+    EXPECT_EQ(agent->end(), 0);
+    EXPECT_EQ(recognisers().size(), 0U);
+    EXPECT_EQ(leftFiles(), QStringList());
+    EXPECT_EQ(editor.text(), "");
+}
+
+TEST_F(AgentLife, killedDuringRecognition_takesTheRecogniserAlongAndTheNextStartTidiesUp) {
+    RecogniserGate gate;
+    startAgent({}, gate.program());
+    Receiver editor(Receiver::Kind::Gtk);
+    holdAndSay(spoken("Good morning."));
+    gate.awaitRun();
+    agent->kill();
+    expectNoRecogniserIsLeft();
+    EXPECT_EQ(leftFiles().size(), 1);
+
+    startAgentAgain();
+    EXPECT_EQ(leftFiles(), QStringList());
+    dictateInto(editor);
+}
+
+TEST_F(AgentLife, killedWithTheChordHeld_leavesAKeyboardThatWorks) {
+    startAgent(chordOfCtrlAltSpace());
+    Receiver editor(Receiver::Kind::Gtk);
+    keys.press(LeftCtrl);
+    keys.press(LeftAlt);
+    keys.press(Space);
+    agent->await("state recording");
+    agent->kill();
+    for (const int key : {Space, LeftAlt, LeftCtrl})
+        keys.release(key);
+    for (const int key : {43, 26, 29}) // H E Y
+        keys.tap(key);
+    EXPECT_TRUE(editor.waitForText("hey")) << editor.text().toStdString();
+    EXPECT_EQ(leftFiles(), QStringList());
+
+    startAgentAgain(); // and gets the chord again
+    keys.press(LeftCtrl);
+    keys.press(LeftAlt);
+    keys.press(Space);
+    agent->await("state recording");
+    voice.sayAndWait(spoken("Good morning."));
+    for (const int key : {Space, LeftAlt, LeftCtrl})
+        keys.release(key);
+    EXPECT_TRUE(editor.waitForText("heyGood morning.")) << editor.text().toStdString();
+    agent->await("state idle");
+}
+
+TEST_F(AgentLife, preferencesOfNoise_areSetAsideAndTheDefaultsApply) {
+    std::minstd_rand random;
+    QByteArray noise(1 << 20, '\0');
+    std::generate(noise.begin(), noise.end(), [&] { return static_cast<char>(random() >> 8); });
+    home.setPreferencesFile(noise);
+    startAgentAgain();
+    QFile aside(home.preferencesFile() + ".broken-1");
+    ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(aside.readAll() == noise);
+}

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+// Which presses become a dictation, and which don't.
+#include "DesktopTest.h"
+#include "RecogniserGate.h"
+
+#include <thread>
+
+using namespace talvera::test;
+
+namespace {
+
+const QJsonObject tapping{{"hotkeyTapToToggle", true}};
+
+class Presses : public DesktopTest {
+protected:
+    void press(std::chrono::milliseconds length) {
+        keys.press(RightCtrl);
+        std::this_thread::sleep_for(length); // what the user does, and nothing that is waited for
+        keys.release(RightCtrl);
+    }
+};
+
+} // namespace
+
+TEST_F(Presses, oneTapToBeginAndOneToEnd_dictate) {
+    startAgent(tapping);
+    Receiver editor(Receiver::Kind::Gtk);
+    keys.tap(RightCtrl);
+    agent->await("state recording");
+    voice.sayAndWait(spoken("Can you check the invoice today?"));
+    keys.tap(RightCtrl);
+    agent->await("state transcribing");
+    EXPECT_TRUE(editor.waitForText("Can you check the invoice today?")) << editor.text().toStdString();
+    agent->await("state idle");
+}
+
+TEST_F(Presses, ofThreeTenthsOfASecond_leaveNoTrace) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    press(std::chrono::milliseconds(300));
+    EXPECT_EQ(leftFiles(), QStringList());
+
+    // Whatever the brief press has set off would come before or with this.
+    holdAndSay(spoken("Good morning."));
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("hud hidden");
+    EXPECT_EQ(agent->count("state recording"), 1);
+    EXPECT_EQ(agent->count("hud listening"), 1);
+}
+
+TEST_F(Presses, duringARecognition_areIgnored) {
+    RecogniserGate gate;
+    startAgent({}, gate.program());
+    Receiver editor(Receiver::Kind::Gtk);
+    holdAndSay(spoken("Good morning."));
+    gate.awaitRun();
+    press(std::chrono::milliseconds(800));
+    gate.letIn();
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("state idle");
+    EXPECT_TRUE(isClean());
+
+    gate.letIn();
+    holdAndSay(spoken("How are you?"));
+    EXPECT_TRUE(editor.waitForText("Good morning.How are you?")) << editor.text().toStdString();
+    agent->await("state idle");
+    EXPECT_EQ(agent->count("state recording"), 2);
+}
+
+TEST_F(Presses, ofTapModeDuringARecognition_areIgnored) {
+    RecogniserGate gate;
+    startAgent(tapping, gate.program());
+    Receiver editor(Receiver::Kind::Gtk);
+    keys.tap(RightCtrl);
+    agent->await("state recording");
+    voice.sayAndWait(spoken("Good morning."));
+    keys.tap(RightCtrl);
+    gate.awaitRun();
+    keys.tap(RightCtrl);
+    gate.letIn();
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("hud hidden");
+    EXPECT_EQ(agent->count("state recording"), 1);
+}

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <sys/types.h>
+
+namespace talvera::test {
+
+/// The program installed once more, with a gate before the recogniser: each run waits there until the test
+/// lets it in, so that things can happen during a recognition however quick it is. Behind the gate it is the
+/// real one. Throws std::runtime_error when what it waits for doesn't come in time.
+class RecogniserGate {
+public:
+    RecogniserGate();
+    ~RecogniserGate();
+    RecogniserGate(const RecogniserGate&) = delete;
+    RecogniserGate& operator=(const RecogniserGate&) = delete;
+
+    /// The agent whose recogniser meets the gate.
+    QString program() const { return m_directory.filePath("talvera"); }
+
+    /// Waits until a run has come to the gate. Answers its process, which stays the same behind the gate.
+    pid_t awaitRun();
+    /// Lets the run that waits in, or else the next one.
+    void letIn();
+
+private:
+    QTemporaryDir m_directory;
+    int m_arrivals = -1;
+    int m_permits = -1;
+};
+
+} // namespace talvera::test
