@@ -263,6 +263,64 @@ TEST_F(PosixChildProcessTest, toolThatIsStopped_isEnded) {
     EXPECT_TRUE(shell("kill -STOP $$").hung);
 }
 
+TEST_F(PosixChildProcessTest, endAll_killsWhatRunsWithAllItHasStarted) {
+    ASSERT_EQ(::mkfifo(at("lives").toLocal8Bit().constData(), 0600), 0);
+    ChildProcessResult result;
+    // Both the tool and what it has started hold the pipe's write end, from before the reader hears of it.
+    std::thread running([&] { result = shell("exec 3>lives; echo started >&3; sleep 1000 & wait"); });
+    QFile lives(at("lives"));
+    ASSERT_TRUE(lives.open(QIODevice::ReadOnly));
+    EXPECT_EQ(lives.readLine(), "started\n");
+    process.endAll();
+    running.join();
+    EXPECT_TRUE(result.signalled);
+    EXPECT_EQ(result.status, SIGKILL);
+    EXPECT_FALSE(result.hung);
+    EXPECT_EQ(lives.readLine(), "") << "the pipe ends when nobody holds it any more";
+}
+
+TEST_F(PosixChildProcessTest, endAll_endsTheRunsOfAllThreads) {
+    const auto directory = temporary.path();
+    std::vector<std::thread> threads;
+    std::atomic<int> killed = 0;
+    int ends[2];
+    ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
+    const int inputBefore = ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0);
+    ::dup2(ends[1], STDIN_FILENO); // what a tool inherits
+    for (int thread = 0; thread < 4; ++thread) {
+        threads.emplace_back([this, &killed] {
+            if (shell("printf s >&0; exec sleep 1000").status == SIGKILL)
+                ++killed;
+        });
+    }
+    char word = 0;
+    for (std::size_t thread = 0; thread < threads.size(); ++thread)
+        EXPECT_EQ(::read(ends[0], &word, 1), 1);
+    process.endAll();
+    for (auto& thread : threads)
+        thread.join();
+    ::dup2(inputBefore, STDIN_FILENO);
+    for (const int descriptor : {inputBefore, ends[0], ends[1]})
+        ::close(descriptor);
+    EXPECT_EQ(killed, 4);
+}
+
+TEST_F(PosixChildProcessTest, endAll_letsNoLaterRunLast) {
+    process.endAll();
+    for (int run = 0; run < 3; ++run) {
+        const auto result = shell("exec sleep 1000");
+        EXPECT_TRUE(result.signalled);
+        EXPECT_EQ(result.status, SIGKILL);
+        EXPECT_FALSE(result.hung);
+    }
+}
+
+TEST_F(PosixChildProcessTest, endAll_isOfThisObjectsRunsOnly) {
+    PosixChildProcess other;
+    other.endAll();
+    EXPECT_EQ(shell("exit 5").status, 5);
+}
+
 TEST_F(PosixChildProcessTest, usualLimits_areAMinuteAndHalfAnHour) {
     EXPECT_EQ(Limits{}.idle, 60s);
     EXPECT_EQ(Limits{}.total, 30min);
