@@ -45,7 +45,8 @@ ViewEngine::ViewEngine(DesktopAppearance& appearance) {
     m_theme = makeTheme(m_engine);
     m_theme->setProperty("fontFamily", interfaceFont());
     m_theme->setProperty("dark", appearance.isDark.get());
-    m_appearance = appearance.isDark.observe([this](const bool& dark) { m_theme->setProperty("dark", dark); });
+    m_appearance =
+        appearance.isDark.observe([this](const bool& dark) { m_theme->setProperty("dark", dark); });
 }
 
 ViewEngine::~ViewEngine() = default;
@@ -59,6 +60,5 @@ std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVaria
     object.release();
     return std::unique_ptr<QQuickItem>(item);
 }
-
 
 } // namespace talvera

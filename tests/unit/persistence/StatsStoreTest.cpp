@@ -208,8 +208,9 @@ TEST_F(StatsStoreTest, fetchThatFailsAtTheStart_isMadeUpFor) {
     databases.onDisk = {session(80, 10.0)};
     databases.fetchFails = true;
     EXPECT_EQ(lifetime(), 0);
-    EXPECT_EQ(console.logged(), QStringList({QStringLiteral("StatsStore: fetch failed: unreadable"),
-                                           QStringLiteral("StatsStore: lifetime fetch failed: unreadable")}));
+    EXPECT_EQ(console.logged(),
+              QStringList({QStringLiteral("StatsStore: fetch failed: unreadable"),
+                           QStringLiteral("StatsStore: lifetime fetch failed: unreadable")}));
     databases.fetchFails = false;
     record(80, 10.0);
     EXPECT_EQ(lastWeek(), (WeeklyStats{220, 2}));

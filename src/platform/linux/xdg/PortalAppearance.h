@@ -9,8 +9,8 @@ class QDBusVariant;
 
 namespace talvera {
 
-/// Light or dark as the desktop portal tells it, and as the toolkit's palette shows it where there is no portal
-/// or the user has no wish. Followed live. The first answer comes later, through the event loop.
+/// Light or dark as the desktop portal tells it, and as the toolkit's palette shows it where there is no
+/// portal or the user has no wish. Followed live. The first answer comes later, through the event loop.
 class PortalAppearance final : public QObject, public DesktopAppearance {
     Q_OBJECT
 public:
