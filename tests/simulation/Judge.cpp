@@ -161,8 +161,7 @@ void Judge::seeRecorderStart() {
     if (!tapMode && !m_releasesExcused && !m_world.agent().hotkey.isPressed())
         complain(QStringLiteral("a recording began after the key had come up"));
     const auto pressed = m_world.agent().delegate->dictation().pressStartedAt();
-    if (!tapMode && !m_releasesExcused &&
-        (!pressed || m_world.actor.now() - *pressed < DictationController::holdToRecordDelay))
+    if (!tapMode && !m_releasesExcused && (!pressed || m_world.actor.now() - *pressed < seconds(0.6)))
         complain(QStringLiteral("a recording began before the hold delay had passed"));
 
     const auto front = m_world.workspace.frontmostApplication();
@@ -173,6 +172,9 @@ void Judge::seeRecorderStart() {
 void Judge::begin() {
     if (m_inFlight)
         complain(QStringLiteral("a second dictation began"));
+    const auto pressed = m_world.agent().delegate->dictation().pressStartedAt();
+    if (!pressed || m_world.actor.now() - *pressed < seconds(0.2))
+        complain(QStringLiteral("a press that was too short was not discarded"));
     if (m_audioSeconds < 0.3)
         complain(QStringLiteral("a recording of %1 s was not discarded").arg(m_audioSeconds));
     const auto& settings = m_world.settings;

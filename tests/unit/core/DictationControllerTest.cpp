@@ -111,6 +111,44 @@ TEST_F(Dictation, holdModePressWhileTranscribing_isIgnoredWithItsRelease) {
     EXPECT_EQ(story({"recorderStart"}).size(), 1);
 }
 
+TEST_F(Dictation, holdModePressWhileTranscribing_startsNothingAlsoWhenItIsHeldOn) {
+    launch();
+    hold(1);
+    advance(0.7); // the tool takes 1 s: it ends before the delay of this press would
+    ASSERT_EQ(state(), State::Transcribing);
+    press();
+    advance(2);
+    EXPECT_EQ(state(), State::Idle);
+    release();
+    runToRest();
+    EXPECT_EQ(story({"recorderStart"}).size(), 1);
+}
+
+TEST_F(Dictation, pressSoonAfterAShortTouch_hasItsWholeDelay) {
+    launch();
+    hold(0.3);
+    advance(0.1);
+    press();
+    advance(0.3); // past the end of the first one's delay
+    EXPECT_EQ(state(), State::Idle);
+    advance(0.299);
+    EXPECT_EQ(state(), State::Idle);
+    advance(0.001);
+    EXPECT_EQ(state(), State::Recording);
+    release();
+}
+
+TEST_F(Dictation, stateThatChangesDuringTheDelay_startsNothing) {
+    launch();
+    press();
+    advance(0.3);
+    world.agent().menuBar.state.set(State::Transcribing);
+    advance(1);
+    EXPECT_EQ(story({"recorderStart"}), QStringList());
+    release();
+    world.agent().menuBar.state.set(State::Idle);
+}
+
 TEST_F(Dictation, holdModePressDuringAnError_isIgnoredWithItsRelease) {
     launch();
     recognise({failure()});
@@ -118,10 +156,14 @@ TEST_F(Dictation, holdModePressDuringAnError_isIgnoredWithItsRelease) {
     advance(1.5);
     ASSERT_EQ(state(), State::Error);
     world.effects.clear();
-    hold(1);
+    press();
+    world.actor.settle();
+    EXPECT_FALSE(dictation().hasPendingRecordStart());
+    advance(1);
+    release();
+    world.actor.settle();
     EXPECT_EQ(state(), State::Error);
     EXPECT_TRUE(world.effects.empty());
-    EXPECT_FALSE(dictation().hasPendingRecordStart());
 }
 
 TEST_F(Dictation, audioExactlyAtTheThreshold_isPasted) {
