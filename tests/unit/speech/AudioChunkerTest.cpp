@@ -9,9 +9,11 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <cstring>
+#include <cstddef>
 #include <limits>
 #include <new>
+#include <span>
+#include <vector>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -152,8 +154,8 @@ public:
 
     template <typename Sample>
     void hold(const std::vector<Sample>& samples) {
-        bytes.resize(samples.size() * sizeof(Sample));
-        std::memcpy(bytes.data(), samples.data(), bytes.size());
+        const auto view = std::as_bytes(std::span(samples));
+        bytes.assign(view.begin(), view.end());
     }
 };
 
