@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SoundServer.h"
 
-#include "spawn.h"
+#include "spawnProgram.h"
 
 #include <QFile>
 
@@ -104,7 +104,7 @@ void SoundServer::serve(const QStringList& command) {
     const auto urgency = m_kind == Kind::PulseAudio ? Urgency::RealTime : Urgency::Nice;
     const int log =
         open(QFile::encodeName(path("log")).constData(), O_CREAT | O_APPEND | O_WRONLY | O_CLOEXEC, 0600);
-    m_processes.push_back(spawn(wordsOf(command), environment(), urgency, -1, log, log));
+    m_processes.push_back(spawnProgram(wordsOf(command), environment(), urgency, -1, log, log));
     close(log);
 }
 
@@ -211,7 +211,7 @@ bool SoundServer::run(const QStringList& command, QString& output) {
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
-    const auto process = spawn(wordsOf(command), environment(), Urgency::Nice, -1, pipe[1], pipe[1]);
+    const auto process = spawnProgram(wordsOf(command), environment(), Urgency::Nice, -1, pipe[1], pipe[1]);
     close(pipe[1]);
     QByteArray bytes;
     std::array<char, 4096> piece{};

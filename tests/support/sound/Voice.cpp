@@ -27,8 +27,8 @@ Voice::Voice(const std::string& address, const std::string& sink, int rate, int 
     std::array<int, 2> answers{};
     if (pipe2(commands.data(), O_CLOEXEC) != 0 || pipe2(answers.data(), O_CLOEXEC) != 0)
         throw std::runtime_error("no pipe");
-    m_program = spawn({VOICE_PROGRAM, address, sink, std::to_string(rate), std::to_string(channels)}, {},
-                      Urgency::RealTime, commands[0], answers[1], STDERR_FILENO);
+    m_program = spawnProgram({VOICE_PROGRAM, address, sink, std::to_string(rate), std::to_string(channels)},
+                             {}, Urgency::RealTime, commands[0], answers[1], STDERR_FILENO);
     close(commands[0]);
     close(answers[1]);
     m_commands = commands[1];

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "spawn.h"
+#include "spawnProgram.h"
 
 #include <cstdint>
 #include <string>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "spawn.h"
+#include "spawnProgram.h"
 
 #include <csignal>
 #include <cstdlib>
@@ -24,8 +24,8 @@ std::vector<char*> pointersTo(const std::vector<std::string>& strings) {
 
 } // namespace
 
-pid_t spawn(const std::vector<std::string>& command, std::vector<std::string> environment, Urgency urgency,
-            int input, int output, int error) {
+pid_t spawnProgram(const std::vector<std::string>& command, std::vector<std::string> environment,
+                   Urgency urgency, int input, int output, int error) {
     environment.push_back(std::string("PATH=") + std::getenv("PATH"));
     const auto arguments = pointersTo(command);
     const auto variables = pointersTo(environment);
