@@ -3,6 +3,7 @@
 
 #include "platform/KeyEventPoster.h"
 #include "platform/Pasteboard.h"
+#include "receivers/mixedText.h"
 
 #include <QString>
 
@@ -10,9 +11,6 @@
 #include <string>
 
 namespace talvera::test {
-
-/// About 300 characters of a dozen scripts, with combining accents and emoji of several code points.
-QString mixedText();
 
 /// Types `text` as delivery does: piece by piece, at its pace. Calls `beforeChunk` with the number of each
 /// piece that is about to be typed.
