@@ -9,49 +9,30 @@
 #include "Voice.h"
 #include "concurrency/QtMainActor.h"
 #include "platform/linux/pulse/PulseAudioInput.h"
+#include "support/Figure.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 #include <string_view>
-#include <vector>
 
 using namespace talvera;
+using namespace talvera::bench;
 using namespace talvera::test;
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
 namespace {
 
 constexpr int rate = 48000;
 
-double milliseconds(Clock::duration duration) {
-    return std::chrono::duration<double, std::milli>(duration).count();
-}
-
-double milliseconds(std::int64_t frames) {
+double millisecondsOf(std::int64_t frames) {
     return 1000.0 * static_cast<double>(frames) / rate;
 }
 
-class Figure {
-public:
-    explicit Figure(const char* name)
-        : m_name(name) {}
-    void add(double value) { m_values.push_back(value); }
-    void print() {
-        std::sort(m_values.begin(), m_values.end());
-        std::printf("%-52s median %7.2f   min %7.2f   max %7.2f\n", m_name, m_values[m_values.size() / 2],
-                    m_values.front(), m_values.back());
-    }
-
-private:
-    const char* m_name;
-    std::vector<double> m_values;
-};
-
-bool measure(SoundServer::Kind kind, int runs) {
+bool measure(SoundServer::Kind kind, const std::string& name, int runs) {
     SoundServer server(kind);
     server.start();
     server.addMicrophone(QStringLiteral("microphone"), rate);
@@ -61,11 +42,11 @@ bool measure(SoundServer::Kind kind, int runs) {
     PulseConnection connection(actor, server.address());
     connection.waitForAnswer(5s);
 
-    Figure starting("start() holds the main thread, ms");
-    Figure firstSample("start() to the first sample in our hands, ms");
-    Figure lostAtStart("speech lost at the beginning, ms");
-    Figure releasing("removeTap() and stop() hold the main thread, ms");
-    Figure lostAtEnd("speech lost at the end (negative: some more), ms");
+    Figure starting(name + ": start() holds the main thread");
+    Figure firstSample(name + ": start() to the first sample in our hands");
+    Figure lostAtStart(name + ": speech lost at the beginning");
+    Figure releasing(name + ": removeTap() and stop() hold the main thread");
+    Figure lostAtEnd(name + ": speech lost at the end (negative: some more)");
     int gaps = 0;
     PulseAudioInput input(connection);
     for (int run = 0; run < runs; ++run) {
@@ -90,12 +71,15 @@ bool measure(SoundServer::Kind kind, int runs) {
         gaps += Voice::gapsIn(heard.samples);
         firstSample.add(milliseconds(heard.firstAt - start));
         lostAtStart.add(
-            milliseconds(Voice::frameOf(Voice::firstOf(heard.samples), saidAtStart) - saidAtStart));
-        lostAtEnd.add(milliseconds(saidAtEnd - Voice::frameOf(heard.samples.back(), saidAtEnd)));
+            millisecondsOf(Voice::frameOf(Voice::firstOf(heard.samples), saidAtStart) - saidAtStart));
+        lostAtEnd.add(millisecondsOf(saidAtEnd - Voice::frameOf(heard.samples.back(), saidAtEnd)));
     }
-    for (auto* const figure : {&starting, &firstSample, &lostAtStart, &releasing, &lostAtEnd})
-        figure->print();
-    std::printf("gaps: %d in %d recordings\n", gaps, runs);
+    starting.print();
+    firstSample.print(Aim::below(40));
+    lostAtStart.print();
+    releasing.print();
+    lostAtEnd.print();
+    printFigure(name + ": gaps in " + std::to_string(runs) + " recordings", gaps, "", Aim::atMost(0));
     return gaps == 0;
 }
 
@@ -107,12 +91,10 @@ int main(int argc, char** argv) {
     const int runs = std::max(argc > 2 ? std::atoi(argv[2]) : 30, 1);
     bool whole = true;
     if (servers != "pipewire") {
-        std::puts("PulseAudio");
-        whole = measure(SoundServer::Kind::PulseAudio, runs);
+        whole = measure(SoundServer::Kind::PulseAudio, "PulseAudio", runs);
     }
     if (servers != "pulse") {
-        std::puts("PipeWire");
-        whole = measure(SoundServer::Kind::PipeWire, runs) && whole;
+        whole = measure(SoundServer::Kind::PipeWire, "PipeWire", runs) && whole;
     }
     return whole ? 0 : 1;
 }

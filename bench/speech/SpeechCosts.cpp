@@ -9,34 +9,33 @@
 #include "speech/AudioRecorder.h"
 #include "speech/OverlapMerge.h"
 #include "speech/TranscriptRules.h"
+#include "support/Figure.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <functional>
+#include <string>
 #include <vector>
 
 using namespace talvera;
+using namespace talvera::bench;
 using namespace talvera::test;
-using Clock = std::chrono::steady_clock;
 
 namespace {
 
-/// The median of so many runs, in milliseconds.
-double medianMilliseconds(int runs, const std::function<void()>& work) {
-    std::vector<double> times;
+/// Does the work so often and prints what one time takes.
+void measure(const std::string& what, int runs, const std::function<void()>& work) {
+    Figure figure(what);
     for (int run = 0; run < runs; ++run) {
         const auto start = Clock::now();
         work();
-        times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+        figure.add(milliseconds(Clock::now() - start));
     }
-    std::nth_element(times.begin(), times.begin() + runs / 2, times.end());
-    return times[static_cast<std::size_t>(runs / 2)];
+    figure.print();
 }
 
-void print(const char* what, double milliseconds) {
-    std::printf("%-66s %9.3f ms\n", what, milliseconds);
+std::string wholeNumber(double value) {
+    return std::to_string(static_cast<int>(value));
 }
 
 /// What the recogniser says of each of the chunks of an hour: two and a half words a second, the five of the
@@ -57,16 +56,13 @@ QStringList hourOfChunks() {
 void measureText() {
     const auto raw = hourOfChunks();
     QStringList tidied;
-    print("an hour of dictation: tidying its 157 chunks", medianMilliseconds(11, [&] {
-              tidied.clear();
-              std::transform(raw.begin(), raw.end(), std::back_inserter(tidied), postProcess);
-          }));
-    QString text;
-    print("an hour of dictation: joining them", medianMilliseconds(11, [&] { text = mergeAll(tidied); }));
-    std::printf("  (%lld characters)\n", static_cast<long long>(text.size()));
-    print("a sentence: tidying it", medianMilliseconds(101, [] {
-              postProcess(QStringLiteral(" Please send the report tomorrow , and call me.\n"));
-          }));
+    measure("an hour of dictation: tidying its 157 chunks", 11, [&] {
+        tidied.clear();
+        std::transform(raw.begin(), raw.end(), std::back_inserter(tidied), postProcess);
+    });
+    measure("an hour of dictation: joining them", 11, [&] { mergeAll(tidied); });
+    measure("a sentence: tidying it", 101,
+            [] { postProcess(QStringLiteral(" Please send the report tomorrow , and call me.\n")); });
 }
 
 void measureRecording() {
@@ -78,15 +74,16 @@ void measureRecording() {
         SoxrAudioConverterFactory converters;
         AudioRecorder recorder(engine, converters, files, actor);
         const std::vector<std::int16_t> sound(static_cast<std::size_t>(seconds * 16000), 8000);
-        std::vector<double> stops;
+        Figure stops("release of " + wholeNumber(seconds) + " s of speech: trimming and writing it");
         for (int run = 0; run < 11; ++run) {
             recorder.start();
             engine.deliver(sound);
-            stops.push_back(medianMilliseconds(1, [&] { recorder.stop(path); }));
+            const auto start = Clock::now();
+            recorder.stop(path);
+            stops.add(milliseconds(Clock::now() - start));
             files.remove(path);
         }
-        std::nth_element(stops.begin(), stops.begin() + 5, stops.end());
-        std::printf("release of %5.0f s of speech: trimming and writing it %32.3f ms\n", seconds, stops[5]);
+        stops.print();
     }
 }
 
@@ -99,7 +96,8 @@ void measureConversion() {
         for (int i = 0; i < static_cast<int>(rate) * 2; ++i)
             second.push_back(0.3F * std::sin(static_cast<float>(i) * 0.03F));
         const auto converter = factory.make(format, target);
-        const auto time = medianMilliseconds(21, [&] {
+        const auto name = wholeNumber(rate) + " Hz stereo: ";
+        measure(name + "converting a second of it", 21, [&] {
             converter->convert({format, second.size() / 2, second.data()}, 20000);
         });
         double held = 0;
@@ -109,17 +107,15 @@ void measureConversion() {
             held = std::max(held,
                             1000.0 * static_cast<double>(frames) / rate - static_cast<double>(given) / 16.0);
         }
-        std::printf(
-            "%6.0f Hz stereo: converting a second of it %37.3f ms; held back at the end, at most %.2f ms\n",
-            rate, time, held);
+        printFigure(name + "held back at the end, at most", held, "ms");
     }
 }
 
 void measureProcess() {
     PosixChildProcess processes;
-    print("a tool that answers at once: starting it and seeing its end", medianMilliseconds(51, [&] {
-              processes.run({"/bin/true", {}, "/"});
-          }));
+    measure("a tool that does nothing: starting it and seeing its end", 51, [&] {
+        processes.run({"/bin/true", {}, "/"});
+    });
 }
 
 } // namespace

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "support/Dictating.h"
+
+#include <algorithm>
+
+namespace talvera::bench {
+
+namespace {
+
+constexpr int speechRate = 16000; // samples a second, as spoken() makes them
+
+/// So long no key moves within a text: its pace is some 27 ms.
+constexpr std::chrono::milliseconds quiet{250};
+
+} // namespace
+
+Dictating::Dictating(const QJsonObject& preferences, const QString& program)
+    : m_voice(qgetenv("PULSE_SERVER").toStdString(), "rigmic_feed", speechRate) {
+    m_home.setPreferences(preferences);
+    m_agent.emplace(m_home, program);
+    if (m_agent->count(QStringLiteral("microphone authorized")) == 0)
+        m_agent->await(QStringLiteral("microphone authorized"));
+}
+
+void Dictating::holdAndSay(const std::vector<std::int16_t>& speech) {
+    m_witness.forget();
+    m_keys.press(RightCtrl);
+    m_agent->await(QStringLiteral("state recording"));
+    m_voice.sayAndWait(speech);
+    m_keys.release(RightCtrl);
+}
+
+void Dictating::awaitEnd() {
+    m_agent->await(QStringLiteral("state idle"));
+    firstTyped();
+    m_witness.awaitQuiet(quiet);
+}
+
+KeyWitness::Clock::time_point Dictating::released() {
+    return m_witness.await([](const auto& key) { return key.keycode == RightCtrl && !key.isDown; }).at;
+}
+
+KeyWitness::Clock::time_point Dictating::firstTyped() {
+    return m_witness.await([](const auto& key) { return key.isPosted && key.isDown; }).at;
+}
+
+std::vector<KeyWitness::Key> Dictating::typed() const {
+    auto keys = m_witness.seen();
+    std::erase_if(keys, [](const auto& key) { return !key.isPosted; });
+    return keys;
+}
+
+} // namespace talvera::bench

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "support/Figure.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+
+namespace talvera::bench {
+
+namespace {
+
+std::string formatted(const char* format, double value) {
+    char text[64];
+    std::snprintf(text, sizeof text, format, value);
+    return text;
+}
+
+std::string verdict(const Aim& aim, double value) {
+    return (aim.kind == Aim::Kind::Below ? "aim < " : "aim <= ") + formatted("%g", aim.limit) +
+           (aim.isMetBy(value) ? "   met" : "   MISSED");
+}
+
+} // namespace
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+Figure::Figure(std::string what, std::string unit)
+    : m_what(std::move(what))
+    , m_unit(std::move(unit)) {}
+
+double Figure::median() const {
+    if (m_values.empty())
+        throw std::runtime_error("nothing was measured: " + m_what);
+    auto sorted = m_values;
+    std::sort(sorted.begin(), sorted.end());
+    const auto middle = sorted.size() / 2;
+    return sorted.size() % 2 == 1 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
+}
+
+void Figure::print(std::optional<Aim> aim) const {
+    const double value = median();
+    std::string range;
+    if (m_values.size() > 1) {
+        const auto [least, most] = std::minmax_element(m_values.begin(), m_values.end());
+        range = formatted("%.2f", *least) + " to " + formatted("%.2f", *most);
+    }
+    std::printf("%-66s %9.2f %-5s %-18s %s\n", m_what.c_str(), value, m_unit.c_str(), range.c_str(),
+                aim ? verdict(*aim, value).c_str() : "");
+    std::fflush(stdout);
+}
+
+void printFigure(const std::string& what, double value, const std::string& unit, std::optional<Aim> aim) {
+    Figure figure(what, unit);
+    figure.add(value);
+    figure.print(aim);
+}
+
+void printNote(const std::string& text) {
+    std::printf("  %s\n", text.c_str());
+    std::fflush(stdout);
+}
+
+} // namespace talvera::bench
