@@ -40,6 +40,11 @@ void DesktopTest::startAgentAgain(const QString& program) {
         agent->await("microphone authorized");
 }
 
+QJsonObject DesktopTest::chordOfCtrlAltSpace() {
+    const QByteArray binding = R"({"chord":{"modifiers":786432,"keyCode":49}})";
+    return {{"hotkeyBinding", QJsonObject{{"data", QString::fromLatin1(binding.toBase64())}}}};
+}
+
 void DesktopTest::holdAndSay(const Samples& speech) {
     keys.press(RightCtrl);
     agent->await("state recording");

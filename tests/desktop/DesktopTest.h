@@ -40,6 +40,7 @@ protected:
     static constexpr int LeftCtrl = 37;
     static constexpr int LeftAlt = 64;
     static constexpr int Space = 65;
+    static constexpr int H = 43;
     static constexpr int V = 55;
 
     /// Ends the agent, if it still runs, and checks that it is clean.
@@ -50,7 +51,10 @@ protected:
     /// Starts it with what is in `home` already.
     void startAgentAgain(const QString& program = TALVERA_PROGRAM);
 
-    /// Holds the hotkey, says this as soon as it is being recorded, and lets go. Returns when the agent has
+    /// Preferences with Ctrl+Alt+Space as the hotkey.
+    static QJsonObject chordOfCtrlAltSpace();
+
+    /// Holds Right Ctrl, says this as soon as it is being recorded, and lets go. Returns when the agent has
     /// begun to recognise.
     void holdAndSay(const Samples& speech);
 

@@ -48,6 +48,22 @@ TEST_F(Presses, ofThreeTenthsOfASecond_leaveNoTrace) {
     EXPECT_EQ(agent->count("hud listening"), 1);
 }
 
+TEST_F(Presses, ofAChordWhoseModifiersStayDown_dontGarbleTheText) {
+    startAgent(chordOfCtrlAltSpace());
+    Receiver editor(Receiver::Kind::Qt);
+    for (const int key : {LeftCtrl, LeftAlt, Space})
+        keys.press(key);
+    agent->await("state recording");
+    voice.sayAndWait(spoken("Good morning."));
+    keys.release(Space);
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("state idle");
+    for (const int key : {LeftAlt, LeftCtrl})
+        keys.release(key);
+    keys.tap(H); // and nothing is stuck
+    EXPECT_TRUE(editor.waitForText("Good morning.h")) << editor.text().toStdString();
+}
+
 TEST_F(Presses, duringARecognition_areIgnored) {
     RecogniserGate gate;
     startAgent({}, gate.program());

@@ -2,6 +2,8 @@
 // Which language is spoken, which one is wanted, and what isn't meant as words.
 #include "DesktopTest.h"
 
+#include <QRegularExpression>
+
 using namespace talvera::test;
 
 namespace {
@@ -31,6 +33,22 @@ TEST_F(SpokenLanguage, germanForEnglish_isTranslatedByTheRecogniser) {
 
 TEST_F(SpokenLanguage, russianThatNobodyAnnounced_isFoundOut) {
     expect("Пожалуйста, отправьте отчёт.", spoken("Пожалуйста, отправьте отчёт.", "ru"), {});
+}
+
+TEST_F(SpokenLanguage, newLine_breaksTheLine) {
+    startAgent({{"sourceLanguageCode", "en"}});
+    Receiver editor(Receiver::Kind::Gtk);
+    // No sensible sentence, but one of few behind whose command the tiny model writes no mark.
+    holdAndSay(spoken("Tuesday new line starts at nine today"));
+    const QRegularExpression twoLines("^Tuesday \\n\\w.*\\.$");
+    EXPECT_TRUE(editor.waitFor([&](const QString& text) { return twoLines.match(text).hasMatch(); }))
+        << editor.text().toStdString();
+    agent->await("state idle");
+}
+
+TEST_F(SpokenLanguage, newLineBeforeAMark_isTakenBackByIt) {
+    expect("Dear Anna, thank you for the letter.", spoken("Dear Anna, new line, thank you for the letter."),
+           {{"sourceLanguageCode", "en"}});
 }
 
 TEST_F(SpokenLanguage, silence_writesNothingAndSaysNothing) {
