@@ -12,7 +12,7 @@ Machine::Machine(QtMainActor& mainActor, StandardConsole& output, Directories pl
     , directories(std::move(places))
     , x11(std::move(connection))
     , preferences(directories.configuration, files, actor, preferenceWriter, console)
-    , pasteboard((directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString()) {
+    , pasteboard(console, (directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString()) {
     accessibility.enableForSession();
 }
 

@@ -221,7 +221,7 @@ TEST(HeldHotkey, chordStillDownAsTypingBegins_staysOut) {
 
 TEST(PasteWithHeldKeys, eachModifier_staysOut) {
     TypingScene scene;
-    X11Pasteboard pasteboard(TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
     QString expected;
     for (const int key : {LeftShift, LeftControl, LeftAlt, LeftSuper, RightAlt}) {
         SCOPED_TRACE(key);
@@ -236,7 +236,7 @@ TEST(PasteWithHeldKeys, eachModifier_staysOut) {
 
 TEST(PasteWithHeldKeys, capsLock_staysOn) {
     TypingScene scene;
-    X11Pasteboard pasteboard(TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
     scene.keys.tap(CapsLockKey);
     pasteText(scene.poster, pasteboard, Text);
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();

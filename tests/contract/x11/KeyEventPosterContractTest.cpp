@@ -34,7 +34,7 @@ struct FakeDesk {
 
 struct X11Desk {
     Receiver receiver{Receiver::Kind::Qt};
-    X11Pasteboard pasteboard{TALVERA_X11_COMPANION};
+    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION};
     X11KeyEventPoster poster;
 
     bool showsText(const QString& expected) { return receiver.waitForText(expected); }

@@ -27,7 +27,7 @@ QString megabyte() {
 void expectPasteArrives(Receiver::Kind kind, const QString& text, const std::string& layout = "us") {
     setLayout(layout);
     Receiver receiver(kind);
-    X11Pasteboard pasteboard(TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
     X11KeyEventPoster poster;
     pasteText(poster, pasteboard, text);
     EXPECT_TRUE(receiver.waitForText(text))
@@ -65,7 +65,7 @@ void expectSelectionIsReplaced(Receiver::Kind kind) {
     setLayout("us");
     Receiver receiver(kind);
     RigInput keys;
-    X11Pasteboard pasteboard(TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
     X11KeyEventPoster poster;
     typeText(poster, QStringLiteral("old"));
     ASSERT_TRUE(receiver.waitForText(QStringLiteral("old")));
@@ -82,7 +82,7 @@ TEST(PasteInTerminal, somethingMarkedInIt_isNotWhatIsPasted) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Terminal);
     RigInput keys;
-    X11Pasteboard pasteboard(TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
     X11KeyEventPoster poster;
     typeText(poster, QStringLiteral("old "));
     ASSERT_TRUE(receiver.waitForText(QStringLiteral("old ")));

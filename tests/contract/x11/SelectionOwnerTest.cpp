@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/SelectionOwner.h"
+#include "RecordingConsole.h"
 #include "platform/linux/x11/ClipboardHolder.h"
 #include "platform/linux/x11/ClipboardLink.h"
 #include "platform/linux/x11/X11Pasteboard.h"
@@ -20,6 +21,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds Patience{10};
+
+test::RecordingConsole console;
 
 WipedText textOf(std::string_view bytes) {
     const auto text = makeWipedText(bytes.size());
@@ -312,7 +315,7 @@ TEST(SelectionOwner, readerThatVanishesOrStalls_isGivenUp) {
 }
 
 TEST(ClipboardThread, companionThatCantBeStarted_isReplacedByIt) {
-    X11Pasteboard pasteboard("/nowhere/companion");
+    X11Pasteboard pasteboard(console, "/nowhere/companion");
     pasteboard.setString(QStringLiteral("held by a thread"));
     Requestor requestor;
     const auto answer = requestor.ask("UTF8_STRING");
@@ -321,7 +324,7 @@ TEST(ClipboardThread, companionThatCantBeStarted_isReplacedByIt) {
 }
 
 TEST(ClipboardThread, companionThatEndsAtOnce_isReplacedByIt) {
-    X11Pasteboard pasteboard("/bin/false");
+    X11Pasteboard pasteboard(console, "/bin/false");
     pasteboard.setString(QStringLiteral("held by a thread"));
     Requestor requestor;
     const auto answer = requestor.ask("UTF8_STRING");
@@ -332,7 +335,7 @@ TEST(ClipboardThread, companionThatEndsAtOnce_isReplacedByIt) {
 TEST(CompanionProcess, clipboardManager_isGivenTheTextWhenTheAgentEnds) {
     Requestor manager;
     manager.takeOver("CLIPBOARD_MANAGER");
-    { X11Pasteboard(TALVERA_X11_COMPANION).setString(QStringLiteral("to be kept")); }
+    { X11Pasteboard(console, TALVERA_X11_COMPANION).setString(QStringLiteral("to be kept")); }
 
     const XcbEvent event = manager.awaitEvent(XCB_SELECTION_REQUEST);
     ASSERT_TRUE(event);

@@ -265,7 +265,9 @@ TEST(Trouble, noXServer_noEventCanBeMade) {
     EXPECT_FALSE(session->post(0, KeyPhase::Down));
     EXPECT_FALSE(session->post(0, KeyPhase::Up));
     EXPECT_FALSE(poster.postPaste(KeyPhase::Down));
-    X11Pasteboard(TALVERA_X11_COMPANION, ":4711").setString(QStringLiteral("lost, but nobody hangs"));
+    X11Pasteboard(console, TALVERA_X11_COMPANION, ":4711")
+        .setString(QStringLiteral("lost, but nobody hangs"));
+    EXPECT_EQ(console.logged(), QStringList{"[pasteboard] the clipboard can't be set"});
 }
 
 TEST(Trouble, xServerGoneMeanwhile_noEventCanBeMade) {

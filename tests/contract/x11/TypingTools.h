@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "RecordingConsole.h"
 #include "platform/KeyEventPoster.h"
 #include "platform/Pasteboard.h"
 #include "receivers/mixedText.h"
@@ -11,6 +12,9 @@
 #include <string>
 
 namespace talvera::test {
+
+/// What was said in this program.
+inline RecordingConsole console;
 
 /// Types `text` as delivery does: piece by piece, at its pace. Calls `beforeChunk` with the number of each
 /// piece that is about to be typed.

@@ -8,6 +8,7 @@
 //   down N, up N      posts the key down or key up of its chunk N
 //   end               ends the typing
 
+#include "RecordingConsole.h"
 #include "delivery/typewriterChunks.h"
 #include "platform/linux/x11/X11KeyEventPoster.h"
 #include "platform/linux/x11/X11Pasteboard.h"
@@ -21,7 +22,8 @@ using namespace talvera;
 
 int main(int argc, char** argv) {
     X11KeyEventPoster poster;
-    X11Pasteboard pasteboard(argc > 1 ? argv[1] : "");
+    test::RecordingConsole console;
+    X11Pasteboard pasteboard(console, argc > 1 ? argv[1] : "");
     std::unique_ptr<TypingSession> session;
     std::cout << "done" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {

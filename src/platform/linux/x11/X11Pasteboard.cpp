@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/x11/X11Pasteboard.h"
 
+#include "platform/Console.h"
 #include "platform/linux/x11/ClipboardHolder.h"
 #include "platform/linux/x11/ClipboardLink.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace talvera {
@@ -15,8 +15,9 @@ constexpr std::chrono::milliseconds answerLimit{2000};
 
 } // namespace
 
-X11Pasteboard::X11Pasteboard(std::string companionProgram, std::string display)
-    : m_companionProgram(std::move(companionProgram))
+X11Pasteboard::X11Pasteboard(Console& console, std::string companionProgram, std::string display)
+    : m_console(console)
+    , m_companionProgram(std::move(companionProgram))
     , m_display(std::move(display))
     , m_holder(CompanionProcess::start(m_companionProgram, m_display)) {}
 
@@ -33,7 +34,7 @@ void X11Pasteboard::setString(const QString& text) {
         return;
     replaceHolder(ClipboardThread::start(m_display));
     if (!offer(utf8))
-        std::puts("[pasteboard] the clipboard can't be set");
+        m_console.log(QStringLiteral("[pasteboard] the clipboard can't be set"));
 }
 
 bool X11Pasteboard::offer(std::string_view utf8) {
