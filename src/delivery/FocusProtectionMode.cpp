@@ -1,24 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "delivery/FocusProtectionMode.h"
 
+#include "platform/CaseNames.h"
+
 namespace talvera {
 
+namespace {
+
+constexpr CaseNames<FocusProtectionMode, 2> names{{
+    {FocusProtectionMode::Reactivate, "reactivate"},
+    {FocusProtectionMode::ClipboardOnly, "clipboardOnly"},
+}};
+
+} // namespace
+
 QString rawValue(FocusProtectionMode mode) {
-    switch (mode) {
-    case FocusProtectionMode::Reactivate:
-        return QStringLiteral("reactivate");
-    case FocusProtectionMode::ClipboardOnly:
-        return QStringLiteral("clipboardOnly");
-    }
-    Q_UNREACHABLE();
+    return nameOf(mode, names);
 }
 
 std::optional<FocusProtectionMode> focusProtectionModeFromRawValue(const QString& raw) {
-    for (const auto mode : allFocusProtectionModes) {
-        if (raw == rawValue(mode))
-            return mode;
-    }
-    return std::nullopt;
+    return caseNamed(raw, names);
 }
 
 } // namespace talvera

@@ -1,24 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "delivery/InsertionMode.h"
 
+#include "platform/CaseNames.h"
+
 namespace talvera {
 
+namespace {
+
+constexpr CaseNames<InsertionMode, 2> names{{
+    {InsertionMode::Paste, "paste"},
+    {InsertionMode::AutoByDuration, "autoByDuration"},
+}};
+
+} // namespace
+
 QString rawValue(InsertionMode mode) {
-    switch (mode) {
-    case InsertionMode::Paste:
-        return QStringLiteral("paste");
-    case InsertionMode::AutoByDuration:
-        return QStringLiteral("autoByDuration");
-    }
-    Q_UNREACHABLE();
+    return nameOf(mode, names);
 }
 
 std::optional<InsertionMode> insertionModeFromRawValue(const QString& raw) {
-    for (const auto mode : allInsertionModes) {
-        if (raw == rawValue(mode))
-            return mode;
-    }
-    return std::nullopt;
+    return caseNamed(raw, names);
 }
 
 } // namespace talvera

@@ -1,30 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "language/AIAvailabilityState.h"
 
+#include "platform/CaseNames.h"
+
 namespace talvera {
 
+namespace {
+
+constexpr CaseNames<AIAvailabilityState, 5> names{{
+    {AIAvailabilityState::Available, "available"},
+    {AIAvailabilityState::IntelligenceOff, "intelligenceOff"},
+    {AIAvailabilityState::DeviceNotEligible, "deviceNotEligible"},
+    {AIAvailabilityState::ModelNotReady, "modelNotReady"},
+    {AIAvailabilityState::UnsupportedOS, "unsupportedOS"},
+}};
+
+} // namespace
+
 QString caseName(AIAvailabilityState state) {
-    switch (state) {
-    case AIAvailabilityState::Available:
-        return QStringLiteral("available");
-    case AIAvailabilityState::IntelligenceOff:
-        return QStringLiteral("intelligenceOff");
-    case AIAvailabilityState::DeviceNotEligible:
-        return QStringLiteral("deviceNotEligible");
-    case AIAvailabilityState::ModelNotReady:
-        return QStringLiteral("modelNotReady");
-    case AIAvailabilityState::UnsupportedOS:
-        return QStringLiteral("unsupportedOS");
-    }
-    Q_UNREACHABLE();
+    return nameOf(state, names);
 }
 
 std::optional<AIAvailabilityState> aiAvailabilityStateFromCaseName(const QString& name) {
-    for (const auto state : allAIAvailabilityStates) {
-        if (name == caseName(state))
-            return state;
-    }
-    return std::nullopt;
+    return caseNamed(name, names);
 }
 
 } // namespace talvera

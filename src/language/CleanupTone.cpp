@@ -1,28 +1,27 @@
 // SPDX-License-Identifier: MIT
 #include "language/CleanupTone.h"
 
+#include "platform/CaseNames.h"
+
 namespace talvera {
 
+namespace {
+
+constexpr CaseNames<CleanupTone, 4> names{{
+    {CleanupTone::Off, "off"},
+    {CleanupTone::Conversational, "conversational"},
+    {CleanupTone::Casual, "casual"},
+    {CleanupTone::Professional, "professional"},
+}};
+
+} // namespace
+
 QString rawValue(CleanupTone tone) {
-    switch (tone) {
-    case CleanupTone::Off:
-        return QStringLiteral("off");
-    case CleanupTone::Conversational:
-        return QStringLiteral("conversational");
-    case CleanupTone::Casual:
-        return QStringLiteral("casual");
-    case CleanupTone::Professional:
-        return QStringLiteral("professional");
-    }
-    Q_UNREACHABLE();
+    return nameOf(tone, names);
 }
 
 std::optional<CleanupTone> cleanupToneFromRawValue(const QString& raw) {
-    for (const auto tone : allCleanupTones) {
-        if (raw == rawValue(tone))
-            return tone;
-    }
-    return std::nullopt;
+    return caseNamed(raw, names);
 }
 
 } // namespace talvera
