@@ -6,6 +6,7 @@
 #include <QTimerEvent>
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <thread>
 
@@ -47,11 +48,11 @@ bool QtMainActor::event(QEvent* event) {
 }
 
 void QtMainActor::drain() {
-    if (m_blocked)
-        return; // block() wakes us again
     std::deque<std::function<void()>> batch;
     {
         const std::scoped_lock lock(m_mutex);
+        if (m_blocked)
+            return; // block() wakes us again
         m_wakePending = false;
         batch.swap(m_posted);
     }
@@ -113,17 +114,20 @@ void QtMainActor::block(const std::function<void()>& work) {
     }
     m_blocked = true;
     std::exception_ptr failure;
-    QEventLoop loop;
+    std::atomic<bool> ended = false;
     std::thread worker([&] {
         try {
             work();
         } catch (...) {
             failure = std::current_exception();
         }
-        QMetaObject::invokeMethod(
-            &loop, [&loop] { loop.quit(); }, Qt::QueuedConnection);
+        const std::scoped_lock lock(m_mutex);
+        ended = true;
+        wake();
     });
-    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    QEventLoop loop;
+    while (!ended)
+        loop.processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
     worker.join();
     m_blocked = false;
 
