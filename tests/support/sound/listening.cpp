@@ -29,10 +29,22 @@ std::vector<std::int16_t> spokenPart(const std::vector<std::int16_t>& samples) {
 }
 
 double frequencyOf(const std::vector<std::int16_t>& samples, double sampleRate) {
-    int risings = 0;
-    for (std::size_t i = 1; i < samples.size(); ++i)
-        risings += samples[i - 1] < 0 && samples[i] >= 0;
-    return risings * sampleRate / static_cast<double>(samples.size());
+    std::vector<double> periods;
+    double lastRising = 0;
+    for (std::size_t i = 1; i < samples.size(); ++i) {
+        if (samples[i - 1] >= 0 || samples[i] < 0)
+            continue;
+        const double before = samples[i - 1];
+        const double rising = static_cast<double>(i) - samples[i] / (samples[i] - before);
+        if (lastRising > 0)
+            periods.push_back(rising - lastRising);
+        lastRising = rising;
+    }
+    if (periods.empty())
+        return 0;
+    const auto middle = periods.begin() + static_cast<std::ptrdiff_t>(periods.size() / 2);
+    std::nth_element(periods.begin(), middle, periods.end());
+    return sampleRate / *middle;
 }
 
 double rmsOf(const std::vector<std::int16_t>& samples) {
