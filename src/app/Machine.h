@@ -7,7 +7,6 @@
 #include "platform/absent/NoLanguageModel.h"
 #include "platform/absent/NoLoginItem.h"
 #include "platform/absent/NoSettingsPanels.h"
-#include "platform/absent/NoSoundPlayer.h"
 #include "platform/linux/atspi/AtspiAccessibility.h"
 #include "platform/linux/audio/SndFileReader.h"
 #include "platform/linux/audio/SoxrAudioConverter.h"
@@ -19,6 +18,7 @@
 #include "platform/linux/pulse/PulseAudioInput.h"
 #include "platform/linux/pulse/PulseConnection.h"
 #include "platform/linux/pulse/PulseMicrophonePermission.h"
+#include "platform/linux/pulse/PulseSoundPlayer.h"
 #include "platform/linux/sqlite/SqliteSessionDatabase.h"
 #include "platform/linux/x11/EwmhWorkspace.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -81,7 +81,7 @@ public:
     NoLanguageModel languageModel;
     NoLoginItem loginItem;
     NoSettingsPanels settingsPanels{console};
-    NoSoundPlayer sounds;
+    PulseSoundPlayer sounds{sound, audioFiles, directories.resources + QStringLiteral("/Resources/sounds")};
 
     // Last, so that their jobs end before what these work with does.
     ThreadSerialQueue typing{"Paster.typing"};
