@@ -5,12 +5,12 @@
 #include "concurrency/ThreadQueues.h"
 #include "platform/Directories.h"
 #include "platform/absent/NoLanguageModel.h"
-#include "platform/absent/NoLoginItem.h"
-#include "platform/absent/NoSettingsPanels.h"
 #include "platform/linux/atspi/AtspiAccessibility.h"
 #include "platform/linux/audio/SndFileReader.h"
 #include "platform/linux/audio/SoxrAudioConverter.h"
 #include "platform/linux/cld2/Cld2LanguageRecognizer.h"
+#include "platform/linux/dbus/DesktopNotifier.h"
+#include "platform/linux/dbus/PackageKitUpdates.h"
 #include "platform/linux/posix/PosixApplicationHost.h"
 #include "platform/linux/posix/PosixChildProcess.h"
 #include "platform/linux/posix/PosixFileSystem.h"
@@ -26,8 +26,11 @@
 #include "platform/linux/x11/X11KeyEventPoster.h"
 #include "platform/linux/x11/X11Pasteboard.h"
 #include "platform/linux/x11/X11SessionAccess.h"
+#include "platform/linux/xdg/ApplicationId.h"
 #include "platform/linux/xdg/DesktopEntryCatalog.h"
+#include "platform/linux/xdg/DesktopSettingsPanels.h"
 #include "platform/linux/xdg/JsonPreferenceStore.h"
+#include "platform/linux/xdg/XdgLoginItem.h"
 
 #include <memory>
 
@@ -79,8 +82,10 @@ public:
     Cld2LanguageRecognizer languageRecognizer;
 
     NoLanguageModel languageModel;
-    NoLoginItem loginItem;
-    NoSettingsPanels settingsPanels{console};
+    XdgLoginItem loginItem{XdgLoginItem::session()};
+    DesktopSettingsPanels settingsPanels{DesktopSettingsPanels::session(), console};
+    PackageKitUpdates updates{actor, QString::fromLatin1(ApplicationId)};
+    DesktopNotifier notifier;
     PulseSoundPlayer sounds{sound, audioFiles, directories.resources + QStringLiteral("/Resources/sounds")};
 
     // Last, so that their jobs end before what these work with does.

@@ -47,8 +47,8 @@ protected:
 
     test::SimulatedMainActor actor;
     test::FakeSessionDatabases databases;
-    Directories directories{"/tmp", "/home/data", "/home/config", "/opt/talvera"};
-    test::FakeFileSystem files{{"/home/data"}};
+    Directories directories{"/tmp", "/data", "/home/config", "/opt/talvera"};
+    test::FakeFileSystem files{{"/data"}};
     test::RecordingConsole console;
 
 private:
@@ -60,8 +60,8 @@ using StatsStoreDeathTest = StatsStoreTest;
 TEST_F(StatsStoreTest, emptyStore_yieldsNothing) {
     EXPECT_EQ(lastWeek(), (WeeklyStats{0, 0}));
     EXPECT_EQ(lifetime(), 0);
-    EXPECT_EQ(databases.openedPath, QStringLiteral("/home/data/Talvera/talvera.store"));
-    EXPECT_TRUE(files.isDirectory("/home/data/Talvera"));
+    EXPECT_EQ(databases.openedPath, QStringLiteral("/data/Talvera/talvera.store"));
+    EXPECT_TRUE(files.isDirectory("/data/Talvera"));
     EXPECT_TRUE(console.logged().isEmpty());
 }
 
@@ -155,10 +155,10 @@ TEST_F(StatsStoreTest, storeThatCantBeOpened_isReplacedByOneInMemory) {
 }
 
 TEST_F(StatsStoreTest, directoryThatCantBeMade_isLeftToTheOpening) {
-    files.write(QStringLiteral("/home/data/file"), {});
-    directories.applicationSupport = QStringLiteral("/home/data/file");
+    files.write(QStringLiteral("/data/file"), {});
+    directories.applicationSupport = QStringLiteral("/data/file");
     EXPECT_EQ(lifetime(), 0);
-    EXPECT_EQ(databases.openedPath, QStringLiteral("/home/data/file/Talvera/talvera.store"));
+    EXPECT_EQ(databases.openedPath, QStringLiteral("/data/file/Talvera/talvera.store"));
 }
 
 TEST_F(StatsStoreDeathTest, noMemoryEither_endsTheProcess) {

@@ -28,21 +28,6 @@ bool announcesKeys(X11Connection& connection) {
 
 } // namespace
 
-QString reason(SessionLack lack) {
-    switch (lack) {
-    case SessionLack::XServer:
-        return QStringLiteral("This session has no X server that Talvera can reach. In a Wayland session "
-                              "it can't watch keys yet.");
-    case SessionLack::KeyWatching:
-        return QStringLiteral("The X server doesn't let programs watch the keyboard (XInput 2 is missing).");
-    case SessionLack::KeyPosting:
-        return QStringLiteral("The X server doesn't let programs type (XTEST is missing or switched off).");
-    case SessionLack::ActiveWindow:
-        return QStringLiteral("The window manager doesn't tell which window is active (or none is running).");
-    }
-    Q_UNREACHABLE();
-}
-
 X11SessionAccess::X11SessionAccess(X11Connection* connection)
     : m_connection(connection) {
     if (!connection)

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/SessionLack.h"
 #include "platform/linux/x11/EwmhWindows.h"
-
-#include <QString>
 
 #include <optional>
 #include <vector>
@@ -11,17 +10,6 @@
 namespace talvera {
 
 class X11Connection;
-
-/// What this session lacks for us to work in it.
-enum class SessionLack {
-    XServer,      ///< there is none, as in a Wayland session without one
-    KeyWatching,  ///< the X server doesn't announce keys (XInput 2)
-    KeyPosting,   ///< the X server doesn't take keys from programs (XTEST)
-    ActiveWindow, ///< no window manager that tells of it and changes it
-};
-
-/// Why we can't work, in a plain sentence for the user.
-QString reason(SessionLack lack);
 
 /// Whether this session lets us watch keys, post keys and see the active window. Main thread.
 class X11SessionAccess {

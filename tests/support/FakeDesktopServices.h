@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/MainActor.h"
+#include "platform/Notifier.h"
+#include "platform/UpdateService.h"
+
+#include <QStringList>
+
+#include <utility>
+
+namespace talvera::test {
+
+/// A package service that answers what the test says.
+class FakeUpdateService final : public UpdateService {
+public:
+    explicit FakeUpdateService(MainActor& actor)
+        : m_actor(actor) {}
+
+    UpdateAnswer answer{UpdateAnswer::Kind::UpToDate, {}};
+    int questions = 0;
+
+    void check(std::function<void(const UpdateAnswer&)> done) override {
+        ++questions;
+        m_actor.post([this, done = std::move(done)] { done(answer); });
+    }
+
+private:
+    MainActor& m_actor;
+};
+
+/// A desktop that shows notifications, or has nothing to show them with.
+class FakeNotifier final : public Notifier {
+public:
+    explicit FakeNotifier(MainActor& actor)
+        : m_actor(actor) {}
+
+    bool isThere = true;
+    QStringList shown;
+
+    void notify(const QString& title, const QString& text, std::function<void(bool shown)> done) override {
+        if (isThere)
+            shown << title + u'|' + text;
+        m_actor.post([done = std::move(done), there = isThere] { done(there); });
+    }
+
+private:
+    MainActor& m_actor;
+};
+
+} // namespace talvera::test
