@@ -5,11 +5,15 @@
 #include "shell/FocusNoticeText.h"
 #include "shell/UnseenHUDPanel.h"
 
+#include <QLocale>
+
 namespace talvera {
 
 Agent::Agent(Machine& machine)
     : m_machine(machine)
     , m_settings(machine.preferences)
+    , m_language({machine.files, machine.directories, machine.console}, m_settings.appLanguage.get(),
+                 QLocale::system().uiLanguages())
     , m_models(machine.files, machine.directories)
     , m_recorder(machine.microphone, machine.converters, machine.files, machine.actor)
     , m_whisper(WhisperRunner::makeDefault(machine.processes, machine.files, machine.directories,
@@ -19,6 +23,7 @@ Agent::Agent(Machine& machine)
     , m_menuBar(machine.actor, m_settings)
     , m_readiness({machine.actor, machine.microphonePermission, machine.accessibility, machine.languageModel,
                    machine.settingsPanels})
+    , m_updater(machine.updates, machine.notifier, m_hud)
     , m_focus(machine.actor, machine.accessibility, machine.workspace)
     , m_delivery(m_settings)
     , m_inserter({machine.actor, machine.workspace, machine.typing, machine.keys, machine.pasteboard},

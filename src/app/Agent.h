@@ -13,8 +13,10 @@
 #include "persistence/PreferredDelivery.h"
 #include "persistence/StatsStore.h"
 #include "shell/DictationHUDController.h"
+#include "shell/InterfaceLanguage.h"
 #include "shell/MenuBarController.h"
 #include "shell/ReadinessMonitor.h"
+#include "shell/Updater.h"
 #include "shell/onboarding/OnboardingController.h"
 #include "shell/onboarding/OnboardingWindow.h"
 #include "speech/AudioRecorder.h"
@@ -47,6 +49,7 @@ private:
 
     Machine& m_machine;
     AppSettings m_settings;
+    InterfaceLanguage m_language;
     ModelStore m_models;
     AudioRecorder m_recorder;
     WhisperRunner m_whisper;
@@ -54,6 +57,7 @@ private:
     DictationHUDController m_hud;
     MenuBarController m_menuBar;
     ReadinessMonitor m_readiness;
+    Updater m_updater;
     FocusTracker m_focus;
     PreferredDelivery m_delivery;
     TextInserter m_inserter;
