@@ -11,6 +11,7 @@ void addAllOperations(Driver& driver) {
     addSettingsOperations(driver);
     addShellOperations(driver);
     addSpeechOperations(driver);
+    addStatisticsOperations(driver);
     addTextOperations(driver);
 }
 

@@ -13,6 +13,7 @@ void addScenarioOperations(Driver& driver);
 void addSettingsOperations(Driver& driver);
 void addShellOperations(Driver& driver);
 void addSpeechOperations(Driver& driver);
+void addStatisticsOperations(Driver& driver);
 void addTextOperations(Driver& driver);
 
 /// Adds everything that can be asked.
