@@ -93,12 +93,12 @@ QStringList DesktopTest::leftFiles() {
     return files;
 }
 
-std::vector<pid_t> DesktopTest::recognisers() {
+std::vector<pid_t> DesktopTest::processes(const QByteArray& name) {
     const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
     std::vector<pid_t> found;
     for (const auto& process : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
         const QString directory = "/proc/" + process;
-        if (contentsOf(directory + "/comm") == "whisper-cli\n" &&
+        if (contentsOf(directory + "/comm") == name + '\n' &&
             contentsOf(directory + "/environ").split('\0').contains(ours))
             found.push_back(process.toInt());
     }

@@ -69,8 +69,9 @@ protected:
     static testing::AssertionResult isClean();
     /// What lies there, without what every running agent has there.
     static QStringList leftFiles();
-    /// The recognisers that run in this desktop.
-    static std::vector<pid_t> recognisers();
+    /// The processes of this name, at most 15 characters of it, that run in this desktop.
+    static std::vector<pid_t> processes(const QByteArray& name);
+    static std::vector<pid_t> recognisers() { return processes("whisper-cli"); }
 
     RigInput keys;
     AgentHome home;
