@@ -179,16 +179,28 @@ void Judge::begin() {
         complain(QStringLiteral("a recording of %1 s was not discarded").arg(m_audioSeconds));
     const auto& settings = m_world.settings;
     m_inFlight.emplace();
-    const auto& target = TargetLanguage::byCode(settings.targetLanguageCode.get());
-    m_inFlight->target = target.code;
-    m_inFlight->needsAI = target.requiresAI;
+    m_inFlight->way = way();
     m_inFlight->source = settings.sourceLanguageCode.get();
     m_inFlight->types = settings.insertionMode.get() == InsertionMode::AutoByDuration &&
                         m_audioSeconds < settings.typewriterThresholdSeconds.get();
 }
 
-bool Judge::translatesDirectly() const {
-    return m_inFlight->target == QStringLiteral("en") && m_inFlight->source != QStringLiteral("en");
+/// What the settings and the machine of this moment ask for.
+Judge::Way Judge::way() const {
+    const auto& settings = m_world.settings;
+    const auto& target = TargetLanguage::byCode(settings.targetLanguageCode.get());
+    const auto source = settings.sourceLanguageCode.get();
+    const auto english = QStringLiteral("en");
+    if (target.requiresAI)
+        return Way::ForWantOfAI;
+    if (target.code != english || source == english)
+        return Way::Plain;
+    const bool cleansUp = settings.aiCleanupEnabled.get() && !m_world.languageModel.reason &&
+                          settings.cleanupTone.get() != CleanupTone::Off;
+    if (!cleansUp)
+        return Way::Direct;
+    return source == QStringLiteral("auto") && m_world.languageRecognizer.answer == english ? Way::Plain
+                                                                                            : Way::SecondPass;
 }
 
 void Judge::seeRun(const Effect& effect) {
@@ -200,11 +212,12 @@ void Judge::seeRun(const Effect& effect) {
         complain(QStringLiteral("two runs of the recogniser at once"));
     auto& flight = *m_inFlight;
     const bool translates = effect.fields["mode"] == "translateToEnglish";
+    const bool isSecond = flight.way == Way::SecondPass || flight.way == Way::ForWantOfAI;
     const bool mayTranslate =
-        translatesDirectly() || (flight.needsAI && !joined(flight.transcribed).isEmpty());
+        flight.way == Way::Direct || (isSecond && !joined(flight.transcribed).isEmpty());
     if (translates && !mayTranslate)
         complain(QStringLiteral("a translation that nobody asked for"));
-    if (!translates && (translatesDirectly() || flight.lastRunTranslates))
+    if (!translates && (flight.way == Way::Direct || flight.lastRunTranslates))
         complain(QStringLiteral("a transcription where a translation was due"));
     const auto language = QString::fromStdString(effect.fields["language"].get<std::string>());
     if (language != flight.source)
@@ -268,10 +281,13 @@ void Judge::judgeEnd(bool failed) {
     }
 
     m_inFlight = flight; // for the judgements that follow
-    const auto first = joined(translatesDirectly() ? flight.translated : flight.transcribed);
+    const auto first = joined(flight.way == Way::Direct ? flight.translated : flight.transcribed);
     if (flight.records != (first.isEmpty() ? 0 : 1))
         complain(QStringLiteral("%1 records of one dictation").arg(flight.records));
-    const auto text = flight.needsAI ? joined(flight.translated) : first;
+    auto text = first;
+    if (flight.way == Way::ForWantOfAI ||
+        (flight.way == Way::SecondPass && !joined(flight.translated).isEmpty()))
+        text = joined(flight.translated);
     if (first.isEmpty()) {
         ++m_tally.empty;
         if (!flight.notices.isEmpty())
@@ -281,7 +297,7 @@ void Judge::judgeEnd(bool failed) {
         expectNotice(QStringLiteral("Nothing recognized"));
     } else {
         judgeDelivery(text);
-        if (flight.needsAI)
+        if (flight.way == Way::ForWantOfAI)
             expectNotice(QStringLiteral("Whisper translation"));
     }
     m_inFlight.reset();

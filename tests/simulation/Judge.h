@@ -57,11 +57,18 @@ private:
         QString text;
     };
 
+    /// What becomes of a recording, in passes of the recogniser.
+    enum class Way {
+        Plain,       ///< transcribed
+        Direct,      ///< translated
+        SecondPass,  ///< transcribed, then translated
+        ForWantOfAI, ///< the same, with a word to the user
+    };
+
     /// A dictation from its release on, and what is known of it by then.
     struct InFlight {
-        QString target;
+        Way way = Way::Plain;
         QString source;
-        bool needsAI = false;
         bool types = false; ///< rather than pastes
         bool toolFailed = false;
         bool runUnderWay = false; ///< a run of the tool whose text has not been read yet
@@ -89,7 +96,7 @@ private:
     void judgeHUDAtRest();
     void expectNotice(const QString& part);
 
-    bool translatesDirectly() const;
+    Way way() const;
     bool toolIsMissing() const;
     static bool isOneOf(const std::string& state, std::initializer_list<const char*> states);
 

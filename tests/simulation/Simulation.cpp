@@ -58,6 +58,7 @@ void Simulation::chooseSettings() {
     settings.focusProtectionMode.set(
         m_dice.pick({FocusProtectionMode::Reactivate, FocusProtectionMode::ClipboardOnly}));
     settings.aiCleanupEnabled.set(m_dice.chance(0.3));
+    settings.cleanupTone.set(m_dice.pick({CleanupTone::Casual, CleanupTone::Professional, CleanupTone::Off}));
     settings.startSoundName.set(m_dice.pick<const char*>({"Submarine", "Off", "none of that name"}));
 }
 

@@ -27,7 +27,7 @@ void Simulation::chooseAudio() {
 
 /// Something that is broken for the whole round.
 void Simulation::breakSomething() {
-    switch (m_dice.below(11)) {
+    switch (m_dice.below(12)) {
     case 0:
         did(QStringLiteral("the recorder refuses to start"));
         m_world.microphone.startFailure = PlatformError(QStringLiteral("AudioEngine"), 3);
@@ -71,6 +71,13 @@ void Simulation::breakSomething() {
     case 9:
         did(QStringLiteral("our own window in front"));
         m_world.workspace.setFrontmost(desktop::ourselves.pid);
+        break;
+    case 10:
+        did(QStringLiteral("a language model, so that clean-up can be asked for"));
+        m_world.languageModel.reason.reset();
+        m_world.languageRecognizer.answer =
+            m_dice.chance(0.3) ? std::nullopt
+                               : std::optional(QString(m_dice.pick<const char*>({"en", "de"})));
         break;
     default:
         did(QStringLiteral("no converter for the microphone"));
@@ -232,6 +239,7 @@ ToolRun Simulation::makeToolRun() {
 void Simulation::mendEverything() {
     did(QStringLiteral("everything is mended"));
     m_world.keyboard.listenAgain();
+    m_world.languageModel.reason = QStringLiteral("deviceNotEligible");
     m_world.microphone.startFailure.reset();
     m_world.recordingsFail = false;
     m_world.disk.failWriteAfter(std::numeric_limits<int>::max(), ENOSPC);
