@@ -5,6 +5,7 @@
 #include <pulse/proplist.h>
 #include <pulse/subscribe.h>
 
+#include <string_view>
 #include <utility>
 
 namespace talvera {
@@ -139,6 +140,8 @@ void PulseConnection::refresh() {
         m_context,
         [](pa_context*, const pa_server_info* info, void* self) {
             auto* const connection = static_cast<PulseConnection*>(self);
+            const std::string_view server = info && info->server_name ? info->server_name : "";
+            connection->m_isPipeWire = server.find("PipeWire") != std::string_view::npos;
             connection->m_newDefault = info && info->default_source_name ? info->default_source_name : "";
             connection->askForSources();
         },

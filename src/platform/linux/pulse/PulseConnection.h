@@ -48,6 +48,8 @@ public:
     pa_context* context() const { return m_answered ? m_context : nullptr; }
     const std::optional<Microphone>& microphone() const { return m_microphone; }
     bool isMonitor(const std::string& device) const { return talvera::isMonitor(device, m_sources); }
+    /// The server is PipeWire, which only speaks PulseAudio's language.
+    bool isPipeWire() const { return m_isPipeWire; }
     /// The server knows us and will not have us.
     bool isRefused() const { return m_refused; }
     /// Gives up a connection whose server has stopped answering. What it may still hold of ours goes with it.
@@ -73,6 +75,7 @@ private:
     pa_context* m_context = nullptr;
     bool m_answered = false; // the server has told its sources
     bool m_refused = false;
+    bool m_isPipeWire = false;
     AuthorizationStatus m_status = AuthorizationStatus::NotDetermined;
     std::optional<Microphone> m_microphone;
     std::vector<PulseSource> m_sources;

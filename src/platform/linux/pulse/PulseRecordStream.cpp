@@ -17,9 +17,12 @@ using namespace std::chrono_literals;
 namespace {
 
 /// How much sound the server gathers before it sends it. Small, so that the first and the last word come
-/// quickly, but not below the 1024 frames in which PipeWire usually works: for less it would change its pace
-/// when another program has the microphone open already, and lose some 40 ms of speech over it.
-constexpr auto fragment = 25ms;
+/// quickly.
+constexpr auto fragmentOfPulseAudio = 10ms;
+/// Not below the 1024 frames in which PipeWire usually works: for less it would change its pace when another
+/// program has the microphone open already, and lose some 40 ms of speech over it. Nor just these: then, on a
+/// busy machine, the second of two programs hears nothing.
+constexpr auto fragmentOfPipeWire = 25ms;
 
 constexpr pa_usec_t microseconds(Duration duration) {
     return static_cast<pa_usec_t>(std::chrono::duration_cast<std::chrono::microseconds>(duration).count());
@@ -54,6 +57,7 @@ PulseRecordStream::PulseRecordStream(PulseConnection& connection, const Micropho
                                      Routing routing, const AudioFormat& format, Receive receive,
                                      std::function<void()> ended)
     : m_connection(connection)
+    , m_fragment(connection.isPipeWire() ? fragmentOfPipeWire : fragmentOfPulseAudio)
     , m_receive(std::move(receive))
     , m_ended(std::move(ended)) {
     auto* const context = connection.context();
@@ -77,7 +81,7 @@ PulseRecordStream::PulseRecordStream(PulseConnection& connection, const Micropho
 
     constexpr auto serverDecides = static_cast<std::uint32_t>(-1);
     pa_buffer_attr buffer{serverDecides, serverDecides, serverDecides, serverDecides, serverDecides};
-    buffer.fragsize = static_cast<std::uint32_t>(pa_usec_to_bytes(microseconds(fragment), &spec));
+    buffer.fragsize = static_cast<std::uint32_t>(pa_usec_to_bytes(microseconds(m_fragment), &spec));
     const char* const device = routing == Routing::ByName ? microphone.device.c_str() : nullptr;
     if (pa_stream_connect_record(m_stream, device, &buffer, PA_STREAM_ADJUST_LATENCY) < 0) {
         m_error = pa_context_errno(context);
@@ -161,13 +165,14 @@ void PulseRecordStream::catchUp(Duration limit, std::function<void()> caughtUp) 
 }
 
 void PulseRecordStream::onTiming() {
-    // The latency is what the microphone has heard and we have not received yet. Servers that work in blocks
-    // don't count the one that is not full yet: hence one fragment more.
+    // The latency is what the microphone has heard and we have not received yet. PipeWire doesn't count the
+    // block that is not full yet: hence one fragment more.
     pa_usec_t latency = 0;
     int negative = 0;
     if (!m_caughtUp || pa_stream_get_latency(m_stream, &latency, &negative) < 0)
         return;
-    const auto wanted = (negative ? 0 : latency) + microseconds(fragment);
+    const auto uncounted = m_connection.isPipeWire() ? microseconds(m_fragment) : 0;
+    const auto wanted = (negative ? 0 : latency) + uncounted;
     m_target = m_received + pa_usec_to_bytes(wanted, pa_stream_get_sample_spec(m_stream));
 }
 

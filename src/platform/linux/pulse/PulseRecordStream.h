@@ -54,6 +54,7 @@ private:
     void forgetQuestion();
 
     PulseConnection& m_connection;
+    const Duration m_fragment; ///< how much sound the server gathers before it sends it
     Receive m_receive;
     std::function<void()> m_ended;
     pa_stream* m_stream = nullptr;
