@@ -22,7 +22,7 @@ Agent::Agent(Machine& machine)
     , m_hud(machine.actor, [] { return std::make_unique<UnseenHUDPanel>(); })
     , m_menuBar(machine.actor, m_settings)
     , m_readiness({machine.actor, machine.microphonePermission, machine.accessibility, machine.languageModel,
-                   machine.settingsPanels})
+                   machine.settingsPanels, machine.activation})
     , m_updater(machine.updates, machine.notifier, m_hud)
     , m_focus(machine.actor, machine.accessibility, machine.workspace)
     , m_delivery(m_settings)

@@ -30,6 +30,7 @@
 #include "platform/linux/xdg/DesktopEntryCatalog.h"
 #include "platform/linux/xdg/DesktopSettingsPanels.h"
 #include "platform/linux/xdg/JsonPreferenceStore.h"
+#include "platform/linux/xdg/QtProgramActivation.h"
 #include "platform/linux/xdg/XdgLoginItem.h"
 
 #include <memory>
@@ -86,6 +87,7 @@ public:
     DesktopSettingsPanels settingsPanels{DesktopSettingsPanels::session(), console};
     PackageKitUpdates updates{actor, QString::fromLatin1(ApplicationId)};
     DesktopNotifier notifier;
+    QtProgramActivation activation;
     PulseSoundPlayer sounds{sound, audioFiles, directories.resources + QStringLiteral("/Resources/sounds")};
 
     // Last, so that their jobs end before what these work with does.

@@ -3,6 +3,7 @@
 
 #include "platform/Accessibility.h"
 #include "platform/LanguageModel.h"
+#include "platform/ProgramActivation.h"
 #include "platform/SettingsPanels.h"
 
 #include <utility>
@@ -27,7 +28,9 @@ ReadinessMonitor::ReadinessMonitor(Platform platform)
     , inputMonitoringGranted(platform.accessibility.isInputMonitoringGranted())
     , aiState(aiStateFor(platform.languageModel.unavailableReason()))
     , m_platform(platform)
-    , m_microphoneChanges(platform.microphone.observe([this] { refresh(); })) {
+    , m_microphoneChanges(platform.microphone.observe([this] { refresh(); }))
+    , m_activations(platform.activation.observe([this] { refreshLater(); }))
+    , m_lifetime(std::make_shared<char>()) {
     applyPollRule();
 }
 
@@ -50,6 +53,13 @@ void ReadinessMonitor::refresh() {
     assignIfDifferent(inputMonitoringGranted, inputMonitoring);
     assignIfDifferent(aiState, ai);
     applyPollRule();
+}
+
+void ReadinessMonitor::refreshLater() {
+    m_platform.actor.post([this, alive = std::weak_ptr(m_lifetime)] {
+        if (!alive.expired())
+            refresh();
+    });
 }
 
 AIAvailabilityState ReadinessMonitor::currentAIState() const {

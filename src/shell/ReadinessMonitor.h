@@ -9,16 +9,19 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace talvera {
 
 class Accessibility;
 class LanguageModel;
+class ProgramActivation;
 class SettingsPanels;
 
-/// Whether the program can work: publishes what the session lets us do, and follows its changes. While
-/// something is missing that may still come, it looks again every 2 seconds; else it rests. Changes nothing
+/// Whether the program can work: publishes what the session lets us do, and follows its changes. It looks
+/// again when the user turns to the program and, while something is missing that may still come, every 2
+/// seconds; else it rests. Changes nothing
 /// by itself. Main thread only.
 class ReadinessMonitor {
 public:
@@ -28,6 +31,7 @@ public:
         Accessibility& accessibility;
         LanguageModel& languageModel;
         SettingsPanels& settingsPanels;
+        ProgramActivation& activation;
     };
 
     explicit ReadinessMonitor(Platform platform);
@@ -62,12 +66,15 @@ public:
     bool isPolling() const { return m_pollTimer.has_value(); }
 
 private:
+    void refreshLater();
     void applyPollRule();
     void startPollTimer();
 
     Platform m_platform;
     std::optional<MainActor::TimerId> m_pollTimer;
     Subscription m_microphoneChanges;
+    Subscription m_activations;
+    std::shared_ptr<void> m_lifetime; // lets what was posted find out
 };
 
 } // namespace talvera

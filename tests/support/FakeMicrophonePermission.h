@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/MainActor.h"
 #include "platform/MicrophonePermission.h"
 
 #include <utility>
@@ -11,6 +12,9 @@ namespace talvera::test {
 /// not every machine notices them.
 class FakeMicrophonePermission final : public MicrophonePermission {
 public:
+    explicit FakeMicrophonePermission(MainActor& actor)
+        : m_actor(actor) {}
+
     AuthorizationStatus current = AuthorizationStatus::Authorized;
     /// What the user answers when asked.
     AuthorizationStatus answer = AuthorizationStatus::Authorized;
@@ -18,8 +22,10 @@ public:
     AuthorizationStatus status() override { return current; }
 
     void requestAccess(std::function<void()> done) override {
-        current = answer;
-        done();
+        m_actor.post([this, done = std::move(done)] {
+            current = answer;
+            done();
+        });
     }
 
     Subscription observe(std::function<void()> changed) override {
@@ -36,6 +42,7 @@ public:
     }
 
 private:
+    MainActor& m_actor;
     std::weak_ptr<std::function<void()>> m_observer;
 };
 

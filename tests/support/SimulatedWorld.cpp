@@ -108,7 +108,7 @@ SimulatedAgent::SimulatedAgent(SimulatedMachine& simulated, AppSettings& prefere
           })
     , menuBar(machine.actor, settings)
     , readiness({machine.actor, machine.microphonePermission, machine.accessibility, machine.languageModel,
-                 machine.settingsPanels})
+                 machine.settingsPanels, machine.activation})
     , focus(machine.actor, machine.accessibility, machine.workspace)
     , preferredDelivery(settings)
     , inserter({machine.actor, machine.workspace, machine.typing, machine.keyPoster, machine.pasteboard},

@@ -8,6 +8,7 @@
 #include "FakeEventTap.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
+#include "FakeProgramActivation.h"
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
 #include "FakeWorkspace.h"
@@ -93,7 +94,8 @@ public:
     FakeKeyEventPoster keys{clipboard};
     ObservedKeyEventPoster keyPoster{keys};
     FakeKeyboard keyboard;
-    FakeMicrophonePermission microphonePermission;
+    FakeMicrophonePermission microphonePermission{actor};
+    FakeProgramActivation activation;
     FakeLanguageModel languageModel;
     FakeLanguageRecognizer languageRecognizer;
     FakeSettingsPanels settingsPanels;

@@ -4,6 +4,7 @@
 #include "FakeAccessibility.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
+#include "FakeProgramActivation.h"
 #include "FakeSettingsPanels.h"
 #include "SimulatedMainActor.h"
 
@@ -21,13 +22,14 @@ class Readiness : public testing::Test {
 protected:
     ReadinessMonitor& monitor() {
         if (!made)
-            made.emplace(
-                ReadinessMonitor::Platform{actor, microphone, accessibility, languageModel, settingsPanels});
+            made.emplace(ReadinessMonitor::Platform{actor, microphone, accessibility, languageModel,
+                                                    settingsPanels, activation});
         return *made;
     }
 
     SimulatedMainActor actor;
-    FakeMicrophonePermission microphone;
+    FakeMicrophonePermission microphone{actor};
+    FakeProgramActivation activation;
     FakeAccessibility accessibility;
     FakeLanguageModel languageModel;
     FakeSettingsPanels settingsPanels;
@@ -74,6 +76,24 @@ TEST_F(Readiness, accessibilityRevokedAtRest_isSeenAtTheNextRefreshOnly) {
     monitor().refresh();
     EXPECT_FALSE(monitor().isReady());
     EXPECT_TRUE(monitor().isPolling());
+}
+
+TEST_F(Readiness, userTurningToTheProgram_makesItLookAgainInATurnOfItsOwn) {
+    monitor();
+    accessibility.trusted = false;
+    activation.activate();
+    EXPECT_TRUE(monitor().axTrusted.get());
+    actor.settle();
+    EXPECT_FALSE(monitor().axTrusted.get());
+}
+
+TEST_F(Readiness, monitorThatGoesBeforeThat_isNotAskedAnyMore) {
+    monitor();
+    activation.activate();
+    made.reset();
+    activation.activate();
+    actor.settle();
+    EXPECT_FALSE(actor.hasTimers());
 }
 
 TEST_F(Readiness, modelBecomingReady_isPublishedWithinTwoSecondsAndEndsThePoll) {
@@ -144,6 +164,8 @@ TEST_F(Readiness, requestMicrophone_waitsForTheAnswer) {
     microphone.current = AuthorizationStatus::NotDetermined;
     bool answered = false;
     monitor().requestMicrophone([&] { answered = true; });
+    EXPECT_FALSE(answered);
+    actor.settle();
     EXPECT_TRUE(answered);
 }
 

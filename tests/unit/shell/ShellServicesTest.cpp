@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "SimulatedMainActor.h"
 #include "platform/PlatformError.h"
+#include "platform/Relauncher.h"
 #include "shell/LaunchAtLogin.h"
 #include "shell/StartSound.h"
+#include "shell/relaunchApplication.h"
 
 #include <gtest/gtest.h>
 
@@ -57,6 +60,31 @@ struct Item final : LoginItem {
         registered = false;
     }
 };
+
+struct Starter final : Relauncher {
+    bool fails = false;
+    int calls = 0;
+    void startAgainAfterOurEnd() override {
+        ++calls;
+        if (fails)
+            throw PlatformError(QStringLiteral("Relauncher"), 1);
+    }
+};
+
+TEST(Relaunch, program_endsATenthOfASecondAfterTheNextOneIsSeenTo) {
+    for (const bool fails : {false, true}) {
+        test::SimulatedMainActor actor;
+        Starter starter;
+        starter.fails = fails;
+        bool ended = false;
+        relaunchApplication(actor, starter, [&ended] { ended = true; });
+        EXPECT_EQ(starter.calls, 1);
+        actor.advance(seconds(0.099));
+        EXPECT_FALSE(ended);
+        actor.advance(seconds(0.001));
+        EXPECT_TRUE(ended);
+    }
+}
 
 TEST(LaunchAtLogin, whatAlreadyIsSo_stays) {
     Item item;

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "FakeProgramActivation.h"
+#include "platform/linux/xdg/QtProgramActivation.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+
+namespace {
+
+TEST(ProgramActivationContract, fake_tellsAsLongAsSomebodyListens) {
+    test::FakeProgramActivation activation;
+    int told = 0;
+    {
+        const auto subscription = activation.observe([&told] { ++told; });
+        activation.activate();
+        activation.activate();
+    }
+    activation.activate();
+    EXPECT_EQ(told, 2);
+}
+
+TEST(ProgramActivationContract, window_isToldWhenItGetsTheFocus) {
+    int argumentCount = 1;
+    char name[] = "test";
+    char* arguments[] = {name, nullptr};
+    QGuiApplication application(argumentCount, arguments);
+    QtProgramActivation activation;
+    int told = 0;
+    const auto subscription = activation.observe([&told] { ++told; });
+    QWindow window;
+    window.setFlag(Qt::X11BypassWindowManagerHint); // nobody here manages windows
+    window.show();
+    while (!window.isExposed())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(told, 0);
+    window.requestActivate();
+    while (told == 0)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(told, 1);
+}
+
+} // namespace
