@@ -18,6 +18,8 @@ namespace {
 
 class UpdaterTest : public testing::Test {
 protected:
+    ~UpdaterTest() override { actor.runToRest(seconds(60)); } // to the end of the last notice
+
     void check() {
         updater->checkForUpdates();
         actor.settle();

@@ -49,10 +49,11 @@ constexpr auto* allSessions = R"(
            polishBackend
     FROM DictationSession ORDER BY id)";
 
+/// The plus keeps SQLite from walking through the whole table in the order that it has anyway.
 constexpr auto* laterSessions = R"(
     SELECT timestamp, audioDuration, wordCount, characterCount, languageCode, translateEnabled, polishEnabled,
            polishBackend
-    FROM DictationSession WHERE timestamp > ? ORDER BY id)";
+    FROM DictationSession WHERE timestamp > ? ORDER BY +id)";
 
 using Seconds = std::chrono::duration<double>;
 
