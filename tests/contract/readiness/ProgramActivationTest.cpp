@@ -24,10 +24,6 @@ TEST(ProgramActivationContract, fake_tellsAsLongAsSomebodyListens) {
 }
 
 TEST(ProgramActivationContract, window_isToldWhenItGetsTheFocus) {
-    int argumentCount = 1;
-    char name[] = "test";
-    char* arguments[] = {name, nullptr};
-    QGuiApplication application(argumentCount, arguments);
     QtProgramActivation activation;
     int told = 0;
     const auto subscription = activation.observe([&told] { ++told; });

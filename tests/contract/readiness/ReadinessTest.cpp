@@ -73,10 +73,6 @@ protected:
     /// The interval of the poll, and what a busy machine may add to it.
     static constexpr auto soon = 2s + 2s;
 
-    int argumentCount = 1;
-    char name[5] = "test";
-    char* arguments[2] = {name, nullptr};
-    QCoreApplication application{argumentCount, arguments};
     QtMainActor actor;
     SoundServer server{GetParam()};
     std::unique_ptr<X11Connection> x11 = X11Connection::open();
