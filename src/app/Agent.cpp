@@ -3,11 +3,19 @@
 
 #include "app/Machine.h"
 #include "shell/FocusNoticeText.h"
+#include "shell/Localization.h"
 #include "shell/UnseenHUDPanel.h"
+#include "views/QuickMenuPanel.h"
 
 #include <QLocale>
 
 namespace talvera {
+
+namespace {
+
+constexpr Duration noticeTime = seconds(6.0);
+
+} // namespace
 
 Agent::Agent(Machine& machine)
     : m_machine(machine)
@@ -67,6 +75,8 @@ AgentEnvironment Agent::environment() {
             .stats = m_stats,
             .menuBar = m_menuBar,
             .hud = m_hud,
+            .menuPanel = {m_machine.actor, m_machine.statusItem, m_machine.panelDesktop,
+                          [this] { return makePanelWindow(); }},
             .readiness = m_readiness,
             .onboarding = m_onboarding,
             .onboardingWindow = m_onboardingWindow,
@@ -81,6 +91,35 @@ void Agent::launch() {
 
 void Agent::startedAgain() {
     m_machine.console.print(QStringLiteral("[app] Talvera is running already"));
+    m_delegate->startedAgain();
+}
+
+ViewEngine& Agent::views() {
+    if (!m_views)
+        m_views.emplace(m_machine.appearance);
+    return *m_views;
+}
+
+std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
+    auto& model = m_panelModel.emplace(MenuPanelModel::Environment{
+        m_menuBar, m_settings, m_stats, m_readiness, m_machine.languageModel, m_machine.keyboardLayout});
+    model.onSettings = [this] { openSettings(); };
+    model.onCheckForUpdates = [this] { m_updater.checkForUpdates(); };
+    model.onQuit = [this] { m_machine.application.terminate(); };
+    model.onLanguageModelSettings = [this] {
+        m_hud.showNotice(localized("hud.languageModel.none", "This computer has no on-device language model"),
+                         DictationHUDState::NoticeTone::Info, noticeTime);
+    };
+    return std::make_unique<QuickMenuPanel>(views(), model, m_machine.panelDesktop);
+}
+
+/// Until there is a window for them, the settings are the file that holds them.
+void Agent::openSettings() {
+    m_delegate->closePanel();
+    const auto& place = m_machine.directories.configuration;
+    m_machine.fileBrowser.show(place);
+    m_hud.showNotice(formatted(localized("hud.settings.place", "Your settings are kept in %@"), place),
+                     DictationHUDState::NoticeTone::Info, noticeTime);
 }
 
 } // namespace talvera

@@ -15,6 +15,7 @@
 #include "shell/DictationHUDController.h"
 #include "shell/InterfaceLanguage.h"
 #include "shell/MenuBarController.h"
+#include "shell/MenuPanelModel.h"
 #include "shell/ReadinessMonitor.h"
 #include "shell/Updater.h"
 #include "shell/onboarding/OnboardingController.h"
@@ -22,6 +23,7 @@
 #include "speech/AudioRecorder.h"
 #include "speech/ChunkedTranscription.h"
 #include "speech/WhisperRunner.h"
+#include "views/ViewEngine.h"
 
 #include <memory>
 #include <optional>
@@ -46,6 +48,9 @@ public:
 
 private:
     AgentEnvironment environment();
+    ViewEngine& views();
+    std::unique_ptr<MenuPanelWindow> makePanelWindow();
+    void openSettings();
 
     Machine& m_machine;
     AppSettings m_settings;
@@ -67,6 +72,8 @@ private:
     OnboardingController m_onboarding;
     OnboardingWindow m_onboardingWindow;
     Warmup m_warmup;
+    std::optional<ViewEngine> m_views; ///< made for the first window
+    std::optional<MenuPanelModel> m_panelModel;
     std::shared_ptr<AppDelegate> m_delegate;
     std::optional<StateTrace> m_trace;
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/Machine.h"
 
+#include "views/SymbolProvider.h"
+
 #include <utility>
 
 namespace talvera {
@@ -12,7 +14,8 @@ Machine::Machine(QtMainActor& mainActor, StandardConsole& output, Directories pl
     , directories(std::move(places))
     , x11(std::move(connection))
     , preferences(directories.configuration, files, actor, preferenceWriter, console)
-    , pasteboard(console, (directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString()) {
+    , pasteboard(console, (directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString())
+    , statusItem(actor, symbolImage, directories.resources + QStringLiteral("/icons")) {
     accessibility.enableForSession();
 }
 

@@ -20,17 +20,22 @@
 #include "platform/linux/pulse/PulseMicrophonePermission.h"
 #include "platform/linux/pulse/PulseSoundPlayer.h"
 #include "platform/linux/sqlite/SqliteSessionDatabase.h"
+#include "platform/linux/tray/TrayStatusItem.h"
 #include "platform/linux/x11/EwmhWorkspace.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11EventTapFactory.h"
 #include "platform/linux/x11/X11KeyEventPoster.h"
+#include "platform/linux/x11/X11KeyboardLayout.h"
+#include "platform/linux/x11/X11PanelDesktop.h"
 #include "platform/linux/x11/X11Pasteboard.h"
 #include "platform/linux/x11/X11SessionAccess.h"
 #include "platform/linux/xdg/ApplicationId.h"
 #include "platform/linux/xdg/DesktopEntryCatalog.h"
 #include "platform/linux/xdg/DesktopSettingsPanels.h"
 #include "platform/linux/xdg/JsonPreferenceStore.h"
+#include "platform/linux/xdg/PortalAppearance.h"
 #include "platform/linux/xdg/QtProgramActivation.h"
+#include "platform/linux/xdg/XdgFileBrowser.h"
 #include "platform/linux/xdg/XdgLoginItem.h"
 
 #include <memory>
@@ -66,6 +71,7 @@ public:
 
     // What the user types and where it goes
     X11EventTapFactory keyboard{actor};
+    X11KeyboardLayout keyboardLayout;
     DesktopEntryCatalog installed{DesktopEntryCatalog::sessionDirectories(),
                                   DesktopEntryCatalog::sessionLanguages()};
     EwmhWorkspace workspace{x11.get(), installed};
@@ -81,6 +87,12 @@ public:
     SoxrAudioConverterFactory converters;
     SndFileReader audioFiles;
     Cld2LanguageRecognizer languageRecognizer;
+
+    // What the user sees
+    PortalAppearance appearance;
+    TrayStatusItem statusItem;
+    X11PanelDesktop panelDesktop;
+    XdgFileBrowser fileBrowser;
 
     NoLanguageModel languageModel;
     XdgLoginItem loginItem{XdgLoginItem::session()};

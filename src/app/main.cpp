@@ -7,6 +7,7 @@
 #include "platform/linux/posix/leftRecordings.h"
 #include "platform/linux/xdg/ApplicationId.h"
 #include "platform/linux/xdg/XdgDirectories.h"
+#include "views/ViewEngine.h"
 
 #include <QGuiApplication>
 
@@ -32,6 +33,7 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
         console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
         return EXIT_FAILURE;
     }
+    ViewEngine::prepareProcess();
     QGuiApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QString::fromLatin1(ApplicationId));
     QGuiApplication::setQuitOnLastWindowClosed(false);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "shell/MenuPanelController.h"
+
 #include <QString>
 #include <QUuid>
 
@@ -9,7 +11,6 @@
 namespace talvera {
 
 class Accessibility;
-class AppSettings;
 class ApplicationHost;
 class AudioRecorder;
 class ChunkedTranscription;
@@ -21,8 +22,6 @@ class HotkeyManager;
 class LanguageModel;
 class LanguageRecognizer;
 class LoginItem;
-class MainActor;
-class MenuBarController;
 class MicrophonePermission;
 class ModelStore;
 class OnboardingController;
@@ -30,7 +29,6 @@ class OnboardingWindow;
 class PreferenceStore;
 class ReadinessMonitor;
 class SoundPlayer;
-class StatsStore;
 class TextInserter;
 class TranslateToggleHotkey;
 class Warmup;
@@ -74,6 +72,7 @@ struct AgentEnvironment {
     StatsStore& stats;
     MenuBarController& menuBar;
     DictationHUDController& hud;
+    MenuPanelController::Platform menuPanel;
     ReadinessMonitor& readiness;
     OnboardingController& onboarding;
     OnboardingWindow& onboardingWindow;

@@ -15,6 +15,7 @@
 #include "platform/Directories.h"
 #include "platform/PlatformError.h"
 #include "platform/PreferenceStore.h"
+#include "platform/StatusItem.h"
 #include "shell/DictationHUDController.h"
 #include "shell/LaunchAtLogin.h"
 #include "shell/Localization.h"
@@ -28,6 +29,7 @@ namespace talvera {
 namespace {
 
 constexpr Duration bindingNoticeTime = seconds(6.0);
+constexpr Duration noTrayNoticeTime = seconds(8.0);
 
 QString installedSuffix(const EventTap* tap) {
     return QStringLiteral(" event tap installed after AX grant (installed=%1).")
@@ -47,7 +49,11 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_env.application.changeCurrentDirectory(m_env.directories.temporary);
     m_env.application.setActivationPolicy(ActivationPolicy::Accessory);
     applyLaunchAtLoginDefault();
-    m_menuPanel.emplace(m_env.menuBar, m_env.settings, m_env.stats);
+    m_env.menuPanel.statusItem.onNoTray = [weak = weak_from_this()] {
+        if (const auto self = weak.lock())
+            self->sayHowToReachThePanel();
+    };
+    m_menuPanel.emplace(m_env.menuBar, m_env.settings, m_env.stats, m_env.menuPanel);
     decideOnWizard();
     connectHotkeys();
     m_env.console.print(QStringLiteral("[app] applicationDidFinishLaunching: calling Warmup.primeAll"));
@@ -114,6 +120,19 @@ void AppDelegate::showBindingRefused(WatchResult result) {
     m_env.hud.showNotice(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
 }
 
+/// On a desktop without a tray the user sees nothing of us until the first press. Said once for all times,
+/// and never into a dictation or over a card.
+void AppDelegate::sayHowToReachThePanel() {
+    m_env.console.print(QStringLiteral(
+        "[app] this desktop has no tray for the Talvera item; starting Talvera again opens its panel"));
+    const auto said = QStringLiteral("noTrayHintShown");
+    if (m_env.preferences.boolean(said) || !m_env.hud.currentState().as<DictationHUDState::Hidden>())
+        return;
+    m_env.preferences.set(said, true);
+    m_env.hud.showNotice(localized("hud.noTray", "Talvera is running — start it again to open its panel"),
+                         DictationHUDState::NoticeTone::Info, noTrayNoticeTime);
+}
+
 void AppDelegate::subscribe() {
     auto& settings = m_env.settings;
     auto& actor = m_env.actor;
@@ -170,6 +189,16 @@ void AppDelegate::permissionHUDInputsMayHaveChanged() {
         if (const auto self = weak.lock())
             self->m_permissions->evaluatePermissionHUD();
     });
+}
+
+void AppDelegate::startedAgain() {
+    if (m_menuPanel)
+        m_menuPanel->open();
+}
+
+void AppDelegate::closePanel() {
+    if (m_menuPanel)
+        m_menuPanel->close();
 }
 
 void AppDelegate::toggleTranslation() {

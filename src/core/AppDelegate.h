@@ -30,6 +30,10 @@ public:
     /// What the translate hotkey does: flips between no translation and the last target language.
     void toggleTranslation();
 
+    /// The user has started the program again, for want of a better way to its panel.
+    void startedAgain();
+    void closePanel();
+
     const DictationController& dictation() const { return *m_dictation; }
 
 private:
@@ -45,6 +49,7 @@ private:
     void applyLaunchAtLoginDefault();
     void decideOnWizard();
     void connectHotkeys();
+    void sayHowToReachThePanel();
     void showBindingRefused(WatchResult result);
     void subscribe();
     void repairEventTaps(bool axTrusted);

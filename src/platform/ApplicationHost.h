@@ -15,6 +15,9 @@ public:
 
     virtual void changeCurrentDirectory(const QString& path) = 0;
     virtual void setActivationPolicy(ActivationPolicy policy) = 0;
+
+    /// Ends the program, in a later turn.
+    virtual void terminate() = 0;
 };
 
 } // namespace talvera

@@ -10,12 +10,22 @@ QString localized(const char* key, const char* defaultText) {
     return text == QLatin1String(key) ? QString::fromUtf8(defaultText) : text;
 }
 
+namespace {
+
+QString replacedOnce(QString pattern, const QString& placeholder, const QString& value) {
+    if (const auto position = pattern.indexOf(placeholder); position >= 0)
+        pattern.replace(position, placeholder.size(), value);
+    return pattern;
+}
+
+} // namespace
+
 QString formatted(const QString& pattern, const QString& value) {
-    static const QString placeholder = QStringLiteral("%@");
-    auto result = pattern;
-    if (const auto position = result.indexOf(placeholder); position >= 0)
-        result.replace(position, placeholder.size(), value);
-    return result;
+    return replacedOnce(pattern, QStringLiteral("%@"), value);
+}
+
+QString formatted(const QString& pattern, std::int64_t number) {
+    return replacedOnce(pattern, QStringLiteral("%lld"), QString::number(number));
 }
 
 } // namespace talvera

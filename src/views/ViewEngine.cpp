@@ -53,7 +53,9 @@ ViewEngine::~ViewEngine() = default;
 
 std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVariantMap& properties) {
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Talvera/%1.qml").arg(name)));
-    std::unique_ptr<QObject> object(component.createWithInitialProperties(properties));
+    // Asked first: in Qt 6.4 a component with a mistake crashes when it is to be made.
+    std::unique_ptr<QObject> object(component.isReady() ? component.createWithInitialProperties(properties)
+                                                        : nullptr);
     auto* item = qobject_cast<QQuickItem*>(object.get());
     if (!item)
         qFatal("the view %s can't be made: %s", qPrintable(name), qPrintable(component.errorString()));

@@ -7,6 +7,7 @@
 #include "shell/MenuBarController.h"
 #include "shell/ReadinessMonitor.h"
 #include "shell/UnseenHUDPanel.h"
+#include "shell/durationText.h"
 
 #include <array>
 #include <limits>
@@ -56,10 +57,15 @@ Answer statusIcon(const Request& request) {
     return {{"symbol", menuBar.statusIconName().toStdString()}};
 }
 
+Answer durationTextOf(const Request& request) {
+    return {{"text", durationText(request.integer<std::int64_t>("seconds")).toStdString()}};
+}
+
 } // namespace
 
 void addShellOperations(Driver& driver) {
     driver.add("aiState", aiState);
+    driver.add("durationText", durationTextOf);
     driver.add("hudLevels", hudLevels);
     driver.add("statusIcon", statusIcon);
 }

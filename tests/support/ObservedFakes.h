@@ -153,6 +153,9 @@ public:
 
     void changeCurrentDirectory(const QString& path) override { directory = path; }
     void setActivationPolicy(ActivationPolicy policy) override { policies.push_back(policy); }
+    void terminate() override { ++terminations; }
+
+    int terminations = 0;
 };
 
 class FakeLanguageRecognizer final : public LanguageRecognizer {

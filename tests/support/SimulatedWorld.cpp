@@ -150,6 +150,8 @@ AgentEnvironment SimulatedAgent::environment() {
             .stats = stats,
             .menuBar = menuBar,
             .hud = hud,
+            .menuPanel = {machine.actor, machine.statusItem, machine.pointer,
+                          [this] { return std::make_unique<FakeMenuPanelWindow>(machine.actor); }},
             .readiness = readiness,
             .onboarding = onboarding,
             .onboardingWindow = onboardingWindow,

@@ -7,10 +7,13 @@
 #include "FakeChildProcess.h"
 #include "FakeEventTap.h"
 #include "FakeLanguageModel.h"
+#include "FakeMenuPanelWindow.h"
 #include "FakeMicrophonePermission.h"
+#include "FakePointerMonitor.h"
 #include "FakeProgramActivation.h"
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
+#include "FakeStatusItem.h"
 #include "FakeWorkspace.h"
 #include "InMemoryPreferenceStore.h"
 #include "ObservedFakes.h"
@@ -99,6 +102,8 @@ public:
     FakeLanguageModel languageModel;
     FakeLanguageRecognizer languageRecognizer;
     FakeSettingsPanels settingsPanels;
+    FakeStatusItem statusItem;
+    FakePointerMonitor pointer;
     FakeLoginItem loginItem;
     FakeSoundPlayer sounds;
     FakeApplicationHost application;

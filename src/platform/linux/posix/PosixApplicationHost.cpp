@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/posix/PosixApplicationHost.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 namespace talvera {
 
 void PosixApplicationHost::changeCurrentDirectory(const QString& path) {
     QDir::setCurrent(path);
+}
+
+void PosixApplicationHost::terminate() {
+    QCoreApplication::quit();
 }
 
 } // namespace talvera

@@ -11,6 +11,7 @@ class PosixApplicationHost final : public ApplicationHost {
 public:
     void changeCurrentDirectory(const QString& path) override;
     void setActivationPolicy(ActivationPolicy) override {}
+    void terminate() override;
 };
 
 } // namespace talvera

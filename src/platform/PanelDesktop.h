@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace talvera {
+
+/// The desktop as a window sees it that comes and goes like a menu. Main thread only.
+class PanelDesktop {
+public:
+    virtual ~PanelDesktop() = default;
+
+    /// Whether translucent windows are shown as such now.
+    virtual bool isComposited() = 0;
+
+    /// `window`, not yet on screen, will stand in no task bar and no window switcher, and on every workspace.
+    virtual void adopt(std::uint32_t window) = 0;
+
+    /// Gives the keyboard to `window`, which is on screen, since the user wants it.
+    virtual void activate(std::uint32_t window) = 0;
+};
+
+} // namespace talvera

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QString>
+
+#include <functional>
+
+namespace talvera {
+
+/// Draws the symbol of this name in one colour on a transparent square of so many pixels.
+using SymbolPainter = std::function<QImage(const QString& name, const QColor& color, int pixels)>;
+
+namespace TrayColors {
+inline constexpr QColor OnDark{0xf4, 0xf4, 0xf6};
+inline constexpr QColor OnLight{0x2a, 0x2a, 0x30};
+/// Where nobody tells what lies behind: as far from black as from white.
+inline constexpr QColor OnUnknown{0x7d, 0x79, 0xf2};
+} // namespace TrayColors
+
+} // namespace talvera

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// A thin rule between groups, with air around it.
+Item {
+    implicitWidth: parent ? parent.width : 0
+    implicitHeight: 9
+
+    Rectangle {
+        anchors { left: parent.left; right: parent.right; margins: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+        height: 1
+        color: Theme.separator
+    }
+}

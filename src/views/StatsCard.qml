@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// What dictation has brought in the last seven days: two figures side by side.
+Rectangle {
+    id: card
+
+    property var store
+
+    implicitWidth: parent ? parent.width : 0
+    implicitHeight: 60
+    radius: Theme.radius
+    color: Theme.fill
+
+    component Figure: Column {
+        property alias caption: name.text
+        property alias figure: number.text
+
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
+        Accessible.role: Accessible.StaticText
+        Accessible.name: caption + ": " + figure
+
+        Label {
+            id: number
+            width: parent.width
+            font.pixelSize: Theme.sizeLarge
+            font.weight: Theme.weightStrong
+        }
+        Caption {
+            id: name
+            width: parent.width
+            font { pixelSize: Theme.sizeTiny; weight: Font.Medium; letterSpacing: 0.6 }
+        }
+    }
+
+    Figure {
+        x: Theme.spacing
+        width: card.width / 2 - Theme.spacing - Theme.spacingTiny
+        caption: card.store.texts.thisWeek
+        figure: card.store.timeSaved
+    }
+    Rectangle {
+        anchors.centerIn: parent
+        width: 1
+        height: 32
+        color: Theme.outline
+    }
+    Figure {
+        x: card.width / 2 + Theme.spacing
+        width: card.width / 2 - Theme.spacing - Theme.spacingTiny
+        caption: card.store.texts.dictations
+        figure: card.store.dictations
+    }
+}

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// What Talvera is doing, and what to do next.
+Item {
+    id: header
+
+    property var panel
+    readonly property bool failed: panel.state === "error"
+
+    implicitWidth: parent ? parent.width : 0
+    implicitHeight: Math.max(orb.height, words.implicitHeight) + 2 * Theme.spacingSmall
+    Accessible.role: Accessible.StaticText
+    Accessible.name: panel.statusTitle
+    Accessible.description: panel.statusSubtitle + " " + panel.statusKeyCap
+
+    StatusOrb {
+        id: orb
+        x: 2
+        y: Theme.spacingSmall + 4
+        phase: header.panel.state
+        label: header.panel.orbLabel
+    }
+    Column {
+        id: words
+        x: 36
+        y: Theme.spacingSmall
+        width: header.width - x - Theme.spacingSmall
+        spacing: 2
+
+        Label {
+            width: parent.width
+            text: header.panel.statusTitle
+            font.pixelSize: Theme.sizeTitle
+            strong: true
+        }
+        Flow {
+            width: parent.width
+            spacing: 6
+
+            Symbol {
+                visible: header.failed
+                name: "exclamationmark.triangle.fill"
+                color: Theme.warn
+                size: 14
+                height: 18
+                fillMode: Image.PreserveAspectFit
+            }
+            Caption {
+                width: Math.min(implicitWidth, words.width - (header.failed ? 20 : 0))
+                lineHeight: 1.1
+                height: header.panel.statusKeyCap ? 20 : implicitHeight
+                verticalAlignment: Text.AlignVCenter
+                text: header.panel.statusSubtitle
+                color: header.failed ? Theme.warn : Theme.textSecondary
+                wrapMode: header.panel.statusKeyCap ? Text.NoWrap : Text.Wrap
+            }
+            KbdCap {
+                visible: header.panel.statusKeyCap
+                text: header.panel.statusKeyCap
+                width: Math.min(implicitWidth, words.width)
+            }
+        }
+    }
+}

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// The state as a dot.
+Item {
+    id: orb
+
+    property string phase
+    property string label
+    readonly property color tone: phase === "recording" ? Theme.bad
+                                : phase === "error" ? Theme.warn
+                                : phase === "transcribing" ? Theme.accent : Theme.good
+
+    implicitWidth: 28
+    implicitHeight: 28
+    Accessible.role: Accessible.Graphic
+    Accessible.name: label
+
+    PulseRing {
+        anchors.fill: parent
+        visible: orb.phase === "recording"
+    }
+    Spinner {
+        anchors.fill: parent
+        size: 28
+        color: Theme.accent
+        visible: orb.phase === "transcribing"
+    }
+    Rectangle {
+        anchors.centerIn: parent
+        width: 12
+        height: 12
+        radius: 6
+        color: orb.tone
+    }
+}

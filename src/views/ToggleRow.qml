@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+
+/// A line with a switch; all of it can be clicked. It shows what the setting is, not what was clicked.
+MenuRowButton {
+    id: row
+
+    property string systemIcon
+    property string title
+    property string subtitle
+    property bool isOn: false
+
+    signal switched(bool on)
+
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    topPadding: 6
+    bottomPadding: 6
+    text: title
+    Accessible.role: Accessible.CheckBox
+    Accessible.description: subtitle
+    Accessible.checkable: true
+    Accessible.checked: isOn
+    Accessible.onToggleAction: row.clicked()
+    onClicked: switched(!isOn)
+
+    contentItem: Item {
+        implicitHeight: words.implicitHeight
+
+        Symbol {
+            id: icon
+            y: 1
+            name: row.systemIcon
+            color: row.isOn ? Theme.accent : Theme.textSecondary
+        }
+        Column {
+            id: words
+            anchors { left: icon.right; leftMargin: Theme.spacing; right: pill.left; rightMargin: Theme.spacing }
+            spacing: 2
+
+            Label {
+                width: parent.width
+                text: row.title
+            }
+            Caption {
+                width: parent.width
+                text: row.subtitle
+                wrapMode: Text.Wrap
+            }
+        }
+        PillSwitch {
+            id: pill
+            anchors.right: parent.right
+            on: row.isOn
+        }
+    }
+}
