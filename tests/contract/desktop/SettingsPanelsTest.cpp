@@ -91,6 +91,8 @@ TEST_F(DesktopSettingsPanelsTest, emptyDesktop_saysWhereToLook) {
     EXPECT_EQ(console.logged().size(), 1);
     EXPECT_EQ(opened(Panel::Accessibility, ""), QString());
     EXPECT_EQ(console.logged().size(), 2);
+    EXPECT_EQ(opened(Panel::LanguageModel, "GNOME"), QString());
+    EXPECT_EQ(console.logged().size(), 3);
 }
 
 TEST_F(DesktopSettingsPanelsTest, candidates_ofSeveralDesktopsComeInTheirOrderAndOnce) {

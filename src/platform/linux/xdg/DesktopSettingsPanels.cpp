@@ -64,6 +64,19 @@ QStringList words(const char* command) {
     return QString::fromLatin1(command).split(u' ');
 }
 
+/// Where nothing can be opened.
+QString adviceFor(Panel panel) {
+    switch (panel) {
+    case Panel::Microphone:
+        return QStringLiteral("[settings] allow the microphone in this desktop's sound settings");
+    case Panel::Accessibility:
+        return QStringLiteral("[settings] this session does not let Talvera watch and post keys");
+    case Panel::LanguageModel:
+        return QStringLiteral("[settings] this machine has no on-device language model");
+    }
+    Q_UNREACHABLE();
+}
+
 } // namespace
 
 DesktopSettingsPanels::Session DesktopSettingsPanels::session() {
@@ -92,9 +105,7 @@ void DesktopSettingsPanels::open(Panel panel) {
         if (start(command))
             return;
     }
-    m_console.log(panel == Panel::Microphone
-                      ? QStringLiteral("[settings] allow the microphone in this desktop's sound settings")
-                      : QStringLiteral("[settings] this session does not let Talvera watch and post keys"));
+    m_console.log(adviceFor(panel));
 }
 
 /// The program goes on by itself, also when we end.
