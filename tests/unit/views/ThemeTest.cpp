@@ -23,7 +23,7 @@ double luminance(const QColor& color) {
 
 /// As the web's accessibility guidelines count it, from 1 to 21.
 double contrast(const QColor& a, const QColor& b) {
-    const auto [dark, light] = std::minmax(luminance(a), luminance(b));
+    const auto [dark, light] = std::minmax({luminance(a), luminance(b)});
     return (light + 0.05) / (dark + 0.05);
 }
 
