@@ -29,6 +29,9 @@ PrivateProgram::PrivateProgram(const QString& text) {
     fs::create_directory(directory / "Resources");
     place(built, directory / built.filename());
     place(built.parent_path() / "talvera-x11-companion", directory / "talvera-x11-companion");
+    for (const auto& resource : fs::directory_iterator(built.parent_path() / "Resources"))
+        fs::create_symlink(resource.path(), directory / "Resources" / resource.path().filename());
+    fs::remove(recogniser().toStdString());
     place(built.parent_path() / "instant-recogniser", recogniser().toStdString());
     std::ofstream(directory / "Resources" / "text") << text.toStdString();
 }
