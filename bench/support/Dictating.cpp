@@ -23,10 +23,23 @@ Dictating::Dictating(const QJsonObject& preferences, const QString& program)
 }
 
 void Dictating::holdAndSay(const std::vector<std::int16_t>& speech) {
+    hold();
+    say(speech);
+    release();
+}
+
+KeyWitness::Clock::time_point Dictating::hold() {
     m_witness.forget();
     m_keys.press(RightCtrl);
-    m_agent->await(QStringLiteral("state recording"));
+    m_agent->await(QStringLiteral("hud listening"));
+    return KeyWitness::Clock::now();
+}
+
+void Dictating::say(const std::vector<std::int16_t>& speech) {
     m_voice.sayAndWait(speech);
+}
+
+void Dictating::release() {
     m_keys.release(RightCtrl);
 }
 

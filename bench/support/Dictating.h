@@ -28,6 +28,10 @@ public:
 
     /// Holds the hotkey, says this as soon as it is being recorded, and lets go.
     void holdAndSay(const std::vector<std::int16_t>& speech);
+    /// The three steps of that. The first answers when the agent said that the HUD shows that it listens.
+    KeyWitness::Clock::time_point hold();
+    void say(const std::vector<std::int16_t>& speech);
+    void release();
     /// Returns when the text has been typed and the agent is ready again.
     void awaitEnd();
 
