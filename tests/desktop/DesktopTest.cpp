@@ -54,7 +54,7 @@ void DesktopTest::holdAndSay(const Samples& speech) {
 }
 
 bool DesktopTest::eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto deadline = std::chrono::steady_clock::now() + AgentProcess::Patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;
