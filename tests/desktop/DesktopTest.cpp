@@ -22,6 +22,10 @@ QByteArray contentsOf(const QString& path) {
 } // namespace
 
 void DesktopTest::TearDown() {
+    if (HasFailure()) { // it may have ended with keys down, and the next test is to begin without
+        for (const int key : {RightCtrl, LeftCtrl, LeftAlt, Space, H, V})
+            keys.release(key);
+    }
     if (!agent || !agent->isRunning())
         return;
     EXPECT_TRUE(isClean());
