@@ -1,14 +1,35 @@
 // SPDX-License-Identifier: MIT
 #include "AgentProcess.h"
 
+#include <QFile>
+
 #include <csignal>
 #include <stdexcept>
+#include <thread>
 
 namespace talvera::test {
 
 namespace {
 
 constexpr int patience = static_cast<int>(std::chrono::milliseconds(AgentProcess::Patience).count());
+
+struct Activity {
+    char state = 0;         ///< of the main thread, as in /proc/PID/stat
+    long long cpuTicks = 0; ///< of all threads
+
+    bool operator==(const Activity&) const = default;
+};
+
+Activity activityOf(pid_t process) {
+    QFile file("/proc/" + QString::number(process) + "/stat");
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const auto line = file.readAll();
+    const auto fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    if (fields.size() < 13)
+        return {};
+    return {fields[0].at(0), fields[11].toLongLong() + fields[12].toLongLong()};
+}
 
 const QString& tracePrefix() {
     static const QString prefix = "[trace] ";
@@ -42,6 +63,21 @@ QString AgentProcess::awaitLine(const QString& start) {
         m_lines.append(QString::fromUtf8(m_process.readLine()).chopped(1));
         if (m_lines.last().startsWith(start))
             return m_lines.last();
+    }
+}
+
+void AgentProcess::awaitRest() {
+    constexpr auto pause = std::chrono::milliseconds(100);
+    constexpr int quietPauses = 8;
+    Activity before;
+    int quiet = 0;
+    for (auto left = Patience / pause; quiet < quietPauses; --left) {
+        if (left == 0)
+            fail("it doesn't come to rest");
+        std::this_thread::sleep_for(pause);
+        const auto now = activityOf(pid());
+        quiet = now.state == 'S' && now == before ? quiet + 1 : 0;
+        before = now;
     }
 }
 

@@ -33,6 +33,10 @@ public:
     /// How often the agent has traced exactly this, in what has been read by now.
     qsizetype count(const QString& traced) const;
 
+    /// Waits until it has done nothing for most of a second: what it makes after its launch is made. While
+    /// its main thread is held up for more than a second, as it can be on a busy machine, it hears no keys.
+    void awaitRest();
+
     pid_t pid() const { return static_cast<pid_t>(m_process.processId()); }
 
     /// Asks it to end, as a session does, and answers its exit status.

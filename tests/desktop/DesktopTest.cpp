@@ -42,6 +42,7 @@ void DesktopTest::startAgentAgain(const QString& program) {
     agent.emplace(home, program);
     if (agent->count("microphone authorized") == 0)
         agent->await("microphone authorized");
+    agent->awaitRest();
 }
 
 QJsonObject DesktopTest::chordOfCtrlAltSpace() {
