@@ -45,7 +45,7 @@ protected:
     QJsonValue stored(const QString& key) const {
         QFile file(home.preferencesFile());
         file.open(QFile::ReadOnly);
-        return QJsonDocument::fromJson(file.readAll()).object().value(key);
+        return QJsonDocument::fromJson(file.readAll()).object()["preferences"].toObject().value(key);
     }
     bool becomes(const QString& key, const QJsonValue& value) const {
         return eventually([&] { return stored(key) == value; });
@@ -77,8 +77,6 @@ TEST_P(StatusPanel, clickOnTheItem_opensThePanelAtItAndTheNextOneCloses) {
     EXPECT_FALSE(frame.contains(icon));
     click(icon);
     EXPECT_TRUE(panelGoes());
-    click(icon);
-    EXPECT_TRUE(panelComes());
 }
 
 TEST_P(StatusPanel, pressElsewhere_closes) {
