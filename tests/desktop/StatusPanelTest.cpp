@@ -105,15 +105,6 @@ TEST_P(StatusPanel, keyboardAlone_choosesALanguageAndSwitchesCleanUp) {
     EXPECT_TRUE(panel().has_value());
 }
 
-TEST_P(StatusPanel, clickOnTheLastLine_quits) {
-    openPanel();
-    const auto frame = *panel();
-    click({frame.center().x(), frame.bottom() - 24});
-    EXPECT_TRUE(panelGoes());
-    EXPECT_EQ(agent->end(), 0);
-    agent.reset();
-}
-
 INSTANTIATE_TEST_SUITE_P(Trays, StatusPanel, testing::Values(Tray::Kind::X11, Tray::Kind::DBus),
                          [](const auto& tray) { return tray.param == Tray::Kind::X11 ? "X11" : "DBus"; });
 

@@ -118,6 +118,9 @@ std::optional<QRect> XEmbedIcon::frame() {
     const auto geometry = m_x11->reply<xcb_get_geometry_reply_t>(geometryQuestion);
     const auto place = m_x11->reply<xcb_translate_coordinates_reply_t>(placeQuestion);
     const auto attributes = m_x11->reply<xcb_get_window_attributes_reply_t>(attributesQuestion);
+    // What came while we waited has been read from the socket already, which tells nobody any more.
+    QMetaObject::invokeMethod(
+        m_readable.get(), [this] { readEvents(); }, Qt::QueuedConnection);
     if (!geometry || !place || !attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
         return std::nullopt;
     return QRect(place->dst_x, place->dst_y, geometry->width, geometry->height);

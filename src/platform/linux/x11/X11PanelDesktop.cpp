@@ -62,6 +62,9 @@ void X11PanelDesktop::activate(std::uint32_t window) {
     else
         xcb_set_input_focus(m_x11->get(), XCB_INPUT_FOCUS_POINTER_ROOT, window, XCB_CURRENT_TIME);
     m_x11->flush();
+    // A press that came while we waited for answers has been read from the socket already.
+    QMetaObject::invokeMethod(
+        m_readable.get(), [this] { readEvents(); }, Qt::QueuedConnection);
 }
 
 /// Raw events come beside the ordinary ones: nobody misses a press because we see it.
