@@ -13,6 +13,7 @@ QtObject {
     readonly property color surface: dark ? "#222227" : "#ffffff"
     readonly property color overlay: dark ? "#f21c1c20" : "#f7fcfcfd" ///< floats over whatever lies below
     readonly property color overlayOpaque: dark ? "#1c1c20" : "#fcfcfd" ///< where nothing can shine through
+    readonly property color overlayOutline: dark ? "#3dffffff" : "#26000000"
     readonly property color outline: dark ? "#38383f" : "#dcdce2"
     readonly property color separator: dark ? "#2e2e34" : "#e8e8ec"
 
@@ -29,6 +30,8 @@ QtObject {
 
     // Meanings
     readonly property color accent: dark ? "#9d9bff" : "#4a42d4"
+    readonly property color accentHovered: dark ? "#b0aeff" : "#5a53e0"
+    readonly property color accentPressed: dark ? "#c2c0ff" : "#3e37b8"
     readonly property color accentFill: dark ? "#2d2c4d" : "#e6e5fb"
     readonly property color info: accent
     readonly property color good: dark ? "#5fd38d" : "#146c3a"
@@ -52,9 +55,11 @@ QtObject {
     readonly property int sizeTiny: 10
     readonly property int sizeSmall: 12
     readonly property int sizeBody: 13
+    readonly property int sizeGlance: 14 ///< read in passing, from far
     readonly property int sizeTitle: 15
     readonly property int sizeLarge: 20
     readonly property int weightBody: Font.Normal
+    readonly property int weightMedium: Font.Medium
     readonly property int weightStrong: Font.DemiBold
 
     // Motion, in milliseconds

@@ -1,0 +1,6 @@
+// SPDX-License-Identifier: MIT
+
+/// The microphone listens.
+PulsingBadge {
+    symbol: "mic.fill"
+}

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+
+/// Something is missing.
+PulsingBadge {
+    symbol: "exclamationmark"
+    color: Theme.warn
+    symbolColor: Theme.overlayOpaque
+}
