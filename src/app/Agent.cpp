@@ -4,7 +4,6 @@
 #include "app/Machine.h"
 #include "shell/FocusNoticeText.h"
 #include "shell/Localization.h"
-#include "shell/UnseenHUDPanel.h"
 #include "views/QuickMenuPanel.h"
 
 #include <QLocale>
@@ -14,6 +13,7 @@ namespace talvera {
 namespace {
 
 constexpr Duration noticeTime = seconds(6.0);
+constexpr Duration windowsDelay = seconds(0.5);
 
 } // namespace
 
@@ -27,7 +27,8 @@ Agent::Agent(Machine& machine)
     , m_whisper(WhisperRunner::makeDefault(machine.processes, machine.files, machine.directories,
                                            m_models.modelMainURL))
     , m_transcription(machine.actor, machine.background, machine.files, machine.audioFiles, machine.console)
-    , m_hud(machine.actor, [] { return std::make_unique<UnseenHUDPanel>(); })
+    , m_windows(machine, m_settings)
+    , m_hud(machine.actor, [this] { return m_windows.takeHUDPanel(m_hud.stateHolder()); })
     , m_menuBar(machine.actor, m_settings)
     , m_readiness({machine.actor, machine.microphonePermission, machine.accessibility, machine.languageModel,
                    machine.settingsPanels, machine.activation})
@@ -87,17 +88,13 @@ void Agent::launch() {
     if (StateTrace::isWanted())
         m_trace.emplace(m_machine.console, StateTrace::Subjects{m_menuBar, m_hud, m_readiness});
     m_delegate->applicationDidFinishLaunching();
+    // The first dictation shall find its windows made, and the launch not wait for them.
+    m_machine.actor.startTimer(windowsDelay, [this] { m_windows.prepare(m_hud.stateHolder()); });
 }
 
 void Agent::startedAgain() {
     m_machine.console.print(QStringLiteral("[app] Talvera is running already"));
     m_delegate->startedAgain();
-}
-
-ViewEngine& Agent::views() {
-    if (!m_views)
-        m_views.emplace(m_machine.appearance);
-    return *m_views;
 }
 
 std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
@@ -110,7 +107,7 @@ std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
         m_hud.showNotice(localized("hud.languageModel.none", "This computer has no on-device language model"),
                          DictationHUDState::NoticeTone::Info, noticeTime);
     };
-    return std::make_unique<QuickMenuPanel>(views(), model, m_machine.panelDesktop);
+    return std::make_unique<QuickMenuPanel>(m_windows.views(), model, m_machine.panelDesktop);
 }
 
 /// Until there is a window for them, the settings are the file that holds them.

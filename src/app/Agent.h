@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/StateTrace.h"
+#include "app/Windows.h"
 #include "core/AppDelegate.h"
 #include "core/Warmup.h"
 #include "delivery/FocusTracker.h"
@@ -48,7 +49,6 @@ public:
 
 private:
     AgentEnvironment environment();
-    ViewEngine& views();
     std::unique_ptr<MenuPanelWindow> makePanelWindow();
     void openSettings();
 
@@ -59,6 +59,7 @@ private:
     AudioRecorder m_recorder;
     WhisperRunner m_whisper;
     ChunkedTranscription m_transcription;
+    Windows m_windows;
     DictationHUDController m_hud;
     MenuBarController m_menuBar;
     ReadinessMonitor m_readiness;
@@ -72,7 +73,6 @@ private:
     OnboardingController m_onboarding;
     OnboardingWindow m_onboardingWindow;
     Warmup m_warmup;
-    std::optional<ViewEngine> m_views; ///< made for the first window
     std::optional<MenuPanelModel> m_panelModel;
     std::shared_ptr<AppDelegate> m_delegate;
     std::optional<StateTrace> m_trace;

@@ -26,6 +26,7 @@
 #include "platform/linux/x11/X11EventTapFactory.h"
 #include "platform/linux/x11/X11KeyEventPoster.h"
 #include "platform/linux/x11/X11KeyboardLayout.h"
+#include "platform/linux/x11/X11OverlayDesktop.h"
 #include "platform/linux/x11/X11PanelDesktop.h"
 #include "platform/linux/x11/X11Pasteboard.h"
 #include "platform/linux/x11/X11SessionAccess.h"
@@ -90,6 +91,7 @@ public:
 
     // What the user sees
     PortalAppearance appearance;
+    X11OverlayDesktop overlays;
     TrayStatusItem statusItem;
     X11PanelDesktop panelDesktop;
     XdgFileBrowser fileBrowser;
