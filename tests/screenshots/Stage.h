@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "InMemoryPreferenceStore.h"
+#include "concurrency/QtMainActor.h"
+#include "persistence/AppSettings.h"
+#include "platform/DesktopAppearance.h"
+#include "platform/linux/x11/X11OverlayDesktop.h"
+#include "views/ViewEngine.h"
+
+#include <QRasterWindow>
+#include <QString>
+
+namespace talvera::test {
+
+/// What the pictures are taken of: a desktop with a wallpaper, our views on it, and a camera.
+class Stage {
+public:
+    /// `label` tells pictures of the same scene apart, such as "dark-200".
+    Stage(const QString& directory, const QString& label, bool dark);
+
+    /// Lets the event loop run.
+    void wait(Duration duration);
+
+    /// Takes a picture of a part of the screen, in device-independent pixels, as NAME-LABEL.png.
+    void photograph(const QString& name, const QRect& area);
+
+    QtMainActor actor;
+    InMemoryPreferenceStore preferences;
+    AppSettings settings{preferences};
+    DesktopAppearance appearance;
+    ViewEngine views{appearance};
+    X11OverlayDesktop desktop;
+
+private:
+    class Wallpaper : public QRasterWindow {
+    public:
+        explicit Wallpaper(bool dark);
+
+    protected:
+        void paintEvent(QPaintEvent* event) override;
+
+    private:
+        bool m_dark;
+    };
+
+    QString m_directory;
+    QString m_label;
+    Wallpaper m_wallpaper;
+};
+
+} // namespace talvera::test
