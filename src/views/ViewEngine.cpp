@@ -37,6 +37,8 @@ void ViewEngine::prepareProcess() {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
         qputenv("QT_XCB_GL_INTEGRATION", "none");
+    // Qt looks once, at the start, whether somebody wants accessibility, and screen readers may start later.
+    qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
 }
 
 ViewEngine::ViewEngine(DesktopAppearance& appearance) {
