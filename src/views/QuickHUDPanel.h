@@ -49,8 +49,8 @@ private:
 
     Parts m_parts;
     HUDModel m_model;
+    std::unique_ptr<QQuickItem> m_root; ///< outlives the window, which then frees all that was drawn of it
     QQuickWindow m_window;
-    std::unique_ptr<QQuickItem> m_root;
     std::unique_ptr<OverlayWindow> m_overlay;
     std::vector<QRect> m_shape; ///< in pixels; empty for the whole window
     QVariantAnimation m_fade;

@@ -10,6 +10,7 @@ Image {
     width: size
     height: size
     sourceSize: Qt.size(size, size)
+    cache: false // each is small and drawn once
     source: name ? "image://symbol/" + name + "/" + color : ""
     Accessible.ignored: true
 }

@@ -38,7 +38,8 @@ protected:
 
 TEST_F(QuickHUDPanelTest, show_standsAboveTheLowerEdgeInTheMiddle) {
     show(State::Transcribing{});
-    EXPECT_EQ(stage.geometry(), QRect((1280 - 560) / 2, 800 - 64 - 72, 560, 72));
+    const QRect expected((1280 - 560) / 2, 800 - 64 - 72, 560, 72);
+    EXPECT_TRUE(eventually([&] { return stage.geometry() == expected; }));
 }
 
 TEST_F(QuickHUDPanelTest, showOverAnApplication_focusStays) {
@@ -139,7 +140,7 @@ TEST_F(QuickHUDPanelTest, windowManager_knowsNothingOfIt) {
 TEST_F(QuickHUDPanelTest, panelAtTheLowerEdge_standsAboveIt) {
     OtherWindow dock(QRect(0, 760, 1280, 40), Qt::black, {.bottomStrut = 40});
     show(State::Transcribing{});
-    EXPECT_EQ(stage.geometry().bottom() + 1, 800 - 40 - 64);
+    EXPECT_TRUE(eventually([&] { return stage.geometry().bottom() + 1 == 800 - 40 - 64; }));
 }
 
 TEST_F(QuickHUDPanelTest, severalMonitors_standsOnTheOneWithTheFocusedWindow) {
@@ -151,7 +152,8 @@ TEST_F(QuickHUDPanelTest, severalMonitors_standsOnTheOneWithTheFocusedWindow) {
         OtherWindow application(QRect(left + 50, 50, 300, 300), below);
         application.activate();
         show(State::Transcribing{});
-        EXPECT_EQ(stage.geometry().center().x(), QRect(left, 0, 640, 800).center().x());
+        const int middle = QRect(left, 0, 640, 800).center().x();
+        EXPECT_TRUE(eventually([&] { return stage.geometry().center().x() == middle; })) << left;
         bool gone = false;
         stage.panel.fadeOut([&] { gone = true; });
         EXPECT_TRUE(eventually([&] { return gone; }));
