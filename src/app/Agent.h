@@ -24,7 +24,6 @@
 #include "speech/AudioRecorder.h"
 #include "speech/ChunkedTranscription.h"
 #include "speech/WhisperRunner.h"
-#include "views/ViewEngine.h"
 
 #include <memory>
 #include <optional>
