@@ -80,6 +80,16 @@ bool OtherWindow::hasFocus() {
     return focus && focus->focus == m_window;
 }
 
+QPoint OtherWindow::middle() {
+    const auto size =
+        m_connection->reply<xcb_get_geometry_reply_t>(xcb_get_geometry(m_connection->get(), m_window));
+    const auto place = m_connection->reply<xcb_translate_coordinates_reply_t>(
+        xcb_translate_coordinates(m_connection->get(), m_window, m_connection->root(), 0, 0));
+    if (!size || !place)
+        throw std::runtime_error("the window is gone");
+    return {place->dst_x + size->width / 2, place->dst_y + size->height / 2};
+}
+
 int OtherWindow::awaitClicks(int expected) {
     eventually([&] {
         readEvents();

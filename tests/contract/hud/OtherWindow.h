@@ -33,6 +33,9 @@ public:
     /// The number of clicks that have met it, once `expected` have or time is up.
     int awaitClicks(int expected);
 
+    /// Its middle on the screen, wherever the window manager has put it.
+    QPoint middle();
+
     X11Connection& connection() { return *m_connection; }
     xcb_window_t id() const { return m_window; }
 

@@ -152,8 +152,10 @@ TEST_F(QuickHUDPanelTest, severalMonitors_standsOnTheOneWithTheFocusedWindow) {
         OtherWindow application(QRect(left + 50, 50, 300, 300), below);
         application.activate();
         show(State::Transcribing{});
-        const int middle = QRect(left, 0, 640, 800).center().x();
-        EXPECT_TRUE(eventually([&] { return stage.geometry().center().x() == middle; })) << left;
+        EXPECT_TRUE(eventually([&] {
+            const int monitor = application.middle().x() < 640 ? 0 : 640;
+            return stage.geometry().center().x() == QRect(monitor, 0, 640, 800).center().x();
+        })) << left;
         bool gone = false;
         stage.panel.fadeOut([&] { gone = true; });
         EXPECT_TRUE(eventually([&] { return gone; }));
