@@ -85,8 +85,10 @@ AgentEnvironment Agent::environment() {
 }
 
 void Agent::launch() {
+#ifdef TALVERA_DIAGNOSTICS
     if (StateTrace::isWanted())
         m_trace.emplace(m_machine.console, StateTrace::Subjects{m_menuBar, m_hud, m_readiness});
+#endif
     m_delegate->applicationDidFinishLaunching();
     // The first dictation shall find its windows made, and the launch not wait for them.
     m_machine.actor.startTimer(windowsDelay, [this] { m_windows.prepare(m_hud.stateHolder()); });

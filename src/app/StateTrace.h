@@ -15,7 +15,8 @@ class ReadinessMonitor;
 ///   [trace] hud hidden|listening|transcribing|translating|permission KIND|notice TONE: TEXT
 ///   [trace] microphone authorized|denied|restricted|notDetermined
 ///   [trace] accessibility trusted|untrusted
-/// It begins with how things stand, and never tells what the user has said. Main thread only.
+/// Only builds with tests have it. It begins with how things stand, and never tells what the user has said.
+/// Main thread only.
 class StateTrace {
 public:
     struct Subjects {

@@ -12,7 +12,6 @@
 #include <QGuiApplication>
 
 #include <cstdlib>
-#include <cstring>
 
 using namespace talvera;
 
@@ -56,10 +55,6 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc > 1 && std::strcmp(argv[1], "--version") == 0) {
-        StandardConsole().print(QStringLiteral("Talvera " TALVERA_VERSION));
-        return EXIT_SUCCESS;
-    }
     StandardConsole console;
     try {
         return run(argc, argv, console, XdgDirectories::directories());
