@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/linux/x11/X11Connection.h"
+
+#include <QRect>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace talvera::test {
+
+/// The HUD as the user has it before their eyes, or read to them.
+class HUDOnScreen {
+public:
+    /// Where it is, in pixels; nothing while it isn't on the screen.
+    std::optional<QRect> place();
+
+    /// The screen's pixels at its place, as 0xRRGGBB; empty while it isn't on the screen.
+    std::vector<std::uint32_t> pixels();
+
+    /// The window that the user works in, whichever of its parts the keyboard goes to.
+    xcb_window_t activeWindow();
+
+    /// What a screen reader is told of the agent with that process: "ROLE<tab>NAME" a line.
+    static QStringList readAloud(pid_t agent);
+
+private:
+    std::unique_ptr<X11Connection> m_x11 = X11Connection::open();
+};
+
+} // namespace talvera::test
