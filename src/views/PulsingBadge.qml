@@ -6,7 +6,7 @@ Item {
     id: badge
 
     property bool running: false
-    property real pulse: 0
+    readonly property real pulse: 1 - Math.pow(1 - cycle.value, 2) // quick at first
     property string symbol
     property int symbolSize: 16
     property color color: Theme.accent
@@ -15,13 +15,10 @@ Item {
     width: 28
     height: 28
 
-    NumberAnimation on pulse {
+    Cycle {
+        id: cycle
         running: badge.running
-        from: 0
-        to: 1
         duration: 1400
-        easing.type: Easing.OutQuad
-        loops: Animation.Infinite
     }
     Rectangle {
         anchors.centerIn: parent

@@ -7,11 +7,11 @@ Symbol {
 
     name: "arc"
 
-    NumberAnimation on rotation {
+    rotation: turn.value * 360
+
+    Cycle {
+        id: turn
         running: spinner.visible
-        from: 0
-        to: 360
         duration: 900
-        loops: Animation.Infinite
     }
 }

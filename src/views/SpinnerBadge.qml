@@ -6,17 +6,14 @@ Item {
     id: badge
 
     property bool running: false
-    property real angle: 0
 
     width: 28
     height: 28
 
-    NumberAnimation on angle {
+    Cycle {
+        id: turn
         running: badge.running
-        from: 0
-        to: 360
         duration: 900
-        loops: Animation.Infinite
     }
     Symbol {
         anchors.centerIn: parent
@@ -30,6 +27,6 @@ Item {
         size: 24
         name: "circle.arc"
         color: Theme.accent
-        rotation: badge.angle
+        rotation: turn.value * 360
     }
 }
