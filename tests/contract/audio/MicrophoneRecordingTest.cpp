@@ -38,7 +38,7 @@ protected:
         const auto spoken = spokenPart(samples);
         EXPECT_NEAR(static_cast<double>(spoken.size()), 16000, 160);
         EXPECT_NEAR(frequencyOf(spoken, 16000), 440, 2);
-        EXPECT_NEAR(rmsOf(spoken), rmsOf(tone(440, 1.0, 0.5, 16000)), 300);
+        EXPECT_NEAR(levelOf(spoken, 16000), levelOf(tone(440, 1.0, 0.5, 16000), 16000), 300);
     }
 
     static std::vector<std::int16_t> samplesOf(AudioFile& file) {

@@ -64,7 +64,7 @@ TEST_P(PulseAudioInputTest, tone_arrivesWithItsLengthPitchAndLevel) {
     const auto heard = spokenPart(ear.heard().samples);
     EXPECT_NEAR(static_cast<double>(heard.size()), static_cast<double>(said.size()), 100);
     EXPECT_NEAR(frequencyOf(heard, rate), 440, 1);
-    EXPECT_NEAR(rmsOf(heard), rmsOf(said), 0.01 * rmsOf(said));
+    EXPECT_NEAR(levelOf(heard, rate), levelOf(said, rate), 0.01 * levelOf(said, rate));
 }
 
 TEST_P(PulseAudioInputTest, eachFrameOfTheMicrophone_arrivesOnceAndInOrder) {

@@ -15,6 +15,13 @@ bool isLoud(std::int16_t sample) {
     return std::abs(sample) > 100;
 }
 
+/// Of at least one value.
+double medianOf(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
 } // namespace
 
 bool isSilent(const std::vector<std::int16_t>& samples) {
@@ -40,17 +47,18 @@ double frequencyOf(const std::vector<std::int16_t>& samples, double sampleRate) 
             periods.push_back(rising - lastRising);
         lastRising = rising;
     }
-    if (periods.empty())
-        return 0;
-    const auto middle = periods.begin() + static_cast<std::ptrdiff_t>(periods.size() / 2);
-    std::nth_element(periods.begin(), middle, periods.end());
-    return sampleRate / *middle;
+    return periods.empty() ? 0 : sampleRate / medianOf(std::move(periods));
 }
 
-double rmsOf(const std::vector<std::int16_t>& samples) {
-    const double energy = std::accumulate(samples.begin(), samples.end(), 0.0,
-                                          [](double sum, double sample) { return sum + sample * sample; });
-    return std::sqrt(energy / static_cast<double>(samples.size()));
+double levelOf(const std::vector<std::int16_t>& samples, double sampleRate) {
+    const auto window = static_cast<std::ptrdiff_t>(sampleRate / 20);
+    std::vector<double> levels;
+    for (auto from = samples.begin(); samples.end() - from >= window; from += window) {
+        const double energy = std::accumulate(
+            from, from + window, 0.0, [](double sum, double sample) { return sum + sample * sample; });
+        levels.push_back(std::sqrt(energy / static_cast<double>(window)));
+    }
+    return levels.empty() ? 0 : medianOf(std::move(levels));
 }
 
 std::vector<std::int16_t> tone(double hertz, double seconds, double amplitude, double rate) {
