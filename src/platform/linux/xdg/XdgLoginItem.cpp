@@ -141,7 +141,7 @@ QByteArray entryFor(const QString& program) {
            "Exec=" +
            quoted(program).toUtf8() +
            "\n"
-           "Icon=audio-input-microphone\n"
+           "Icon=talvera\n"
            "Terminal=false\n"
            "StartupNotify=false\n"
            "X-GNOME-Autostart-enabled=true\n";
