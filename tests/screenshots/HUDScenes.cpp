@@ -12,7 +12,7 @@ namespace talvera::test {
 namespace {
 
 constexpr int margin = 32;
-constexpr Duration settled = seconds(0.6);
+constexpr Duration settled = seconds(0.35);
 
 } // namespace
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Stage.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QEventLoop>
 #include <QGuiApplication>
@@ -39,6 +40,7 @@ Stage::Stage(const QString& directory, const QString& label, bool dark)
     , m_wallpaper(dark) {
     appearance.isDark.set(dark);
     QDir().mkpath(directory);
+    QCursor::setPos(0, 0); // where nothing lights up under it
 }
 
 void Stage::wait(Duration duration) {

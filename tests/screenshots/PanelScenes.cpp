@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "PanelScenes.h"
+
+#include "FakeAccessibility.h"
+#include "FakeFileSystem.h"
+#include "FakeKeyboardLayout.h"
+#include "FakeLanguageModel.h"
+#include "FakeMicrophonePermission.h"
+#include "FakeProgramActivation.h"
+#include "FakeSessionDatabase.h"
+#include "FakeSettingsPanels.h"
+#include "RecordingConsole.h"
+#include "Stage.h"
+#include "persistence/StatsStore.h"
+#include "platform/Directories.h"
+#include "platform/linux/x11/X11PanelDesktop.h"
+#include "shell/Localization.h"
+#include "shell/MenuPanelModel.h"
+#include "shell/ReadinessMonitor.h"
+#include "views/KeyablePanel.h"
+#include "views/QuickMenuPanel.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QQuickItem>
+
+namespace talvera::test {
+
+namespace {
+
+constexpr int margin = 20;
+constexpr QPoint place(490, 40);
+constexpr Duration settled = seconds(0.35);
+
+/// A panel on a machine that is as a scene wants it.
+class PanelSet {
+public:
+    explicit PanelSet(Stage& stage)
+        : m_stage(stage) {}
+
+    /// Opens the panel anew, presses `keys` in it, and takes its picture.
+    void photograph(const QString& name, const QList<Qt::Key>& keys = {}, const QString& typed = {}) {
+        m_panel.renewContent();
+        const auto screen = m_panel.screenOf(QRect(place, QSize(1, 1)));
+        const int height = std::min(m_panel.fittingHeight(), screen.visible.height() - 2 * MenuPanelGap);
+        m_panel.fadeIn(QRect(place, QSize(MenuPanelWidth, height)));
+        m_stage.wait(settled);
+        for (const auto key : keys)
+            press(key);
+        for (const auto& character : typed)
+            press(Qt::Key_unknown, character);
+        m_stage.wait(settled);
+        m_stage.photograph("panel-" + name, m_panel.frame().adjusted(-margin, -margin, margin, margin));
+        m_panel.fadeOut();
+        m_stage.wait(seconds(0.2));
+    }
+
+    void setLanguageModel(bool available) {
+        m_languageModel.reason =
+            available ? std::nullopt : std::optional(QStringLiteral("deviceNotEligible"));
+        m_languageModel.languages = {"en", "es", "fr", "de", "it", "pt-BR", "pt", "nl", "ja"};
+        readiness.refresh();
+    }
+    void setMissing(bool microphoneMissing, bool accessibilityMissing) {
+        m_microphone.current =
+            microphoneMissing ? AuthorizationStatus::Denied : AuthorizationStatus::Authorized;
+        m_accessibility.trusted = !accessibilityMissing;
+        readiness.refresh();
+    }
+
+private:
+    void press(Qt::Key key, const QString& text = {}) {
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, key, Qt::NoModifier, text);
+            QCoreApplication::sendEvent(&m_panel.window(), &event);
+        }
+    }
+
+    Stage& m_stage;
+    Directories m_directories{"/run/talvera", "/home/data", "/home/config", "/opt/talvera"};
+    FakeFileSystem m_files{{m_directories.temporary, m_directories.applicationSupport}};
+    RecordingConsole m_console;
+    FakeSessionDatabases m_databases;
+    FakeMicrophonePermission m_microphone{m_stage.actor};
+    FakeAccessibility m_accessibility;
+    FakeLanguageModel m_languageModel;
+    FakeSettingsPanels m_settingsPanels;
+    FakeKeyboardLayout m_layout{{{17, "t"}}};
+    FakeProgramActivation m_activation;
+
+public:
+    MenuBarController menuBar{m_stage.actor, m_stage.settings};
+    StatsStore stats{{m_stage.actor, m_databases, m_files, m_directories, m_console}};
+    ReadinessMonitor readiness{
+        {m_stage.actor, m_microphone, m_accessibility, m_languageModel, m_settingsPanels, m_activation}};
+
+private:
+    MenuPanelModel m_model{{menuBar, m_stage.settings, stats, readiness, m_languageModel, m_layout}};
+    X11PanelDesktop m_desktop;
+    QuickMenuPanel m_panel{m_stage.views, m_model, m_desktop};
+};
+
+} // namespace
+
+void photographPanel(Stage& stage) {
+    using State = MenuBarController::State;
+    stage.settings.targetLanguageCode.set("off");
+    stage.settings.aiCleanupEnabled.set(false);
+    PanelSet panel(stage);
+
+    panel.setLanguageModel(false);
+    panel.photograph("ready-without-model");
+    panel.photograph("picker-without-model", {Qt::Key_Down, Qt::Key_Return});
+
+    panel.setLanguageModel(true);
+    panel.stats.lastWeekStats.set({2 * 3600 + 5 * 60, 148});
+    panel.photograph("ready");
+    stage.settings.aiCleanupEnabled.set(true);
+    stage.settings.targetLanguageCode.set("pt-BR");
+    stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, 17));
+    panel.photograph("ready-everything-on");
+    panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
+    panel.photograph("picker", {Qt::Key_Down, Qt::Key_Return});
+    panel.photograph("picker-search", {Qt::Key_Down, Qt::Key_Return}, "an");
+    panel.photograph("picker-no-match", {Qt::Key_Down, Qt::Key_Return}, "klingon");
+    stage.settings.translateToggleBinding.set(std::nullopt);
+
+    panel.setMissing(true, false);
+    panel.photograph("banner-microphone");
+    panel.setMissing(false, true);
+    panel.photograph("banner-accessibility");
+    panel.setMissing(true, true);
+    panel.photograph("banner-both");
+    panel.setMissing(false, false);
+
+    panel.menuBar.state.set(State::Recording);
+    panel.photograph("recording");
+    stage.settings.hotkeyTapToToggle.set(true);
+    panel.photograph("recording-tap");
+    stage.settings.hotkeyTapToToggle.set(false);
+    panel.menuBar.state.set(State::Transcribing);
+    panel.photograph("transcribing");
+    panel.menuBar.lastErrorMessage.set(localized("screenshot.error", "Transcription failed"));
+    panel.menuBar.state.set(State::Error);
+    panel.photograph("error");
+    panel.menuBar.lastErrorMessage.set(
+        localized("screenshot.error.long", "The microphone “Monitor of Starship/Matisse HD Audio Controller "
+                                           "Analog Stereo” can't be opened"));
+    panel.photograph("error-long");
+    panel.menuBar.state.set(State::Idle);
+
+    panel.stats.lastWeekStats.set({0, 0});
+    panel.photograph("stats-empty");
+    panel.stats.lastWeekStats.set({59, 1});
+    panel.photograph("stats-first");
+    panel.stats.lastWeekStats.set({99'999LL * 3600 + 59 * 60, 12'345'678'901});
+    panel.photograph("stats-huge");
+}
+
+} // namespace talvera::test
