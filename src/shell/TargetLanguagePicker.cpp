@@ -107,10 +107,14 @@ bool TargetLanguagePicker::isSelectable(const TargetLanguage& language) const {
 void TargetLanguagePicker::lookAgain() {
     beginResetModel();
     m_rows.clear();
+    const auto search = m_search.trimmed();
     for (const auto& language : TargetLanguage::all()) {
-        if (language.displayName.contains(m_search.trimmed(), Qt::CaseInsensitive))
+        if (language.displayName.contains(search, Qt::CaseInsensitive))
             m_rows.push_back(&language);
     }
+    std::stable_partition(m_rows.begin(), m_rows.end(), [&](const auto* language) {
+        return language->displayName.startsWith(search, Qt::CaseInsensitive);
+    });
     endResetModel();
     Q_EMIT rowsChanged();
 }

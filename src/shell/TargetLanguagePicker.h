@@ -15,8 +15,8 @@ class LanguageModel;
 class ReadinessMonitor;
 struct TargetLanguage;
 
-/// The target languages as the picker offers them: all rows, or those that match the search. Main thread
-/// only.
+/// The target languages as the picker offers them: all rows, or those that match the search, first the ones
+/// that begin with it. Main thread only.
 class TargetLanguagePicker final : public QAbstractListModel {
     Q_OBJECT
     Q_PROPERTY(QString currentDisplay READ currentDisplay NOTIFY currentChanged)

@@ -59,6 +59,28 @@ TEST(FocusNoticeText, pastedInWithoutAName_stopsAfterTheSpace) {
     EXPECT_EQ(focusNoticeText({Kind::PastedIn, ""}).text, "Pasted in ");
 }
 
+TEST(FocusNoticeText, nameOfFortyCharacters_isShownWhole) {
+    const auto name = QString("0123456789").repeated(4);
+    EXPECT_EQ(focusNoticeText({Kind::PastedIn, name}).text, "Pasted in " + name);
+}
+
+TEST(FocusNoticeText, longerName_losesItsMiddleSoThatTheRestCanBeRead) {
+    const QString name("Donaudampfschifffahrtselektrizitätenhauptbetriebswerkbauunterbeamtengesellschaft");
+    const QString shorter("Donaudampfschifffah…beamtengesellschaft");
+    EXPECT_EQ(focusNoticeText({Kind::PastedIn, name}).text, "Pasted in " + shorter);
+    EXPECT_EQ(focusNoticeText({Kind::ClipboardOriginalGone, name}).text,
+              shorter + QString::fromUtf8(" closed — text copied to clipboard. Press ⌘V to paste."));
+    EXPECT_EQ(focusNoticeText({Kind::ClipboardReactivateFailed, name}).text,
+              QString::fromUtf8("Couldn't switch back to ") + shorter +
+                  QString::fromUtf8(" — text copied to clipboard. Press ⌘V to paste."));
+}
+
+TEST(FocusNoticeText, longerNameOfComposedCharacters_losesWholeOnes) {
+    const QString family = QString::fromUtf8("👩‍👩‍👧‍👦");
+    EXPECT_EQ(focusNoticeText({Kind::PastedIn, family.repeated(41)}).text,
+              "Pasted in " + family.repeated(19) + QString::fromUtf8("…") + family.repeated(19));
+}
+
 TEST(FocusNoticeText, nameThatHoldsPlaceholders_isShownAsItStands) {
     EXPECT_EQ(focusNoticeText({Kind::PastedIn, "100%@ %1 %s"}).text, "Pasted in 100%@ %1 %s");
 }

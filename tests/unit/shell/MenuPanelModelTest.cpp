@@ -145,6 +145,14 @@ TEST_F(PanelModel, search_findsPartsOfNamesInAnyCase) {
     EXPECT_EQ(picker.count(), 18);
 }
 
+TEST_F(PanelModel, search_offersFirstWhatBeginsWithIt) {
+    auto& picker = *model.targetLanguages();
+    picker.setSearch("ge"); // which is in the words of "Off" as well
+    ASSERT_EQ(picker.count(), 2);
+    EXPECT_EQ(picker.data(picker.index(0), TargetLanguagePicker::Code), "de");
+    EXPECT_EQ(picker.data(picker.index(1), TargetLanguagePicker::Code), "off");
+}
+
 TEST_F(PanelModel, arrowKeys_skipRowsThatCanNotBeChosen) {
     makeModelAvailable({"de", "vi"});
     const auto& picker = *model.targetLanguages();
