@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-/// A badge and a text that may take up to three lines.
+/// A badge and a text that takes up to three lines, or one that is too long for them in four smaller ones.
 HUDContent {
     id: content
 
@@ -25,18 +25,25 @@ HUDContent {
     Label {
         id: label
 
+        property int setting: 0 ///< 1: as much as the panel can hold
+
         function take() {
-            if (content.shown)
-                text = content.line;
+            if (!content.shown)
+                return;
+            setting = 0;
+            text = content.line;
+            if (truncated)
+                setting = 1;
         }
 
         anchors.left: badge.right
         anchors.leftMargin: Theme.spacing
         anchors.verticalCenter: parent.verticalCenter
         width: Math.min(Math.ceil(implicitWidth), 380)
-        font.pixelSize: Theme.sizeGlance
+        font.pixelSize: setting ? Theme.sizeBody : Theme.sizeGlance
         font.weight: Theme.weightMedium
+        lineHeight: lineCount > 1 && !setting ? 1.08 : 1
         wrapMode: Text.Wrap
-        maximumLineCount: 3
+        maximumLineCount: setting ? 4 : 3
     }
 }

@@ -5,4 +5,5 @@ import QtQuick
 Label {
     color: Theme.textSecondary
     font.pixelSize: Theme.sizeSmall
+    lineHeight: lineCount > 1 ? 1.1 : 1
 }

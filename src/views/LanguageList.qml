@@ -7,6 +7,9 @@ Surface {
     id: list
 
     property var picker
+    property real room: 0 ///< how tall it may become
+    readonly property int rowHeight: 30
+    readonly property real around: search.height + (footer.visible ? footer.height + 24 : 18)
     readonly property var items: picker.items
 
     function choose(row) {
@@ -16,7 +19,8 @@ Surface {
         picker.close(Qt.TabFocusReason)
     }
 
-    implicitHeight: search.height + rows.contentHeight + (footer.visible ? footer.height : 0) + 26
+    // Whole rows only, and room for the remark where there is none.
+    height: around + rowHeight * Math.max(1, Math.min(rows.count, Math.floor((room - around) / rowHeight)))
     color: Theme.surface
     Accessible.role: Accessible.List
     Accessible.name: picker.title
@@ -25,6 +29,7 @@ Surface {
         items.search = ""
         rows.currentIndex = items.selectedRow()
         rows.positionViewAtIndex(Math.max(0, rows.currentIndex), ListView.Center)
+        rows.contentY = rows.originY + Math.round((rows.contentY - rows.originY) / rowHeight) * rowHeight
         search.forceActiveFocus(Qt.TabFocusReason)
     }
 
@@ -84,6 +89,7 @@ Surface {
         clip: true
         model: list.items
         boundsBehavior: Flickable.StopAtBounds
+        snapMode: ListView.SnapToItem
         highlightMoveDuration: 0
         keyNavigationEnabled: false
 
@@ -97,7 +103,7 @@ Surface {
             required property bool isSelected
 
             width: ListView.view.width
-            height: 30
+            height: list.rowHeight
             Accessible.role: Accessible.ListItem
             Accessible.name: detailText ? displayName + ", " + detailText : displayName
             Accessible.selectable: isEnabled
@@ -142,16 +148,17 @@ Surface {
             text: list.picker.emptyText
         }
 
-        // There is more than can be seen.
-        Rectangle {
-            visible: rows.contentHeight > rows.height
-            anchors.right: parent.right
-            width: 3
-            radius: 1.5
-            y: rows.visibleArea.yPosition * rows.height
-            height: rows.visibleArea.heightRatio * rows.height
-            color: Theme.outline
-        }
+    }
+
+    // There is more than can be seen.
+    Rectangle {
+        visible: rows.contentHeight > rows.height
+        anchors { right: parent.right; rightMargin: 2 }
+        width: 3
+        radius: 1.5
+        y: rows.y + rows.visibleArea.yPosition * rows.height
+        height: rows.visibleArea.heightRatio * rows.height
+        color: Theme.mark
     }
 
     NoteButton {

@@ -53,6 +53,7 @@ MenuRowButton {
             Label {
                 width: parent.width
                 text: row.title
+                wrapMode: Text.Wrap
             }
             Caption {
                 width: parent.width
@@ -85,7 +86,7 @@ MenuRowButton {
             y: row.mapToItem(row.floatIn, 0, row.height).y + 2
             x: Theme.spacingSmall
             width: row.floatIn.width - 2 * x
-            height: Math.min(implicitHeight, row.floatIn.height - y - Theme.spacingSmall)
+            room: row.floatIn.height - y - Theme.spacingSmall
         }
     }
 }

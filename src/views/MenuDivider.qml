@@ -4,7 +4,7 @@ import QtQuick
 /// A thin rule between groups, with air around it.
 Item {
     implicitWidth: parent ? parent.width : 0
-    implicitHeight: 9
+    implicitHeight: 13
 
     Rectangle {
         anchors { left: parent.left; right: parent.right; margins: Theme.spacingSmall; verticalCenter: parent.verticalCenter }

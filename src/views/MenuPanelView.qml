@@ -13,11 +13,10 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: panel.statusTitle
 
-    Rectangle {
+    Surface {
         anchors.fill: parent
-        radius: Theme.radius
         color: view.composited ? Theme.overlay : Theme.overlayOpaque
-        border { width: 1; color: Theme.outline }
+        border.color: Theme.overlayOutline
     }
 
     Flickable {

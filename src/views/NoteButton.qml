@@ -25,7 +25,7 @@ MenuRowButton {
             width: parent.width - x
             text: note.text
             color: note.tone
-            font.weight: Font.Medium
+            font.weight: Theme.weightMedium
             wrapMode: Text.Wrap
         }
     }

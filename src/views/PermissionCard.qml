@@ -25,15 +25,15 @@ HUDContent {
 
         PulsingWarnBadge {
             id: badge
-            x: Theme.spacingHuge
+            x: Theme.spacingLarge
             anchors.verticalCenter: parent.verticalCenter
             running: card.animating
         }
         Column {
             anchors.left: badge.right
-            anchors.leftMargin: Theme.spacingLarge
+            anchors.leftMargin: Theme.spacing
             anchors.right: action.left
-            anchors.rightMargin: Theme.spacingLarge
+            anchors.rightMargin: Theme.spacing
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2
 
@@ -41,29 +41,31 @@ HUDContent {
                 width: parent.width
                 spacing: 6
                 Symbol {
-                    anchors.verticalCenter: parent.verticalCenter
                     size: 16
                     name: card.model.cardSymbol
                     color: Theme.warn
                 }
                 Label {
+                    id: title
                     width: Math.min(implicitWidth, parent.width - 22)
                     text: card.model.cardTitle
                     font.pixelSize: Theme.sizeGlance
                     strong: true
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 2
                 }
             }
             Caption {
                 width: parent.width
                 text: card.model.cardSubtitle
                 wrapMode: Text.Wrap
-                maximumLineCount: 2
+                maximumLineCount: title.lineCount > 1 ? 1 : 2
             }
         }
         Rectangle {
             id: action
             anchors.right: parent.right
-            anchors.rightMargin: 56
+            anchors.rightMargin: 52
             anchors.verticalCenter: parent.verticalCenter
             width: actionText.implicitWidth + 2 * 14
             height: 32

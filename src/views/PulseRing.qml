@@ -1,24 +1,22 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-/// A ring that swells and fades, over and over, while it can be seen.
+/// A disc that goes out from below a smaller one and fades, over and over, while it can be seen.
 Rectangle {
     id: ring
 
-    property real pulse: 0
+    property real from: width ///< its diameter at first
+    property real to: width   ///< and at last
+    readonly property real pulse: 1 - Math.pow(1 - cycle.value, 2) // quick at first
 
+    width: from + pulse * (to - from)
+    height: width
     radius: width / 2
-    color: "transparent"
-    border { width: 2; color: Theme.bad }
-    scale: 0.5 + pulse * 0.5
-    opacity: 1 - pulse
+    opacity: (1 - pulse) * 0.28
 
-    NumberAnimation on pulse {
+    Cycle {
+        id: cycle
         running: ring.visible
-        from: 0
-        to: 1
         duration: 1400
-        easing.type: Easing.OutCubic
-        loops: Animation.Infinite
     }
 }

@@ -6,7 +6,6 @@ Item {
     id: badge
 
     property bool running: false
-    readonly property real pulse: 1 - Math.pow(1 - cycle.value, 2) // quick at first
     property string symbol
     property int symbolSize: 16
     property color color: Theme.accent
@@ -15,18 +14,11 @@ Item {
     width: 28
     height: 28
 
-    Cycle {
-        id: cycle
-        running: badge.running
-        duration: 1400
-    }
-    Rectangle {
+    PulseRing {
         anchors.centerIn: parent
-        width: badge.width * (badge.pulse * 0.6 + 0.9)
-        height: width
-        radius: width / 2
+        from: badge.width * 0.9
+        to: badge.width * 1.5
         color: badge.color
-        opacity: (1 - badge.pulse) * 0.28
         visible: badge.running
     }
     Rectangle {

@@ -21,12 +21,13 @@ Rectangle {
         signal fix()
 
         width: parent.width
-        implicitHeight: 28
+        implicitHeight: Math.max(28, what.implicitHeight + 2 * Theme.spacingTiny)
 
         Label {
             id: what
             anchors { left: parent.left; leftMargin: 28; right: button.left; rightMargin: Theme.spacingSmall }
             anchors.verticalCenter: parent.verticalCenter
+            wrapMode: Text.Wrap
         }
         SmallButton {
             id: button

@@ -20,13 +20,13 @@ Row {
     onRunningChanged: tick()
     onStartedAtChanged: tick()
 
-    TextMetrics {
-        id: digit
+    FontMetrics {
+        id: metrics
         font.family: Theme.fontFamily
         font.pixelSize: Theme.sizeBody
         font.weight: Theme.weightMedium
-        text: "0"
     }
+    readonly property real digitWidth: Math.round(Math.max(...Array.from("0123456789", d => metrics.advanceWidth(d))))
     Timer {
         id: ticks
         onTriggered: view.tick()
@@ -36,7 +36,7 @@ Row {
         Label {
             required property int index
             text: view.time[index] ?? ""
-            width: text === ":" ? implicitWidth : Math.ceil(digit.advanceWidth)
+            width: text === ":" ? implicitWidth : view.digitWidth
             horizontalAlignment: Text.AlignHCenter
             color: Theme.textSecondary
             font.weight: Theme.weightMedium

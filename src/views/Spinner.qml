@@ -1,17 +1,34 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-/// An arc that turns while it can be seen.
-Symbol {
+/// Work goes on: an arc that turns on its track.
+Item {
     id: spinner
 
-    name: "arc"
+    property bool turns: visible
+    property int size: 24
+    property color color: Theme.accent
 
-    rotation: turn.value * 360
+    implicitWidth: size
+    implicitHeight: size
 
     Cycle {
         id: turn
-        running: spinner.visible
+        running: spinner.turns
         duration: 900
+    }
+    Symbol {
+        anchors.centerIn: parent
+        size: spinner.size
+        name: "circle.track"
+        color: spinner.color
+        opacity: 0.22
+    }
+    Symbol {
+        anchors.centerIn: parent
+        size: spinner.size
+        name: "circle.arc"
+        color: spinner.color
+        rotation: turn.value * 360
     }
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-/// Work goes on: an arc that turns.
+/// A Spinner in the place of a badge.
 Item {
     id: badge
 
@@ -10,23 +10,8 @@ Item {
     width: 28
     height: 28
 
-    Cycle {
-        id: turn
-        running: badge.running
-        duration: 900
-    }
-    Symbol {
+    Spinner {
         anchors.centerIn: parent
-        size: 24
-        name: "circle.track"
-        color: Theme.accent
-        opacity: 0.22
-    }
-    Symbol {
-        anchors.centerIn: parent
-        size: 24
-        name: "circle.arc"
-        color: Theme.accent
-        rotation: turn.value * 360
+        turns: badge.running
     }
 }

@@ -17,7 +17,6 @@ Rectangle {
         property alias figure: number.text
 
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 2
         Accessible.role: Accessible.StaticText
         Accessible.name: caption + ": " + figure
 
@@ -26,11 +25,17 @@ Rectangle {
             width: parent.width
             font.pixelSize: Theme.sizeLarge
             font.weight: Theme.weightStrong
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: Theme.sizeSmall
+            height: 24
+            verticalAlignment: Text.AlignVCenter
         }
         Caption {
             id: name
             width: parent.width
-            font { pixelSize: Theme.sizeTiny; weight: Font.Medium; letterSpacing: 0.6 }
+            font { pixelSize: Theme.sizeCaps; weight: Theme.weightMedium; letterSpacing: 0.4 }
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 8
         }
     }
 

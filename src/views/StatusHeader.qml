@@ -17,7 +17,7 @@ Item {
     StatusOrb {
         id: orb
         x: 2
-        y: Theme.spacingSmall + 4
+        anchors { verticalCenter: words.top; verticalCenterOffset: title.height / 2 }
         phase: header.panel.state
         label: header.panel.orbLabel
     }
@@ -29,6 +29,7 @@ Item {
         spacing: 2
 
         Label {
+            id: title
             width: parent.width
             text: header.panel.statusTitle
             font.pixelSize: Theme.sizeTitle
@@ -48,9 +49,7 @@ Item {
             }
             Caption {
                 width: Math.min(implicitWidth, words.width - (header.failed ? 20 : 0))
-                lineHeight: 1.1
-                height: header.panel.statusKeyCap ? 20 : implicitHeight
-                verticalAlignment: Text.AlignVCenter
+                topPadding: header.panel.statusKeyCap ? 2 : 0 // in the middle of the key beside it
                 text: header.panel.statusSubtitle
                 color: header.failed ? Theme.warn : Theme.textSecondary
                 wrapMode: header.panel.statusKeyCap ? Text.NoWrap : Text.Wrap

@@ -17,16 +17,20 @@ Item {
     Accessible.name: label
 
     PulseRing {
-        anchors.fill: parent
+        anchors.centerIn: parent
+        from: dot.width
+        to: orb.width
+        color: orb.tone
         visible: orb.phase === "recording"
     }
     Spinner {
-        anchors.fill: parent
-        size: 28
-        color: Theme.accent
+        anchors.centerIn: parent
+        size: orb.width
+        color: orb.tone
         visible: orb.phase === "transcribing"
     }
     Rectangle {
+        id: dot
         anchors.centerIn: parent
         width: 12
         height: 12

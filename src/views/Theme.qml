@@ -11,10 +11,11 @@ QtObject {
     // Surfaces, from the back to the front
     readonly property color window: dark ? "#1b1b1f" : "#f6f6f8"
     readonly property color surface: dark ? "#222227" : "#ffffff"
-    readonly property color overlay: dark ? "#f21c1c20" : "#f7fcfcfd" ///< floats over whatever lies below
+    readonly property color overlay: dark ? "#fa1c1c20" : "#fafcfcfd" ///< floats over whatever lies below
     readonly property color overlayOpaque: dark ? "#1c1c20" : "#fcfcfd" ///< where nothing can shine through
     readonly property color overlayOutline: dark ? "#3dffffff" : "#26000000"
     readonly property color outline: dark ? "#38383f" : "#dcdce2"
+    readonly property color mark: dark ? "#5a5a64" : "#b4b4be" ///< tells a place without words
     readonly property color separator: dark ? "#2e2e34" : "#e8e8ec"
 
     // What can be used
@@ -34,9 +35,9 @@ QtObject {
     readonly property color accentPressed: dark ? "#c2c0ff" : "#3e37b8"
     readonly property color accentFill: dark ? "#2d2c4d" : "#e6e5fb"
     readonly property color info: accent
-    readonly property color good: dark ? "#5fd38d" : "#146c3a"
-    readonly property color warn: dark ? "#ffc04d" : "#8f4e00"
-    readonly property color bad: dark ? "#ff9089" : "#b3261e"
+    readonly property color good: dark ? "#5fd38d" : "#137a3a"
+    readonly property color warn: dark ? "#ffc04d" : "#a65300"
+    readonly property color bad: dark ? "#ff9089" : "#c4281d"
     readonly property color warnFill: dark ? "#40331a" : "#fcefdc"
 
     // Spacing
@@ -53,6 +54,7 @@ QtObject {
 
     // Type scale: sizes in pixels
     readonly property int sizeTiny: 10
+    readonly property int sizeCaps: 11 ///< in capitals
     readonly property int sizeSmall: 12
     readonly property int sizeBody: 13
     readonly property int sizeGlance: 14 ///< read in passing, from far

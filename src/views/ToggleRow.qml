@@ -13,7 +13,7 @@ MenuRowButton {
     signal switched(bool on)
 
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
-    topPadding: 6
+    topPadding: Theme.spacingSmall
     bottomPadding: 6
     text: title
     Accessible.role: Accessible.CheckBox
@@ -28,18 +28,20 @@ MenuRowButton {
 
         Symbol {
             id: icon
-            y: 1
+            anchors { verticalCenter: words.top; verticalCenterOffset: heading.height / 2 }
             name: row.systemIcon
             color: row.isOn ? Theme.accent : Theme.textSecondary
         }
         Column {
             id: words
-            anchors { left: icon.right; leftMargin: Theme.spacing; right: pill.left; rightMargin: Theme.spacing }
-            spacing: 2
+            anchors { left: icon.right; leftMargin: Theme.spacing; right: parent.right }
+            spacing: 4
 
             Label {
-                width: parent.width
+                id: heading
+                width: parent.width - pill.width - Theme.spacing
                 text: row.title
+                wrapMode: Text.Wrap
             }
             Caption {
                 width: parent.width
@@ -49,7 +51,7 @@ MenuRowButton {
         }
         PillSwitch {
             id: pill
-            anchors.right: parent.right
+            anchors { right: parent.right; verticalCenter: words.top; verticalCenterOffset: heading.height / 2 }
             on: row.isOn
         }
     }

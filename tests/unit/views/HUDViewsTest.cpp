@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 // What the HUD's views make of its states, without a screen.
+#include "GermanTexts.h"
 #include "InMemoryPreferenceStore.h"
+#include "itemsBelow.h"
 #include "persistence/AppSettings.h"
 #include "platform/DesktopAppearance.h"
+#include "shell/FocusNoticeText.h"
 #include "views/HUDModel.h"
 #include "views/ViewEngine.h"
 #include "views/WaveformCanvas.h"
@@ -22,19 +25,6 @@ namespace {
 
 QRectF outlineOf(const QQuickItem& root) {
     return root.property("outline").toRectF();
-}
-
-/// All items below `item` for which `matches` holds.
-template <typename Matches>
-std::vector<QQuickItem*> itemsBelow(QQuickItem& item, const Matches& matches) {
-    std::vector<QQuickItem*> found;
-    for (auto* child : item.childItems()) {
-        if (matches(*child))
-            found.push_back(child);
-        const auto below = itemsBelow(*child, matches);
-        found.insert(found.end(), below.begin(), below.end());
-    }
-    return found;
 }
 
 class HUDViews : public testing::Test {
@@ -97,14 +87,66 @@ TEST_F(HUDViews, card_fillsThePanel) {
     EXPECT_EQ(outlineOf(*root), QRectF(0, 0, 560, 72));
 }
 
-TEST_F(HUDViews, longNotice_takesThreeLinesAtMost) {
+/// As many characters as a notice shows of a name.
+QString longName() {
+    return QStringLiteral("Elektrizitätenhauptbetriebswerkbauamtsap");
+}
+
+TEST_F(HUDViews, noticeOfThreeLines_isShownWholeInTheUsualSize) {
+    holder.state.set(State::Notice{QString("Donaudampfschifffahrt ").repeated(5), State::NoticeTone::Warn});
+    const auto all = texts();
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_LE(all.front()->width(), 380);
+    EXPECT_EQ(all.front()->property("lineCount"), 3);
+    EXPECT_FALSE(all.front()->property("truncated").toBool());
+    EXPECT_EQ(all.front()->property("font").value<QFont>().pixelSize(),
+              views.theme().property("sizeGlance").toInt());
+}
+
+TEST_F(HUDViews, longestNotice_fillsFourSmallerLinesWithinThePanel) {
     holder.state.set(
         State::Notice{QString("Donaudampfschifffahrtsgesellschaft ").repeated(20), State::NoticeTone::Warn});
     const auto all = texts();
     ASSERT_EQ(all.size(), 1U);
     EXPECT_LE(all.front()->width(), 380);
-    EXPECT_EQ(all.front()->property("lineCount"), 3);
+    EXPECT_EQ(all.front()->property("lineCount"), 4);
+    EXPECT_LE(all.front()->height(), 72);
     EXPECT_LE(outlineOf(*root).height(), 72);
+}
+
+TEST_F(HUDViews, shortNoticeAfterALongOne_hasTheUsualSizeAgain) {
+    holder.state.set(State::Notice{QString("Donaudampfschifffahrtsgesellschaft ").repeated(20), {}});
+    holder.state.set(State::Notice{"Nothing recognized", State::NoticeTone::Warn});
+    EXPECT_EQ(texts().front()->property("font").value<QFont>().pixelSize(),
+              views.theme().property("sizeGlance").toInt());
+}
+
+TEST_F(HUDViews, noticesWithALongName_sayToTheEndWhatIsToBeDone) {
+    const auto expectWhole = [this] {
+        for (const auto kind : {FocusNotice::Kind::PastedIn, FocusNotice::Kind::ClipboardOriginalGone,
+                                FocusNotice::Kind::ClipboardReactivateFailed}) {
+            const auto notice = focusNoticeText({kind, longName()});
+            holder.state.set(State::Notice{notice.text, notice.tone});
+            ASSERT_EQ(texts().size(), 1U);
+            EXPECT_FALSE(texts().front()->property("truncated").toBool()) << qPrintable(notice.text);
+        }
+    };
+    expectWhole();
+    const GermanTexts german;
+    expectWhole();
+}
+
+TEST_F(HUDViews, cardInGerman_showsItsTitlesWhole) {
+    const GermanTexts german;
+    for (const auto kind : {State::PermissionKind::Microphone, State::PermissionKind::Accessibility}) {
+        holder.state.set(State::PermissionRequired{kind});
+        EXPECT_TRUE(reads(model.cardTitle()));
+        for (auto* text : texts()) {
+            EXPECT_TRUE(!text->property("truncated").toBool() ||
+                        text->property("text") == model.cardSubtitle())
+                << qPrintable(text->property("text").toString());
+        }
+    }
 }
 
 TEST_F(HUDViews, markUpInANotice_isShownAsItStands) {

@@ -9,15 +9,28 @@
 
 namespace {
 
+QtMessageHandler printElsewhere = nullptr;
+
+/// What QML complains of, such as a binding loop, is a mistake in a view.
+void failOnComplaints(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtWarningMsg && message.startsWith(QLatin1String("qrc:/qt/qml")))
+        ADD_FAILURE() << qPrintable(message);
+    printElsewhere(type, context, message);
+}
+
 /// Views need an application, and none of these tests a screen.
 class GuiApplication : public testing::Environment {
 public:
     void SetUp() override {
+        printElsewhere = qInstallMessageHandler(failOnComplaints);
         qputenv("QT_QPA_PLATFORM", "offscreen");
         talvera::ViewEngine::prepareProcess();
         m_application = std::make_unique<QGuiApplication>(m_argumentCount, m_arguments);
     }
-    void TearDown() override { m_application.reset(); }
+    void TearDown() override {
+        m_application.reset();
+        qInstallMessageHandler(nullptr);
+    }
 
 private:
     int m_argumentCount = 1;
