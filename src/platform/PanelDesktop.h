@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRect>
+
 #include <cstdint>
+#include <vector>
 
 namespace talvera {
 
@@ -15,6 +18,9 @@ public:
 
     /// `window`, not yet on screen, will stand in no task bar and no window switcher, and on every workspace.
     virtual void adopt(std::uint32_t window) = 0;
+
+    /// `window` is just these rectangles, in its own pixels; without any, all of its rectangle.
+    virtual void setShape(std::uint32_t window, const std::vector<QRect>& rectangles) = 0;
 
     /// Gives the keyboard to `window`, which is on screen, since the user wants it.
     virtual void activate(std::uint32_t window) = 0;

@@ -6,7 +6,6 @@ FocusScope {
     id: view
 
     property var panel
-    property bool composited: false ///< the desktop shows what is translucent
     readonly property int fittingHeight: content.implicitHeight + 2 * Theme.spacingSmall
 
     implicitWidth: 300
@@ -15,7 +14,7 @@ FocusScope {
 
     Surface {
         anchors.fill: parent
-        color: view.composited ? Theme.overlay : Theme.overlayOpaque
+        color: Theme.overlayOpaque
         border.color: Theme.overlayOutline
     }
 

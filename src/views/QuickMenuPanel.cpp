@@ -5,10 +5,10 @@
 #include "shell/MenuPanelModel.h"
 #include "views/KeyablePanel.h"
 #include "views/ViewEngine.h"
+#include "views/roundedSpans.h"
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QPainterPath>
 #include <QQuickItem>
 #include <QScreen>
 
@@ -18,12 +18,6 @@ namespace {
 
 constexpr int fadeInTime = 120;
 constexpr int fadeOutTime = 100;
-
-QRegion roundedRegion(const QSize& size, qreal radius) {
-    QPainterPath path;
-    path.addRoundedRect(QRectF(QPointF(), size), radius, radius);
-    return QRegion(path.toFillPolygon().toPolygon());
-}
 
 /// Positioners wait for the next frame, and we want to know the size before there is one.
 void layOut(QQuickItem& item) {
@@ -64,10 +58,11 @@ QRect QuickMenuPanel::frame() const {
 
 void QuickMenuPanel::renewContent() {
     m_composited = m_desktop.isComposited();
+    m_panel->setColor(m_composited ? QColor(Qt::transparent)
+                                   : m_engine.theme().property("overlayOpaque").value<QColor>());
     m_view.reset();
     m_view = m_engine.create(QStringLiteral("MenuPanelView"),
-                             {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)},
-                              {QStringLiteral("composited"), m_composited}});
+                             {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)}});
     m_view->setWidth(MenuPanelWidth);
     m_view->setParentItem(m_panel->contentItem());
 }
@@ -110,8 +105,11 @@ void QuickMenuPanel::fadeOut() {
 
 /// Where nothing is translucent, round corners are cut out and no fade can be seen.
 void QuickMenuPanel::shape() {
-    const auto radius = m_engine.theme().property("radius").toReal();
-    m_panel->setMask(m_composited ? QRegion() : roundedRegion(m_panel->size(), radius));
+    const double ratio = m_panel->effectiveDevicePixelRatio();
+    const double radius = m_engine.theme().property("radius").toDouble() * ratio;
+    const QRectF whole(QPointF(), QSizeF(m_panel->size()) * ratio);
+    m_desktop.setShape(static_cast<std::uint32_t>(m_panel->winId()),
+                       m_composited ? std::vector<QRect>() : roundedSpans(whole, radius));
 }
 
 void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {

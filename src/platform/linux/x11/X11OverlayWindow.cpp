@@ -3,6 +3,7 @@
 
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11OverlayDesktop.h"
+#include "platform/linux/x11/boundingShape.h"
 
 #include <xcb/shape.h>
 
@@ -13,14 +14,6 @@ namespace talvera {
 namespace {
 
 constexpr int mostRaises = 8; ///< while shown once
-
-std::vector<xcb_rectangle_t> xcbRectangles(const std::vector<QRect>& rectangles) {
-    std::vector<xcb_rectangle_t> converted;
-    for (const auto& rectangle : rectangles)
-        converted.push_back({std::int16_t(rectangle.x()), std::int16_t(rectangle.y()),
-                             std::uint16_t(rectangle.width()), std::uint16_t(rectangle.height())});
-    return converted;
-}
 
 } // namespace
 
@@ -47,16 +40,7 @@ void X11OverlayWindow::setTakesClicks(bool takes) {
 }
 
 void X11OverlayWindow::setShape(const std::vector<QRect>& rectangles) {
-    auto& connection = *m_desktop.m_connection;
-    const auto shape = xcbRectangles(rectangles);
-    if (shape.empty())
-        xcb_shape_mask(connection.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, m_window, 0, 0,
-                       XCB_PIXMAP_NONE);
-    else
-        xcb_shape_rectangles(connection.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING,
-                             XCB_CLIP_ORDERING_UNSORTED, m_window, 0, 0, std::uint32_t(shape.size()),
-                             shape.data());
-    connection.roundTrip();
+    setBoundingShape(*m_desktop.m_connection, m_window, rectangles);
 }
 
 void X11OverlayWindow::stayOnTop(bool stays) {

@@ -2,6 +2,7 @@
 #include "platform/linux/x11/X11PanelDesktop.h"
 
 #include "platform/linux/x11/EwmhWindows.h"
+#include "platform/linux/x11/boundingShape.h"
 #include "platform/linux/x11/logicalRect.h"
 
 #include <xcb/xinput.h>
@@ -51,6 +52,11 @@ void X11PanelDesktop::adopt(std::uint32_t window) {
     xcb_change_property(m_x11->get(), XCB_PROP_MODE_REPLACE, window, m_x11->atom("_NET_WM_DESKTOP"),
                         XCB_ATOM_CARDINAL, 32, 1, &everyWorkspace);
     m_x11->roundTrip(); // the window is shown over another connection next
+}
+
+void X11PanelDesktop::setShape(std::uint32_t window, const std::vector<QRect>& rectangles) {
+    if (m_x11)
+        setBoundingShape(*m_x11, window, rectangles);
 }
 
 void X11PanelDesktop::activate(std::uint32_t window) {

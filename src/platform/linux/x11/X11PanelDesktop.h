@@ -23,6 +23,7 @@ public:
 
     bool isComposited() override;
     void adopt(std::uint32_t window) override;
+    void setShape(std::uint32_t window, const std::vector<QRect>& rectangles) override;
     void activate(std::uint32_t window) override;
     Subscription watchPresses(std::function<void(QPoint place)> pressed) override;
 
