@@ -25,25 +25,26 @@ HUDContent {
     Label {
         id: label
 
-        property int setting: 0 ///< 1: as much as the panel can hold
+        property bool dense: false ///< as much as the panel can hold
 
         function take() {
             if (!content.shown)
                 return;
-            setting = 0;
+            dense = false;
+            lineHeight = 1;
             text = content.line;
-            if (truncated)
-                setting = 1;
+            dense = truncated;
+            if (lineCount > 1 && !dense)
+                lineHeight = 1.08;
         }
 
         anchors.left: badge.right
         anchors.leftMargin: Theme.spacing
         anchors.verticalCenter: parent.verticalCenter
         width: Math.min(Math.ceil(implicitWidth), 380)
-        font.pixelSize: setting ? Theme.sizeBody : Theme.sizeGlance
+        font.pixelSize: dense ? Theme.sizeBody : Theme.sizeGlance
         font.weight: Theme.weightMedium
-        lineHeight: lineCount > 1 && !setting ? 1.08 : 1
         wrapMode: Text.Wrap
-        maximumLineCount: setting ? 4 : 3
+        maximumLineCount: dense ? 4 : 3
     }
 }

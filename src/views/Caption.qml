@@ -5,5 +5,5 @@ import QtQuick
 Label {
     color: Theme.textSecondary
     font.pixelSize: Theme.sizeSmall
-    lineHeight: lineCount > 1 ? 1.1 : 1
+    lineHeight: wrapMode === Text.NoWrap ? 1 : 1.1
 }

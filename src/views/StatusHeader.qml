@@ -48,7 +48,8 @@ Item {
                 fillMode: Image.PreserveAspectFit
             }
             Caption {
-                width: Math.min(implicitWidth, words.width - (header.failed ? 20 : 0))
+                width: header.panel.statusKeyCap ? Math.min(implicitWidth, words.width)
+                                                 : words.width - (header.failed ? 20 : 0)
                 topPadding: header.panel.statusKeyCap ? 2 : 0 // in the middle of the key beside it
                 text: header.panel.statusSubtitle
                 color: header.failed ? Theme.warn : Theme.textSecondary

@@ -32,9 +32,9 @@ Item {
     Rectangle {
         id: dot
         anchors.centerIn: parent
-        width: 12
-        height: 12
-        radius: 6
+        width: orb.phase === "transcribing" ? 8 : 12
+        height: width
+        radius: width / 2
         color: orb.tone
     }
 }
