@@ -2,17 +2,42 @@
 #include "views/SymbolProvider.h"
 
 #include <QColor>
+#include <QFile>
 #include <QPainter>
 #include <QSvgRenderer>
 
 #include <algorithm>
+#include <array>
 
 namespace talvera {
+
+namespace {
+
+struct Grid {
+    int pixels;
+    QLatin1String folder;
+};
+
+/// Those of the tray are drawn three times, each fitted to the pixels of a size that panels have, at 100 %
+/// and at 200 %; all others on a grid of 24 alone. Where there are many pixels none is needed that fits.
+QString drawingOf(const QString& name, int pixels) {
+    const auto path = [&](QLatin1String folder) {
+        return QStringLiteral(":/qt/qml/Talvera/symbols/") + folder + name + QStringLiteral(".svg");
+    };
+    constexpr std::array grids{Grid{24, {}}, Grid{22, QLatin1String("22/")}, Grid{16, QLatin1String("16/")}};
+    for (const auto& grid : grids) {
+        if (pixels % grid.pixels == 0 && pixels <= 2 * grid.pixels && QFile::exists(path(grid.folder)))
+            return path(grid.folder);
+    }
+    return path({});
+}
+
+} // namespace
 
 QImage symbolImage(const QString& name, const QColor& color, int pixels) {
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    QSvgRenderer drawing(QStringLiteral(":/qt/qml/Talvera/symbols/%1.svg").arg(name));
+    QSvgRenderer drawing(drawingOf(name, pixels));
     if (!drawing.isValid())
         return image;
     QPainter painter(&image);

@@ -42,6 +42,40 @@ TEST(SymbolProvider, everySymbol_isDrawnInTheColourAtEverySize) {
     }
 }
 
+TEST(SymbolProvider, waveformInTheSizesOfPanels_hasBarsThatFillWholePixels) {
+    for (const int pixels : {16, 22, 24, 32, 44, 48}) {
+        const auto image = symbolImage("waveform", Qt::red, pixels);
+        int bars = 0;
+        int before = 0;
+        for (int x = 0; x < pixels; ++x) {
+            const int alpha = image.pixelColor(x, pixels / 2).alpha();
+            EXPECT_TRUE(alpha == 0 || alpha == 255) << x << " of " << pixels;
+            bars += alpha > before ? 1 : 0;
+            before = alpha;
+        }
+        EXPECT_EQ(bars, 5) << pixels;
+    }
+}
+
+TEST(SymbolProvider, symbolsOfTheTray_areCentredInTheSizesOfPanels) {
+    for (const char* name : {"waveform", "waveform.badge.microphone", "mic.fill", "exclamationmark.triangle",
+                             "translate", "wand.and.sparkles"}) {
+        for (const int pixels : {16, 22, 24, 32, 48, 64}) {
+            const auto image = symbolImage(name, Qt::red, pixels);
+            QRect inked;
+            for (int y = 0; y < pixels; ++y) {
+                for (int x = 0; x < pixels; ++x) {
+                    if (image.pixelColor(x, y).alpha() > 127)
+                        inked |= QRect(x, y, 1, 1);
+                }
+            }
+            const QPoint offCentre = inked.topLeft() + inked.bottomRight() - QPoint(pixels - 1, pixels - 1);
+            EXPECT_LE(offCentre.manhattanLength(), std::max(2, pixels / 7)) << name << " " << pixels;
+            EXPECT_GE(std::max(inked.width(), inked.height()), pixels * 7 / 10) << name << " " << pixels;
+        }
+    }
+}
+
 TEST(SymbolProvider, unknownName_isTransparent) {
     const auto image = symbolImage("no.such.symbol", Qt::red, 16);
     EXPECT_EQ(inkedPixels(image, Qt::transparent), 16 * 16);
