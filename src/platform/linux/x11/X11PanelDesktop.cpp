@@ -5,6 +5,8 @@
 #include "platform/linux/x11/boundingShape.h"
 #include "platform/linux/x11/logicalRect.h"
 
+#include <QGuiApplication>
+
 #include <xcb/xinput.h>
 
 #include <array>
@@ -17,6 +19,12 @@ namespace {
 constexpr std::uint32_t everyWorkspace = 0xffffffff;
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
+
+/// The toolkit has a connection of its own, and what it has asked for there may still wait to be sent.
+void sendRequestsOfToolkit() {
+    if (const auto* toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        xcb_flush(toolkit->connection());
+}
 
 } // namespace
 
@@ -44,6 +52,7 @@ bool X11PanelDesktop::isComposited() {
 void X11PanelDesktop::adopt(std::uint32_t window) {
     if (!m_x11)
         return;
+    sendRequestsOfToolkit(); // the window has just been made
     const std::array states{m_x11->atom("_NET_WM_STATE_SKIP_TASKBAR"),
                             m_x11->atom("_NET_WM_STATE_SKIP_PAGER"), m_x11->atom("_NET_WM_STATE_ABOVE"),
                             m_x11->atom("_NET_WM_STATE_STICKY")};
