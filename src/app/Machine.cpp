@@ -15,7 +15,7 @@ Machine::Machine(QtMainActor& mainActor, StandardConsole& output, Directories pl
     , x11(std::move(connection))
     , preferences(directories.configuration, files, actor, preferenceWriter, console)
     , pasteboard(console, (directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString())
-    , statusItem(actor, symbolImage, directories.resources + QStringLiteral("/icons")) {
+    , statusItem(actor, traySymbolImage, directories.resources + QStringLiteral("/icons")) {
     accessibility.enableForSession();
 }
 

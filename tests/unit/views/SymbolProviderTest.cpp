@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "views/SymbolProvider.h"
+#include "platform/linux/tray/SymbolPainter.h"
 
 #include <QColor>
 #include <QDir>
@@ -44,7 +45,7 @@ TEST(SymbolProvider, everySymbol_isDrawnInTheColourAtEverySize) {
 
 TEST(SymbolProvider, waveformInTheSizesOfPanels_hasBarsThatFillWholePixels) {
     for (const int pixels : {16, 22, 24, 32, 44, 48}) {
-        const auto image = symbolImage("waveform", Qt::red, pixels);
+        const auto image = traySymbolImage("waveform", Qt::red, pixels);
         int bars = 0;
         int before = 0;
         for (int x = 0; x < pixels; ++x) {
@@ -61,7 +62,7 @@ TEST(SymbolProvider, symbolsOfTheTray_areCentredInTheSizesOfPanels) {
     for (const char* name : {"waveform", "waveform.badge.microphone", "mic.fill", "exclamationmark.triangle",
                              "translate", "wand.and.sparkles"}) {
         for (const int pixels : {16, 22, 24, 32, 48, 64}) {
-            const auto image = symbolImage(name, Qt::red, pixels);
+            const auto image = traySymbolImage(name, Qt::red, pixels);
             QRect inked;
             for (int y = 0; y < pixels; ++y) {
                 for (int x = 0; x < pixels; ++x) {
@@ -74,6 +75,13 @@ TEST(SymbolProvider, symbolsOfTheTray_areCentredInTheSizesOfPanels) {
             EXPECT_GE(std::max(inked.width(), inked.height()), pixels * 7 / 10) << name << " " << pixels;
         }
     }
+}
+
+TEST(SymbolProvider, crispSize_isTheLargestThatFits) {
+    const std::pair<int, int> cases[]{{12, 12}, {16, 16}, {21, 16}, {23, 22},
+                                      {28, 24}, {40, 32}, {60, 48}, {200, 64}};
+    for (const auto& [room, size] : cases)
+        EXPECT_EQ(crispSize(room), size);
 }
 
 TEST(SymbolProvider, unknownName_isTransparent) {

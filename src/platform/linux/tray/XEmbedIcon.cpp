@@ -302,7 +302,7 @@ void XEmbedIcon::draw() {
     const auto below = m_look.translucent ? std::nullopt : background();
     if (!m_look.translucent && !below)
         return; // not on the screen now: an Expose event comes when it is
-    const auto square = std::min(m_size.width(), m_size.height());
+    const auto square = crispSize(std::min(m_size.width(), m_size.height()));
     const auto symbol = m_painter(m_symbol, colorOn(below), square);
     QImage picture = below.value_or(QImage(m_size, QImage::Format_ARGB32_Premultiplied));
     if (!below)
