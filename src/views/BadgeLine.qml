@@ -8,8 +8,8 @@ HUDContent {
     property string line
     default property alias badge: badge.data
 
-    implicitWidth: Theme.spacingLarge + badge.width + Theme.spacing + label.width + Theme.spacingHuge
-    implicitHeight: Math.max(52, label.height + 2 * 10)
+    contentWidth: Theme.spacingLarge + badge.width + Theme.spacing + label.width + Theme.spacingHuge
+    contentHeight: Math.max(52, label.height + 2 * 10)
 
     // What fades out keeps its words, though the state has others already.
     onLineChanged: label.take()

@@ -4,6 +4,12 @@ import QtQuick
 /// One content of the HUD, which fades in and out.
 Item {
     property bool shown: false
+    property real contentWidth
+    property real contentHeight
+
+    // In the middle of the panel its edges lie between pixels unless these are even.
+    implicitWidth: 2 * Math.ceil(contentWidth / 2)
+    implicitHeight: 2 * Math.ceil(contentHeight / 2)
 
     width: implicitWidth
     height: implicitHeight

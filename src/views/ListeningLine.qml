@@ -9,8 +9,8 @@ HUDContent {
     property bool animating
     property real level
 
-    implicitWidth: row.width + Theme.spacingLarge + Theme.spacingHuge
-    implicitHeight: Math.max(52, words.height + 2 * 10)
+    contentWidth: row.width + Theme.spacingLarge + Theme.spacingHuge
+    contentHeight: Math.max(52, words.height + 2 * 10)
 
     Row {
         id: row

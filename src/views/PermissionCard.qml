@@ -10,8 +10,8 @@ HUDContent {
     signal dismiss
     signal openSettings
 
-    implicitWidth: 560
-    implicitHeight: 72
+    contentWidth: 560
+    contentHeight: 72
 
     Item {
         id: button
