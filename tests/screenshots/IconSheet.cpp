@@ -47,7 +47,7 @@ void drawIconSheet(const QString& file) {
             int x = left + gap;
             for (const int size : sizes) {
                 painter.drawImage(x, y + (sizes.back() - size) / 2,
-                                  symbolImage(QString::fromLatin1(symbol), panel.symbol, size));
+                                  traySymbolImage(QString::fromLatin1(symbol), panel.symbol, size));
                 x += size + gap;
             }
             y += rowHeight;

@@ -14,8 +14,10 @@ namespace talvera::test {
 
 Stage::Wallpaper::Wallpaper(bool dark)
     : m_dark(dark) {
-    setFlags(Qt::Window | Qt::FramelessWindowHint);
-    showFullScreen();
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnBottomHint);
+    setGeometry(QGuiApplication::primaryScreen()->geometry().adjusted(
+        0, 0, 0, -1)); // of the whole size it would lie above panels
+    show();
 }
 
 /// Colours and, in the lower half, a page of text: what lies below an overlay in real life.

@@ -6,6 +6,7 @@
 #include "IconSheet.h"
 #include "PanelScenes.h"
 #include "Stage.h"
+#include "TrayScenes.h"
 #include "shell/TextCatalog.h"
 
 #include <QFile>
@@ -60,5 +61,6 @@ int main(int argc, char** argv) {
     stage.wait(seconds(0.5));
     test::photographHUD(stage);
     test::photographPanel(stage);
+    test::photographTrays(stage);
     return EXIT_SUCCESS;
 }
