@@ -25,8 +25,8 @@ void DesktopNotifier::notify(const QString& title, const QString& text,
                                                   service, QStringLiteral("Notify"));
     const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("talvera")}};
     // The text may hold markup, and ours never does.
-    message << QStringLiteral("Talvera") << 0U << QStringLiteral("talvera") << title
-            << text.toHtmlEscaped() << QStringList() << hints << serversOwnTime;
+    message << QStringLiteral("Talvera") << 0U << QStringLiteral("talvera") << title << text.toHtmlEscaped()
+            << QStringList() << hints << serversOwnTime;
     callLater(m_bus(), message, patienceInMilliseconds, m_calls,
               [done = std::move(done)](const QDBusMessage& reply) {
                   done(reply.type() == QDBusMessage::ReplyMessage);
