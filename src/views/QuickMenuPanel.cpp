@@ -103,13 +103,18 @@ void QuickMenuPanel::fadeOut() {
     fadeTo(0, fadeOutTime);
 }
 
-/// Where nothing is translucent, round corners are cut out and no fade can be seen.
+/// Round corners are cut out where nothing is translucent. Else the soft edge stays, and what is empty around
+/// it is cut off all the same, so that a compositor's shadow reaches it.
 void QuickMenuPanel::shape() {
     const double ratio = m_panel->effectiveDevicePixelRatio();
     const double radius = m_engine.theme().property("radius").toDouble() * ratio;
     const QRectF whole(QPointF(), QSizeF(m_panel->size()) * ratio);
-    m_desktop.setShape(static_cast<std::uint32_t>(m_panel->winId()),
-                       m_composited ? std::vector<QRect>() : roundedSpans(whole, radius));
+    const double edge = m_composited ? 0.5 : 0;
+    auto spans = roundedSpans(whole.adjusted(-edge, -edge, edge, edge), radius + edge);
+    for (auto& span : spans)
+        span &= whole.toRect();
+    std::erase_if(spans, [](const QRect& span) { return span.isEmpty(); });
+    m_desktop.setShape(static_cast<std::uint32_t>(m_panel->winId()), spans);
 }
 
 void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {
