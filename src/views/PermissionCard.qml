@@ -29,31 +29,27 @@ HUDContent {
             anchors.verticalCenter: parent.verticalCenter
             running: card.animating
         }
+        Symbol {
+            id: missing
+            anchors { left: badge.right; leftMargin: Theme.spacing; top: words.top }
+            size: 16
+            name: card.model.cardSymbol
+            color: Theme.warn
+        }
         Column {
-            anchors.left: badge.right
-            anchors.leftMargin: Theme.spacing
-            anchors.right: action.left
-            anchors.rightMargin: Theme.spacing
+            id: words
+            anchors { left: missing.right; leftMargin: 6; right: action.left; rightMargin: Theme.spacing }
             anchors.verticalCenter: parent.verticalCenter
             spacing: 2
 
-            Row {
+            Label {
+                id: title
                 width: parent.width
-                spacing: 6
-                Symbol {
-                    size: 16
-                    name: card.model.cardSymbol
-                    color: Theme.warn
-                }
-                Label {
-                    id: title
-                    width: Math.min(implicitWidth, parent.width - 22)
-                    text: card.model.cardTitle
-                    font.pixelSize: Theme.sizeGlance
-                    strong: true
-                    wrapMode: Text.Wrap
-                    maximumLineCount: 2
-                }
+                text: card.model.cardTitle
+                font.pixelSize: Theme.sizeGlance
+                strong: true
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
             }
             Caption {
                 width: parent.width
