@@ -11,7 +11,7 @@ namespace talvera::test {
 
 namespace {
 
-constexpr QRect trayPlace(0, 0, 120, 40);
+constexpr QRect trayPlace(0, 0, 200, 40);
 constexpr int mostWaits = 50;
 
 } // namespace
@@ -25,7 +25,7 @@ void photographTrays(Stage& stage) {
     for (const auto& [name, options] : colors) {
         QProcess tray;
         tray.start("trayer", QStringList{"--edge", "top", "--align", "left", "--margin", "0", "--widthtype",
-                                         "pixel", "--width", "120", "--height", "32", "--expand", "false"} +
+                                         "pixel", "--width", "200", "--height", "32", "--expand", "false"} +
                                  options);
         if (!tray.waitForStarted())
             return;

@@ -61,6 +61,7 @@ int main(int argc, char** argv) {
     stage.wait(seconds(0.5));
     test::photographHUD(stage);
     test::photographPanel(stage);
-    test::photographTrays(stage);
+    if (application.devicePixelRatio() == 1 && arguments.size() == 4)
+        test::photographTrays(stage);
     return EXIT_SUCCESS;
 }

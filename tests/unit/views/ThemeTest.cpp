@@ -53,9 +53,20 @@ TEST_P(Theme, textOnEveryPlane_isReadable) {
         for (const char* text : {"accent", "info", "good", "warn", "bad"})
             EXPECT_GE(contrast(color(text), color(plane)), 4.5) << text << " on " << plane;
     }
-    EXPECT_GE(contrast(color("textOnAccent"), color("accent")), 4.5);
-    EXPECT_GE(contrast(color("accent"), color("accentFill")), 4.5);
-    EXPECT_GE(contrast(color("warn"), color("warnFill")), 4.5);
+    for (const char* plane : {"accent", "accentHovered", "accentPressed"})
+        EXPECT_GE(contrast(color("textOnAccent"), color(plane)), 4.5) << plane;
+    for (const char* text : {"text", "textSecondary", "accent"})
+        EXPECT_GE(contrast(color(text), color("accentFill")), 4.5) << text;
+    for (const char* text : {"text", "warn"})
+        EXPECT_GE(contrast(color(text), color("warnFill")), 4.5) << text;
+    EXPECT_GE(contrast(color("overlayOpaque"), color("warn")), 4.5) << "the symbol on a badge";
+}
+
+TEST_P(Theme, whatTellsWithoutWords_standsOut) {
+    for (const char* plane : {"window", "surface", "overlayOpaque", "fill"}) {
+        for (const char* sign : {"focusRing", "good", "warn", "bad", "accent"})
+            EXPECT_GE(contrast(color(sign), color(plane)), 3) << sign << " on " << plane;
+    }
 }
 
 TEST_P(Theme, overlay_isReadableWhateverLiesBelow) {
