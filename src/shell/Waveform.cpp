@@ -3,14 +3,29 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace talvera {
 
-double Waveform::barHeight(int bar, double time, double level) {
+namespace {
+
+/// A sine of a date takes many times as long as one of an angle within a turn.
+double withinATurn(double angle) {
+    return std::remainder(angle, 2 * std::numbers::pi);
+}
+
+} // namespace
+
+Waveform::Waveform(double time, double level)
+    : m_level(level) {
     const double u = time * 1.2;
-    const double w = std::sin(bar * 0.33 + u * 2.1) * 0.5 + std::sin(bar * 0.77 + u * 3.7) * 0.3 +
-                     std::sin(bar * 1.13 + u * 5.3) * 0.2;
-    const double amplitude = (level + 0.1) * std::abs(w);
+    m_phases = {withinATurn(u * 2.1), withinATurn(u * 3.7), withinATurn(u * 5.3)};
+}
+
+double Waveform::barHeight(int bar) const {
+    const double w = std::sin(bar * 0.33 + m_phases[0]) * 0.5 + std::sin(bar * 0.77 + m_phases[1]) * 0.3 +
+                     std::sin(bar * 1.13 + m_phases[2]) * 0.2;
+    const double amplitude = (m_level + 0.1) * std::abs(w);
     return std::clamp(amplitude, 0.08, 1.0) * tallest;
 }
 

@@ -126,16 +126,17 @@ void QuickHUDPanel::followCompositor() {
 }
 
 void QuickHUDPanel::reshape() {
-    std::vector<QRect> shape;
+    Outline outline;
     if (!m_parts.desktop.isComposited.get()) {
         const double ratio = m_window.effectiveDevicePixelRatio();
-        const auto outline = m_root->property("outline").toRectF();
-        shape = roundedSpans(QRectF(outline.topLeft() * ratio, outline.size() * ratio),
-                             m_root->property("outlineRadius").toDouble() * ratio);
+        const auto area = m_root->property("outline").toRectF();
+        outline = {QRectF(area.topLeft() * ratio, area.size() * ratio),
+                   m_root->property("outlineRadius").toDouble() * ratio};
     }
-    if (shape != m_shape)
-        m_overlay->setShape(shape);
-    m_shape = std::move(shape);
+    if (outline == m_outline) // as in nearly every frame
+        return;
+    m_outline = outline;
+    m_overlay->setShape(roundedSpans(outline.area, outline.radius));
 }
 
 } // namespace talvera

@@ -41,6 +41,14 @@ public:
     QQuickItem& root() { return *m_root; }
 
 private:
+    /// What the window is cut to, in pixels; empty for the whole of it.
+    struct Outline {
+        QRectF area;
+        double radius = 0;
+
+        bool operator==(const Outline&) const = default;
+    };
+
     void place();
     void orderOut();
     void fadeTo(double opacity);
@@ -52,7 +60,7 @@ private:
     std::unique_ptr<QQuickItem> m_root; ///< outlives the window, which then frees all that was drawn of it
     QQuickWindow m_window;
     std::unique_ptr<OverlayWindow> m_overlay;
-    std::vector<QRect> m_shape; ///< in pixels; empty for the whole window
+    Outline m_outline;
     QVariantAnimation m_fade;
     Subscription m_compositor;
     std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); ///< fades that end after us do nothing

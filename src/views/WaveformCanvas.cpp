@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/WaveformCanvas.h"
 
-#include <QLinearGradient>
+#include "views/fillCapsule.h"
+
 #include <QPainter>
 
 namespace talvera {
@@ -11,12 +12,13 @@ namespace {
 /// The bars' motion counts from the year 2001, in seconds since 1970.
 constexpr double referenceDate = 978307200;
 
+constexpr double topOpacity = 0.95;
+constexpr double bottomOpacity = 0.55;
+
 } // namespace
 
 WaveformCanvas::WaveformCanvas(QQuickItem* parent)
-    : QQuickPaintedItem(parent) {
-    setAntialiasing(true);
-}
+    : QQuickPaintedItem(parent) {}
 
 void WaveformCanvas::setBarCount(int count) {
     m_barCount = count;
@@ -46,23 +48,21 @@ void WaveformCanvas::advance(double now) {
 
 void WaveformCanvas::paint(QPainter* painter) {
     const double time = toSeconds(m_now.time_since_epoch()) - referenceDate;
-    const double level = m_shownLevel.at(m_now);
-    auto top = m_color;
-    top.setAlphaF(0.95F * m_color.alphaF());
-    auto bottom = m_color;
-    bottom.setAlphaF(0.55F * m_color.alphaF());
-
-    painter->setPen(Qt::NoPen);
+    const Waveform wave(time, m_shownLevel.at(m_now));
+    const double scale = painter->deviceTransform().m11(); // pixels of the screen
+    const auto pixels = (size() * scale).toSize();
+    if (m_picture.size() != pixels)
+        m_picture = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+    m_picture.fill(Qt::transparent);
     for (int bar = 0; bar < m_barCount; ++bar) {
-        const double tall = m_animating ? Waveform::barHeight(bar, time, level) : Waveform::atRest;
+        const double tall = m_animating ? wave.barHeight(bar) : Waveform::atRest;
         const QRectF shape(bar * (Waveform::barWidth + Waveform::barGap), (height() - tall) / 2,
                            Waveform::barWidth, tall);
-        QLinearGradient gradient(shape.topLeft(), shape.bottomLeft());
-        gradient.setColorAt(0, top);
-        gradient.setColorAt(1, bottom);
-        painter->setBrush(gradient);
-        painter->drawRoundedRect(shape, Waveform::barWidth / 2, Waveform::barWidth / 2);
+        fillCapsule(m_picture, QRectF(shape.topLeft() * scale, shape.size() * scale), m_color,
+                    topOpacity * m_color.alphaF(), bottomOpacity * m_color.alphaF());
     }
+    painter->setWorldMatrixEnabled(false);
+    painter->drawImage(0, 0, m_picture);
 }
 
 } // namespace talvera

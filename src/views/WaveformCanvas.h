@@ -4,6 +4,7 @@
 #include "shell/Waveform.h"
 
 #include <QColor>
+#include <QImage>
 #include <QQuickPaintedItem>
 #include <QtQml/qqmlregistration.h>
 
@@ -37,6 +38,7 @@ private:
     QColor m_color;
     EasedLevel m_shownLevel;
     Instant m_now{};
+    QImage m_picture; ///< kept for its memory
 };
 
 } // namespace talvera

@@ -11,20 +11,20 @@ using namespace talvera;
 namespace {
 
 TEST(Waveform, barAtTheOrigin_isAtItsLowest) {
-    EXPECT_DOUBLE_EQ(Waveform::barHeight(0, 0, 1), 0.08 * 22); // all three sines are 0
+    EXPECT_DOUBLE_EQ(Waveform(0, 1).barHeight(0), 0.08 * 22); // all three sines are 0
 }
 
 TEST(Waveform, knownBar_hasTheKnownHeight) {
     const double w = std::sin(5 * 0.33 + 3.6 * 2.1) * 0.5 + std::sin(5 * 0.77 + 3.6 * 3.7) * 0.3 +
                      std::sin(5 * 1.13 + 3.6 * 5.3) * 0.2;
-    EXPECT_NEAR(Waveform::barHeight(5, 3, 0.5), std::max(0.6 * std::abs(w), 0.08) * 22, 1e-9);
+    EXPECT_NEAR(Waveform(3, 0.5).barHeight(5), std::max(0.6 * std::abs(w), 0.08) * 22, 1e-9);
 }
 
 TEST(Waveform, everyBarAtEveryTime_staysInItsBox) {
     for (int bar = 0; bar < Waveform::barCount; ++bar) {
         for (double time = 8e8; time < 8e8 + 10; time += 0.033) {
             for (const double level : {0.0, 0.3, 1.0}) {
-                const double height = Waveform::barHeight(bar, time, level);
+                const double height = Waveform(time, level).barHeight(bar);
                 ASSERT_GE(height, 0.08 * 22);
                 ASSERT_LE(height, 22);
             }
@@ -37,10 +37,10 @@ TEST(Waveform, silence_ripplesLowAndVoiceSwells) {
     double loud = 0;
     bool moves = false;
     for (double time = 0; time < 10; time += 0.033) {
-        const double height = Waveform::barHeight(3, time, 0);
+        const double height = Waveform(time, 0).barHeight(3);
         moves = moves || height != 0.08 * 22;
         silent = std::max(silent, height);
-        loud = std::max(loud, Waveform::barHeight(3, time, 1));
+        loud = std::max(loud, Waveform(time, 1).barHeight(3));
     }
     EXPECT_TRUE(moves);
     EXPECT_LE(silent, 0.1 * 22);
