@@ -138,6 +138,7 @@ void DictationController::beginRecording() {
     m_env.menuBar.state.set(State::Recording);
     m_env.hud.show(DictationHUDState::Listening{m_env.actor.date()});
     playStartSound(m_env.sounds, m_env.settings.startSoundName.get());
+    m_env.inserter.prepare();
 }
 
 void DictationController::giveUpRecording(const std::exception& error) {

@@ -36,6 +36,10 @@ ResolvedMode TextInserter::resolveMode(InsertionMode insertionMode, double durat
                : ResolvedMode::Paste;
 }
 
+void TextInserter::prepare() {
+    m_platform.typing.async([&keys = m_platform.keys] { keys.prepare(); });
+}
+
 RouteDecision TextInserter::insert(const QString& text, ResolvedMode mode,
                                    const std::optional<FocusSnapshot>& snapshot) {
     return route(text, mode, snapshot, m_showFocusNotice);

@@ -54,6 +54,9 @@ public:
     static ResolvedMode resolveMode(InsertionMode insertionMode, double durationSeconds,
                                     double thresholdSeconds);
 
+    /// Somebody is dictating: gets ready for their text while nothing else is to be done.
+    void prepare();
+
     /// Routes and delivers; a notice goes to the HUD.
     RouteDecision insert(const QString& text, ResolvedMode mode,
                          const std::optional<FocusSnapshot>& snapshot);

@@ -26,6 +26,9 @@ class KeyEventPoster {
 public:
     virtual ~KeyEventPoster() = default;
 
+    /// A text will be typed or pasted before long: what of the work for it can be done now saves time then.
+    virtual void prepare() {}
+
     /// Prepares to type `chunks`, each a user-perceived character with the white space behind it. Knowing
     /// them all lets the platform make ready for characters that the layout lacks. Never null. The poster
     /// outlives the session, and one session ends before the next begins.

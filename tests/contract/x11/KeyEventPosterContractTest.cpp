@@ -135,6 +135,21 @@ TYPED_TEST(KeyEventPosterContract, oneSessionAfterAnother_textsStandInOrder) {
     this->expectText(QStringLiteral("я.ж."));
 }
 
+TYPED_TEST(KeyEventPosterContract, preparedOnceOrMoreOften_changesNothing) {
+    this->desk.poster.prepare();
+    EXPECT_TRUE(this->desk.keyboardIsAtRest());
+    this->type({QStringLiteral("a")});
+    this->desk.poster.prepare();
+    this->desk.poster.prepare();
+    this->desk.pasteboard.setString(QStringLiteral("я"));
+    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Down));
+    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Up));
+    this->desk.poster.prepare();
+    this->type({QStringLiteral("b")});
+    this->expectText(QStringLiteral("a.яb."));
+    EXPECT_TRUE(this->desk.keyboardIsAtRest());
+}
+
 TYPED_TEST(KeyEventPosterContract, pasteChord_givesTheClipboard) {
     this->desk.pasteboard.setString(QStringLiteral("größer\n😀"));
     EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Down));

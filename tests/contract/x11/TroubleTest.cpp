@@ -131,6 +131,18 @@ TEST(ChangingKeyboard, layoutReplacedMeanwhile_textIsRightAndTheNewLayoutStays) 
     EXPECT_EQ(keymap(), german);
 }
 
+TEST(ChangingKeyboard, layoutReplacedSinceThePreparation_textIsRight) {
+    setLayout("us");
+    Receiver receiver(Receiver::Kind::Qt);
+    X11KeyEventPoster poster;
+    poster.prepare();
+    setLayout("fr");
+    const QString text = QStringLiteral("What a QUIZ: 1 + 2, é, ж");
+    typeText(poster, text);
+    expectArrives(receiver, text);
+    setLayout("us");
+}
+
 TEST(ChangingKeyboard, userSwitchesToAnotherLayoutMeanwhile_textIsRight) {
     setLayout("us,ru -option grp:alt_shift_toggle");
     Receiver receiver(Receiver::Kind::Qt);

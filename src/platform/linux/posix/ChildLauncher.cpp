@@ -117,8 +117,9 @@ void resetSignals() {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// The child's side, up to the moment at which it is another program. Between fork and exec only calls that
-/// are safe in a signal handler are allowed: another thread may have held any lock.
+/// The child's side, up to the moment at which it is another program. Until then it works in our memory, and
+/// another thread may hold any lock: only calls that are safe in a signal handler are allowed, and nothing of
+/// ours may be changed.
 [[noreturn]] void becomeProgram(const ExecArguments& arguments, pid_t parent, int output, int error,
                                 int report) {
     ::setpgid(0, 0);
@@ -135,6 +136,17 @@ void resetSignals() {
     const int code = errno;
     [[maybe_unused]] const auto reported = ::write(report, &code, sizeof code);
     ::_exit(127);
+}
+
+/// Starts the program, in its own process group; this thread stands still until the child is another program
+/// or has given up. A fork would copy our page tables, which takes some milliseconds just when the user waits
+/// for the text. Signals of the new process are its own, as is what it does with descriptors.
+[[gnu::noinline]] pid_t startProgram(const ExecArguments& arguments, int output, int error, int report) {
+    const auto parent = ::getpid();
+    const pid_t child = ::vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork): for its speed
+    if (child == 0)
+        becomeProgram(arguments, parent, output, error, report);
+    return child;
 }
 
 /// What the child reports: 0 once it is another program, else the errno that kept it.
@@ -167,14 +179,11 @@ LaunchedChild launchChild(const ChildProcessRequest& request) {
     auto report = makePipe();
     ::fcntl(error.readEnd.get(), F_SETFL, O_NONBLOCK);
 
-    const auto parent = ::getpid();
     LaunchedChild child;
     {
         const SignalsBlocked blocked;
-        child.pid = ::fork();
-        if (child.pid == 0)
-            becomeProgram(arguments, parent, output.writeEnd.get(), error.writeEnd.get(),
-                          report.writeEnd.get());
+        child.pid =
+            startProgram(arguments, output.writeEnd.get(), error.writeEnd.get(), report.writeEnd.get());
     }
     if (child.pid < 0)
         fail(errno, request.executable);

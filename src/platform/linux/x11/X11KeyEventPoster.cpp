@@ -6,6 +6,7 @@
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 
+#include <utility>
 #include <vector>
 
 namespace talvera {
@@ -20,20 +21,22 @@ public:
 
 class X11TypingSession final : public TypingSession {
 public:
-    X11TypingSession(X11Keyboard& keyboard, TargetBarrier& barrier, const QStringList& chunks)
-        : m_typist(keyboard, barrier, symbolsOf(chunks)) {}
+    X11TypingSession(std::unique_ptr<X11Typist> typist, const QStringList& chunks)
+        : m_typist(std::move(typist)) {
+        m_typist->begin(symbolsOf(chunks));
+    }
 
     bool post(qsizetype index, KeyPhase phase) override {
         if (index < 0 || index + 1 >= static_cast<qsizetype>(m_starts.size()))
             return false;
         if (phase == KeyPhase::Up) {
-            m_typist.release();
+            m_typist->release();
             return true;
         }
         bool complete = true;
         const auto chunk = static_cast<std::size_t>(index);
         for (std::size_t position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position)
-            complete = m_typist.press(position) && complete;
+            complete = m_typist->press(position) && complete;
         return complete;
     }
 
@@ -50,7 +53,7 @@ private:
     }
 
     std::vector<std::size_t> m_starts; ///< where each chunk's symbols begin, and where the last one's end
-    X11Typist m_typist;
+    std::unique_ptr<X11Typist> m_typist;
 };
 
 } // namespace
@@ -68,11 +71,21 @@ X11KeyEventPoster::X11KeyEventPoster(const std::string& display)
 
 X11KeyEventPoster::~X11KeyEventPoster() = default;
 
+void X11KeyEventPoster::prepare() {
+    if (!m_prepared && !m_chord && m_keyboard && !m_connection->isBroken())
+        m_prepared = std::make_unique<X11Typist>(*m_keyboard, *m_barrier);
+}
+
+std::unique_ptr<X11Typist> X11KeyEventPoster::takeTypist() {
+    prepare();
+    return std::exchange(m_prepared, nullptr);
+}
+
 std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks) {
     m_chord.reset();
     if (!m_keyboard || m_connection->isBroken())
         return std::make_unique<SilentSession>();
-    return std::make_unique<X11TypingSession>(*m_keyboard, *m_barrier, chunks);
+    return std::make_unique<X11TypingSession>(takeTypist(), chunks);
 }
 
 bool X11KeyEventPoster::postPaste(KeyPhase phase) {
@@ -81,7 +94,8 @@ bool X11KeyEventPoster::postPaste(KeyPhase phase) {
         return false;
     if (phase == KeyPhase::Up)
         return true;
-    m_chord = std::make_unique<X11Typist>(*m_keyboard, *m_barrier, X11Typist::Symbols{XKB_KEY_Insert});
+    m_chord = takeTypist();
+    m_chord->begin({XKB_KEY_Insert});
     return m_chord->press(0, true);
 }
 

@@ -21,16 +21,20 @@ public:
     explicit X11KeyEventPoster(const std::string& display = {});
     ~X11KeyEventPoster() override;
 
+    void prepare() override;
     std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks) override;
 
     /// The chord is Shift+Insert: every application tried takes it, terminals too, and no layout moves it.
     bool postPaste(KeyPhase phase) override;
 
 private:
+    std::unique_ptr<X11Typist> takeTypist();
+
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11Connection> m_barrierConnection;
     std::unique_ptr<X11Keyboard> m_keyboard;
     std::unique_ptr<TargetBarrier> m_barrier;
+    std::unique_ptr<X11Typist> m_prepared;
     std::unique_ptr<X11Typist> m_chord; ///< while the paste chord is down
 };
 

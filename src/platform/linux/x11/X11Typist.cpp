@@ -31,18 +31,24 @@ std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::
     return wanted;
 }
 
-X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symbols)
+X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier)
     : m_keyboard(keyboard)
     , m_barrier(barrier)
-    , m_symbols(std::move(symbols))
     , m_ledger(keyboard)
     , m_keymapWatch(keyboard)
     , m_layout(keyboard)
     , m_spares(keyboard, m_ledger)
     , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
     , m_patience(fullPatience) {
+    m_group = m_keyboard.state().group;
+    m_layout.find(XKB_KEY_space, m_group); // collects what the group writes
+}
+
+void X11Typist::begin(Symbols symbols) {
+    m_symbols = std::move(symbols);
     m_barrier.begin();
     m_group = m_keyboard.state().group;
+    followKeyboard();
     lendFrom(0);
 }
 

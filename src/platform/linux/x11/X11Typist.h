@@ -12,18 +12,22 @@
 
 namespace talvera {
 
-/// Types a sequence of symbols that is known beforehand, whatever the layout, and whatever the user holds.
+/// Types one sequence of symbols that is known beforehand, whatever the layout, and whatever the user holds.
 /// Symbols that the layout lacks are put on spare keys, as many at a time as there are. Destroying it leaves
 /// keyboard and layout as they were found.
 class X11Typist {
 public:
     using Symbols = std::vector<xkb_keysym_t>;
 
-    /// `keyboard` and `barrier` stand on different connections.
-    X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, Symbols symbols);
+    /// `keyboard` and `barrier` stand on different connections. Reads the keyboard, which takes most of the
+    /// time until the first key, and follows it from then on.
+    X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier);
     X11Typist(const X11Typist&) = delete;
     X11Typist& operator=(const X11Typist&) = delete;
     ~X11Typist();
+
+    /// Makes `symbols` writable for the focused application. Once, before all others.
+    void begin(Symbols symbols);
 
     /// Presses the key of the symbol at `position`, with Shift if `withShift` or if the symbol needs it. What
     /// was pressed before is released. False when there is no way to type the symbol.
