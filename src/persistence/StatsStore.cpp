@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "persistence/StatsStore.h"
 
+#include "concurrency/BackgroundPool.h"
 #include "concurrency/MainActor.h"
 #include "persistence/TextCounts.h"
 #include "platform/Console.h"
@@ -25,35 +26,73 @@ std::int64_t rounded(double sum) {
     return nearest < static_cast<double>(most) ? static_cast<std::int64_t>(nearest) : most;
 }
 
-} // namespace
-
-StatsStore::StatsStore(Platform platform)
-    : m_platform(platform)
-    , m_database(openDatabase()) {
-    refresh();
+double sumOfAll(SessionDatabase& database) {
+    double sum = 0.0;
+    database.forEach(std::nullopt,
+                     [&sum](const DictationSession& session) { sum += StatsStore::secondsSaved(session); });
+    return sum;
 }
 
-std::unique_ptr<SessionDatabase> StatsStore::openDatabase() {
-    const auto directory = m_platform.directories.applicationSupport + QStringLiteral("/Talvera");
+} // namespace
+
+/// What the background comes back with.
+struct StatsStore::Opened {
+    std::unique_ptr<SessionDatabase> database;
+    QString failure; ///< why there is no database
+    std::optional<double> lifetime;
+};
+
+StatsStore::StatsStore(Platform platform)
+    : m_platform(platform) {
+    const auto opened = std::make_shared<Opened>();
+    m_platform.background.run([platform, opened] { *opened = openOnDisk(platform); },
+                              [this, alive = std::weak_ptr(m_alive), opened] {
+                                  if (!alive.expired())
+                                      adopt(*opened);
+                              });
+}
+
+/// Not in the main thread.
+StatsStore::Opened StatsStore::openOnDisk(const Platform& platform) {
+    const auto directory = platform.directories.applicationSupport + QStringLiteral("/Talvera");
     try {
-        m_platform.files.createDirectories(directory);
+        platform.files.createDirectories(directory);
     } catch (const PlatformError&) {
         // Opening the store in it will tell.
     }
-    QString onDisk;
+    Opened opened;
     try {
-        return m_platform.databases.open(directory + QStringLiteral("/talvera.store"));
+        opened.database = platform.databases.open(directory + QStringLiteral("/talvera.store"));
     } catch (const PlatformError& error) {
-        onDisk = error.message();
+        opened.failure = error.message();
+        return opened;
     }
+    try {
+        opened.lifetime = sumOfAll(*opened.database);
+    } catch (const PlatformError&) {
+        // The refresh tries again, and says it.
+    }
+    return opened;
+}
+
+void StatsStore::adopt(Opened& opened) {
+    m_database = opened.database ? std::move(opened.database) : openInMemory(opened.failure);
+    m_savedLifetime = opened.lifetime;
+    if (!m_unsaved.empty())
+        save();
+    refresh();
+}
+
+std::unique_ptr<SessionDatabase> StatsStore::openInMemory(const QString& whyNotOnDisk) {
     m_platform.console.log(
-        QStringLiteral("StatsStore: on-disk container failed (%1), falling back to in-memory.").arg(onDisk));
+        QStringLiteral("StatsStore: on-disk container failed (%1), falling back to in-memory.")
+            .arg(whyNotOnDisk));
     try {
         return m_platform.databases.openInMemory();
     } catch (const PlatformError& error) {
         m_platform.console.log(QStringLiteral("StatsStore: in-memory container also failed (%1). Aborting.")
                                    .arg(error.message()));
-        qFatal("StatsStore unavailable: disk=%s memory=%s", qUtf8Printable(onDisk),
+        qFatal("StatsStore unavailable: disk=%s memory=%s", qUtf8Printable(whyNotOnDisk),
                qUtf8Printable(error.message()));
     }
 }
@@ -79,6 +118,8 @@ void StatsStore::record(const QString& text, double audioDuration, const QString
 }
 
 void StatsStore::save() {
+    if (!m_database)
+        return;
     try {
         m_database->insert(m_unsaved);
     } catch (const PlatformError& error) {
@@ -106,7 +147,8 @@ void StatsStore::refreshLastWeek() {
         ++count;
     };
     try {
-        m_database->forEach(cutoff, add);
+        if (m_database)
+            m_database->forEach(cutoff, add);
     } catch (const PlatformError& error) {
         m_platform.console.log(QStringLiteral("StatsStore: fetch failed: %1").arg(error.message()));
         return;
@@ -120,19 +162,16 @@ void StatsStore::refreshLastWeek() {
 
 /// What is in the database is read once; from then on only we add to it, in the same order.
 void StatsStore::refreshLifetime() {
-    if (!m_savedLifetime) {
-        double sum = 0.0;
+    if (m_database && !m_savedLifetime) {
         try {
-            m_database->forEach(std::nullopt,
-                                [&](const DictationSession& session) { sum += secondsSaved(session); });
+            m_savedLifetime = sumOfAll(*m_database);
         } catch (const PlatformError& error) {
             m_platform.console.log(
                 QStringLiteral("StatsStore: lifetime fetch failed: %1").arg(error.message()));
             return;
         }
-        m_savedLifetime = sum;
     }
-    double sum = *m_savedLifetime;
+    double sum = m_savedLifetime.value_or(0.0);
     for (const auto& session : m_unsaved)
         sum += secondsSaved(session);
     lifetimeSecondsSaved.set(rounded(sum));

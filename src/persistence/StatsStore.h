@@ -13,6 +13,7 @@
 
 namespace talvera {
 
+class BackgroundPool;
 class Console;
 class FileSystem;
 class MainActor;
@@ -27,22 +28,25 @@ struct WeeklyStats {
 };
 
 /// Remembers how much was dictated, never the words themselves, and tells how much time that has saved over
-/// typing. A store that can't be opened is replaced by one in memory; nothing of this ever disturbs a
-/// dictation. Main thread only.
+/// typing. The store is opened and read in the background, since that takes a second when it holds a million
+/// dictations; what is recorded meanwhile goes into it when it is open. One that can't be opened is replaced
+/// by one in memory; nothing of this ever disturbs a dictation. Main thread only.
 class StatsStore {
 public:
     struct Platform {
         MainActor& actor;
+        BackgroundPool& background;
         SessionDatabases& databases;
         FileSystem& files;
         const Directories& directories;
         Console& console;
     };
 
-    /// Opens the store, and ends the process when there isn't even memory for one.
+    /// Begins to open the store. Ends the process when there isn't even memory for one.
     explicit StatsStore(Platform platform);
 
-    /// Both are current after the start, after each record and after refresh(); they don't age in between.
+    /// Both are current once the store is open, after each record and after refresh(); they don't age in
+    /// between.
     Published<WeeklyStats> lastWeekStats;
     Published<std::int64_t> lifetimeSecondsSaved;
 
@@ -61,15 +65,20 @@ public:
     static double secondsSaved(const DictationSession& session);
 
 private:
-    std::unique_ptr<SessionDatabase> openDatabase();
+    struct Opened;
+
+    static Opened openOnDisk(const Platform& platform);
+    void adopt(Opened& opened);
+    std::unique_ptr<SessionDatabase> openInMemory(const QString& whyNotOnDisk);
     void save();
     void refreshLastWeek();
     void refreshLifetime();
 
     Platform m_platform;
-    std::unique_ptr<SessionDatabase> m_database;
+    std::unique_ptr<SessionDatabase> m_database; ///< none as long as it is being opened
     std::vector<DictationSession> m_unsaved; ///< what the database has not taken yet; it counts all the same
     std::optional<double> m_savedLifetime;   ///< of what is in the database, once that has been read
+    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); ///< what is opened after us is closed again
 };
 
 } // namespace talvera

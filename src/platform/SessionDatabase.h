@@ -10,7 +10,7 @@
 
 namespace talvera {
 
-/// The sessions that were recorded. They are only ever added. Main thread only. Failures are thrown as
+/// The sessions that were recorded. They are only ever added. Used by one thread at a time. Failures are thrown as
 /// PlatformError (domain "SessionDatabase").
 class SessionDatabase {
 public:
@@ -26,7 +26,7 @@ public:
                          const std::function<void(const DictationSession&)>& visit) = 0;
 };
 
-/// Opens databases. Main thread only.
+/// Opens databases. Any thread.
 class SessionDatabases {
 public:
     virtual ~SessionDatabases() = default;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeFileSystem.h"
 #include "FakeSessionDatabase.h"
+#include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
 #include "operations.h"
@@ -37,7 +38,8 @@ Answer stats(const Request& request) {
     test::FakeFileSystem files;
     test::RecordingConsole console;
     const Directories directories{"/tmp", "/tmp", "/tmp", "/tmp"};
-    const StatsStore store({actor, databases, files, directories, console});
+    test::InlineBackgroundPool background;
+    const StatsStore store({actor, background, databases, files, directories, console});
     return {{"secondsSaved", store.lastWeekStats.get().secondsSaved},
             {"count", store.lastWeekStats.get().count},
             {"lifetimeSecondsSaved", store.lifetimeSecondsSaved.get()}};

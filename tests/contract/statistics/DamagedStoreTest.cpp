@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
 #include "persistence/StatsStore.h"
@@ -43,18 +44,20 @@ protected:
 
     /// Launches the program's statistics, records one dictation and ends.
     void dictateOnce() {
-        StatsStore store({actor, databases, files, directories, console});
+        StatsStore store({actor, background, databases, files, directories, console});
         const auto before = store.lifetimeSecondsSaved.get();
         store.record(QStringLiteral("word ").repeated(80), 10.0, QStringLiteral("en"), false, false,
                      QStringLiteral("none"));
         EXPECT_EQ(store.lifetimeSecondsSaved.get(), before + 110);
     }
     std::int64_t lifetime() {
-        return StatsStore({actor, databases, files, directories, console}).lifetimeSecondsSaved.get();
+        return StatsStore({actor, background, databases, files, directories, console})
+            .lifetimeSecondsSaved.get();
     }
     void execute(const char* sql) { SqliteFile(QFile::encodeName(path())).execute(sql); }
 
     test::SimulatedMainActor actor;
+    test::InlineBackgroundPool background;
     SqliteSessionDatabases databases;
     PosixFileSystem files;
     test::RecordingConsole console;

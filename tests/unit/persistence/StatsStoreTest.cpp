@@ -3,6 +3,7 @@
 
 #include "FakeFileSystem.h"
 #include "FakeSessionDatabase.h"
+#include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
 #include "platform/Directories.h"
@@ -11,6 +12,7 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 
 using namespace talvera;
 
@@ -25,7 +27,7 @@ protected:
     StatsStore& store() {
         if (!m_store)
             m_store = std::make_unique<StatsStore>(
-                StatsStore::Platform{actor, databases, files, directories, console});
+                StatsStore::Platform{actor, background, databases, files, directories, console});
         return *m_store;
     }
     /// The program ends and starts again.
@@ -46,6 +48,7 @@ protected:
     std::int64_t lifetime() { return store().lifetimeSecondsSaved.get(); }
 
     test::SimulatedMainActor actor;
+    test::InlineBackgroundPool background;
     test::FakeSessionDatabases databases;
     Directories directories{"/tmp", "/data", "/home/config", "/opt/talvera"};
     test::FakeFileSystem files{{"/data"}};
@@ -225,6 +228,60 @@ TEST_F(StatsStoreTest, absurdRecords_endInANumber) {
     relaunch();
     databases.onDisk = {session(std::numeric_limits<std::int64_t>::max(), 1.0), session(1, -infinity)};
     EXPECT_EQ(lastWeek(), (WeeklyStats{std::numeric_limits<std::int64_t>::max(), 2}));
+}
+
+/// Opening takes as long as the test wants.
+class SlowStore : public StatsStoreTest {
+protected:
+    class HeldPool final : public BackgroundPool {
+    public:
+        void run(std::function<void()> work, std::function<void()> done) override {
+            held = [work = std::move(work), done = std::move(done)] {
+                work();
+                done();
+            };
+        }
+        std::function<void()> held;
+    };
+
+    HeldPool held;
+    std::optional<StatsStore> slow{std::in_place,
+                                   StatsStore::Platform{actor, held, databases, files, directories, console}};
+};
+
+TEST_F(SlowStore, whileItOpens_nothingIsCountedAndNobodyWaits) {
+    databases.onDisk = {session(80, 10.0)};
+    slow->refresh();
+    EXPECT_EQ(slow->lastWeekStats.get(), WeeklyStats());
+    held.held();
+    EXPECT_EQ(slow->lastWeekStats.get(), (WeeklyStats{110, 1}));
+    EXPECT_EQ(slow->lifetimeSecondsSaved.get(), 110);
+}
+
+TEST_F(SlowStore, whatIsRecordedMeanwhile_countsAtOnceAndIsSavedOnce) {
+    databases.onDisk = {session(80, 10.0)};
+    slow->record(QStringLiteral("word ").repeated(40), 10.0, QStringLiteral("en"), false, false,
+                 QStringLiteral("none"));
+    EXPECT_EQ(slow->lastWeekStats.get(), (WeeklyStats{50, 1}));
+    EXPECT_EQ(slow->lifetimeSecondsSaved.get(), 50);
+    held.held();
+    EXPECT_EQ(databases.onDisk.size(), 2U);
+    EXPECT_EQ(slow->lastWeekStats.get(), (WeeklyStats{160, 2}));
+    EXPECT_EQ(slow->lifetimeSecondsSaved.get(), 160);
+}
+
+TEST_F(SlowStore, cannotBeOpened_whatWasRecordedMeanwhileStillCounts) {
+    databases.openFails = true;
+    slow->record(QStringLiteral("word ").repeated(40), 10.0, QStringLiteral("en"), false, false,
+                 QStringLiteral("none"));
+    held.held();
+    EXPECT_EQ(slow->lastWeekStats.get(), (WeeklyStats{50, 1}));
+    EXPECT_EQ(console.logged().size(), 1);
+}
+
+TEST_F(SlowStore, programEndsMeanwhile_isFine) {
+    slow.reset();
+    held.held();
 }
 
 } // namespace

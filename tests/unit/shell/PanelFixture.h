@@ -10,6 +10,7 @@
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
 #include "InMemoryPreferenceStore.h"
+#include "InlineBackgroundPool.h"
 #include "PrintQt.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
@@ -43,7 +44,8 @@ protected:
     FakeFileSystem files{{directories.temporary, directories.applicationSupport}};
     RecordingConsole console;
     FakeSessionDatabases databases;
-    StatsStore stats{{actor, databases, files, directories, console}};
+    InlineBackgroundPool background;
+    StatsStore stats{{actor, background, databases, files, directories, console}};
     FakeMicrophonePermission microphone{actor};
     FakeAccessibility accessibility;
     FakeLanguageModel languageModel;

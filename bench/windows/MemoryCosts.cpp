@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+// memory_costs [OPENINGS [DICTATIONS]]: the memory of the agent with every process of its own, once
+// everything that it can show has been shown and is closed again, and whether it grows when that happens
+// again and again.
+#include "RigInput.h"
+#include "platform/linux/posix/SingleInstance.h"
+#include "support/Dictating.h"
+#include "support/Figure.h"
+#include "support/KeyWindow.h"
+#include "support/PaintWitness.h"
+#include "support/PrivateProgram.h"
+#include "support/ProcessTree.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+using namespace talvera;
+using namespace talvera::bench;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int escape = 9; // X keycode
+
+/// The panel fades in or out, and the agent frees what it needs no longer.
+constexpr auto settling = 400ms;
+
+class Panel {
+public:
+    void openAndClose() {
+        m_paint.forget();
+        if (!m_second.tellFirst())
+            throw std::runtime_error("the agent doesn't listen");
+        m_paint.await();
+        std::this_thread::sleep_for(settling);
+        m_keys.tap(escape);
+        std::this_thread::sleep_for(settling);
+    }
+
+private:
+    SingleInstance m_second{qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/talvera")};
+    RigInput m_keys;
+    PaintWitness m_paint;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    const int openings = argc > 1 ? std::max(std::atoi(argv[1]), 2) : 30;
+    const int dictations = argc > 2 ? std::max(std::atoi(argv[2]), 2) : 10;
+    try {
+        KeyWindow window;
+        const PrivateProgram program(QStringLiteral("Good morning."));
+        Dictating dictating({{"typewriterThresholdSeconds", 15.0}}, program.program());
+        const ProcessTree tree(dictating.agent());
+        const auto word = test::spoken(QStringLiteral("Good morning."));
+        Panel panel;
+        const auto print = [&tree](const std::string& when) {
+            std::this_thread::sleep_for(2s);
+            printFigure("memory (PSS) " + when, tree.megabytes(), "MB", Aim::below(60));
+        };
+
+        print("after the launch");
+        dictating.holdAndSay(word);
+        dictating.awaitEnd();
+        panel.openAndClose();
+        print("with everything shown and closed once");
+        for (int opening = 1; opening < openings / 2; ++opening)
+            panel.openAndClose();
+        print("after the panel has been open " + std::to_string(openings / 2) + " times");
+        for (int opening = openings / 2; opening < openings; ++opening)
+            panel.openAndClose();
+        print("after the panel has been open " + std::to_string(openings) + " times");
+        for (int dictation = 1; dictation < dictations; ++dictation) {
+            dictating.holdAndSay(word);
+            dictating.awaitEnd();
+        }
+        print("after " + std::to_string(dictations) + " dictations");
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "memory_costs: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
