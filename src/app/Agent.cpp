@@ -42,7 +42,8 @@ Agent::Agent(Machine& machine)
                      m_hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
                  })
     , m_hotkey(machine.actor, machine.keyboard, machine.console)
-    , m_stats({machine.actor, machine.background, machine.sessions, machine.files, machine.directories, machine.console})
+    , m_stats({machine.actor, machine.background, machine.sessions, machine.files, machine.directories,
+               machine.console})
     , m_onboardingWindow(machine.console)
     , m_warmup(machine.console)
     , m_delegate(std::make_shared<AppDelegate>(environment())) {}

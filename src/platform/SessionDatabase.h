@@ -10,8 +10,8 @@
 
 namespace talvera {
 
-/// The sessions that were recorded. They are only ever added. Used by one thread at a time. Failures are thrown as
-/// PlatformError (domain "SessionDatabase").
+/// The sessions that were recorded. They are only ever added. Used by one thread at a time. Failures are
+/// thrown as PlatformError (domain "SessionDatabase").
 class SessionDatabase {
 public:
     virtual ~SessionDatabase() = default;

@@ -118,7 +118,8 @@ SimulatedAgent::SimulatedAgent(SimulatedMachine& simulated, AppSettings& prefere
                    hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
                })
     , hotkey(machine.actor, machine.keyboard, machine.console)
-    , stats({machine.actor, machine.background, machine.databases, machine.files, machine.directories, machine.console})
+    , stats({machine.actor, machine.background, machine.databases, machine.files, machine.directories,
+             machine.console})
     , onboardingWindow(machine.console)
     , warmup(machine.console)
     , delegate(std::make_shared<AppDelegate>(environment())) {}
