@@ -14,7 +14,7 @@ namespace talvera {
 namespace {
 
 struct Grid {
-    int pixels;
+    int pixels = 0;
     QLatin1String folder;
 };
 
