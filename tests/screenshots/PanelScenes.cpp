@@ -21,6 +21,7 @@
 #include "views/QuickMenuPanel.h"
 
 #include <QCoreApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QQuickItem>
 
@@ -120,6 +121,9 @@ void photographPanel(Stage& stage) {
     stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, 17));
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
+    QCursor::setPos(place + QPoint(MenuPanelWidth / 2, 345)); // over one of the lower rows
+    panel.photograph("pointer");
+    QCursor::setPos(0, 0);
     panel.photograph("picker", {Qt::Key_Down, Qt::Key_Return});
     panel.photograph("picker-search", {Qt::Key_Down, Qt::Key_Return}, "an");
     panel.photograph("picker-no-match", {Qt::Key_Down, Qt::Key_Return}, "klingon");

@@ -43,7 +43,7 @@ private:
 
 int main(int argc, char** argv) {
     ViewEngine::prepareProcess();
-    QGuiApplication application(argc, argv);
+    const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const auto arguments = QGuiApplication::arguments();
     if (arguments.size() == 3 && arguments[1] == "--icons") {
