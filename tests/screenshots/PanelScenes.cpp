@@ -9,6 +9,7 @@
 #include "FakeProgramActivation.h"
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
+#include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "Stage.h"
 #include "persistence/StatsStore.h"
@@ -82,6 +83,7 @@ private:
     FakeFileSystem m_files{{m_directories.temporary, m_directories.applicationSupport}};
     RecordingConsole m_console;
     FakeSessionDatabases m_databases;
+    InlineBackgroundPool m_background;
     FakeMicrophonePermission m_microphone{m_stage.actor};
     FakeAccessibility m_accessibility;
     FakeLanguageModel m_languageModel;
@@ -91,7 +93,7 @@ private:
 
 public:
     MenuBarController menuBar{m_stage.actor, m_stage.settings};
-    StatsStore stats{{m_stage.actor, m_databases, m_files, m_directories, m_console}};
+    StatsStore stats{{m_stage.actor, m_background, m_databases, m_files, m_directories, m_console}};
     ReadinessMonitor readiness{
         {m_stage.actor, m_microphone, m_accessibility, m_languageModel, m_settingsPanels, m_activation}};
 
