@@ -110,6 +110,9 @@ std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
         m_hud.showNotice(localized("hud.languageModel.none", "This computer has no on-device language model"),
                          DictationHUDState::NoticeTone::Info, noticeTime);
     };
+    model.onAdvice = [this](const QString& text) {
+        m_hud.showNotice(text, DictationHUDState::NoticeTone::Warn, noticeTime);
+    };
     return std::make_unique<QuickMenuPanel>(m_windows.views(), model, m_machine.panelDesktop);
 }
 

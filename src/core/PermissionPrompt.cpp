@@ -11,6 +11,12 @@
 
 namespace talvera {
 
+namespace {
+
+constexpr Duration adviceTime = seconds(6.0);
+
+}
+
 PermissionPrompt::PermissionPrompt(AgentEnvironment environment)
     : m_env(std::move(environment)) {}
 
@@ -60,11 +66,12 @@ void PermissionPrompt::dismiss() {
 }
 
 void PermissionPrompt::openSettings(Kind kind) {
-    if (kind == Kind::Microphone)
-        m_env.readiness.openMicrophoneSettings();
+    const auto advice = kind == Kind::Microphone ? m_env.readiness.openMicrophoneSettings()
+                                                 : m_env.readiness.openAccessibilitySettings();
+    if (advice)
+        m_env.hud.showNotice(*advice, DictationHUDState::NoticeTone::Warn, adviceTime);
     else
-        m_env.readiness.openAccessibilitySettings();
-    m_env.hud.hide();
+        m_env.hud.hide();
 }
 
 } // namespace talvera

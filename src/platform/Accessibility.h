@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/SessionLack.h"
+
 #include <QString>
 #include <QStringList>
 
 #include <memory>
 #include <optional>
 #include <variant>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -37,6 +40,9 @@ public:
 
     /// This session lets us watch keys, post keys and see the active window.
     virtual bool isProcessTrusted() = 0;
+
+    /// What it lacks for that.
+    virtual std::vector<SessionLack> sessionLacks() = 0;
 
     /// The key-watching part of the above alone.
     virtual bool isInputMonitoringGranted() = 0;

@@ -10,8 +10,8 @@ public:
 
     virtual ~SettingsPanels() = default;
 
-    /// Opens the panel, or the nearest thing that this desktop has.
-    virtual void open(Panel panel) = 0;
+    /// Opens the panel, or the nearest thing that this desktop has. False when it has nothing.
+    virtual bool open(Panel panel) = 0;
 };
 
 } // namespace talvera

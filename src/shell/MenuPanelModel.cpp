@@ -101,11 +101,16 @@ QString MenuPanelModel::dictations() const {
 }
 
 void MenuPanelModel::fixMicrophone() {
-    m_env.readiness.openMicrophoneSettings();
+    advise(m_env.readiness.openMicrophoneSettings());
 }
 
 void MenuPanelModel::fixAccessibility() {
-    m_env.readiness.openAccessibilitySettings();
+    advise(m_env.readiness.openAccessibilitySettings());
+}
+
+void MenuPanelModel::advise(const std::optional<QString>& advice) {
+    if (advice && onAdvice)
+        onAdvice(*advice);
 }
 
 QVariantMap MenuPanelModel::texts() const {

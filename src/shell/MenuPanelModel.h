@@ -9,6 +9,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <optional>
 
 namespace talvera {
 
@@ -52,6 +53,8 @@ public:
     std::function<void()> onCheckForUpdates;
     std::function<void()> onQuit;
     std::function<void()> onLanguageModelSettings;
+    /// What to tell the user where the desktop has no settings for what is missing.
+    std::function<void(const QString& text)> onAdvice;
 
     explicit MenuPanelModel(Environment environment);
 
@@ -101,6 +104,7 @@ private:
             action();
     }
     void follow();
+    void advise(const std::optional<QString>& advice);
 
     Environment m_env;
     TargetLanguagePicker m_targetLanguages;

@@ -5,6 +5,8 @@
 #include "platform/LanguageModel.h"
 #include "platform/ProgramActivation.h"
 #include "platform/SettingsPanels.h"
+#include "shell/Localization.h"
+#include "shell/SessionLackText.h"
 
 #include <utility>
 
@@ -83,12 +85,20 @@ void ReadinessMonitor::requestMicrophone(std::function<void()> done) {
     m_platform.microphone.requestAccess(std::move(done));
 }
 
-void ReadinessMonitor::openMicrophoneSettings() {
-    m_platform.settingsPanels.open(SettingsPanels::Panel::Microphone);
+std::optional<QString> ReadinessMonitor::openMicrophoneSettings() {
+    if (m_platform.settingsPanels.open(SettingsPanels::Panel::Microphone))
+        return std::nullopt;
+    return localized("settings.none.microphone",
+                     "Plug in a microphone, or allow one in this desktop's sound settings");
 }
 
-void ReadinessMonitor::openAccessibilitySettings() {
-    m_platform.settingsPanels.open(SettingsPanels::Panel::Accessibility);
+std::optional<QString> ReadinessMonitor::openAccessibilitySettings() {
+    if (m_platform.settingsPanels.open(SettingsPanels::Panel::Accessibility))
+        return std::nullopt;
+    const auto lacks = m_platform.accessibility.sessionLacks();
+    if (lacks.empty()) // it has been granted meanwhile
+        return localized("settings.none.accessibility", "Nothing is missing any more");
+    return sessionLackText(lacks.front());
 }
 
 void ReadinessMonitor::applyPollRule() {

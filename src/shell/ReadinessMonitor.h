@@ -60,8 +60,10 @@ public:
 
     /// Asks the user for the microphone and calls `done` once the answer is known.
     void requestMicrophone(std::function<void()> done);
-    void openMicrophoneSettings();
-    void openAccessibilitySettings();
+
+    /// Opens the settings of this desktop. Where it has none, answers what to tell the user instead.
+    [[nodiscard]] std::optional<QString> openMicrophoneSettings();
+    [[nodiscard]] std::optional<QString> openAccessibilitySettings();
 
     bool isPolling() const { return m_pollTimer.has_value(); }
 

@@ -49,6 +49,9 @@ public:
     }
 
     bool isProcessTrusted() override { return trusted; }
+    std::vector<SessionLack> sessionLacks() override {
+        return trusted ? std::vector<SessionLack>() : std::vector{SessionLack::ActiveWindow};
+    }
     bool isInputMonitoringGranted() override { return inputMonitoring; }
 
     FocusedElement focusedElement() override {

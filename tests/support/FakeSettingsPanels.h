@@ -13,11 +13,15 @@ class FakeSettingsPanels final : public SettingsPanels {
 public:
     std::vector<Panel> opened;
     std::function<void(Panel)> onOpen;
+    bool hasPanels = true;
 
-    void open(Panel panel) override {
+    bool open(Panel panel) override {
+        if (!hasPanels)
+            return false;
         opened.push_back(panel);
         if (onOpen)
             onOpen(panel);
+        return true;
     }
 };
 

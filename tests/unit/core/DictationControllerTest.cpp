@@ -299,6 +299,20 @@ TEST_F(Dictation, permissionRequestOfAPress_opensItsSettingsAndGoes) {
                                           "openSettings accessibility", "hud hidden"}));
 }
 
+TEST_F(Dictation, permissionRequestWhereTheDesktopHasNoSettings_tellsWhatToDoInstead) {
+    launch();
+    world.accessibility.trusted = false;
+    world.settingsPanels.hasPanels = false;
+    hold(1);
+    world.agent().hud.stateHolder().openPermissionSettings();
+    EXPECT_EQ(world.story(),
+              QStringList({"hud permissionRequired accessibility",
+                           "hud notice The window manager doesn't tell which window is active (or none is "
+                           "running). warn 6.0"}));
+    runToRest();
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+}
+
 TEST_F(Dictation, suspendedHotkey_doesNothing) {
     launch();
     world.agent().onboarding.suspendHotkey.set(true);

@@ -95,6 +95,19 @@ TEST_F(PanelModel, missingPermissions_areCountedNamedAndFixed) {
               (std::vector{SettingsPanels::Panel::Microphone, SettingsPanels::Panel::Accessibility}));
 }
 
+TEST_F(PanelModel, desktopWithoutSettings_isAdvisedInstead) {
+    QStringList advice;
+    settingsPanels.hasPanels = false;
+    model.fixMicrophone(); // nobody listens
+    model.onAdvice = [&](const QString& text) { advice << text; };
+    accessibility.trusted = false;
+    model.fixMicrophone();
+    model.fixAccessibility();
+    EXPECT_EQ(advice,
+              QStringList({"Plug in a microphone, or allow one in this desktop's sound settings",
+                           "The window manager doesn't tell which window is active (or none is running)."}));
+}
+
 TEST_F(PanelModel, modelUnavailable_onlyTheRecognisersRowsAreEnabledAndNoneHasADetail) {
     EXPECT_EQ(names(TargetLanguagePicker::IsEnabled), QStringList({"Off (keep source language)", "English"}));
     EXPECT_EQ(model.targetLanguages()->count(), 18);

@@ -171,8 +171,8 @@ TEST_F(Readiness, requestMicrophone_waitsForTheAnswer) {
 
 TEST_F(Readiness, settings_opensThePanelOfThePermission) {
     using Panel = SettingsPanels::Panel;
-    monitor().openMicrophoneSettings();
-    monitor().openAccessibilitySettings();
+    EXPECT_EQ(monitor().openMicrophoneSettings(), std::nullopt);
+    EXPECT_EQ(monitor().openAccessibilitySettings(), std::nullopt);
     EXPECT_EQ(settingsPanels.opened, (std::vector{Panel::Microphone, Panel::Accessibility}));
 }
 

@@ -60,6 +60,10 @@ bool AtspiAccessibility::isProcessTrusted() {
     return m_session.lacks().empty();
 }
 
+std::vector<SessionLack> AtspiAccessibility::sessionLacks() {
+    return m_session.lacks();
+}
+
 bool AtspiAccessibility::isInputMonitoringGranted() {
     return m_session.canWatchKeys();
 }

@@ -39,6 +39,7 @@ public:
     void enableForSession();
 
     bool isProcessTrusted() override;
+    std::vector<SessionLack> sessionLacks() override;
     bool isInputMonitoringGranted() override;
     FocusedElement focusedElement() override;
     bool setApplicationAttribute(pid_t pid, const QString& name, bool value) override;

@@ -100,12 +100,13 @@ std::vector<QStringList> DesktopSettingsPanels::candidates(Panel panel, const QS
     return commands;
 }
 
-void DesktopSettingsPanels::open(Panel panel) {
+bool DesktopSettingsPanels::open(Panel panel) {
     for (const auto& command : candidates(panel, m_session.desktops)) {
         if (start(command))
-            return;
+            return true;
     }
     m_console.log(adviceFor(panel));
+    return false;
 }
 
 /// The program goes on by itself, also when we end.

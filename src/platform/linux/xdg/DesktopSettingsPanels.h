@@ -28,7 +28,7 @@ public:
     /// The session of this process.
     static Session session();
 
-    void open(Panel panel) override;
+    bool open(Panel panel) override;
 
     /// The command lines that may open the panel on such desktops, best first.
     static std::vector<QStringList> candidates(Panel panel, const QStringList& desktops);
