@@ -125,13 +125,16 @@ void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {
     m_fade.start();
 }
 
-/// The content is made anew when it is needed again: until then its memory is worth more to others.
+/// The content is made anew when it is needed again: until then its memory is worth more to others. So is the
+/// window: one that is merely hidden counts as having the keyboard for a while, and if it is shown again
+/// meanwhile nobody hears of its losing it.
 void QuickMenuPanel::faded() {
     if (!m_closing)
         return;
     m_panel->hide();
     m_view.reset();
     m_panel->releaseResources();
+    m_panel->destroy();
 }
 
 } // namespace talvera
