@@ -16,10 +16,10 @@ MenuRowButton {
     topPadding: Theme.spacingSmall
     bottomPadding: 6
     text: title
+    checkable: true
+    checked: isOn
     Accessible.role: Accessible.CheckBox
     Accessible.description: subtitle
-    Accessible.checkable: true
-    Accessible.checked: isOn
     Accessible.onToggleAction: row.clicked()
     onClicked: switched(!isOn)
 
