@@ -26,6 +26,25 @@ void AgentHome::setPreferencesFile(const QByteArray& bytes) {
         throw std::runtime_error("the preferences can't be written");
 }
 
+void AgentHome::install(const QString& program) {
+    const QDir programs(m_directory.filePath("programs"));
+    programs.mkpath(".");
+    QFile file(programs.filePath(program));
+    const auto calls = m_directory.filePath("calls").toUtf8();
+    if (!file.open(QIODevice::WriteOnly) ||
+        file.write("#!/bin/sh\necho ${0##*/} \"$@\" >>'" + calls + "'\n") < 0 ||
+        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        throw std::runtime_error("a stand-in can't be installed");
+    set("PATH", programs.path());
+}
+
+QStringList AgentHome::calls() const {
+    QFile file(m_directory.filePath("calls"));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+}
+
 QProcessEnvironment AgentHome::environment() const {
     QProcess maker;
     maker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -36,6 +55,8 @@ QProcessEnvironment AgentHome::environment() const {
     environment.insert("TALVERA_TRACE", "1");
     for (const auto& line : QString::fromUtf8(maker.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts))
         environment.insert(line.section('=', 0, 0), line.section('=', 1));
+    for (auto variable = m_variables.begin(); variable != m_variables.end(); ++variable)
+        environment.insert(variable.key(), variable.value());
     return environment;
 }
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QMap>
 #include <QProcessEnvironment>
+#include <QStringList>
 #include <QTemporaryDir>
 
 namespace talvera::test {
@@ -17,11 +19,20 @@ public:
     void setPreferencesFile(const QByteArray& bytes);
     QString preferencesFile() const { return m_directory.filePath("config/Talvera/preferences.json"); }
 
+    /// Sets a variable of the agent's environment.
+    void set(const QString& variable, const QString& value) { m_variables.insert(variable, value); }
+    /// Installs a stand-in for this program that writes down how it is called. The agent finds the
+    /// stand-ins and no other program then.
+    void install(const QString& program);
+    /// The calls of stand-ins so far, a command line each.
+    QStringList calls() const;
+
     /// What makes an agent live here, and tell what it does.
     QProcessEnvironment environment() const;
 
 private:
     QTemporaryDir m_directory;
+    QMap<QString, QString> m_variables;
 };
 
 } // namespace talvera::test

@@ -50,6 +50,16 @@ AgentProcess::~AgentProcess() {
     kill();
 }
 
+int AgentProcess::startSecond(const AgentHome& home) {
+    QProcess second;
+    second.setProcessEnvironment(home.environment());
+    second.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    second.start(TALVERA_PROGRAM, QStringList());
+    if (!second.waitForFinished(patience) || second.exitStatus() != QProcess::NormalExit)
+        throw std::runtime_error("a second start doesn't end by itself");
+    return second.exitCode();
+}
+
 QString AgentProcess::await(const QString& traced) {
     return awaitLine(tracePrefix() + traced).mid(tracePrefix().size());
 }
@@ -87,7 +97,11 @@ qsizetype AgentProcess::count(const QString& traced) const {
 
 int AgentProcess::end() {
     m_process.terminate();
-    if (!m_process.waitForFinished(patience))
+    return awaitEnd();
+}
+
+int AgentProcess::awaitEnd() {
+    if (isRunning() && !m_process.waitForFinished(patience))
         fail("it doesn't end");
     if (m_process.exitStatus() != QProcess::NormalExit)
         fail("it has crashed");

@@ -25,6 +25,9 @@ public:
     AgentProcess(const AgentProcess&) = delete;
     AgentProcess& operator=(const AgentProcess&) = delete;
 
+    /// Starts the program once more beside it, in the same home, and answers the exit status of that.
+    static int startSecond(const AgentHome& home);
+
     /// Reads on until the agent traces something that begins so, e.g. "state recording" or "hud notice". What
     /// was read before is never looked at again, so that each of several waits is for a new event.
     /// Answers what was traced.
@@ -41,6 +44,8 @@ public:
 
     /// Asks it to end, as a session does, and answers its exit status.
     int end();
+    /// Waits until it has ended by itself, and answers its exit status.
+    int awaitEnd();
     /// Ends it without a chance to tidy up. When this returns it is gone.
     void kill();
     /// Sends a signal and goes on, e.g. SIGSTOP.

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "HUDOnScreen.h"
 
-#include <QProcess>
-
 namespace talvera::test {
 
 std::optional<QRect> HUDOnScreen::place() {
@@ -42,13 +40,6 @@ std::vector<std::uint32_t> HUDOnScreen::pixels() {
 xcb_window_t HUDOnScreen::activeWindow() {
     const auto active = m_x11->property(m_x11->root(), m_x11->atom("_NET_ACTIVE_WINDOW"));
     return active.empty() ? xcb_window_t(XCB_WINDOW_NONE) : active.front();
-}
-
-QStringList HUDOnScreen::readAloud(pid_t agent) {
-    QProcess reader;
-    reader.start(TALVERA_HUD_READER, {QString::number(agent)});
-    reader.waitForFinished();
-    return QString::fromUtf8(reader.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
 }
 
 } // namespace talvera::test

@@ -4,18 +4,15 @@
 #include "platform/linux/x11/X11Connection.h"
 
 #include <QRect>
-#include <QString>
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
 
-#include <sys/types.h>
-
 namespace talvera::test {
 
-/// The HUD as the user has it before their eyes, or read to them.
+/// The HUD as the user has it before their eyes.
 class HUDOnScreen {
 public:
     /// Where it is, in pixels; nothing while it isn't on the screen.
@@ -26,9 +23,6 @@ public:
 
     /// The window that the user works in, whichever of its parts the keyboard goes to.
     xcb_window_t activeWindow();
-
-    /// What a screen reader is told of the agent with that process: "ROLE<tab>NAME" a line.
-    static QStringList readAloud(pid_t agent);
 
 private:
     std::unique_ptr<X11Connection> m_x11 = X11Connection::open();

@@ -3,9 +3,9 @@
 // bus.
 #include "DesktopTest.h"
 #include "HUDOnScreen.h"
+#include "OtherWindow.h"
 #include "RecogniserGate.h"
-
-#include <QProcess>
+#include "ScreenReader.h"
 
 #include <algorithm>
 
@@ -35,12 +35,14 @@ protected:
         return eventually([&] { return hud.pixels() != before; });
     }
     bool says(const QString& role, const QString& name) {
-        return eventually([&] { return HUDOnScreen::readAloud(agent->pid()).contains(role + "\t" + name); });
+        return eventually([&] { return ScreenReader::find(agent->pid(), role, name).has_value(); });
     }
-    void click(const QPoint& place) {
-        keys.pointAt(place.x(), place.y());
-        keys.pressButton();
-        keys.releaseButton();
+    /// Clicks on the middle of the HUD, and answers how often the application has been clicked on then.
+    int clicksThrough(OtherWindow& application, int expected) {
+        EXPECT_TRUE(appears());
+        const auto middle = hud.place().value_or(QRect()).center();
+        keys.click(middle.x(), middle.y());
+        return application.awaitClicks(expected);
     }
 
     HUDOnScreen hud;
@@ -77,23 +79,25 @@ TEST_F(HUDWhileDictating, eachState_isSeenAndReadAloudAndTheFocusStays) {
     EXPECT_TRUE(disappears());
 }
 
-TEST_F(HUDWhileDictating, clickOnIt_meetsTheApplicationBelow) {
-    startAgent();
-    Receiver editor(Receiver::Kind::Gtk);
+TEST_F(HUDWhileDictating, clicksOnIt_meetTheApplicationBelowInEveryState) {
+    RecogniserGate gate;
+    startAgent({}, gate.program());
+    OtherWindow application({0, 0, 1280, 800}, Qt::darkGreen);
+    application.activate();
     keys.press(RightCtrl);
     agent->await("hud listening");
-    ASSERT_TRUE(appears());
-    ASSERT_TRUE(isPainted());
-    const auto active = hud.activeWindow();
-    ASSERT_EQ(QProcess::execute("xdotool", {"getactivewindow", "windowsize", "--sync", "1200", "700",
-                                            "windowmove", "--sync", "20", "50"}),
-              0);
-    click(hud.place()->center());
-    voice.sayAndWait(spoken("Good morning."));
+    EXPECT_EQ(clicksThrough(application, 1), 1);
+
+    voice.sayAndWait(Samples(16000, 0));
     keys.release(RightCtrl);
-    EXPECT_TRUE(editor.waitForText("Good morning."));
-    EXPECT_EQ(hud.activeWindow(), active);
-    agent->await("hud hidden");
+    agent->await("hud transcribing");
+    gate.awaitRun();
+    EXPECT_EQ(clicksThrough(application, 2), 2);
+
+    gate.letIn();
+    agent->await("hud notice");
+    EXPECT_EQ(clicksThrough(application, 3), 3);
+    EXPECT_TRUE(application.isActive());
 }
 
 TEST_F(HUDWhileDictating, noticeOfSilence_goesByItself) {

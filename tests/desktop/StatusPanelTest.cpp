@@ -1,56 +1,18 @@
 // SPDX-License-Identifier: MIT
 // The item in a real tray and the panel at it, used by mouse and by keyboard.
-#include "DesktopTest.h"
+#include "OtherWindow.h"
+#include "PanelTest.h"
 #include "Tray.h"
 #include "X11Windows.h"
-
-#include <QFile>
-#include <QJsonDocument>
 
 using namespace talvera::test;
 
 namespace {
 
 // X keycodes
-constexpr int Escape = 9;
-constexpr int Tab = 23;
-constexpr int Return = 36;
 constexpr int E = 26;
 constexpr int N = 57;
 constexpr int G = 42;
-
-constexpr QSize leastPanel{250, 100}; ///< larger than an icon, narrower than the HUD's window
-
-class PanelTest : public DesktopTest {
-protected:
-    static std::optional<QRect> panel() { return X11Windows().viewable("talvera", leastPanel); }
-    /// … and has the keyboard.
-    static bool panelComes() {
-        return eventually([] {
-            const auto frame = panel();
-            return frame && X11Windows().hasKeyboard(*frame);
-        });
-    }
-    static bool panelGoes() {
-        return eventually([] { return !panel().has_value(); });
-    }
-
-    void click(QPoint place) {
-        keys.pointAt(place.x(), place.y());
-        keys.pressButton();
-        keys.releaseButton();
-    }
-
-    /// What is stored under this key by now.
-    QJsonValue stored(const QString& key) const {
-        QFile file(home.preferencesFile());
-        file.open(QFile::ReadOnly);
-        return QJsonDocument::fromJson(file.readAll()).object()["preferences"].toObject().value(key);
-    }
-    bool becomes(const QString& key, const QJsonValue& value) const {
-        return eventually([&] { return stored(key) == value; });
-    }
-};
 
 class StatusPanel : public PanelTest, public testing::WithParamInterface<Tray::Kind> {
 protected:
@@ -77,6 +39,8 @@ TEST_P(StatusPanel, clickOnTheItem_opensThePanelAtItAndTheNextOneCloses) {
     EXPECT_FALSE(frame.contains(icon));
     click(icon);
     EXPECT_TRUE(panelGoes());
+    click(icon);
+    EXPECT_TRUE(panelComes());
 }
 
 TEST_P(StatusPanel, pressElsewhere_closes) {
@@ -89,6 +53,39 @@ TEST_P(StatusPanel, escape_closes) {
     openPanel();
     keys.tap(Escape);
     EXPECT_TRUE(panelGoes());
+}
+
+TEST_P(StatusPanel, otherWindowTakesTheKeyboard_closes) {
+    OtherWindow other({700, 300, 200, 200}, Qt::darkGreen);
+    openPanel();
+    other.activate();
+    EXPECT_TRUE(panelGoes());
+}
+
+TEST_P(StatusPanel, openedAgainRightAfterItClosed_stillClosesWithTheKeyboard) {
+    OtherWindow other({700, 300, 200, 200}, Qt::darkGreen);
+    openPanel();
+    for (int i = 0; i < 3; ++i) {
+        keys.tap(Escape);
+        ASSERT_TRUE(panelGoes());
+        click(tray->icon());
+        ASSERT_TRUE(panelComes());
+    }
+    other.activate();
+    EXPECT_TRUE(panelGoes());
+}
+
+TEST_P(StatusPanel, mouseAlone_choosesALanguageAndSwitchesCleanUp) {
+    openPanel();
+    clickOn(anyRole, "Translate to");
+    clickOn("list item", "English");
+    EXPECT_TRUE(becomes("targetLanguageCode", "en"));
+    clickOn("check box", "AI Cleanup");
+    EXPECT_TRUE(becomes("aiCleanupEnabled", true));
+    EXPECT_TRUE(eventually([&] { return shown("check box", "AI Cleanup").is("checked"); }));
+    clickOn("check box", "AI Cleanup");
+    EXPECT_TRUE(becomes("aiCleanupEnabled", false));
+    EXPECT_TRUE(panel().has_value());
 }
 
 TEST_P(StatusPanel, keyboardAlone_choosesALanguageAndSwitchesCleanUp) {
@@ -107,21 +104,3 @@ TEST_P(StatusPanel, keyboardAlone_choosesALanguageAndSwitchesCleanUp) {
 
 INSTANTIATE_TEST_SUITE_P(Trays, StatusPanel, testing::Values(Tray::Kind::X11, Tray::Kind::DBus),
                          [](const auto& tray) { return tray.param == Tray::Kind::X11 ? "X11" : "DBus"; });
-
-namespace {
-
-class NoTray : public PanelTest {};
-
-} // namespace
-
-TEST_F(NoTray, secondStart_opensThePanel) {
-    startAgent();
-    QProcess second;
-    second.setProcessEnvironment(home.environment());
-    second.start(TALVERA_PROGRAM, QStringList());
-    ASSERT_TRUE(second.waitForFinished(30000));
-    EXPECT_EQ(second.exitCode(), 0);
-    EXPECT_TRUE(panelComes());
-    keys.tap(Escape);
-    EXPECT_TRUE(panelGoes());
-}

@@ -91,6 +91,11 @@ Tray::~Tray() {
     m_process.waitForFinished();
 }
 
+void Tray::kill() {
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
 bool Tray::isReady() const {
     return m_kind == Kind::X11 ? X11Windows().hasTray()
                                : watcherProperty("IsStatusNotifierHostRegistered").toBool();

@@ -20,6 +20,9 @@ public:
     Tray(const Tray&) = delete;
     Tray& operator=(const Tray&) = delete;
 
+    /// Ends it without a chance to tidy up.
+    void kill();
+
     /// A place on the first icon, where there is one.
     QPoint icon() const;
 

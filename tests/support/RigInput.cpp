@@ -64,6 +64,12 @@ void RigInput::releaseButton(int button) {
     request("button-release " + std::to_string(button));
 }
 
+void RigInput::click(int x, int y, int button) {
+    pointAt(x, y);
+    pressButton(button);
+    releaseButton(button);
+}
+
 void RigInput::request(const std::string& line) {
     const std::string bytes = line + "\n";
     if (::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size()))

@@ -26,6 +26,7 @@ public:
     void pointAt(int x, int y);
     void pressButton(int button = 1);
     void releaseButton(int button = 1);
+    void click(int x, int y, int button = 1); // there, press and release at once
 
 private:
     void request(const std::string& line);

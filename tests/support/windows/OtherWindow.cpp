@@ -5,15 +5,19 @@
 #include <QDeadlineTimer>
 
 #include <stdexcept>
+#include <thread>
 
 namespace talvera::test {
 
 bool eventually(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(std::chrono::seconds(10));
+    const QDeadlineTimer deadline(std::chrono::seconds(30));
     while (!condition()) {
         if (deadline.hasExpired())
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        if (QCoreApplication::instance())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        else
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return true;
 }
@@ -91,10 +95,13 @@ QPoint OtherWindow::middle() {
 }
 
 int OtherWindow::awaitClicks(int expected) {
-    eventually([&] {
-        readEvents();
-        return m_clicks >= expected;
-    });
+    eventually([&] { return clicks() >= expected; });
+    return m_clicks;
+}
+
+int OtherWindow::clicks() {
+    m_connection->roundTrip(); // what has met it by now stands in the queue then
+    readEvents();
     return m_clicks;
 }
 

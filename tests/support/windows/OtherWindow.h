@@ -32,6 +32,8 @@ public:
 
     /// The number of clicks that have met it, once `expected` have or time is up.
     int awaitClicks(int expected);
+    /// The number of clicks that have met it by now.
+    int clicks();
 
     /// Its middle on the screen, wherever the window manager has put it.
     QPoint middle();
@@ -49,7 +51,7 @@ private:
     bool m_exposed = false;
 };
 
-/// Runs the event loop until the condition holds; false when it doesn't in ten seconds.
+/// Runs the event loop, if there is one, until the condition holds; false when it doesn't in half a minute.
 bool eventually(const std::function<bool()>& condition);
 
 } // namespace talvera::test

@@ -1,0 +1,42 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""screen-reader.py PID: what a screen reader finds of that process: a line of JSON for each object."""
+import json
+import sys
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+
+def place(thing):
+    if "Component" not in thing.get_interfaces():
+        return [0, 0, 0, 0]
+    extents = thing.get_extents(Atspi.CoordType.SCREEN)
+    return [extents.x, extents.y, extents.width, extents.height]
+
+
+def tell(thing):
+    try:
+        print(json.dumps({
+            "role": thing.get_role_name(),
+            "name": thing.get_name(),
+            "description": thing.get_description(),
+            "states": [state.value_nick for state in thing.get_state_set().get_states()],
+            "place": place(thing),
+        }))
+        for number in range(thing.get_child_count()):
+            child = thing.get_child_at_index(number)
+            if child:
+                tell(child)
+    except GLib.Error:
+        pass  # gone meanwhile
+
+
+Atspi.set_timeout(10000, 15000)  # milliseconds; the program may be busy
+desktop = Atspi.get_desktop(0)
+for number in range(desktop.get_child_count()):
+    application = desktop.get_child_at_index(number)
+    if application and application.get_process_id() == int(sys.argv[1]):
+        tell(application)
