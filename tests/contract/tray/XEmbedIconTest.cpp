@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+// The icon in a real tray that takes windows into itself.
+#include "platform/linux/tray/XEmbedIcon.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+
+namespace {
+
+QImage square(const QString&, const QColor& color, int pixels) {
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(color);
+    return image;
+}
+
+class XEmbedIconInTray : public testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        tray.start("trayer",
+                   {"--edge", "top", "--align", "left", "--widthtype", "pixel", "--width", "200", "--height",
+                    "28", "--transparent", "true", "--alpha", "0", "--tint", GetParam()});
+        ASSERT_TRUE(tray.waitForStarted());
+    }
+    void TearDown() override {
+        tray.terminate();
+        if (!tray.waitForFinished(5000))
+            tray.kill();
+        tray.waitForFinished();
+    }
+
+    static bool eventually(const std::function<bool()>& condition) {
+        const QDeadlineTimer deadline(20000);
+        while (!condition() && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+        return condition();
+    }
+
+    /// The colour of the screen at the icon's middle.
+    QColor seen() {
+        const auto place = icon.frame().value_or(QRect()).center();
+        const auto answer = screen->reply<xcb_get_image_reply_t>(
+            xcb_get_image(screen->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root(), std::int16_t(place.x()),
+                          std::int16_t(place.y()), 1, 1, ~0U));
+        const auto* pixel = answer ? xcb_get_image_data(answer.get()) : nullptr;
+        return pixel ? QColor(pixel[2], pixel[1], pixel[0]) : QColor();
+    }
+
+    std::unique_ptr<X11Connection> screen = X11Connection::open();
+    QProcess tray;
+    XEmbedIcon icon{square};
+};
+
+TEST_P(XEmbedIconInTray, symbol_standsOutFromTheTraysColour) {
+    const bool dark = QByteArray(GetParam()) == "0x000000";
+    icon.setSymbol("mic.fill");
+    icon.setShown(true);
+    ASSERT_TRUE(eventually([this] { return icon.frame().has_value(); }));
+    EXPECT_TRUE(eventually([&] { return seen() == (dark ? TrayColors::OnDark : TrayColors::OnLight); }))
+        << qPrintable(seen().name());
+}
+
+INSTANTIATE_TEST_SUITE_P(DarkAndLight, XEmbedIconInTray, testing::Values("0x000000", "0xffffff"));
+
+} // namespace
