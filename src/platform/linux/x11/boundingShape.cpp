@@ -9,6 +9,7 @@ namespace talvera {
 
 void setBoundingShape(X11Connection& connection, xcb_window_t window, const std::vector<QRect>& rectangles) {
     std::vector<xcb_rectangle_t> shape;
+    shape.reserve(rectangles.size());
     for (const auto& rectangle : rectangles)
         shape.push_back({std::int16_t(rectangle.x()), std::int16_t(rectangle.y()),
                          std::uint16_t(rectangle.width()), std::uint16_t(rectangle.height())});
