@@ -119,6 +119,7 @@ TEST_F(StatusNotifier, properties_areWhatPanelsAskFor) {
     EXPECT_EQ(all["IconName"], "talvera-mic-fill-symbolic");
     EXPECT_EQ(all["IconThemePath"], "/icons");
     EXPECT_EQ(all["ItemIsMenu"], false);
+    EXPECT_FALSE(all.contains("Menu"));
     const auto pixmaps = qdbus_cast<NotifierPixmaps>(all["IconPixmap"]);
     ASSERT_GE(pixmaps.size(), 6);
     EXPECT_EQ(pixmaps.front().width, 16);

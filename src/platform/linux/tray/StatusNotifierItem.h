@@ -3,7 +3,6 @@
 
 #include "platform/linux/tray/SymbolPainter.h"
 
-#include <QDBusObjectPath>
 #include <QList>
 #include <QObject>
 #include <QPoint>
@@ -34,7 +33,8 @@ const QDBusArgument& operator>>(const QDBusArgument& argument, NotifierPixmap& p
 QDBusArgument& operator<<(QDBusArgument& argument, const NotifierToolTip& toolTip);
 const QDBusArgument& operator>>(const QDBusArgument& argument, NotifierToolTip& toolTip);
 
-/// The item as panels see it over D-Bus: the object that is exported, without any logic. Main thread only.
+/// The item as panels see it over D-Bus: the object that is exported, without any logic. It has no menu, and
+/// tells of none: whatever path it gave, some panels would ask there. Main thread only.
 class StatusNotifierItem final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
@@ -44,7 +44,6 @@ class StatusNotifierItem final : public QObject {
     Q_PROPERTY(QString Status READ status CONSTANT)
     Q_PROPERTY(int WindowId READ windowId CONSTANT)
     Q_PROPERTY(bool ItemIsMenu READ itemIsMenu CONSTANT)
-    Q_PROPERTY(QDBusObjectPath Menu READ menu CONSTANT)
     Q_PROPERTY(QString IconThemePath READ iconThemePath CONSTANT)
     Q_PROPERTY(QString IconName READ iconName NOTIFY NewIcon)
     Q_PROPERTY(talvera::NotifierPixmaps IconPixmap READ iconPixmap NOTIFY NewIcon)
@@ -69,7 +68,6 @@ public:
     QString status() const { return QStringLiteral("Active"); }
     int windowId() const { return 0; }
     bool itemIsMenu() const { return false; }
-    QDBusObjectPath menu() const { return QDBusObjectPath(QStringLiteral("/NO_DBUSMENU")); }
     QString iconThemePath() const { return m_iconThemePath; }
     QString iconName() const;
     NotifierPixmaps iconPixmap() const;
