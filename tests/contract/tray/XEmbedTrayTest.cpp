@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+// The icon in a tray that does what a test wants to see: changes, goes, comes back.
+#include "platform/linux/tray/XEmbedIcon.h"
+#include "OtherWindow.h"
+#include "PrintQt.h"
+#include "RigInput.h"
+#include "XEmbedTray.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+/// A block in the middle that has half the edge of the whole.
+QImage block(const QString&, const QColor& color, int pixels) {
+    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    for (int y = pixels / 4; y < pixels * 3 / 4; ++y) {
+        for (int x = pixels / 4; x < pixels * 3 / 4; ++x)
+            image.setPixelColor(x, y, color);
+    }
+    return image;
+}
+
+class XEmbed : public testing::Test {
+protected:
+    XEmbed() {
+        icon.onClick = [this] { ++clicks; };
+        icon.setSymbol("mic.fill");
+        icon.setShown(true);
+    }
+
+    bool takesIn(XEmbedTray& tray) {
+        return eventually([&] { return tray.hasIcon(); });
+    }
+    bool shows(XEmbedTray& tray, const QPoint& place, const QColor& color) {
+        return eventually([&] { return tray.pixel(place) == color; });
+    }
+
+    XEmbedIcon icon{block};
+    int clicks = 0;
+};
+
+TEST_F(XEmbed, trayThatComesLater_takesTheIconIn) {
+    EXPECT_FALSE(icon.hasTray());
+    EXPECT_EQ(icon.frame(), std::nullopt);
+    XEmbedTray tray(Qt::black);
+    EXPECT_TRUE(takesIn(tray));
+    EXPECT_TRUE(eventually([&] { return icon.frame() == QRect(XEmbedTray::IconPlace, QSize(24, 24)); }));
+}
+
+TEST_F(XEmbed, symbol_standsOutAgainstTheTraysBackground) {
+    const QColor dark("#202428");
+    const QColor light("#f0ece8");
+    for (const auto& [background, symbol] :
+         {std::pair(dark, TrayColors::OnDark), std::pair(light, TrayColors::OnLight)}) {
+        XEmbedTray tray(background);
+        ASSERT_TRUE(takesIn(tray));
+        EXPECT_TRUE(shows(tray, {12, 12}, symbol)) << background.name().toStdString();
+        EXPECT_TRUE(shows(tray, {1, 1}, background)) << background.name().toStdString();
+    }
+}
+
+TEST_F(XEmbed, otherSize_isFilledByTheSymbol) {
+    XEmbedTray tray(Qt::black, {16, 16});
+    ASSERT_TRUE(takesIn(tray));
+    EXPECT_TRUE(shows(tray, {8, 8}, TrayColors::OnDark));
+    tray.setIconSize({64, 64});
+    EXPECT_TRUE(shows(tray, {18, 18}, TrayColors::OnDark));
+    EXPECT_TRUE(shows(tray, {46, 46}, TrayColors::OnDark));
+    EXPECT_TRUE(shows(tray, {8, 8}, Qt::black));
+    tray.setIconSize({48, 24}); // in the middle, and not distorted
+    EXPECT_TRUE(shows(tray, {24, 12}, TrayColors::OnDark));
+    EXPECT_TRUE(shows(tray, {13, 12}, Qt::black));
+}
+
+TEST_F(XEmbed, eachButton_isAClickAndTheWheelIsNone) {
+    XEmbedTray tray(Qt::black);
+    ASSERT_TRUE(takesIn(tray));
+    ASSERT_TRUE(shows(tray, {12, 12}, TrayColors::OnDark));
+    RigInput mouse;
+    const auto place = XEmbedTray::IconPlace + QPoint(12, 12);
+    for (const int button : {4, 5, 1, 2, 3})
+        mouse.click(place.x(), place.y(), button);
+    EXPECT_TRUE(eventually([this] { return clicks == 3; })) << clicks;
+}
+
+TEST_F(XEmbed, trayThatGoes_leavesNoWindowAndTheNextHasTheIcon) {
+    for (int i = 0; i < 3; ++i) {
+        XEmbedTray tray(Qt::black);
+        ASSERT_TRUE(takesIn(tray));
+        EXPECT_TRUE(shows(tray, {12, 12}, TrayColors::OnDark));
+    }
+    EXPECT_TRUE(eventually([this] { return !icon.hasTray(); }));
+    EXPECT_EQ(icon.frame(), std::nullopt);
+}
+
+TEST_F(XEmbed, hidden_leavesTheTrayAndComesBack) {
+    XEmbedTray tray(Qt::black);
+    ASSERT_TRUE(takesIn(tray));
+    icon.setShown(false);
+    EXPECT_TRUE(eventually([&] { return !tray.hasIcon(); }));
+    icon.setShown(true);
+    EXPECT_TRUE(takesIn(tray));
+}
+
+} // namespace
