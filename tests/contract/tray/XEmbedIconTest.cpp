@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The icon in a real tray that takes windows into itself.
 #include "platform/linux/tray/XEmbedIcon.h"
+#include "OtherWindow.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QProcess>
 
 #include <gtest/gtest.h>
 
 using namespace talvera;
+using namespace talvera::test;
 
 namespace {
 
@@ -31,13 +31,6 @@ protected:
         if (!tray.waitForFinished(5000))
             tray.kill();
         tray.waitForFinished();
-    }
-
-    static bool eventually(const std::function<bool()>& condition) {
-        const QDeadlineTimer deadline(20000);
-        while (!condition() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-        return condition();
     }
 
     /// The colour of the screen at the icon's middle.

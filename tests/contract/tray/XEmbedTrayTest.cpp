@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The icon in a tray that does what a test wants to see: changes, goes, comes back.
-#include "platform/linux/tray/XEmbedIcon.h"
+#include "XEmbedTray.h"
 #include "OtherWindow.h"
 #include "PrintQt.h"
 #include "RigInput.h"
-#include "XEmbedTray.h"
+#include "platform/linux/tray/XEmbedIcon.h"
 
 #include <gtest/gtest.h>
 
