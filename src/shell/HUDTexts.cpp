@@ -16,9 +16,10 @@ QString shortCode(const QString& code) {
 
 } // namespace
 
-QString hudLine(const DictationHUDState& state) {
+QString hudLine(const DictationHUDState& state, bool tapToToggle) {
     if (state.as<DictationHUDState::Listening>())
-        return localized("hud.release", "Release to insert");
+        return tapToToggle ? localized("hud.release.tap", "Tap again to insert")
+                           : localized("hud.release", "Release to insert");
     if (state.as<DictationHUDState::Transcribing>())
         return localized("hud.transcribing", "Transcribing…");
     if (const auto* translating = state.as<DictationHUDState::Translating>())

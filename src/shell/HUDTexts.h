@@ -8,8 +8,9 @@
 
 namespace talvera {
 
-/// The one line that the HUD shows in `state`; empty where it shows none.
-QString hudLine(const DictationHUDState& state);
+/// The one line that the HUD shows in `state`; empty where it shows none. With `tapToToggle` the hotkey is
+/// not held while the user speaks.
+QString hudLine(const DictationHUDState& state, bool tapToToggle);
 
 /// From which language to which, such as "AUTO → PT"; empty while nothing is translated.
 QString languageIndicator(const QString& sourceLanguageCode, const QString& targetLanguageCode);

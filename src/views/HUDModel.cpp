@@ -17,6 +17,8 @@ HUDModel::HUDModel(StateHolder& holder, AppSettings& settings)
     const auto languagesChange = [this](const QString&) { Q_EMIT languagesChanged(); };
     m_subscriptions.push_back(settings.sourceLanguageCode.observe(languagesChange));
     m_subscriptions.push_back(settings.targetLanguageCode.observe(languagesChange));
+    m_subscriptions.push_back(
+        settings.hotkeyTapToToggle.observe([this](bool) { Q_EMIT releaseHintChanged(); }));
 }
 
 void HUDModel::take(const DictationHUDState& state) {
@@ -37,6 +39,10 @@ QString HUDModel::state() const {
                                   QStringLiteral("notice"),       QStringLiteral("permissionRequired")};
     static_assert(std::variant_size_v<DictationHUDState::Value> == names.size());
     return names[m_state.value.index()];
+}
+
+QString HUDModel::lineOf(const DictationHUDState& state) const {
+    return hudLine(state, m_settings.hotkeyTapToToggle.get());
 }
 
 QString HUDModel::spoken() const {

@@ -17,7 +17,7 @@ class HUDModel final : public QObject {
     Q_PROPERTY(QString state READ state NOTIFY changed)
     Q_PROPERTY(QString line READ line NOTIFY changed)
     Q_PROPERTY(QString spoken READ spoken NOTIFY changed)
-    Q_PROPERTY(QString releaseHint READ releaseHint CONSTANT)
+    Q_PROPERTY(QString releaseHint READ releaseHint NOTIFY releaseHintChanged)
     Q_PROPERTY(QString languageIndicator READ indicator NOTIFY languagesChanged)
     Q_PROPERTY(double startedAt READ startedAt NOTIFY changed)
     Q_PROPERTY(bool warns READ warns NOTIFY changed)
@@ -34,10 +34,10 @@ public:
 
     /// The name of the state's case, such as "listening".
     QString state() const;
-    QString line() const { return hudLine(m_state); }
+    QString line() const { return lineOf(m_state); }
     /// What a screen reader says of it.
     QString spoken() const;
-    QString releaseHint() const { return hudLine(DictationHUDState::Listening{}); }
+    QString releaseHint() const { return lineOf(DictationHUDState::Listening{}); }
     QString indicator() const;
     /// In milliseconds since 1970; kept while something else is shown.
     double startedAt() const { return m_startedAt; }
@@ -62,10 +62,12 @@ public:
 Q_SIGNALS:
     void changed();
     void languagesChanged();
+    void releaseHintChanged();
     void levelChanged();
 
 private:
     void take(const DictationHUDState& state);
+    QString lineOf(const DictationHUDState& state) const;
 
     StateHolder& m_holder;
     AppSettings& m_settings;

@@ -9,20 +9,26 @@ using State = DictationHUDState;
 namespace {
 
 TEST(HUDTexts, eachState_hasItsLine) {
-    EXPECT_EQ(hudLine(State::Hidden{}), "");
-    EXPECT_EQ(hudLine(State::Listening{}), "Release to insert");
-    EXPECT_EQ(hudLine(State::Transcribing{}), "Transcribing…");
-    EXPECT_EQ(hudLine(State::Translating{"German"}), "Translating to German…");
-    EXPECT_EQ(hudLine(State::Notice{"Nothing recognized", State::NoticeTone::Warn}), "Nothing recognized");
-    EXPECT_EQ(hudLine(State::PermissionRequired{State::PermissionKind::Microphone}), "");
+    EXPECT_EQ(hudLine(State::Hidden{}, false), "");
+    EXPECT_EQ(hudLine(State::Listening{}, false), "Release to insert");
+    EXPECT_EQ(hudLine(State::Transcribing{}, false), "Transcribing…");
+    EXPECT_EQ(hudLine(State::Translating{"German"}, false), "Translating to German…");
+    EXPECT_EQ(hudLine(State::Notice{"Nothing recognized", State::NoticeTone::Warn}, false),
+              "Nothing recognized");
+    EXPECT_EQ(hudLine(State::PermissionRequired{State::PermissionKind::Microphone}, false), "");
+}
+
+TEST(HUDTexts, keyThatIsNotHeld_isToBeTapped) {
+    EXPECT_EQ(hudLine(State::Listening{}, true), "Tap again to insert");
+    EXPECT_EQ(hudLine(State::Transcribing{}, true), "Transcribing…");
 }
 
 TEST(HUDTexts, cleanupAsATranslation_readsAsOne) {
-    EXPECT_EQ(hudLine(State::Translating{"cleanup"}), "Translating to cleanup…");
+    EXPECT_EQ(hudLine(State::Translating{"cleanup"}, false), "Translating to cleanup…");
 }
 
 TEST(HUDTexts, nameWithAPlaceholder_isTakenAsItStands) {
-    EXPECT_EQ(hudLine(State::Translating{"%@ %s"}), "Translating to %@ %s…");
+    EXPECT_EQ(hudLine(State::Translating{"%@ %s"}, false), "Translating to %@ %s…");
 }
 
 TEST(LanguageIndicator, targetOff_isNone) {

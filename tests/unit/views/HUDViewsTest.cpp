@@ -82,6 +82,14 @@ TEST_F(HUDViews, eachState_showsItsWordsWithinThePanel) {
     }
 }
 
+TEST_F(HUDViews, hint_followsTheUseOfTheKey) {
+    holder.state.set(State::Listening{});
+    settings.hotkeyTapToToggle.set(true);
+    EXPECT_TRUE(reads("Tap again to insert"));
+    settings.hotkeyTapToToggle.set(false);
+    EXPECT_TRUE(reads("Release to insert"));
+}
+
 TEST_F(HUDViews, card_fillsThePanel) {
     holder.state.set(State::PermissionRequired{State::PermissionKind::Microphone});
     EXPECT_EQ(outlineOf(*root), QRectF(0, 0, 560, 72));
