@@ -72,9 +72,17 @@ std::chrono::nanoseconds ProcessTree::used() const {
 }
 
 double ProcessTree::megabytes() const {
+    return megabytesOf("Pss:");
+}
+
+double ProcessTree::ownMegabytes() const {
+    return megabytesOf("Pss_Anon:");
+}
+
+double ProcessTree::megabytesOf(const char* field) const {
     std::int64_t kilobytes = 0;
     for (const pid_t process : processes())
-        kilobytes += fieldOf(directoryOf(process) / "smaps_rollup", "Pss:");
+        kilobytes += fieldOf(directoryOf(process) / "smaps_rollup", field);
     return static_cast<double>(kilobytes) / 1024;
 }
 

@@ -30,8 +30,12 @@ public:
 
     /// The memory of all, where what is shared with others counts by its share. MB of 1024 * 1024 bytes.
     double megabytes() const;
+    /// Of that, what stands in no file: it doesn't depend on which other programs use the same libraries.
+    double ownMegabytes() const;
 
 private:
+    double megabytesOf(const char* field) const;
+
     pid_t m_root;
 };
 

@@ -65,6 +65,7 @@ int main(int argc, char** argv) {
         const auto print = [&tree](const std::string& when) {
             std::this_thread::sleep_for(2s);
             printFigure("memory (PSS) " + when, tree.megabytes(), "MB", Aim::below(60));
+            printFigure("  of it in no file", tree.ownMegabytes(), "MB");
         };
 
         print("after the launch");

@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
             std::this_thread::sleep_for(settling);
             keys.tap(escape);
         }
-        first.print();
+        first.print(Aim::below(100));
         later.print(Aim::below(100));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "panel_opening: %s\n", error.what());
