@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
 
-/// A value that runs from 0 to 1 again and again. It steps 30 times a second: twice as many pictures would not be
-/// seen, but would take their time from the recogniser.
+/// A value that runs from 0 to 1 again and again.
 QtObject {
     id: cycle
 
@@ -15,10 +14,8 @@ QtObject {
         startedAt = Date.now();
         value = 0;
     }
-    readonly property Timer ticks: Timer {
-        interval: 33
-        repeat: true
+    readonly property Frames frames: Frames {
         running: cycle.running
-        onTriggered: cycle.value = Math.max(0, Date.now() - cycle.startedAt) % cycle.duration / cycle.duration
+        onTick: cycle.value = Math.max(0, now - cycle.startedAt) % cycle.duration / cycle.duration
     }
 }

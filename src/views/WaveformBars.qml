@@ -24,10 +24,8 @@ Item {
         level: bars.level
         color: Theme.accent
     }
-    Timer {
-        interval: 33
-        repeat: true
+    Frames {
         running: bars.animating
-        onTriggered: canvas.advance(Date.now())
+        onTick: canvas.advance(now)
     }
 }
