@@ -128,8 +128,7 @@ TEST(PackageServiceMock, interface_isAPartOfThePublishedOne) {
     for (const auto& line : members) {
         const auto words = line.split(u' ');
         QFile published(QStringLiteral("/usr/share/dbus-1/interfaces/%1.xml").arg(words[0]));
-        if (!published.open(QIODevice::ReadOnly))
-            GTEST_SKIP() << "PackageKit is not installed here";
+        ASSERT_TRUE(published.open(QIODevice::ReadOnly)) << "PackageKit is not installed here";
         const auto xml = QString::fromUtf8(published.readAll());
         const QRegularExpression member(
             QStringLiteral("<(method|signal) name=\"%1\">(.*?)</\\1>").arg(words[1]),
