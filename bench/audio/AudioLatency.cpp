@@ -8,7 +8,7 @@
 #include "SoundServer.h"
 #include "Voice.h"
 #include "concurrency/QtMainActor.h"
-#include "platform/linux/pulse/PulseAudioInput.h"
+#include "linux/pulse/PulseAudioInput.h"
 #include "support/Figure.h"
 
 #include <QCoreApplication>

@@ -5,9 +5,9 @@
 #include "Ear.h"
 #include "SoundServer.h"
 #include "concurrency/QtMainActor.h"
-#include "platform/linux/audio/SndFileReader.h"
-#include "platform/linux/pulse/PulseAudioInput.h"
-#include "platform/linux/pulse/PulseSoundPlayer.h"
+#include "linux/audio/SndFileReader.h"
+#include "linux/pulse/PulseAudioInput.h"
+#include "linux/pulse/PulseSoundPlayer.h"
 #include "support/Figure.h"
 
 #include <QCoreApplication>

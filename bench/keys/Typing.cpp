@@ -2,13 +2,13 @@
 // typing: some 300 characters of a dozen scripts, dictated into applications of several toolkits: at what
 // pace they are typed, and whether they arrive as they should. The recogniser answers at once; everything
 // else is the real agent.
-#include "delivery/typewriterChunks.h"
 #include "receivers/Receiver.h"
 #include "receivers/mixedText.h"
 #include "speech/TranscriptRules.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
 #include "support/PrivateProgram.h"
+#include "text/typewriterChunks.h"
 
 #include <QCoreApplication>
 

@@ -4,11 +4,11 @@
 // dictated in one.
 #include "concurrency/QtMainActor.h"
 #include "concurrency/ThreadQueues.h"
+#include "linux/posix/PosixFileSystem.h"
+#include "linux/posix/StandardConsole.h"
+#include "linux/sqlite/SqliteSessionDatabase.h"
 #include "persistence/StatsStore.h"
-#include "platform/Directories.h"
-#include "platform/linux/posix/PosixFileSystem.h"
-#include "platform/linux/posix/StandardConsole.h"
-#include "platform/linux/sqlite/SqliteSessionDatabase.h"
+#include "platform/system/Directories.h"
 #include "support/Figure.h"
 
 #include <QCoreApplication>

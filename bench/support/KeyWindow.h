@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/linux/x11/X11Connection.h"
+#include "linux/x11/server/X11Connection.h"
 
 #include <chrono>
 #include <memory>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11InputDevices.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11InputDevices.h"
 
 #include <atomic>
 #include <chrono>

@@ -3,7 +3,7 @@
 // everything that it can show has been shown and is closed again, and whether it grows when that happens
 // again and again.
 #include "RigInput.h"
-#include "platform/linux/posix/SingleInstance.h"
+#include "linux/posix/SingleInstance.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
 #include "support/KeyWindow.h"

@@ -2,7 +2,7 @@
 // panel_opening [TIMES]: how soon the status panel is painted when the program is started a second time. What
 // the second process takes to come up doesn't count: the first is told in the same way by us.
 #include "RigInput.h"
-#include "platform/linux/posix/SingleInstance.h"
+#include "linux/posix/SingleInstance.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
 #include "support/PaintWitness.h"

@@ -2,8 +2,8 @@
 #include "app/Agent.h"
 
 #include "app/Machine.h"
-#include "shell/FocusNoticeText.h"
-#include "shell/Localization.h"
+#include "shell/hud/FocusNoticeText.h"
+#include "text/Localization.h"
 #include "views/QuickMenuPanel.h"
 
 #include <QLocale>

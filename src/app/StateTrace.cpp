@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/StateTrace.h"
 
-#include "platform/Console.h"
-#include "platform/MicrophonePermission.h"
-#include "shell/DictationHUDController.h"
+#include "platform/sound/MicrophonePermission.h"
+#include "platform/system/Console.h"
 #include "shell/MenuBarController.h"
-#include "shell/ReadinessMonitor.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/readiness/ReadinessMonitor.h"
 
 namespace talvera {
 

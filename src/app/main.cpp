@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/Agent.h"
 #include "app/Machine.h"
-#include "platform/PlatformError.h"
-#include "platform/linux/posix/SingleInstance.h"
-#include "platform/linux/posix/TerminationSignals.h"
-#include "platform/linux/posix/leftRecordings.h"
-#include "platform/linux/xdg/ApplicationId.h"
-#include "platform/linux/xdg/XdgDirectories.h"
+#include "linux/posix/SingleInstance.h"
+#include "linux/posix/TerminationSignals.h"
+#include "linux/posix/leftRecordings.h"
+#include "linux/support/ApplicationId.h"
+#include "linux/xdg/XdgDirectories.h"
+#include "platform/system/PlatformError.h"
 #include "views/ViewEngine.h"
 
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "shell/MenuPanelController.h"
+#include "shell/panel/MenuPanelController.h"
 
 #include <QString>
 #include <QUuid>

@@ -3,9 +3,9 @@
 
 #include "concurrency/Published.h"
 #include "core/AgentEnvironment.h"
-#include "platform/EventTap.h"
-#include "platform/MicrophonePermission.h"
-#include "shell/MenuPanelController.h"
+#include "platform/keyboard/EventTap.h"
+#include "platform/sound/MicrophonePermission.h"
+#include "shell/panel/MenuPanelController.h"
 
 #include <memory>
 #include <optional>

@@ -5,14 +5,14 @@
 #include "core/Route.h"
 #include "delivery/TextInserter.h"
 #include "persistence/StatsStore.h"
-#include "platform/FileSystem.h"
-#include "platform/PlatformError.h"
-#include "shell/DictationHUDController.h"
-#include "shell/Localization.h"
+#include "platform/system/FileSystem.h"
+#include "platform/system/PlatformError.h"
 #include "shell/MenuBarController.h"
-#include "shell/ReadinessMonitor.h"
-#include "speech/Characters.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/readiness/ReadinessMonitor.h"
 #include "speech/ChunkedTranscription.h"
+#include "text/Characters.h"
+#include "text/Localization.h"
 
 #include <utility>
 

@@ -2,10 +2,10 @@
 #include "core/PermissionPrompt.h"
 
 #include "persistence/AppSettings.h"
-#include "platform/Accessibility.h"
-#include "platform/MicrophonePermission.h"
-#include "shell/DictationHUDController.h"
-#include "shell/ReadinessMonitor.h"
+#include "platform/desktop/Accessibility.h"
+#include "platform/sound/MicrophonePermission.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/readiness/ReadinessMonitor.h"
 
 #include <utility>
 

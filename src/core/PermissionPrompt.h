@@ -2,7 +2,7 @@
 #pragma once
 
 #include "core/AgentEnvironment.h"
-#include "shell/DictationHUDState.h"
+#include "shell/hud/DictationHUDState.h"
 
 #include <memory>
 

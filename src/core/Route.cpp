@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Route.h"
 
-#include "platform/LanguageRecognizer.h"
+#include "platform/language/LanguageRecognizer.h"
 
 namespace talvera {
 

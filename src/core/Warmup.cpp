@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Warmup.h"
 
-#include "platform/Console.h"
+#include "platform/system/Console.h"
 
 namespace talvera {
 

@@ -2,8 +2,8 @@
 #include "delivery/FocusTracker.h"
 
 #include "concurrency/MainActor.h"
-#include "platform/Accessibility.h"
-#include "platform/Workspace.h"
+#include "platform/desktop/Accessibility.h"
+#include "platform/desktop/Workspace.h"
 
 #include <algorithm>
 #include <array>

@@ -6,10 +6,10 @@
 #include "delivery/DeliverySettings.h"
 #include "delivery/FocusMatch.h"
 #include "delivery/FocusTracker.h"
-#include "delivery/typewriterChunks.h"
-#include "platform/KeyEventPoster.h"
-#include "platform/Pasteboard.h"
-#include "platform/Workspace.h"
+#include "platform/desktop/Pasteboard.h"
+#include "platform/desktop/Workspace.h"
+#include "platform/keyboard/KeyEventPoster.h"
+#include "text/typewriterChunks.h"
 
 namespace talvera {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyBinding.h"
 
-#include "platform/EventTap.h"
-#include "platform/KeyboardLayout.h"
+#include "platform/keyboard/EventTap.h"
+#include "platform/keyboard/KeyboardLayout.h"
 
 #include <QHash>
 

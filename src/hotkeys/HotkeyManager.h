@@ -3,8 +3,8 @@
 
 #include "concurrency/MainActor.h"
 #include "hotkeys/HotkeyBinding.h"
-#include "platform/Console.h"
-#include "platform/EventTap.h"
+#include "platform/keyboard/EventTap.h"
+#include "platform/system/Console.h"
 
 #include <functional>
 #include <memory>

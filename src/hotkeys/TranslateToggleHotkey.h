@@ -2,7 +2,7 @@
 #pragma once
 
 #include "hotkeys/HotkeyBinding.h"
-#include "platform/EventTap.h"
+#include "platform/keyboard/EventTap.h"
 
 #include <functional>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "language/CleanupTone.h"
 
-#include "platform/CaseNames.h"
+#include "text/CaseNames.h"
 
 namespace talvera {
 

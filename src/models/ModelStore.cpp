@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "models/ModelStore.h"
 
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 
 namespace talvera {
 

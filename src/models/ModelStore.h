@@ -2,8 +2,8 @@
 #pragma once
 
 #include "concurrency/Published.h"
-#include "platform/Directories.h"
-#include "platform/FileSystem.h"
+#include "platform/system/Directories.h"
+#include "platform/system/FileSystem.h"
 
 #include <QString>
 

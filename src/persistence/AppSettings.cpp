@@ -2,7 +2,7 @@
 #include "persistence/AppSettings.h"
 
 #include "language/TargetLanguage.h"
-#include "platform/EventTap.h"
+#include "platform/keyboard/EventTap.h"
 
 #include <algorithm>
 

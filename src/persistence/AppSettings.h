@@ -6,7 +6,7 @@
 #include "hotkeys/HotkeyBinding.h"
 #include "language/CleanupTone.h"
 #include "persistence/Setting.h"
-#include "platform/PreferenceStore.h"
+#include "platform/system/PreferenceStore.h"
 
 #include <optional>
 

@@ -3,11 +3,11 @@
 
 #include "concurrency/BackgroundPool.h"
 #include "concurrency/MainActor.h"
-#include "persistence/TextCounts.h"
-#include "platform/Console.h"
-#include "platform/Directories.h"
-#include "platform/FileSystem.h"
-#include "platform/PlatformError.h"
+#include "platform/system/Console.h"
+#include "platform/system/Directories.h"
+#include "platform/system/FileSystem.h"
+#include "platform/system/PlatformError.h"
+#include "text/TextCounts.h"
 
 #include <algorithm>
 #include <cmath>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "concurrency/Published.h"
-#include "platform/SessionDatabase.h"
+#include "platform/system/SessionDatabase.h"
 
 #include <QString>
 

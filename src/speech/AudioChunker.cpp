@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "speech/AudioChunker.h"
 
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 #include "speech/WavWriter.h"
 #include "speech/WhisperArguments.h"
 

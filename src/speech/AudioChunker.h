@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/AudioFile.h"
-#include "platform/FileSystem.h"
+#include "platform/sound/AudioFile.h"
+#include "platform/system/FileSystem.h"
 
 #include <QString>
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "concurrency/MainActor.h"
-#include "platform/AudioConverter.h"
-#include "platform/AudioEngine.h"
-#include "platform/FileSystem.h"
+#include "platform/sound/AudioConverter.h"
+#include "platform/sound/AudioEngine.h"
+#include "platform/system/FileSystem.h"
 
 #include <QString>
 

@@ -2,8 +2,8 @@
 #include "speech/ChunkedTranscription.h"
 
 #include "concurrency/onBackground.h"
-#include "speech/Characters.h"
 #include "speech/OverlapMerge.h"
+#include "text/Characters.h"
 
 #include <QStringList>
 

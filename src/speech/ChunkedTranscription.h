@@ -4,9 +4,9 @@
 #include "concurrency/BackgroundPool.h"
 #include "concurrency/MainActor.h"
 #include "concurrency/Task.h"
-#include "platform/AudioFile.h"
-#include "platform/Console.h"
-#include "platform/FileSystem.h"
+#include "platform/sound/AudioFile.h"
+#include "platform/system/Console.h"
+#include "platform/system/FileSystem.h"
 #include "speech/AudioChunker.h"
 #include "speech/WhisperRunner.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "speech/OverlapMerge.h"
 
-#include "speech/Characters.h"
+#include "text/Characters.h"
 
 #include <algorithm>
 #include <vector>

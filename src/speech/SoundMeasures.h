@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/AudioBuffer.h"
+#include "platform/sound/AudioBuffer.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "speech/TranscriptRules.h"
 
-#include "speech/Characters.h"
+#include "text/Characters.h"
 
 #include <QSet>
 #include <QStringList>

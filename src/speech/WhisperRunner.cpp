@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "speech/WhisperRunner.h"
 
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 #include "speech/TranscriptRules.h"
 #include "speech/WhisperArguments.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/ChildProcess.h"
-#include "platform/Directories.h"
-#include "platform/FileSystem.h"
+#include "platform/system/ChildProcess.h"
+#include "platform/system/Directories.h"
+#include "platform/system/FileSystem.h"
 #include "speech/WhisperError.h"
 #include "speech/WhisperMode.h"
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "concurrency/Published.h"
-#include "shell/HUDTexts.h"
-#include "shell/StateHolder.h"
+#include "shell/hud/HUDTexts.h"
+#include "shell/hud/StateHolder.h"
 
 #include <QObject>
 

@@ -2,7 +2,7 @@
 #include "views/QuickHUDPanel.h"
 
 #include "concurrency/MainActor.h"
-#include "platform/OverlayDesktop.h"
+#include "platform/desktop/OverlayDesktop.h"
 #include "views/ViewEngine.h"
 #include "views/roundedSpans.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "concurrency/Published.h"
-#include "shell/HUDPanel.h"
+#include "shell/hud/HUDPanel.h"
 #include "views/HUDModel.h"
 
 #include <QQuickItem>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "views/QuickMenuPanel.h"
 
-#include "platform/PanelDesktop.h"
-#include "shell/MenuPanelModel.h"
+#include "platform/desktop/PanelDesktop.h"
+#include "shell/panel/MenuPanelModel.h"
 #include "views/KeyablePanel.h"
 #include "views/ViewEngine.h"
 #include "views/roundedSpans.h"

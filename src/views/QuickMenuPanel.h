@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "shell/MenuPanelWindow.h"
+#include "shell/panel/MenuPanelWindow.h"
 
 #include <QVariantAnimation>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "views/ViewEngine.h"
 
-#include "platform/DesktopAppearance.h"
+#include "platform/desktop/DesktopAppearance.h"
 #include "views/SymbolProvider.h"
 
 #include <QFontInfo>

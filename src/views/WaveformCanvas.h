@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "shell/Waveform.h"
+#include "shell/hud/Waveform.h"
 
 #include <QColor>
 #include <QImage>

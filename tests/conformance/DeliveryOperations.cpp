@@ -5,8 +5,8 @@
 #include "delivery/FocusTracker.h"
 #include "delivery/InsertionMode.h"
 #include "delivery/TextInserter.h"
-#include "delivery/typewriterChunks.h"
 #include "operations.h"
+#include "text/typewriterChunks.h"
 
 namespace talvera::conformance {
 

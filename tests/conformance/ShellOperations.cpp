@@ -3,11 +3,11 @@
 #include "SimulatedMainActor.h"
 #include "operations.h"
 #include "persistence/AppSettings.h"
-#include "shell/DictationHUDController.h"
 #include "shell/MenuBarController.h"
-#include "shell/ReadinessMonitor.h"
-#include "shell/UnseenHUDPanel.h"
-#include "shell/durationText.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/hud/UnseenHUDPanel.h"
+#include "shell/panel/durationText.h"
+#include "shell/readiness/ReadinessMonitor.h"
 
 #include <array>
 #include <limits>

@@ -6,7 +6,7 @@
 #include "SimulatedMainActor.h"
 #include "operations.h"
 #include "persistence/StatsStore.h"
-#include "platform/Directories.h"
+#include "platform/system/Directories.h"
 
 #include <cmath>
 

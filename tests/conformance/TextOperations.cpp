@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
-#include "persistence/TextCounts.h"
-#include "shell/StartSound.h"
+#include "shell/settings/StartSound.h"
+#include "text/TextCounts.h"
 
 namespace talvera::conformance {
 

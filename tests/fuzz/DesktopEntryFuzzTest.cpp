@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Mutator.h"
-#include "platform/linux/ForeignText.h"
-#include "platform/linux/xdg/DesktopEntry.h"
+#include "linux/applications/DesktopEntry.h"
+#include "linux/support/ForeignText.h"
 
 #include <gtest/gtest.h>
 

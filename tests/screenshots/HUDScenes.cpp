@@ -2,9 +2,9 @@
 #include "HUDScenes.h"
 
 #include "Stage.h"
-#include "shell/DictationHUDController.h"
-#include "shell/FocusNoticeText.h"
-#include "shell/Localization.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/hud/FocusNoticeText.h"
+#include "text/Localization.h"
 #include "views/QuickHUDPanel.h"
 
 namespace talvera::test {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "IconSheet.h"
 
-#include "platform/linux/tray/SymbolPainter.h"
+#include "linux/tray/SymbolPainter.h"
 #include "views/SymbolProvider.h"
 
 #include <QPainter>

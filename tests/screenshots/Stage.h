@@ -3,9 +3,9 @@
 
 #include "InMemoryPreferenceStore.h"
 #include "concurrency/QtMainActor.h"
+#include "linux/x11/windows/X11OverlayDesktop.h"
 #include "persistence/AppSettings.h"
-#include "platform/DesktopAppearance.h"
-#include "platform/linux/x11/X11OverlayDesktop.h"
+#include "platform/desktop/DesktopAppearance.h"
 #include "views/ViewEngine.h"
 
 #include <QRasterWindow>

@@ -2,7 +2,7 @@
 #include "TrayScenes.h"
 
 #include "Stage.h"
-#include "platform/linux/tray/TrayStatusItem.h"
+#include "linux/tray/TrayStatusItem.h"
 #include "views/SymbolProvider.h"
 
 #include <QProcess>

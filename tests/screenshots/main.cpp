@@ -7,7 +7,7 @@
 #include "PanelScenes.h"
 #include "Stage.h"
 #include "TrayScenes.h"
-#include "shell/TextCatalog.h"
+#include "shell/texts/TextCatalog.h"
 
 #include <QFile>
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
 
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 
 #include <cerrno>
 #include <limits>

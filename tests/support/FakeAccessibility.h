@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Accessibility.h"
+#include "platform/desktop/Accessibility.h"
 
 #include <deque>
 #include <functional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/AudioConverter.h"
+#include "platform/sound/AudioConverter.h"
 
 namespace talvera::test {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/AudioEngine.h"
-#include "platform/PlatformError.h"
+#include "platform/sound/AudioEngine.h"
+#include "platform/system/PlatformError.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeAudioFileReader.h"
 
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 
 #include <QtEndian>
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "concurrency/MainActor.h"
-#include "platform/ChildProcess.h"
-#include "platform/FileSystem.h"
-#include "platform/PlatformError.h"
+#include "platform/system/ChildProcess.h"
+#include "platform/system/FileSystem.h"
+#include "platform/system/PlatformError.h"
 
 #include <functional>
 #include <optional>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "concurrency/MainActor.h"
-#include "platform/Notifier.h"
-#include "platform/UpdateService.h"
+#include "platform/desktop/Notifier.h"
+#include "platform/system/UpdateService.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeEventTap.h"
 
-#include "platform/VirtualKeys.h"
+#include "platform/keyboard/VirtualKeys.h"
 
 #include <algorithm>
 #include <utility>

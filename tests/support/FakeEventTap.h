@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/EventTap.h"
+#include "platform/keyboard/EventTap.h"
 
 #include <optional>
 #include <set>

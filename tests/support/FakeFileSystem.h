@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/FileSystem.h"
+#include "platform/system/FileSystem.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeKeyEventPoster.h"
 
-#include "platform/typeableCharacters.h"
+#include "text/typeableCharacters.h"
 
 namespace talvera::test {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "FakePasteboard.h"
-#include "platform/KeyEventPoster.h"
+#include "platform/keyboard/KeyEventPoster.h"
 
 #include <QList>
 

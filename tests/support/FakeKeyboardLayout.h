@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/KeyboardLayout.h"
+#include "platform/keyboard/KeyboardLayout.h"
 
 #include <map>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/LanguageModel.h"
+#include "platform/language/LanguageModel.h"
 
 namespace talvera::test {
 

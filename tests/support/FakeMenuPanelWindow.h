@@ -2,7 +2,7 @@
 #pragma once
 
 #include "SimulatedMainActor.h"
-#include "shell/MenuPanelWindow.h"
+#include "shell/panel/MenuPanelWindow.h"
 
 namespace talvera::test {
 

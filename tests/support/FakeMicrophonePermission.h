@@ -2,7 +2,7 @@
 #pragma once
 
 #include "concurrency/MainActor.h"
-#include "platform/MicrophonePermission.h"
+#include "platform/sound/MicrophonePermission.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/PointerMonitor.h"
+#include "platform/desktop/PointerMonitor.h"
 
 #include <memory>
 

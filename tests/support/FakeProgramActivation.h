@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/ProgramActivation.h"
+#include "platform/desktop/ProgramActivation.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/PlatformError.h"
-#include "platform/SessionDatabase.h"
+#include "platform/system/PlatformError.h"
+#include "platform/system/SessionDatabase.h"
 
 #include <functional>
 #include <memory>

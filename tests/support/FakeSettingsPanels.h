@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/SettingsPanels.h"
+#include "platform/desktop/SettingsPanels.h"
 
 #include <functional>
 #include <vector>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/StatusItem.h"
+#include "platform/desktop/StatusItem.h"
 
 namespace talvera::test {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Workspace.h"
+#include "platform/desktop/Workspace.h"
 
 #include <functional>
 #include <map>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/PreferenceStore.h"
+#include "platform/system/PreferenceStore.h"
 
 #include <map>
 

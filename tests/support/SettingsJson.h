@@ -2,7 +2,7 @@
 #pragma once
 
 #include "persistence/AppSettings.h"
-#include "platform/PreferenceStore.h"
+#include "platform/system/PreferenceStore.h"
 
 #include <nlohmann/json.hpp>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "SimulatedMainActor.h"
-#include "shell/HUDPanel.h"
+#include "shell/hud/HUDPanel.h"
 
 #include <utility>
 

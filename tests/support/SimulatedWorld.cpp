@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatedWorld.h"
 
-#include "shell/FocusNoticeText.h"
+#include "shell/hud/FocusNoticeText.h"
 
 #include <cmath>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Speech.h"
 
-#include "platform/linux/audio/SndFileReader.h"
-#include "platform/linux/audio/SoxrAudioConverter.h"
+#include "linux/audio/SndFileReader.h"
+#include "linux/audio/SoxrAudioConverter.h"
 #include "speech/AudioChunker.h"
 
 #include <QProcess>

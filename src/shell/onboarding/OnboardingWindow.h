@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Console.h"
+#include "platform/system/Console.h"
 
 namespace talvera {
 

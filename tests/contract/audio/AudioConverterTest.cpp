@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FakeAudioConverter.h"
-#include "platform/linux/audio/SoxrAudioConverter.h"
+#include "linux/audio/SoxrAudioConverter.h"
 
 #include <gtest/gtest.h>
 

@@ -5,9 +5,9 @@
 #include "SoundServer.h"
 #include "Voice.h"
 #include "concurrency/QtMainActor.h"
+#include "linux/pulse/PulseAudioInput.h"
 #include "listening.h"
-#include "platform/PlatformError.h"
-#include "platform/linux/pulse/PulseAudioInput.h"
+#include "platform/system/PlatformError.h"
 
 #include <QCoreApplication>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // From what is said into a microphone to the WAV file that the recogniser reads, with nothing stood in for.
 #include "SoundServerTest.h"
+#include "linux/audio/SndFileReader.h"
+#include "linux/audio/SoxrAudioConverter.h"
+#include "linux/posix/PosixFileSystem.h"
 #include "listening.h"
-#include "platform/linux/audio/SndFileReader.h"
-#include "platform/linux/audio/SoxrAudioConverter.h"
-#include "platform/linux/posix/PosixFileSystem.h"
 #include "speech/AudioRecorder.h"
 
 #include <cstring>

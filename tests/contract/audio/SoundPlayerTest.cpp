@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "ObservedFakes.h"
 #include "SoundServerTest.h"
+#include "linux/audio/SndFileReader.h"
+#include "linux/pulse/PulseSoundPlayer.h"
 #include "listening.h"
-#include "platform/linux/audio/SndFileReader.h"
-#include "platform/linux/pulse/PulseSoundPlayer.h"
-#include "shell/StartSound.h"
+#include "shell/settings/StartSound.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ObservedFakes.h"
-#include "platform/linux/xdg/XdgLoginItem.h"
-#include "shell/LaunchAtLogin.h"
+#include "linux/xdg/XdgLoginItem.h"
+#include "shell/settings/LaunchAtLogin.h"
 
 #include <QDir>
 #include <QFile>

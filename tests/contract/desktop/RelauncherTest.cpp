@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/PlatformError.h"
-#include "platform/linux/posix/PosixRelauncher.h"
+#include "linux/posix/PosixRelauncher.h"
+#include "platform/system/PlatformError.h"
 
 #include <QFile>
 #include <QProcess>

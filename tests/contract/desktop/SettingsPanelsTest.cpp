@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeSettingsPanels.h"
 #include "RecordingConsole.h"
-#include "platform/linux/xdg/DesktopSettingsPanels.h"
+#include "linux/xdg/DesktopSettingsPanels.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 #include "FakeDesktopServices.h"
 #include "PrivateBus.h"
 #include "concurrency/QtMainActor.h"
-#include "platform/linux/dbus/PackageKitUpdates.h"
+#include "linux/dbus/PackageKitUpdates.h"
 
 #include <QCoreApplication>
 #include <QProcess>

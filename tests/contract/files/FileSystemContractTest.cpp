@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeFileSystem.h"
-#include "platform/PlatformError.h"
-#include "platform/linux/posix/PosixFileSystem.h"
+#include "linux/posix/PosixFileSystem.h"
+#include "platform/system/PlatformError.h"
 
 #include <QTemporaryDir>
 

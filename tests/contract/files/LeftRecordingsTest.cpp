@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/posix/leftRecordings.h"
+#include "linux/posix/leftRecordings.h"
 
 #include "PrintQt.h"
 

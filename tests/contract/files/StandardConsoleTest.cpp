@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/posix/StandardConsole.h"
+#include "linux/posix/StandardConsole.h"
 
 #include <QByteArray>
 #include <QList>

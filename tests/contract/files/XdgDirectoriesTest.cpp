@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/xdg/XdgDirectories.h"
-#include "platform/PlatformError.h"
+#include "linux/xdg/XdgDirectories.h"
+#include "platform/system/PlatformError.h"
 
 #include <QDir>
 #include <QFile>

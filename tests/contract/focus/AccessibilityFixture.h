@@ -4,11 +4,11 @@
 #include "Peer.h"
 #include "SimulatedMainActor.h"
 #include "delivery/FocusTracker.h"
-#include "platform/linux/atspi/AtspiAccessibility.h"
-#include "platform/linux/x11/EwmhWorkspace.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11SessionAccess.h"
-#include "platform/linux/xdg/DesktopEntryCatalog.h"
+#include "linux/applications/DesktopEntryCatalog.h"
+#include "linux/atspi/AtspiAccessibility.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/windows/EwmhWorkspace.h"
+#include "linux/x11/windows/X11SessionAccess.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What real applications tell of their focus, and what becomes of those that don't.
 #include "AccessibilityFixture.h"
-#include "platform/linux/atspi/GlibPtr.h"
+#include "linux/atspi/GlibPtr.h"
 #include "receivers/Receiver.h"
 
 #include <QApplication>

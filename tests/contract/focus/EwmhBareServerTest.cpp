@@ -2,10 +2,10 @@
 // Sessions that lack something: the window manager, an extension, the server itself. And programs of other
 // machines.
 #include "WindowPeer.h"
-#include "platform/linux/x11/EwmhWorkspace.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11SessionAccess.h"
-#include "platform/linux/xdg/DesktopEntryCatalog.h"
+#include "linux/applications/DesktopEntryCatalog.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/windows/EwmhWorkspace.h"
+#include "linux/x11/windows/X11SessionAccess.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Windows as they come in real sessions: nameless, hostile, of the desktop itself.
-#include "platform/linux/x11/EwmhWorkspace.h"
+#include "linux/x11/windows/EwmhWorkspace.h"
 #include "WindowPeer.h"
-#include "platform/linux/x11/EwmhWindows.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11SessionAccess.h"
-#include "platform/linux/xdg/DesktopEntryCatalog.h"
+#include "linux/applications/DesktopEntryCatalog.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/windows/EwmhWindows.h"
+#include "linux/x11/windows/X11SessionAccess.h"
 
 #include <QDir>
 #include <QSaveFile>

@@ -2,9 +2,9 @@
 // What every workspace promises, the fake one and that of an X11 session alike.
 #include "FakeWorkspace.h"
 #include "Peer.h"
-#include "platform/linux/x11/EwmhWorkspace.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/xdg/DesktopEntryCatalog.h"
+#include "linux/applications/DesktopEntryCatalog.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/windows/EwmhWorkspace.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 // What every event tap promises, asked of the one that tests use and of the real one alike.
 #include "FakeEventTap.h"
 #include "RealKeyboard.h"
-#include "platform/linux/x11/X11KeyCodes.h"
+#include "linux/x11/keys/X11KeyCodes.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 // default chord.
 #include "concurrency/QtMainActor.h"
 #include "hotkeys/HotkeyManager.h"
-#include "platform/linux/x11/X11EventTapFactory.h"
+#include "linux/x11/keys/X11EventTapFactory.h"
 
 #include <QCoreApplication>
 

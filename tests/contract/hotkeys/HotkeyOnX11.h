@@ -4,7 +4,7 @@
 #include "RealKeyboard.h"
 #include "RecordingConsole.h"
 #include "hotkeys/HotkeyManager.h"
-#include "platform/linux/x11/XcbXkb.h"
+#include "linux/x11/server/XcbXkb.h"
 
 #include <gtest/gtest.h>
 

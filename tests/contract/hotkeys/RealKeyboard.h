@@ -4,7 +4,7 @@
 #include "KeyLogWindow.h"
 #include "RigInput.h"
 #include "concurrency/QtMainActor.h"
-#include "platform/linux/x11/X11EventTapFactory.h"
+#include "linux/x11/keys/X11EventTapFactory.h"
 
 #include <QCoreApplication>
 

@@ -2,7 +2,7 @@
 // The hotkey as its user meets it: real keyboards, a real application.
 #include "HotkeyOnX11.h"
 #include "KeyMap.h"
-#include "platform/linux/x11/X11ChordGrabs.h"
+#include "linux/x11/keys/X11ChordGrabs.h"
 
 #include <chrono>
 #include <thread>

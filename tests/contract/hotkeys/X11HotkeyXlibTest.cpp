@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What only the older client library can arrange.
 #include "HotkeyOnX11.h"
-#include "platform/linux/x11/X11SessionAccess.h"
+#include "linux/x11/windows/X11SessionAccess.h"
 
 // Last, since they define words such as None and Bool.
 #include <X11/XKBlib.h>

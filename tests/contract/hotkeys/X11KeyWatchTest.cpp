@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/x11/X11KeyWatch.h"
+#include "linux/x11/keys/X11KeyWatch.h"
 
 #include "KeyLogWindow.h"
 #include "KeyMap.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/x11/X11KeyboardLayout.h"
+#include "linux/x11/keys/X11KeyboardLayout.h"
 
 #include "HotkeyOnX11.h"
 #include "KeyMap.h"

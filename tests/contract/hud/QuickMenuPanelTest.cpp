@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The real panel of the tray over other programs' windows, on a real X server.
 #include "views/QuickMenuPanel.h"
-#include "../../unit/shell/PanelFixture.h"
 #include "OtherWindow.h"
-#include "platform/DesktopAppearance.h"
-#include "platform/linux/x11/X11PanelDesktop.h"
-#include "shell/MenuPanelModel.h"
+#include "PanelFixture.h"
+#include "linux/x11/windows/X11PanelDesktop.h"
+#include "platform/desktop/DesktopAppearance.h"
+#include "shell/panel/MenuPanelModel.h"
 #include "views/KeyablePanel.h"
 #include "views/ViewEngine.h"
 

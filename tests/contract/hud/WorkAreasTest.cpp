@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/x11/WorkAreas.h"
+#include "linux/x11/windows/WorkAreas.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/posix/PosixChildProcess.h"
-#include "platform/PlatformError.h"
+#include "linux/posix/PosixChildProcess.h"
+#include "platform/system/PlatformError.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/posix/SingleInstance.h"
+#include "linux/posix/SingleInstance.h"
 
 #include "ForkedProcess.h"
 #include "PrintQt.h"
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 
 #include <QCoreApplication>
 #include <QDir>

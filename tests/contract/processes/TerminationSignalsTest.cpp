@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/posix/TerminationSignals.h"
+#include "linux/posix/TerminationSignals.h"
 
 #include "ForkedProcess.h"
 

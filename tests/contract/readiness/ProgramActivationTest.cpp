@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FakeProgramActivation.h"
-#include "platform/linux/xdg/QtProgramActivation.h"
+#include "linux/xdg/QtProgramActivation.h"
 
 #include <QGuiApplication>
 #include <QWindow>

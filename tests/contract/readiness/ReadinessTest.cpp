@@ -4,14 +4,14 @@
 #include "FakeSettingsPanels.h"
 #include "SoundServer.h"
 #include "concurrency/QtMainActor.h"
-#include "platform/linux/atspi/AtspiAccessibility.h"
-#include "platform/linux/pulse/PulseConnection.h"
-#include "platform/linux/pulse/PulseMicrophonePermission.h"
-#include "platform/linux/x11/EwmhWorkspace.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11SessionAccess.h"
-#include "platform/linux/xdg/DesktopEntryCatalog.h"
-#include "shell/ReadinessMonitor.h"
+#include "linux/applications/DesktopEntryCatalog.h"
+#include "linux/atspi/AtspiAccessibility.h"
+#include "linux/pulse/PulseConnection.h"
+#include "linux/pulse/PulseMicrophonePermission.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/windows/EwmhWorkspace.h"
+#include "linux/x11/windows/X11SessionAccess.h"
+#include "shell/readiness/ReadinessMonitor.h"
 
 #include <QCoreApplication>
 #include <QProcess>

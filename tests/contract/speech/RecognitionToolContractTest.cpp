@@ -4,8 +4,8 @@
 #include "SimulatedMainActor.h"
 #include "Speech.h"
 #include "TinyDisk.h"
-#include "platform/linux/posix/PosixChildProcess.h"
-#include "platform/linux/posix/PosixFileSystem.h"
+#include "linux/posix/PosixChildProcess.h"
+#include "linux/posix/PosixFileSystem.h"
 #include "speech/WavWriter.h"
 #include "speech/WhisperArguments.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "TinyDisk.h"
-#include "platform/PlatformError.h"
-#include "platform/linux/audio/SndFileReader.h"
-#include "platform/linux/posix/PosixChildProcess.h"
-#include "platform/linux/posix/PosixFileSystem.h"
+#include "linux/audio/SndFileReader.h"
+#include "linux/posix/PosixChildProcess.h"
+#include "linux/posix/PosixFileSystem.h"
+#include "platform/system/PlatformError.h"
 #include "speech/AudioChunker.h"
 #include "speech/WavWriter.h"
 #include "speech/WhisperRunner.h"

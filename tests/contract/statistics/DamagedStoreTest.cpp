@@ -2,11 +2,11 @@
 #include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
+#include "linux/posix/PosixFileSystem.h"
+#include "linux/sqlite/SqliteSessionDatabase.h"
 #include "persistence/StatsStore.h"
-#include "platform/Directories.h"
-#include "platform/PlatformError.h"
-#include "platform/linux/posix/PosixFileSystem.h"
-#include "platform/linux/sqlite/SqliteSessionDatabase.h"
+#include "platform/system/Directories.h"
+#include "platform/system/PlatformError.h"
 
 #include <QDir>
 #include <QFile>

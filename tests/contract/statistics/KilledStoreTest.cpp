@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/linux/sqlite/SqliteSessionDatabase.h"
+#include "linux/sqlite/SqliteSessionDatabase.h"
 
 #include <QDir>
 #include <QProcess>

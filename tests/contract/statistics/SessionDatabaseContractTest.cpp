@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FakeSessionDatabase.h"
-#include "platform/linux/sqlite/SqliteSessionDatabase.h"
+#include "linux/sqlite/SqliteSessionDatabase.h"
 
 #include <QTemporaryDir>
 

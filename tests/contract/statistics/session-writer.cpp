@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // session-writer PATH: adds sessions to the store, numbered by their words from what is there on, and prints
 // each number once its session is safe.
-#include "platform/linux/sqlite/SqliteSessionDatabase.h"
+#include "linux/sqlite/SqliteSessionDatabase.h"
 
 #include <QString>
 

@@ -2,7 +2,7 @@
 // The item as panels meet it on the session bus.
 #include "NotifierWatcher.h"
 #include "PrintQt.h"
-#include "platform/linux/tray/StatusNotifierLink.h"
+#include "linux/tray/StatusNotifierLink.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>

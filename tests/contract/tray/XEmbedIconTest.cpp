@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The icon in a real tray that takes windows into itself.
-#include "platform/linux/tray/XEmbedIcon.h"
+#include "linux/tray/XEmbedIcon.h"
 #include "OtherWindow.h"
 
 #include <QProcess>

@@ -4,7 +4,7 @@
 #include "OtherWindow.h"
 #include "PrintQt.h"
 #include "RigInput.h"
-#include "platform/linux/tray/XEmbedIcon.h"
+#include "linux/tray/XEmbedIcon.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/AudioEngine.h"
+#include "platform/sound/AudioEngine.h"
 
 #include <chrono>
 #include <condition_variable>

@@ -2,7 +2,7 @@
 #include "hotkeys/HotkeyBinding.h"
 
 #include "FakeKeyboardLayout.h"
-#include "platform/EventTap.h"
+#include "platform/keyboard/EventTap.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "models/ModelStore.h"
-#include "platform/linux/posix/PosixFileSystem.h"
+#include "linux/posix/PosixFileSystem.h"
 
 #include <QDir>
 #include <QFile>

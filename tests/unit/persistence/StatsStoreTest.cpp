@@ -6,7 +6,7 @@
 #include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
-#include "platform/Directories.h"
+#include "platform/system/Directories.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include "FakeAudioFileReader.h"
 #include "FakeFileSystem.h"
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 #include "speech/WavWriter.h"
 
 #include <gtest/gtest.h>

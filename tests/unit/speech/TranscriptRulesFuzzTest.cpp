@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "speech/Characters.h"
 #include "speech/OverlapMerge.h"
 #include "speech/TranscriptRules.h"
+#include "text/Characters.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "speech/WavWriter.h"
 
 #include "FakeFileSystem.h"
-#include "platform/PlatformError.h"
+#include "platform/system/PlatformError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "shell/TextCatalog.h"
+#include "shell/texts/TextCatalog.h"
 
 #include <QCoreApplication>
 #include <QFile>

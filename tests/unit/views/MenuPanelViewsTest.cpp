@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // What the panel's views make of the state, without a screen.
-#include "../shell/PanelFixture.h"
 #include "GermanTexts.h"
+#include "PanelFixture.h"
 #include "itemsBelow.h"
-#include "platform/DesktopAppearance.h"
-#include "shell/MenuPanelModel.h"
+#include "platform/desktop/DesktopAppearance.h"
+#include "shell/panel/MenuPanelModel.h"
 #include "views/ViewEngine.h"
 
 #include <QQuickWindow>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "views/SymbolProvider.h"
-#include "platform/linux/tray/SymbolPainter.h"
+#include "linux/tray/SymbolPainter.h"
 
 #include <QColor>
 #include <QDir>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/DesktopAppearance.h"
+#include "platform/desktop/DesktopAppearance.h"
 #include "views/ViewEngine.h"
 
 #include <QColor>

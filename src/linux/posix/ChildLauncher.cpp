@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+#include "linux/posix/ChildLauncher.h"
+
+#include "platform/system/PlatformError.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+
+#include <linux/close_range.h>
+
+namespace talvera {
+
+namespace {
+
+/// So much may wait unread in a pipe; the usual 64 KiB would block the tool after some twenty minutes of
+/// talk.
+constexpr int pipeBytes = 1 << 20;
+
+[[noreturn]] void fail(int code, const QString& what) {
+    throw PlatformError(QStringLiteral("ChildProcess"), code,
+                        QStringLiteral("%1: %2").arg(what, qt_error_string(code)));
+}
+
+struct Pipe {
+    FileDescriptor readEnd;
+    FileDescriptor writeEnd;
+};
+
+/// Moves a descriptor out of the way of 0, 1 and 2, which may be free when our own streams are closed.
+FileDescriptor aboveStandardStreams(int descriptor) {
+    FileDescriptor original(descriptor);
+    if (descriptor > STDERR_FILENO)
+        return original;
+    FileDescriptor moved(::fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+    if (!moved.isOpen())
+        fail(errno, QStringLiteral("pipe"));
+    return moved;
+}
+
+Pipe makePipe() {
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0)
+        fail(errno, QStringLiteral("pipe"));
+    Pipe pipe;
+    FileDescriptor writeEnd(ends[1]); // closed should moving the first one fail
+    pipe.readEnd = aboveStandardStreams(ends[0]);
+    pipe.writeEnd = aboveStandardStreams(writeEnd.release());
+    return pipe;
+}
+
+Pipe makeRoomyPipe() {
+    auto pipe = makePipe();
+    ::fcntl(pipe.writeEnd.get(), F_SETPIPE_SZ, pipeBytes); // if not allowed, the usual size has to do
+    return pipe;
+}
+
+/// The strings of a request in the form that exec takes.
+class ExecArguments {
+public:
+    explicit ExecArguments(const ChildProcessRequest& request)
+        : m_directory(encoded(request.workingDirectory)) {
+        m_strings.push_back(encoded(request.executable));
+        for (const auto& argument : request.arguments)
+            m_strings.push_back(encoded(argument));
+        for (auto& string : m_strings)
+            m_pointers.push_back(string.data());
+        m_pointers.push_back(nullptr);
+    }
+
+    const char* directory() const { return m_directory.constData(); }
+    const char* program() const { return m_pointers.front(); }
+    char* const* pointers() const { return m_pointers.data(); }
+
+private:
+    /// An argument with a NUL inside can't be handed over, and must not arrive cut.
+    static QByteArray encoded(const QString& text) {
+        if (text.contains(QChar::Null))
+            fail(EINVAL, QStringLiteral("argument with a NUL"));
+        return QFile::encodeName(text);
+    }
+
+    QByteArray m_directory;
+    std::vector<QByteArray> m_strings;
+    std::vector<char*> m_pointers;
+};
+
+/// Blocks all signals, so that none of our handlers runs in the child before it is another program.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        sigfillset(&all);
+        pthread_sigmask(SIG_SETMASK, &all, &m_before);
+    }
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+    ~SignalsBlocked() { pthread_sigmask(SIG_SETMASK, &m_before, nullptr); }
+
+private:
+    sigset_t m_before{};
+};
+
+void resetSignals() {
+    for (int signal = 1; signal < NSIG; ++signal)
+        ::signal(signal, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+/// The child's side, up to the moment at which it is another program. Until then it works in our memory, and
+/// another thread may hold any lock: only calls that are safe in a signal handler are allowed, and nothing of
+/// ours may be changed.
+[[noreturn]] void becomeProgram(const ExecArguments& arguments, pid_t parent, int output, int error,
+                                int report) {
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) // it died before we asked
+        ::_exit(127);
+    if (::chdir(arguments.directory()) == 0 && ::dup2(output, STDOUT_FILENO) >= 0 &&
+        ::dup2(error, STDERR_FILENO) >= 0) {
+        // Also what some library of ours has opened without care stays here.
+        ::close_range(STDERR_FILENO + 1, UINT_MAX, CLOSE_RANGE_CLOEXEC);
+        resetSignals();
+        ::execv(arguments.program(), arguments.pointers());
+    }
+    const int code = errno;
+    [[maybe_unused]] const auto reported = ::write(report, &code, sizeof code);
+    ::_exit(127);
+}
+
+/// Starts the program, in its own process group; this thread stands still until the child is another program
+/// or has given up. A fork would copy our page tables, which takes some milliseconds just when the user waits
+/// for the text. Signals of the new process are its own, as is what it does with descriptors.
+[[gnu::noinline]] pid_t startProgram(const ExecArguments& arguments, int output, int error, int report) {
+    const auto parent = ::getpid();
+    const pid_t child = ::vfork(); // NOLINT(clang-analyzer-security.insecureAPI.vfork): for its speed
+    if (child == 0)
+        becomeProgram(arguments, parent, output, error, report);
+    return child;
+}
+
+/// What the child reports: 0 once it is another program, else the errno that kept it.
+int launchResult(int report) {
+    int code = 0;
+    ssize_t count = 0;
+    do {
+        count = ::read(report, &code, sizeof code);
+    } while (count < 0 && errno == EINTR);
+    return count == 0 ? 0 : code;
+}
+
+/// A descriptor that becomes readable when the process ends. The C library's own wrapper can't be used: its
+/// header of this age doesn't say that it is C.
+FileDescriptor openHandle(pid_t pid) {
+    return FileDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, pid, 0)));
+}
+
+void reap(pid_t pid) {
+    while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+    }
+}
+
+} // namespace
+
+LaunchedChild launchChild(const ChildProcessRequest& request) {
+    const ExecArguments arguments(request);
+    auto output = makeRoomyPipe();
+    auto error = makeRoomyPipe();
+    auto report = makePipe();
+    ::fcntl(error.readEnd.get(), F_SETFL, O_NONBLOCK);
+
+    LaunchedChild child;
+    {
+        const SignalsBlocked blocked;
+        child.pid =
+            startProgram(arguments, output.writeEnd.get(), error.writeEnd.get(), report.writeEnd.get());
+    }
+    if (child.pid < 0)
+        fail(errno, request.executable);
+
+    report.writeEnd.reset();
+    if (const auto code = launchResult(report.readEnd.get()); code != 0) {
+        reap(child.pid);
+        fail(code, request.executable);
+    }
+    child.handle = openHandle(child.pid);
+    if (!child.handle.isOpen()) {
+        const auto code = errno;
+        ::kill(-child.pid, SIGKILL);
+        reap(child.pid);
+        fail(code, request.executable);
+    }
+    child.standardOutput = std::move(output.readEnd);
+    child.standardError = std::move(error.readEnd);
+    return child;
+}
+
+} // namespace talvera

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/support/FileDescriptor.h"
+#include "platform/system/ChildProcess.h"
+
+#include <sys/types.h>
+
+namespace talvera {
+
+/// A child that runs, and what we hold of it. Whoever has it must wait for it.
+struct LaunchedChild {
+    pid_t pid = -1;                ///< also its process group
+    FileDescriptor handle;         ///< readable when it has ended
+    FileDescriptor standardOutput; ///< our end of its pipe
+    FileDescriptor standardError;  ///< the same; reading never waits
+};
+
+/// Starts the program. Throws PlatformError (domain "ChildProcess", code errno); no child is left then.
+LaunchedChild launchChild(const ChildProcessRequest& request);
+
+} // namespace talvera

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/system/FileSystem.h"
+
+namespace talvera {
+
+/// The machine's files. Only regular files are read and written: a device or a pipe under a file's name is an
+/// error (EINVAL), never a wait.
+class PosixFileSystem final : public FileSystem {
+public:
+    void write(const QString& path, const QByteArray& bytes) override;
+    QByteArray read(const QString& path) override;
+    void remove(const QString& path) override;
+    void createDirectories(const QString& path) override;
+    bool exists(const QString& path) override;
+    bool isDirectory(const QString& path) override;
+    bool isExecutableFile(const QString& path) override;
+    std::optional<qint64> size(const QString& path) override;
+};
+
+} // namespace talvera

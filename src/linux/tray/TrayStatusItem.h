@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/MainActor.h"
+#include "linux/tray/StatusNotifierItem.h"
+#include "linux/tray/StatusNotifierLink.h"
+#include "linux/tray/XEmbedIcon.h"
+#include "platform/desktop/StatusItem.h"
+
+#include <optional>
+
+namespace talvera {
+
+/// Our item in whatever tray this desktop has: over D-Bus where a panel shows such items, else in the X11
+/// tray. Follows panels that come and go.
+class TrayStatusItem final : public StatusItem {
+public:
+    /// How long a session may take until its tray is there.
+    static constexpr Duration Patience = seconds(10.0);
+
+    TrayStatusItem(MainActor& actor, const SymbolPainter& painter, const QString& iconThemePath);
+    ~TrayStatusItem() override;
+    TrayStatusItem(const TrayStatusItem&) = delete;
+    TrayStatusItem& operator=(const TrayStatusItem&) = delete;
+
+    void setSymbol(const QString& name) override;
+    void setToolTip(const QString& text) override;
+    void setVisible(bool visible) override;
+    std::optional<QRect> frame() const override;
+
+private:
+    void choose();
+    void clicked();
+
+    MainActor& m_actor;
+    StatusNotifierItem m_item;
+    StatusNotifierLink m_link;
+    mutable XEmbedIcon m_embedded;
+    std::optional<QPoint> m_clickPlace; ///< of the last click that a panel told us of
+    MainActor::TimerId m_patience;
+    bool m_visible = false;
+};
+
+} // namespace talvera

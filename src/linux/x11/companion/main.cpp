@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+//
+// talvera-x11-companion: stands beside the agent, holds the clipboard for it, and outlives it. A paste never
+// has to wait for the agent, and the last text can still be pasted when the agent has stalled, ended or been
+// killed. If the agent has died while it was typing, the companion releases its keys and puts the keymap
+// right. It takes its texts from the socket that it was started with as descriptor 3.
+
+#include "linux/x11/clipboard/ClipboardService.h"
+#include "linux/x11/typing/TargetBarrier.h"
+#include "linux/x11/typing/TypingLedger.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/signalfd.h>
+
+using namespace talvera;
+
+namespace {
+
+constexpr int linkSocket = 3;
+
+/// What the session's end looks like. Whatever else ends the agent is no reason to end with it.
+int endOfSession() {
+    for (const int number : {SIGINT, SIGHUP, SIGQUIT, SIGPIPE})
+        std::signal(number, SIG_IGN);
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigprocmask(SIG_BLOCK, &signals, nullptr);
+    return ::signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+/// Nobody who finds a core file, and no other process of the user, reads what was dictated.
+void keepToOurselves() {
+    const rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+    ::prctl(PR_SET_DUMPABLE, 0);
+}
+
+void putKeyboardRight() {
+    const auto connection = X11Connection::open();
+    const auto barrierConnection = X11Connection::open();
+    const auto keyboard = connection ? X11Keyboard::open(*connection) : nullptr;
+    if (keyboard && barrierConnection) {
+        TargetBarrier barrier(*barrierConnection);
+        TypingLedger::settle(*keyboard, &barrier);
+    }
+}
+
+} // namespace
+
+int main() {
+    keepToOurselves();
+    const int end = endOfSession();
+    const auto connection = X11Connection::open();
+    if (!connection)
+        return EXIT_FAILURE;
+    ClipboardService clipboard(*connection, linkSocket);
+    if (clipboard.serveLink(end))
+        putKeyboardRight();
+    if (!clipboard.handOver())
+        clipboard.serveRest(end);
+    return EXIT_SUCCESS;
+}

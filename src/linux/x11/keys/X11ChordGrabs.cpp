@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/keys/X11ChordGrabs.h"
+
+#include "linux/x11/keys/X11KeyCodes.h"
+#include "platform/keyboard/VirtualKeys.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace talvera {
+
+namespace {
+
+constexpr std::uint16_t allModifiers = 0xFF;
+/// Caps Lock, Num Lock, and what layouts use for Scroll Lock and for a switched group: on without a key held.
+constexpr std::uint16_t locks = XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2 | XCB_MOD_MASK_3 | XCB_MOD_MASK_5;
+
+} // namespace
+
+X11ChordGrabs::X11ChordGrabs(std::unique_ptr<X11Connection> connection)
+    : m_connection(std::move(connection)) {}
+
+std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords) {
+    Combinations wanted;
+    for (const auto& chord : chords)
+        wanted.merge(withFurtherModifiers(chord, allModifiers));
+
+    Combinations unwanted;
+    std::ranges::set_difference(m_held, wanted, std::inserter(unwanted, unwanted.end()));
+    for (const auto& combination : unwanted)
+        letGo(combination);
+    Combinations missing;
+    std::ranges::set_difference(wanted, m_held, std::inserter(missing, missing.end()));
+    grab(missing);
+    if (missing.empty() && !unwanted.empty())
+        m_connection->roundTrip();
+
+    std::vector<WatchResult> results;
+    for (const auto& chord : chords) {
+        const auto needed = withFurtherModifiers(chord, locks);
+        if (needed.empty())
+            results.push_back(WatchResult::Unavailable);
+        else
+            results.push_back(std::ranges::includes(m_held, needed) ? WatchResult::Watching
+                                                                    : WatchResult::ChordTaken);
+    }
+    return results;
+}
+
+/// Empty for a chord that no keyboard can produce.
+X11ChordGrabs::Combinations X11ChordGrabs::withFurtherModifiers(const KeyChord& chord,
+                                                                std::uint16_t further) const {
+    const auto modifiers = X11KeyCodes::modifiersFromFlags(chord.modifiers);
+    if (!modifiers || isModifierKey(chord.keyCode))
+        return {};
+    const auto* setup = xcb_get_setup(m_connection->get());
+    Combinations combinations;
+    for (const auto keycode : X11KeyCodes::fromVirtual(chord.keyCode)) {
+        if (keycode < setup->min_keycode || keycode > setup->max_keycode)
+            continue;
+        for (std::uint16_t more = 0; more <= allModifiers; ++more) {
+            if ((more & ~further) == 0)
+                combinations.emplace(keycode, static_cast<std::uint16_t>(*modifiers | more));
+        }
+    }
+    return combinations;
+}
+
+void X11ChordGrabs::grab(const Combinations& combinations) {
+    if (combinations.empty())
+        return;
+    std::vector<std::pair<Combination, xcb_void_cookie_t>> requests;
+    for (const auto& [keycode, modifiers] : combinations)
+        requests.emplace_back(Combination{keycode, modifiers},
+                              xcb_grab_key_checked(m_connection->get(), 0, m_connection->root(), modifiers,
+                                                   keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    const bool answered = m_connection->roundTrip();
+    for (const auto& [combination, cookie] : requests) {
+        if (!answered) {
+            xcb_discard_reply(m_connection->get(), cookie.sequence);
+            continue;
+        }
+        const XcbPtr<xcb_generic_error_t> refusal(xcb_request_check(m_connection->get(), cookie));
+        if (!refusal)
+            m_held.insert(combination);
+    }
+}
+
+void X11ChordGrabs::letGo(const Combination& combination) {
+    xcb_ungrab_key(m_connection->get(), combination.first, m_connection->root(), combination.second);
+    m_held.erase(combination);
+}
+
+void X11ChordGrabs::letGoOfPress() {
+    xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
+    m_connection->roundTrip();
+}
+
+std::optional<X11ChordGrabs::KeyDown> X11ChordGrabs::nextKeyDown() {
+    while (const auto event = m_connection->pollEvent()) {
+        if ((event->response_type & 0x7F) != XCB_KEY_PRESS)
+            continue;
+        const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+        return KeyDown{press.detail, press.time, press.state};
+    }
+    return std::nullopt;
+}
+
+} // namespace talvera

@@ -1,0 +1,311 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/keys/X11KeyWatch.h"
+
+#include "linux/x11/keys/X11KeyCodes.h"
+#include "platform/keyboard/VirtualKeys.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <xcb/xinput.h>
+
+namespace talvera {
+
+namespace {
+
+/// Raw events reach us during the grabs of others since version 2.1 of the input extension.
+constexpr std::uint16_t neededMajor = 2;
+constexpr std::uint16_t neededMinor = 1;
+
+std::uint16_t keyOf(const KeyInterest& interest) {
+    const auto* chord = std::get_if<KeyChord>(&interest);
+    return chord ? chord->keyCode : std::get<std::uint16_t>(interest);
+}
+
+} // namespace
+
+std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const std::string& display, Tell tell) {
+    auto events = X11Connection::open(display);
+    auto grabbing = X11Connection::open(display);
+    if (!events || !grabbing)
+        return nullptr;
+    auto grabs = std::make_unique<X11ChordGrabs>(std::move(grabbing));
+    auto watch =
+        std::unique_ptr<X11KeyWatch>(new X11KeyWatch(std::move(events), std::move(grabs), std::move(tell)));
+    if (!watch->selectEvents() || watch->m_devices.isBehindWayland())
+        return nullptr;
+    return watch;
+}
+
+X11KeyWatch::X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs,
+                         Tell tell)
+    : m_events(std::move(events))
+    , m_grabs(std::move(grabs))
+    , m_tell(std::move(tell)) {}
+
+bool X11KeyWatch::selectEvents() {
+    auto* connection = m_events->get();
+    const auto* input = xcb_get_extension_data(connection, &xcb_input_id);
+    if (!input || !input->present)
+        return false;
+    m_inputExtension = input->major_opcode;
+    const auto version = m_events->reply<xcb_input_xi_query_version_reply_t>(
+        xcb_input_xi_query_version(connection, neededMajor, neededMinor));
+    if (!version ||
+        std::pair(version->major_version, version->minor_version) < std::pair(neededMajor, neededMinor))
+        return false;
+
+    struct {
+        xcb_input_event_mask_t keyboards{XCB_INPUT_DEVICE_ALL_MASTER, 1};
+        std::uint32_t keyboardEvents =
+            XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE;
+        xcb_input_event_mask_t devices{XCB_INPUT_DEVICE_ALL, 1};
+        std::uint32_t deviceEvents = XCB_INPUT_XI_EVENT_MASK_HIERARCHY;
+    } const masks;
+    xcb_input_xi_select_events(connection, m_events->root(), 2, &masks.keyboards);
+    m_devices.load(*m_events);
+    m_heldKeys.loadModifiers(*m_events);
+    return !m_events->isBroken();
+}
+
+std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& interests) {
+    const bool letsGo = forgetPressesOtherThanOf(interests);
+    m_interests = interests;
+    chooseRelevantKeys();
+    const auto results =
+        m_isSuspended ? std::vector(interests.size(), WatchResult::Watching) : applyInterests();
+    if (letsGo)
+        m_grabs->letGoOfPress(); // last, or else a repeat could bring the press back to us
+    if (!m_isSuspended && std::exchange(m_hasMissedEnds, false))
+        tellMissedEnds();
+    return results;
+}
+
+/// True when there is a chord's press among them.
+bool X11KeyWatch::forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests) {
+    bool hasChord = false;
+    std::erase_if(m_toldPresses, [&](std::uint16_t key) {
+        const bool isKept = std::ranges::any_of(interests, [&](const KeyInterest& interest) {
+            return keyOf(interest) == key && std::ranges::count(m_interests, interest) > 0;
+        });
+        hasChord = hasChord || (!isKept && m_chordKeys.contains(key));
+        return !isKept;
+    });
+    return hasChord;
+}
+
+void X11KeyWatch::chooseRelevantKeys() {
+    m_chordKeys.clear();
+    m_aloneKeys.clear();
+    for (const auto& interest : m_interests) {
+        auto& keys = std::holds_alternative<KeyChord>(interest) ? m_chordKeys : m_aloneKeys;
+        keys.insert(keyOf(interest));
+    }
+    for (std::size_t keycode = 0; keycode < m_relevantKeys.size(); ++keycode) {
+        const auto key = X11KeyCodes::toVirtual(static_cast<std::uint8_t>(keycode));
+        m_relevantKeys[keycode] = m_heldKeys.isModifier(static_cast<std::uint8_t>(keycode)) ||
+                                  (key && (m_chordKeys.contains(*key) || m_aloneKeys.contains(*key)));
+    }
+}
+
+std::vector<WatchResult> X11KeyWatch::applyInterests() {
+    const auto ofChords = m_grabs->hold(chords());
+    m_hasTakenChords = std::ranges::count(ofChords, WatchResult::ChordTaken) > 0;
+    std::vector<WatchResult> results;
+    auto next = ofChords.begin();
+    for (const auto& interest : m_interests) {
+        if (std::holds_alternative<KeyChord>(interest))
+            results.push_back(*next++);
+        else
+            results.push_back(X11KeyCodes::fromVirtual(keyOf(interest)).empty() ? WatchResult::Unavailable
+                                                                                : WatchResult::Watching);
+    }
+    return results;
+}
+
+std::vector<KeyChord> X11KeyWatch::chords() const {
+    std::vector<KeyChord> chords;
+    for (const auto& interest : m_interests) {
+        if (const auto* chord = std::get_if<KeyChord>(&interest))
+            chords.push_back(*chord);
+    }
+    return chords;
+}
+
+void X11KeyWatch::suspend(const std::set<std::uint16_t>& heardPresses) {
+    m_isSuspended = true;
+    m_toldPresses = heardPresses;
+    m_rawKeyDown.reset();
+    m_grabbedKeyDown.reset();
+    m_grabs->hold({});
+}
+
+void X11KeyWatch::resume() {
+    m_hasMissedEnds = std::exchange(m_isSuspended, false) || m_hasMissedEnds;
+}
+
+void X11KeyWatch::tellMissedEnds() {
+    for (const auto key : std::set(m_toldPresses)) {
+        if (isOn(key))
+            continue;
+        if (m_chordKeys.contains(key))
+            tellChordEnd(key);
+        else
+            tellHeldKey(key);
+    }
+}
+
+std::array<int, 2> X11KeyWatch::descriptors() const {
+    return {m_events->descriptor(), m_grabs->connection().descriptor()};
+}
+
+bool X11KeyWatch::readEvents() {
+    // Working off an event may read further ones into the queues, so both have to be found empty in a row.
+    bool hasRead = true;
+    while (hasRead) {
+        hasRead = readRawEvent();
+        hasRead = readGrabbedEvent() || hasRead;
+    }
+    m_events->flush();
+    return !m_events->isBroken() && !m_grabs->connection().isBroken();
+}
+
+bool X11KeyWatch::readRawEvent() {
+    const auto event = m_events->pollEvent();
+    if (!event)
+        return false;
+    const auto type = event->response_type & 0x7F;
+    if (type == XCB_GE_GENERIC) {
+        handleInput(reinterpret_cast<const xcb_ge_generic_event_t&>(*event));
+    } else if (type == XCB_MAPPING_NOTIFY) {
+        m_heldKeys.loadModifiers(*m_events);
+        chooseRelevantKeys();
+    }
+    return true;
+}
+
+bool X11KeyWatch::readGrabbedEvent() {
+    const auto keyDown = m_grabs->nextKeyDown();
+    if (!keyDown)
+        return false;
+    m_grabbedKeyDown = keyDown;
+    startChordIfBothSay();
+    return true;
+}
+
+void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
+    if (event.extension != m_inputExtension)
+        return;
+    if (event.event_type == XCB_INPUT_HIERARCHY) {
+        m_devices.load(*m_events);
+        m_heldKeys.keepDevices(m_devices.present());
+        if (!m_isSuspended)
+            tellMissedEnds();
+        return;
+    }
+    const auto& key = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
+    if (key.detail >= m_relevantKeys.size() || !m_relevantKeys[key.detail] ||
+        m_devices.isPosted(key.sourceid))
+        return;
+    const auto keycode = static_cast<std::uint8_t>(key.detail);
+    if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
+        pressed(key.sourceid, keycode, key.time);
+    else if (event.event_type == XCB_INPUT_RAW_KEY_RELEASE)
+        released(key.sourceid, keycode);
+}
+
+void X11KeyWatch::pressed(std::uint16_t device, std::uint8_t keycode, xcb_timestamp_t time) {
+    m_heldKeys.press(device, keycode);
+    const auto key = X11KeyCodes::toVirtual(keycode);
+    if (!key || m_isSuspended)
+        return;
+    if (m_aloneKeys.contains(*key))
+        tellHeldKey(*key);
+    if (m_chordKeys.contains(*key)) {
+        m_rawKeyDown = RawKeyDown{keycode, time};
+        startChordIfBothSay();
+        retryTakenChords(*key);
+    }
+}
+
+void X11KeyWatch::released(std::uint16_t device, std::uint8_t keycode) {
+    m_heldKeys.release(device, keycode);
+    const auto key = X11KeyCodes::toVirtual(keycode);
+    if (!key || m_isSuspended)
+        return;
+    if (m_aloneKeys.contains(*key))
+        tellHeldKey(*key);
+    if (m_rawKeyDown && m_rawKeyDown->keycode == keycode)
+        m_rawKeyDown->isReleased = true;
+    if (m_chordKeys.contains(*key) && m_toldPresses.contains(*key) && !isHeld(*key))
+        tellChordEnd(*key);
+}
+
+void X11KeyWatch::startChordIfBothSay() {
+    if (!m_rawKeyDown || !m_grabbedKeyDown || m_isSuspended ||
+        m_rawKeyDown->keycode != m_grabbedKeyDown->keycode || m_rawKeyDown->time != m_grabbedKeyDown->time)
+        return;
+    const auto key = *X11KeyCodes::toVirtual(m_rawKeyDown->keycode);
+    const auto state = m_grabbedKeyDown->state;
+    const bool isReleased = m_rawKeyDown->isReleased;
+    m_rawKeyDown.reset();
+    m_grabbedKeyDown.reset();
+    m_toldPresses.insert(key);
+    m_tell({.type = KeyEventType::KeyDown, .keyCode = key, .flags = X11KeyCodes::flagsFromState(state)});
+    if (isReleased)
+        tellChordEnd(key); // a short tap: the other connection was ahead
+}
+
+void X11KeyWatch::tellChordEnd(std::uint16_t keyCode) {
+    m_toldPresses.erase(keyCode);
+    m_tell({.type = KeyEventType::KeyUp, .keyCode = keyCode, .flags = flags(keyCode)});
+}
+
+void X11KeyWatch::tellHeldKey(std::uint16_t keyCode) {
+    const KeyEvent event{.type = KeyEventType::FlagsChanged, .keyCode = keyCode, .flags = flags(keyCode)};
+    if (isPress(event))
+        m_toldPresses.insert(keyCode);
+    else
+        m_toldPresses.erase(keyCode);
+    m_tell(event);
+}
+
+/// The program that held a chord may have ended. The user asks for the chord now, so that the next press can
+/// be ours.
+void X11KeyWatch::retryTakenChords(std::uint16_t keyCode) {
+    if (!m_hasTakenChords)
+        return;
+    const auto held = m_heldKeys.flags(keyCode);
+    const bool isAskedFor = std::ranges::any_of(chords(), [&](const KeyChord& chord) {
+        return chord.keyCode == keyCode && (held & chord.modifiers) == chord.modifiers;
+    });
+    if (isAskedFor)
+        applyInterests();
+}
+
+bool X11KeyWatch::isHeld(std::uint16_t keyCode) const {
+    return std::ranges::any_of(X11KeyCodes::fromVirtual(keyCode),
+                               [this](std::uint8_t keycode) { return m_heldKeys.isHeld(keycode); });
+}
+
+/// The press that was told for this key has not ended.
+bool X11KeyWatch::isOn(std::uint16_t keyCode) {
+    return m_chordKeys.contains(keyCode) ? isHeld(keyCode)
+                                         : (flags(keyCode) & flagOfModifierKey(keyCode)) != 0;
+}
+
+std::uint64_t X11KeyWatch::flags(std::uint16_t about) {
+    return m_heldKeys.flags(about) | lockFlag();
+}
+
+/// The server handles a key before it answers, so this is the lock after the event that we have just heard
+/// of. It is set with the press that switches it on, and cleared with the release that switches it off.
+/// The keyboard extension could tell as well, but servers keep new modifier maps from connections that use
+/// it.
+std::uint64_t X11KeyWatch::lockFlag() {
+    const auto state =
+        m_events->reply<xcb_query_pointer_reply_t>(xcb_query_pointer(m_events->get(), m_events->root()));
+    return state ? X11KeyCodes::flagsFromState(state->mask & XCB_MOD_MASK_LOCK) : 0;
+}
+
+} // namespace talvera

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/keys/X11ChordGrabs.h"
+#include "linux/x11/keys/X11HeldKeys.h"
+#include "linux/x11/server/X11InputDevices.h"
+#include "platform/keyboard/EventTap.h"
+
+#include <array>
+#include <bitset>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace talvera {
+
+/// What somebody waits for: a chord, or the virtual key code of a key held alone.
+using KeyInterest = std::variant<KeyChord, std::uint16_t>;
+
+/// Makes key events of what the X server tells about the user's keyboards.
+///
+/// Two connections see every press. The one with the raw events knows which device a key is on, so that what
+/// programs post, we among them, neither starts nor ends anything. The one with the grabs knows that the key
+/// went to us and to nobody else. A chord is pressed when both tell the same key down: while a menu or a
+/// screen locker has the keyboard, the chord goes there, and is not ours to act on. A key held alone goes
+/// where it always goes, and the raw events are all there is of it.
+///
+/// What the user types passes through here. Of keys that nobody waits for, only held modifiers are kept, as
+/// long as they are held. One thread at a time.
+class X11KeyWatch {
+public:
+    using Tell = std::function<void(const KeyEvent&)>;
+
+    /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY.
+    static std::unique_ptr<X11KeyWatch> open(const std::string& display, Tell tell);
+
+    /// Waits for these and nothing else; the answers are in their order. A press in progress of a chord that
+    /// is no longer among them is let go.
+    std::vector<WatchResult> waitFor(const std::vector<KeyInterest>& interests);
+
+    ///     /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the
+    ///     focused
+    /// application. `heardPresses` are the virtual key codes of the presses that were told and heard, but not
+    /// their ends.
+    void suspend(const std::set<std::uint16_t>& heardPresses);
+    /// Ends that with the next `waitFor`, which also tells the ends of presses that have been missed.
+    void resume();
+
+    /// Works off what the server has told. False when the server is gone.
+    bool readEvents();
+
+    /// Readable when there is something to work off.
+    std::array<int, 2> descriptors() const;
+
+private:
+    X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs, Tell tell);
+
+    bool selectEvents();
+    bool readRawEvent();
+    bool readGrabbedEvent();
+    void handleInput(const xcb_ge_generic_event_t& event);
+
+    void pressed(std::uint16_t device, std::uint8_t keycode, xcb_timestamp_t time);
+    void released(std::uint16_t device, std::uint8_t keycode);
+    void startChordIfBothSay();
+    void tellHeldKey(std::uint16_t keyCode);
+    void tellChordEnd(std::uint16_t keyCode);
+    void tellMissedEnds();
+
+    bool forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests);
+    void retryTakenChords(std::uint16_t keyCode);
+    std::vector<WatchResult> applyInterests();
+    void chooseRelevantKeys();
+    bool isHeld(std::uint16_t keyCode) const;
+    bool isOn(std::uint16_t keyCode);
+    std::uint64_t flags(std::uint16_t about);
+    std::uint64_t lockFlag();
+    std::vector<KeyChord> chords() const;
+
+    struct RawKeyDown {
+        std::uint8_t keycode;
+        xcb_timestamp_t time;
+        bool isReleased = false; // since then
+    };
+
+    std::unique_ptr<X11Connection> m_events;
+    std::unique_ptr<X11ChordGrabs> m_grabs;
+    Tell m_tell;
+    std::uint8_t m_inputExtension = 0;
+
+    X11InputDevices m_devices;
+    X11HeldKeys m_heldKeys;
+
+    std::vector<KeyInterest> m_interests;
+    bool m_isSuspended = false;
+    bool m_hasMissedEnds = false;
+    bool m_hasTakenChords = false;
+    std::bitset<256> m_relevantKeys;     // by keycode: those that m_heldKeys hears of
+    std::set<std::uint16_t> m_chordKeys; // of m_interests, by virtual key code, and so on
+    std::set<std::uint16_t> m_aloneKeys;
+
+    std::optional<RawKeyDown> m_rawKeyDown;
+    std::optional<X11ChordGrabs::KeyDown> m_grabbedKeyDown;
+    std::set<std::uint16_t> m_toldPresses; // virtual key codes; their ends have not been told yet
+};
+
+} // namespace talvera

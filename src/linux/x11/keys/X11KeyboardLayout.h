@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/server/X11Connection.h"
+#include "platform/keyboard/KeyboardLayout.h"
+
+#include <memory>
+#include <string>
+
+struct xkb_context;
+
+namespace talvera {
+
+/// The layout of the X session, asked for anew each time: a call costs a few round trips to the server.
+class X11KeyboardLayout final : public KeyboardLayout {
+public:
+    /// An empty `display` means $DISPLAY.
+    explicit X11KeyboardLayout(std::string display = {});
+    X11KeyboardLayout(const X11KeyboardLayout&) = delete;
+    X11KeyboardLayout& operator=(const X11KeyboardLayout&) = delete;
+    ~X11KeyboardLayout() override;
+
+    /// Keys of the keypad write what they do with Num Lock on.
+    std::optional<QString> character(std::uint16_t keyCode) override;
+
+private:
+    bool connect();
+
+    const std::string m_display;
+    std::unique_ptr<X11Connection> m_connection;
+    std::unique_ptr<xkb_context, void (*)(xkb_context*)> m_context;
+};
+
+} // namespace talvera

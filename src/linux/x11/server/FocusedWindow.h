@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/server/X11Connection.h"
+
+#include <sys/types.h>
+
+namespace talvera {
+
+/// The window that gets the keys, as an application knows it; none if there is no such window.
+xcb_window_t focusedWindow(X11Connection& connection);
+
+/// Whether there is such a window, or still is.
+bool windowExists(X11Connection& connection, xcb_window_t window);
+
+/// The process on this machine that has made the window; 0 if that can't be known.
+pid_t processOfWindow(X11Connection& connection, xcb_window_t window);
+
+} // namespace talvera

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/typing/TypingLayout.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+#include <xkbcommon/xkbcommon-x11.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+
+namespace talvera {
+
+namespace {
+
+constexpr std::size_t maxMasks = 16;
+constexpr unsigned realModifiers = 8;
+
+bool isOnKeypad(xkb_keysym_t symbol) {
+    return symbol >= XKB_KEY_KP_Space && symbol <= XKB_KEY_KP_Equal;
+}
+
+bool isDead(xkb_keysym_t symbol) {
+    return symbol >= XKB_KEY_dead_grave && symbol <= XKB_KEY_dead_greek;
+}
+
+/// One name for all the symbols that write the same character.
+xkb_keysym_t canonical(xkb_keysym_t symbol) {
+    const std::uint32_t character = isDead(symbol) ? 0 : xkb_keysym_to_utf32(symbol);
+    return character >= U' ' && character != 0x7f ? xkb_utf32_to_keysym(character) : symbol;
+}
+
+} // namespace
+
+xkb_keysym_t symbolFor(char32_t character) {
+    switch (character) {
+    case U'\n':
+        return XKB_KEY_Return;
+    case U'\t':
+        return XKB_KEY_Tab;
+    default:
+        return xkb_utf32_to_keysym(character);
+    }
+}
+
+TypingLayout::TypingLayout(X11Keyboard& keyboard)
+    : m_keyboard(keyboard)
+    , m_context(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES)) {
+    refresh();
+}
+
+void TypingLayout::refresh(const TypingLedger::LentKeys& lent) {
+    m_strokes.clear();
+    m_lent = lent;
+    m_keymap.reset(xkb_x11_keymap_new_from_device(m_context.get(), m_keyboard.connection().get(),
+                                                  m_keyboard.typingDevice(), XKB_KEYMAP_COMPILE_NO_FLAGS));
+    m_numLock = m_keymap ? lockedBy(XKB_KEY_Num_Lock) : 0;
+}
+
+std::optional<KeyStroke> TypingLayout::find(xkb_keysym_t symbol, unsigned group) {
+    const Strokes& known = strokes(group);
+    const auto stroke = known.find(symbol);
+    return stroke != known.end() ? std::optional(stroke->second) : std::nullopt;
+}
+
+const TypingLayout::Strokes& TypingLayout::strokes(unsigned group) {
+    const auto known = m_strokes.find(group);
+    return known != m_strokes.end() ? known->second : m_strokes.emplace(group, collect(group)).first->second;
+}
+
+TypingLayout::Strokes TypingLayout::collect(unsigned group) const {
+    Strokes found;
+    if (!m_keymap)
+        return found;
+    const std::map<std::uint8_t, xcb_keycode_t> modifierKeyOf = modifierKeys(group);
+    const auto strokeWith = [&](xcb_keycode_t key, xkb_mod_mask_t modifiers) -> std::optional<KeyStroke> {
+        KeyStroke stroke{key, {}};
+        for (; modifiers != 0; modifiers &= modifiers - 1) {
+            const auto modifier = static_cast<std::uint8_t>(1U << std::countr_zero(modifiers));
+            const auto modifierKey = modifierKeyOf.find(modifier);
+            if (modifierKey == modifierKeyOf.end())
+                return std::nullopt;
+            stroke.modifiers.push_back(modifierKey->second);
+        }
+        return stroke;
+    };
+
+    const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
+    for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
+        const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(m_keymap.get(), key);
+        if (groups == 0 || m_lent.contains(static_cast<xcb_keycode_t>(key)))
+            continue;
+        const xkb_layout_index_t layout = group % groups;
+        const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(m_keymap.get(), key, layout);
+        for (xkb_level_index_t level = 0; level < levels; ++level) {
+            const xkb_keysym_t* symbols = nullptr;
+            const int count = xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, level, &symbols);
+            if (count != 1 || isOnKeypad(symbols[0]))
+                continue;
+            std::array<xkb_mod_mask_t, maxMasks> masks{};
+            const std::size_t maskCount = xkb_keymap_key_get_mods_for_level(
+                m_keymap.get(), key, layout, level, masks.data(), masks.size());
+            for (std::size_t index = 0; index < maskCount; ++index) {
+                const auto stroke = strokeWith(static_cast<xcb_keycode_t>(key), masks[index]);
+                if (!stroke)
+                    continue;
+                const auto [place, isNew] = found.emplace(canonical(symbols[0]), *stroke);
+                if (!isNew && stroke->modifiers.size() < place->second.modifiers.size())
+                    place->second = *stroke;
+            }
+        }
+    }
+    return found;
+}
+
+std::map<std::uint8_t, xcb_keycode_t> TypingLayout::modifierKeys(unsigned group) const {
+    std::map<std::uint8_t, xcb_keycode_t> found;
+    const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
+    for (const xkb_keysym_t wanted : {XKB_KEY_Shift_L, XKB_KEY_Shift_R, XKB_KEY_ISO_Level3_Shift,
+                                      XKB_KEY_Mode_switch, XKB_KEY_ISO_Level5_Shift}) {
+        for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
+            const std::unique_ptr<xkb_state, Free> state(xkb_state_new(m_keymap.get()));
+            xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
+            if (xkb_state_key_get_one_sym(state.get(), key) != wanted)
+                continue;
+            // Which modifiers a key sets is told by pressing it; one that latches or locks is of no use.
+            xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
+            const xkb_mod_mask_t pressed =
+                xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED) & ((1U << realModifiers) - 1);
+            xkb_state_update_key(state.get(), key, XKB_KEY_UP);
+            const xkb_mod_mask_t stuck = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE);
+            if (std::has_single_bit(pressed) && stuck == 0)
+                found.emplace(static_cast<std::uint8_t>(pressed), static_cast<xcb_keycode_t>(key));
+        }
+    }
+    return found;
+}
+
+std::uint8_t TypingLayout::lockedBy(xkb_keysym_t symbol) const {
+    const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
+    for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
+        const std::unique_ptr<xkb_state, Free> state(xkb_state_new(m_keymap.get()));
+        if (xkb_state_key_get_one_sym(state.get(), key) == symbol) {
+            xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
+            return static_cast<std::uint8_t>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED));
+        }
+    }
+    return 0;
+}
+
+} // namespace talvera

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/typing/TypingLedger.h"
+
+#include "linux/x11/typing/KeySymTable.h"
+#include "linux/x11/typing/TargetBarrier.h"
+
+namespace talvera {
+
+namespace {
+
+// A property of the root window: lifted modifiers, modifiers to lock, then pairs of keycode and symbol.
+constexpr std::string_view propertyName = "_TALVERA_TYPING";
+constexpr std::size_t headLength = 2;
+
+constexpr std::chrono::seconds catchUpLimit{10};
+
+TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
+    TypingLedger::LentKeys keys;
+    const xcb_keycode_t lowest = 8;
+    for (std::size_t index = headLength; index + 1 < items.size(); index += 2)
+        if (items[index] >= lowest && items[index] <= 255)
+            keys.emplace(static_cast<xcb_keycode_t>(items[index]), items[index + 1]);
+    return keys;
+}
+
+std::vector<std::uint32_t> readLedger(X11Keyboard& keyboard) {
+    X11Connection& connection = keyboard.connection();
+    return connection.property(connection.root(), connection.atom(propertyName));
+}
+
+void eraseLedger(X11Connection& connection) {
+    xcb_delete_property(connection.get(), connection.root(), connection.atom(propertyName));
+}
+
+} // namespace
+
+void TypingLedger::noteLentKeys(const LentKeys& keys) {
+    m_keys = keys;
+    write();
+}
+
+void TypingLedger::noteLocks(std::uint8_t lifted, std::uint8_t locked) {
+    m_lifted = lifted;
+    m_locked = locked;
+    write();
+}
+
+void TypingLedger::write() {
+    X11Connection& connection = m_keyboard.connection();
+    if (m_keys.empty() && m_lifted == 0) {
+        if (m_written)
+            eraseLedger(connection);
+        m_written = false;
+        return;
+    }
+    std::vector<std::uint32_t> items{m_lifted, m_locked};
+    for (const auto& [key, symbol] : m_keys) {
+        items.push_back(key);
+        items.push_back(symbol);
+    }
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, connection.root(),
+                        connection.atom(propertyName), XCB_ATOM_CARDINAL, 32,
+                        static_cast<std::uint32_t>(items.size()), items.data());
+    m_written = true;
+}
+
+void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
+    keyboard.releaseStranded();
+    const std::vector<std::uint32_t> items = readLedger(keyboard);
+    if (items.size() < headLength)
+        return;
+    if (const LentKeys keys = lentKeys(items); !keys.empty()) {
+        if (barrier) {
+            keyboard.connection().roundTrip();
+            barrier->wait(catchUpLimit);
+            if (readLedger(keyboard) != items)
+                return; // somebody has settled it, and may be typing again by now
+        }
+        returnLentKeys(keyboard, keys);
+    }
+    keyboard.setLockedModifiers(static_cast<std::uint8_t>(items[0]), static_cast<std::uint8_t>(items[1]));
+    eraseLedger(keyboard.connection());
+    keyboard.connection().roundTrip();
+}
+
+void returnLentKeys(X11Keyboard& keyboard, const TypingLedger::LentKeys& keys) {
+    changeKeySyms(keyboard, keys.begin()->first, keys.rbegin()->first, [&](KeySymTable& table) {
+        for (const auto& [key, symbol] : keys)
+            if (table[key].isOnly(symbol))
+                table[key] = {};
+    });
+}
+
+} // namespace talvera

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/typing/X11KeyEventPoster.h"
+
+#include "linux/x11/typing/X11Typist.h"
+#include "text/typeableCharacters.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <utility>
+#include <vector>
+
+namespace talvera {
+
+namespace {
+
+/// Stands in where nothing can be posted.
+class SilentSession final : public TypingSession {
+public:
+    bool post(qsizetype, KeyPhase) override { return false; }
+};
+
+class X11TypingSession final : public TypingSession {
+public:
+    X11TypingSession(std::unique_ptr<X11Typist> typist, const QStringList& chunks)
+        : m_typist(std::move(typist)) {
+        m_typist->begin(symbolsOf(chunks));
+    }
+
+    bool post(qsizetype index, KeyPhase phase) override {
+        if (index < 0 || index + 1 >= static_cast<qsizetype>(m_starts.size()))
+            return false;
+        if (phase == KeyPhase::Up) {
+            m_typist->release();
+            return true;
+        }
+        bool complete = true;
+        const auto chunk = static_cast<std::size_t>(index);
+        for (std::size_t position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position)
+            complete = m_typist->press(position) && complete;
+        return complete;
+    }
+
+private:
+    X11Typist::Symbols symbolsOf(const QStringList& chunks) {
+        X11Typist::Symbols symbols;
+        for (const QString& chunk : chunks) {
+            m_starts.push_back(symbols.size());
+            for (const char32_t character : typeableCharacters(chunk))
+                symbols.push_back(symbolFor(character));
+        }
+        m_starts.push_back(symbols.size());
+        return symbols;
+    }
+
+    std::vector<std::size_t> m_starts; ///< where each chunk's symbols begin, and where the last one's end
+    std::unique_ptr<X11Typist> m_typist;
+};
+
+} // namespace
+
+X11KeyEventPoster::X11KeyEventPoster(const std::string& display)
+    : m_connection(X11Connection::open(display))
+    , m_barrierConnection(X11Connection::open(display)) {
+    if (!m_connection || !m_barrierConnection)
+        return;
+    m_keyboard = X11Keyboard::open(*m_connection);
+    m_barrier = std::make_unique<TargetBarrier>(*m_barrierConnection);
+    if (m_keyboard)
+        TypingLedger::settle(*m_keyboard);
+}
+
+X11KeyEventPoster::~X11KeyEventPoster() = default;
+
+void X11KeyEventPoster::prepare() {
+    if (!m_prepared && !m_chord && m_keyboard && !m_connection->isBroken())
+        m_prepared = std::make_unique<X11Typist>(*m_keyboard, *m_barrier);
+}
+
+std::unique_ptr<X11Typist> X11KeyEventPoster::takeTypist() {
+    prepare();
+    return std::exchange(m_prepared, nullptr);
+}
+
+std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks) {
+    m_chord.reset();
+    if (!m_keyboard || m_connection->isBroken())
+        return std::make_unique<SilentSession>();
+    return std::make_unique<X11TypingSession>(takeTypist(), chunks);
+}
+
+bool X11KeyEventPoster::postPaste(KeyPhase phase) {
+    m_chord.reset();
+    if (!m_keyboard || m_connection->isBroken())
+        return false;
+    if (phase == KeyPhase::Up)
+        return true;
+    m_chord = takeTypist();
+    m_chord->begin({XKB_KEY_Insert});
+    return m_chord->press(0, true);
+}
+
+} // namespace talvera

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/typing/X11Keyboard.h"
+
+#include "linux/x11/server/XcbXkb.h"
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
+
+#include <string_view>
+
+namespace talvera {
+
+namespace {
+
+constexpr int firstKeycode = 8;
+
+bool hasExtension(X11Connection& connection, xcb_extension_t& extension) {
+    const xcb_query_extension_reply_t* answer = xcb_get_extension_data(connection.get(), &extension);
+    return answer && answer->present;
+}
+
+/// Calls `visit` for each device of the server.
+template <typename Visitor>
+void forEachDevice(X11Connection& connection, Visitor visit) {
+    const auto answer = connection.reply<xcb_input_xi_query_device_reply_t>(
+        xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL));
+    if (!answer)
+        return;
+    for (auto infos = xcb_input_xi_query_device_infos_iterator(answer.get()); infos.rem > 0;
+         xcb_input_xi_device_info_next(&infos)) {
+        const std::string_view name(
+            xcb_input_xi_device_info_name(infos.data),
+            static_cast<std::size_t>(xcb_input_xi_device_info_name_length(infos.data)));
+        visit(*infos.data, name);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection) {
+    xcb_connection_t* xcb = connection.get();
+    if (!hasExtension(connection, xcb_test_id) || !hasExtension(connection, xcb_xkb_id) ||
+        !hasExtension(connection, xcb_input_id))
+        return nullptr;
+    const auto xkbCookie = xcb_xkb_use_extension(xcb, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
+    const auto inputCookie = xcb_input_xi_query_version(xcb, 2, 2);
+    const auto pointerCookie = xcb_input_xi_get_client_pointer(xcb, XCB_NONE);
+    const auto xkb = connection.reply<xcb_xkb_use_extension_reply_t>(xkbCookie);
+    const auto input = connection.reply<xcb_input_xi_query_version_reply_t>(inputCookie);
+    const auto pointer = connection.reply<xcb_input_xi_get_client_pointer_reply_t>(pointerCookie);
+    if (!xkb || !xkb->supported || !input || !pointer)
+        return nullptr;
+
+    // What we type arrives by the keyboard that belongs to our pointer, if the session should have several,
+    // and to the first pointer unless one was chosen for us.
+    std::uint16_t master = 0;
+    forEachDevice(connection, [&](const xcb_input_xi_device_info_t& device, std::string_view) {
+        const bool chosen = pointer->set ? device.deviceid == pointer->deviceid : master == 0;
+        if (chosen && device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER)
+            master = device.attachment;
+    });
+    std::unique_ptr<X11Keyboard> keyboard(new X11Keyboard(connection, master));
+    keyboard->m_eventType = xcb_get_extension_data(xcb, &xcb_xkb_id)->first_event;
+    keyboard->findTypingDevice();
+    return keyboard->m_typingDevice != 0 ? std::move(keyboard) : nullptr;
+}
+
+void X11Keyboard::findTypingDevice() {
+    forEachDevice(m_connection, [&](const xcb_input_xi_device_info_t& device, std::string_view name) {
+        if (device.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master &&
+            name.find("XTEST keyboard") != std::string_view::npos)
+            m_typingDevice = device.deviceid;
+    });
+}
+
+void X11Keyboard::watchKeymaps(bool watch) {
+    constexpr std::uint16_t events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+    constexpr std::uint16_t mapParts =
+        XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+    xcb_xkb_select_events(m_connection.get(), m_typingDevice, events, watch ? 0 : events, watch ? events : 0,
+                          mapParts, watch ? mapParts : 0, nullptr);
+    m_connection.flush();
+}
+
+bool X11Keyboard::isKeymapChange(const xcb_generic_event_t& event) const {
+    // Other devices tell of themselves too, each time that the user's hands change between keyboards.
+    const auto& notice = reinterpret_cast<const xcb_xkb_map_notify_event_t&>(event);
+    return (event.response_type & 0x7f) == m_eventType && notice.deviceID == m_typingDevice;
+}
+
+std::vector<std::uint16_t> X11Keyboard::devices() {
+    std::vector<std::uint16_t> devices;
+    forEachDevice(m_connection, [&](const xcb_input_xi_device_info_t& device, std::string_view) {
+        const bool ours =
+            device.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master;
+        if (ours || device.deviceid == m_master)
+            devices.push_back(device.deviceid);
+    });
+    return devices;
+}
+
+void X11Keyboard::fake(std::uint8_t type, xcb_keycode_t key) {
+    xcb_test_fake_input(m_connection.get(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+}
+
+X11KeyboardState X11Keyboard::state() {
+    const auto keysCookie = xcb_query_keymap(m_connection.get());
+    const auto stateCookie = xcb_xkb_get_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD);
+    const auto keys = m_connection.reply<xcb_query_keymap_reply_t>(keysCookie);
+    const auto modifiers = m_connection.reply<xcb_xkb_get_state_reply_t>(stateCookie);
+    X11KeyboardState state;
+    if (!keys || !modifiers)
+        return state;
+    for (unsigned key = firstKeycode; key < state.downKeys.size(); ++key)
+        state.downKeys[key] = (keys->keys[key / 8] >> (key % 8) & 1) != 0;
+    state.group = modifiers->group;
+    state.baseModifiers = modifiers->baseMods;
+    state.latchedModifiers = modifiers->latchedMods;
+    state.lockedModifiers = modifiers->lockedMods;
+    return state;
+}
+
+void X11Keyboard::setLockedModifiers(std::uint8_t mask, std::uint8_t locked, std::uint8_t latches) {
+    xcb_xkb_latch_lock_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, mask, locked, 0, 0, latches, 0, 0);
+}
+
+void X11Keyboard::releaseStranded() {
+    const auto device = static_cast<std::uint8_t>(m_typingDevice);
+    if (!m_connection.reply<xcb_input_open_device_reply_t>(xcb_input_open_device(m_connection.get(), device)))
+        return;
+    const auto answer = m_connection.reply<xcb_input_query_device_state_reply_t>(
+        xcb_input_query_device_state(m_connection.get(), device));
+    if (answer) {
+        // A list of records, each telling its class and its own length.
+        const auto* record = reinterpret_cast<const std::uint8_t*>(answer.get() + 1);
+        for (unsigned left = answer->num_classes; left > 0; --left, record += record[1]) {
+            if (record[0] != XCB_INPUT_INPUT_CLASS_KEY)
+                continue;
+            const auto* keys = reinterpret_cast<const xcb_input_key_state_t*>(record)->keys;
+            for (unsigned key = firstKeycode; key < 256; ++key)
+                if ((keys[key / 8] >> (key % 8) & 1) != 0)
+                    release(static_cast<xcb_keycode_t>(key));
+        }
+    }
+    xcb_input_close_device(m_connection.get(), device);
+    m_connection.flush();
+}
+
+KeymapWatch::KeymapWatch(X11Keyboard& keyboard)
+    : m_keyboard(keyboard) {
+    m_keyboard.watchKeymaps(true);
+}
+
+KeymapWatch::~KeymapWatch() {
+    m_keyboard.watchKeymaps(false);
+    m_keyboard.connection().roundTrip();
+    hasChanged();
+}
+
+bool KeymapWatch::hasChanged() {
+    bool changed = false;
+    while (const XcbEvent event = m_keyboard.connection().pollEvent())
+        changed = changed || m_keyboard.isKeymapChange(*event);
+    return changed;
+}
+
+} // namespace talvera

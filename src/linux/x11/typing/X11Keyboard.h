@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/server/X11Connection.h"
+
+#include <bitset>
+#include <cstdint>
+#include <vector>
+
+namespace talvera {
+
+/// The keyboard as applications see it at one moment, whichever device its parts come from.
+struct X11KeyboardState {
+    std::bitset<256> downKeys; ///< by keycode
+    std::uint8_t group = 0;    ///< the layout in use among those that the user has set
+    std::uint8_t baseModifiers = 0;
+    std::uint8_t latchedModifiers = 0;
+    std::uint8_t lockedModifiers = 0;
+};
+
+/// The session's keyboard: the server's own device that types what we ask for, and the state that it shares
+/// with the user's devices. Uses the connection that it was opened on.
+class X11Keyboard {
+public:
+    /// Null when the server has no way to type (XTEST) or to tell about keyboards (XKB, XInput 2).
+    static std::unique_ptr<X11Keyboard> open(X11Connection& connection);
+
+    X11Connection& connection() const { return m_connection; }
+
+    /// The device whose keys press() and release() are. Its keymap is the one that counts for them, which
+    /// need not be that of the user's own devices.
+    std::uint16_t typingDevice() const { return m_typingDevice; }
+
+    /// Starts and stops to be told by events when keymaps change.
+    void watchKeymaps(bool watch);
+    /// The event tells of a change of the typing device's keymap.
+    bool isKeymapChange(const xcb_generic_event_t& event) const;
+
+    /// Every device whose keys reach applications through this keyboard, the typing device among them.
+    std::vector<std::uint16_t> devices();
+
+    /// Posts a key event. Releasing a key that the user holds takes it from applications until it is pressed
+    /// anew; pressing it again would leave it stuck.
+    void press(xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); }
+    void release(xcb_keycode_t key) { fake(XCB_KEY_RELEASE, key); }
+
+    /// The state now; empty when the server doesn't answer.
+    X11KeyboardState state();
+
+    /// Locks and unlocks the modifiers of `mask` as `locked` says. Latched modifiers of `latches` are let go.
+    void setLockedModifiers(std::uint8_t mask, std::uint8_t locked, std::uint8_t latches = 0);
+
+    /// Releases the keys that the typing device still holds, after somebody has died between a press and its
+    /// release.
+    void releaseStranded();
+
+private:
+    X11Keyboard(X11Connection& connection, std::uint16_t master)
+        : m_connection(connection)
+        , m_master(master) {}
+
+    void fake(std::uint8_t type, xcb_keycode_t key);
+    void findTypingDevice();
+
+    X11Connection& m_connection;
+    std::uint16_t m_master;
+    std::uint16_t m_typingDevice = 0;
+    std::uint8_t m_eventType = 0;
+};
+
+/// As long as it lives, events tell of changed keymaps. No event is left behind: an idle connection that
+/// collected them would grow for ever.
+class KeymapWatch {
+public:
+    explicit KeymapWatch(X11Keyboard& keyboard);
+    ~KeymapWatch();
+    KeymapWatch(const KeymapWatch&) = delete;
+    KeymapWatch& operator=(const KeymapWatch&) = delete;
+
+    /// Whether the typing device's keymap has changed since the last question.
+    bool hasChanged();
+
+private:
+    X11Keyboard& m_keyboard;
+};
+
+} // namespace talvera

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/typing/X11Typist.h"
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+
+namespace talvera {
+
+namespace {
+
+// For an application that hangs. Keys that it reads later than that may come out as others.
+constexpr std::chrono::seconds fullPatience{10};
+constexpr std::chrono::milliseconds lostPatience{100};
+
+} // namespace
+
+std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
+                                        std::size_t capacity,
+                                        const std::function<bool(xkb_keysym_t)>& isWritable) {
+    std::vector<xkb_keysym_t> wanted;
+    for (std::size_t position = start; position < symbols.size(); ++position) {
+        const xkb_keysym_t symbol = symbols[position];
+        if (symbol == XKB_KEY_NoSymbol || isWritable(symbol) ||
+            std::find(wanted.begin(), wanted.end(), symbol) != wanted.end())
+            continue;
+        if (wanted.size() == capacity)
+            break;
+        wanted.push_back(symbol);
+    }
+    return wanted;
+}
+
+X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier)
+    : m_keyboard(keyboard)
+    , m_barrier(barrier)
+    , m_ledger(keyboard)
+    , m_keymapWatch(keyboard)
+    , m_layout(keyboard)
+    , m_spares(keyboard, m_ledger)
+    , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
+    , m_patience(fullPatience) {
+    m_group = m_keyboard.state().group;
+    m_layout.find(XKB_KEY_space, m_group); // collects what the group writes
+}
+
+void X11Typist::begin(Symbols symbols) {
+    m_symbols = std::move(symbols);
+    m_barrier.begin();
+    m_group = m_keyboard.state().group;
+    followKeyboard();
+    lendFrom(0);
+}
+
+X11Typist::~X11Typist() {
+    release();
+    if (!m_spares.lent().empty()) {
+        if (m_hasTyped)
+            awaitTarget();
+        m_spares.giveBack();
+    }
+}
+
+bool X11Typist::press(std::size_t position, bool withShift) {
+    release();
+    m_group = m_guard.clear(m_spares.neutralKey());
+    followKeyboard();
+    const xkb_keysym_t symbol = m_symbols[position];
+    std::optional<KeyStroke> stroke = findStroke(symbol);
+    if (!stroke && symbol != XKB_KEY_NoSymbol) {
+        lendFrom(position);
+        m_group = m_guard.clear(m_spares.neutralKey()); // that has taken its time
+        stroke = findStroke(symbol);
+    }
+    if (stroke && withShift) {
+        const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
+        stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
+    }
+    if (!stroke || m_keyboard.connection().isBroken())
+        return false;
+    for (const xcb_keycode_t modifier : stroke->modifiers)
+        m_keyboard.press(modifier);
+    m_keyboard.press(stroke->key);
+    m_keyboard.connection().flush();
+    m_pressed = std::move(stroke);
+    m_hasTyped = true;
+    return true;
+}
+
+void X11Typist::release() {
+    if (!m_pressed)
+        return;
+    m_keyboard.release(m_pressed->key);
+    for (auto modifier = m_pressed->modifiers.rbegin(); modifier != m_pressed->modifiers.rend(); ++modifier)
+        m_keyboard.release(*modifier);
+    m_keyboard.connection().flush();
+    m_pressed.reset();
+}
+
+void X11Typist::followKeyboard() {
+    if (m_keymapWatch.hasChanged()) {
+        m_spares.refresh();
+        m_layout.refresh(m_spares.lent());
+    }
+}
+
+std::optional<KeyStroke> X11Typist::findStroke(xkb_keysym_t symbol) {
+    if (auto stroke = m_layout.find(symbol, m_group))
+        return stroke;
+    const auto spare = m_spares.find(symbol);
+    return spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
+}
+
+void X11Typist::lendFrom(std::size_t position) {
+    const auto wanted = symbolsToLend(m_symbols, position, m_spares.capacity(), [this](xkb_keysym_t symbol) {
+        return m_layout.find(symbol, m_group).has_value();
+    });
+    const bool known = std::all_of(wanted.begin(), wanted.end(),
+                                   [this](xkb_keysym_t symbol) { return m_spares.find(symbol).has_value(); });
+    if (known)
+        return;
+    if (m_hasTyped) {
+        awaitTarget();
+        m_hasTyped = false;
+    }
+    m_spares.lend(wanted);
+    awaitTarget();
+    m_keymapWatch.hasChanged(); // the change that we have just made is no news
+}
+
+void X11Typist::awaitTarget() {
+    m_keyboard.connection().roundTrip();
+    if (!m_barrier.wait(m_patience))
+        m_patience = lostPatience; // once is enough
+}
+
+} // namespace talvera

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/typing/ModifierGuard.h"
+#include "linux/x11/typing/SpareKeycodes.h"
+#include "linux/x11/typing/TargetBarrier.h"
+#include "linux/x11/typing/TypingLayout.h"
+
+#include <cstddef>
+#include <functional>
+#include <vector>
+
+namespace talvera {
+
+/// Types one sequence of symbols that is known beforehand, whatever the layout, and whatever the user holds.
+/// Symbols that the layout lacks are put on spare keys, as many at a time as there are. Destroying it leaves
+/// keyboard and layout as they were found.
+class X11Typist {
+public:
+    using Symbols = std::vector<xkb_keysym_t>;
+
+    /// `keyboard` and `barrier` stand on different connections. Reads the keyboard, which takes most of the
+    /// time until the first key, and follows it from then on.
+    X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier);
+    X11Typist(const X11Typist&) = delete;
+    X11Typist& operator=(const X11Typist&) = delete;
+    ~X11Typist();
+
+    /// Makes `symbols` writable for the focused application. Once, before all others.
+    void begin(Symbols symbols);
+
+    /// Presses the key of the symbol at `position`, with Shift if `withShift` or if the symbol needs it. What
+    /// was pressed before is released. False when there is no way to type the symbol.
+    bool press(std::size_t position, bool withShift = false);
+
+    /// Releases what is pressed.
+    void release();
+
+private:
+    void followKeyboard();
+    std::optional<KeyStroke> findStroke(xkb_keysym_t symbol);
+    void lendFrom(std::size_t position);
+    void awaitTarget();
+
+    X11Keyboard& m_keyboard;
+    TargetBarrier& m_barrier;
+    Symbols m_symbols;
+    TypingLedger m_ledger;
+    KeymapWatch m_keymapWatch; ///< begins before the layout is read, so that no change is missed
+    TypingLayout m_layout;
+    SpareKeycodes m_spares;
+    ModifierGuard m_guard;
+    std::uint8_t m_group = 0;
+    std::optional<KeyStroke> m_pressed;
+    bool m_hasTyped = false; ///< something since the last barrier
+    std::chrono::milliseconds m_patience;
+};
+
+/// The symbols that have to be made writable so that as many as possible of `symbols` from `start` on can be
+/// typed in one go: those that `isWritable` denies, each once, in the order of their appearance, at most
+/// `capacity` of them.
+std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
+                                        std::size_t capacity,
+                                        const std::function<bool(xkb_keysym_t)>& isWritable);
+
+} // namespace talvera

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/windows/EwmhWindows.h"
+
+#include "linux/support/ForeignText.h"
+#include "linux/support/processes.h"
+#include "linux/x11/server/X11Connection.h"
+
+#include <xcb/res.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace talvera {
+
+namespace {
+
+/// In units of four bytes. Texts of windows are cut here: nobody's name is longer, whatever its window says.
+constexpr std::uint32_t longestText = 256;
+constexpr std::uint32_t mostTypes = 16;
+constexpr std::chrono::milliseconds serverTimePatience{200};
+
+/// A source indication of the client message that stands for a pager, and so for the user's own wish: window
+/// managers grant it, where they may refuse an application's.
+constexpr std::uint32_t sourcePager = 2;
+
+xcb_get_property_cookie_t ask(X11Connection& connection, xcb_window_t window, const char* property,
+                              std::uint32_t length) {
+    return xcb_get_property(connection.get(), 0, window, connection.atom(property), XCB_GET_PROPERTY_TYPE_ANY,
+                            0, length);
+}
+
+QByteArray bytesOf(const xcb_get_property_reply_t& reply) {
+    if (reply.format != 8)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(&reply)), xcb_get_property_value_length(&reply)};
+}
+
+std::vector<std::uint32_t> itemsOf(const xcb_get_property_reply_t& reply) {
+    if (reply.format != 32)
+        return {};
+    const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(&reply));
+    return {items, items + xcb_get_property_value_length(&reply) / sizeof(std::uint32_t)};
+}
+
+} // namespace
+
+EwmhWindows::EwmhWindows(X11Connection& connection)
+    : m_connection(connection)
+    , m_activeWindow(connection.atom("_NET_ACTIVE_WINDOW")) {
+    constexpr char resources[] = "X-Resource";
+    const auto extension = connection.reply<xcb_query_extension_reply_t>(
+        xcb_query_extension(connection.get(), sizeof resources - 1, resources));
+    if (!extension || !extension->present)
+        return;
+    const auto version =
+        connection.reply<xcb_res_query_version_reply_t>(xcb_res_query_version(connection.get(), 1, 2));
+    m_serverKnowsProcesses = version && (version->server_major > 1 || version->server_minor >= 2);
+}
+
+std::optional<xcb_window_t> EwmhWindows::activeWindow() {
+    const auto value = m_connection.property(m_connection.root(), m_activeWindow);
+    if (value.empty() || value.front() == XCB_WINDOW_NONE || value.front() == m_connection.root())
+        return std::nullopt;
+    return value.front();
+}
+
+std::vector<xcb_window_t> EwmhWindows::managedWindows() {
+    auto windows = m_connection.property(m_connection.root(), m_connection.atom("_NET_CLIENT_LIST_STACKING"));
+    if (windows.empty())
+        windows = m_connection.property(m_connection.root(), m_connection.atom("_NET_CLIENT_LIST"));
+    std::reverse(windows.begin(), windows.end());
+    return windows;
+}
+
+std::optional<EwmhWindowFacts> EwmhWindows::facts(xcb_window_t window) {
+    const auto typeQuestion = ask(m_connection, window, "_NET_WM_WINDOW_TYPE", mostTypes);
+    const auto classQuestion = ask(m_connection, window, "WM_CLASS", longestText);
+    const auto gtkQuestion = ask(m_connection, window, "_GTK_APPLICATION_ID", longestText);
+    const auto kdeQuestion = ask(m_connection, window, "_KDE_NET_WM_DESKTOP_FILE", longestText);
+    const auto type = m_connection.reply<xcb_get_property_reply_t>(typeQuestion);
+    const auto windowClass = m_connection.reply<xcb_get_property_reply_t>(classQuestion);
+    const auto gtk = m_connection.reply<xcb_get_property_reply_t>(gtkQuestion);
+    const auto kde = m_connection.reply<xcb_get_property_reply_t>(kdeQuestion);
+    if (!type || !windowClass || !gtk || !kde)
+        return std::nullopt;
+
+    EwmhWindowFacts facts;
+    for (const auto atom : itemsOf(*type)) {
+        if (atom == m_connection.atom("_NET_WM_WINDOW_TYPE_DESKTOP") ||
+            atom == m_connection.atom("_NET_WM_WINDOW_TYPE_DOCK"))
+            facts.isPartOfDesktop = true;
+    }
+    // Two texts, each with a zero behind it: the instance and the class.
+    const auto names = bytesOf(*windowClass).split('\0');
+    facts.identity.instance = foreignText(names.value(0));
+    facts.identity.windowClass = foreignText(names.value(1));
+    facts.identity.applicationId = foreignText(bytesOf(*gtk));
+    if (facts.identity.applicationId.isEmpty())
+        facts.identity.applicationId = foreignText(bytesOf(*kde));
+    return facts;
+}
+
+xcb_window_t EwmhWindows::client(xcb_window_t window) const {
+    return window & ~xcb_get_setup(m_connection.get())->resource_id_mask;
+}
+
+std::map<xcb_window_t, pid_t> EwmhWindows::processesByClient(const std::vector<xcb_window_t>& windows) {
+    std::map<xcb_window_t, pid_t> processes;
+    if (!m_serverKnowsProcesses)
+        return processes;
+    std::vector<xcb_res_client_id_spec_t> questions;
+    for (const auto window : windows)
+        questions.push_back({window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
+    const auto answer = m_connection.reply<xcb_res_query_client_ids_reply_t>(
+        xcb_res_query_client_ids(m_connection.get(), std::uint32_t(questions.size()), questions.data()));
+    if (!answer)
+        return processes;
+    auto entry = xcb_res_query_client_ids_ids_iterator(answer.get());
+    for (; entry.rem > 0; xcb_res_client_id_value_next(&entry)) {
+        if (xcb_res_client_id_value_value_length(entry.data) == 1)
+            processes[client(entry.data->spec.client)] = pid_t(*xcb_res_client_id_value_value(entry.data));
+    }
+    return processes;
+}
+
+std::vector<pid_t> EwmhWindows::processes(const std::vector<xcb_window_t>& windows) {
+    // The server's word counts more than the window's: it is right inside a sandbox, too, and no program on
+    // another machine can be taken for one of ours. But it names the process that connected, which may have
+    // ended after handing its connection to a child.
+    const auto byServer = processesByClient(windows);
+    std::vector<xcb_get_property_cookie_t> questions;
+    for (const auto window : windows)
+        questions.push_back(ask(m_connection, window, "_NET_WM_PID", 1));
+    std::vector<pid_t> result;
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        const auto answer = m_connection.reply<xcb_get_property_reply_t>(questions[i]);
+        const auto items = answer ? itemsOf(*answer) : std::vector<std::uint32_t>();
+        const auto byWindow = items.empty() ? 0 : pid_t(items.front());
+        const auto known = byServer.find(client(windows[i]));
+        if (known != byServer.end() && processRuns(known->second))
+            result.push_back(known->second);
+        else if ((known != byServer.end() || !m_serverKnowsProcesses) && processRuns(byWindow))
+            result.push_back(byWindow);
+        else
+            result.push_back(-pid_t(client(windows[i])));
+    }
+    return result;
+}
+
+bool EwmhWindows::canActivate() {
+    const auto check = m_connection.atom("_NET_SUPPORTING_WM_CHECK");
+    const auto manager = m_connection.property(m_connection.root(), check);
+    // A window manager that has gone leaves its properties on the root window, but not its own window.
+    if (manager.empty() || m_connection.property(manager.front(), check) != manager)
+        return false;
+    const auto supported = m_connection.property(m_connection.root(), m_connection.atom("_NET_SUPPORTED"));
+    return std::find(supported.begin(), supported.end(), m_activeWindow) != supported.end();
+}
+
+void EwmhWindows::requestActivation(xcb_window_t window) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = m_activeWindow;
+    message.data.data32[0] = sourcePager;
+    message.data.data32[1] = serverTime();
+    xcb_send_event(m_connection.get(), 0, m_connection.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    m_connection.flush();
+}
+
+xcb_timestamp_t EwmhWindows::serverTime() {
+    // The server tells its time with each change of a property, so we change one of a window of our own.
+    auto* const xcb = m_connection.get();
+    const auto window = xcb_generate_id(xcb);
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, m_connection.root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    xcb_change_property(xcb, XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, nullptr);
+    xcb_destroy_window(xcb, window);
+    xcb_timestamp_t time = XCB_CURRENT_TIME;
+    const auto deadline = std::chrono::steady_clock::now() + serverTimePatience;
+    while (const auto event = m_connection.waitForEvent(deadline)) {
+        const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+        if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY && change->window == window) {
+            time = change->time;
+            break;
+        }
+    }
+    return time;
+}
+
+void EwmhWindows::announceActiveWindow() {
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(m_connection.get(), m_connection.root(), XCB_CW_EVENT_MASK, &events);
+    m_connection.flush();
+}
+
+bool EwmhWindows::announcesActiveWindow(const xcb_generic_event_t& event) const {
+    if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY)
+        return false;
+    return reinterpret_cast<const xcb_property_notify_event_t&>(event).atom == m_activeWindow;
+}
+
+} // namespace talvera

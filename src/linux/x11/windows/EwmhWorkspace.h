@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/windows/EwmhWindows.h"
+#include "platform/desktop/Workspace.h"
+
+#include <QSocketNotifier>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace talvera {
+
+class DesktopEntryCatalog;
+class X11Connection;
+
+/// The applications of an X11 session, by their windows. The desktop's background and its panels are nobody's
+/// front application, and nobody is in front of a locked screen. An application on another machine goes by a
+/// negative process id.
+class EwmhWorkspace final : public Workspace {
+public:
+    /// `connection` is used by nobody else on another thread, and may be null in a session without X server:
+    /// then no application is ever seen. Both outlive the workspace.
+    EwmhWorkspace(X11Connection* connection, DesktopEntryCatalog& installed);
+    ~EwmhWorkspace() override;
+
+    std::optional<RunningApplication> frontmostApplication() override;
+    std::optional<RunningApplication> runningApplication(pid_t pid) override;
+    bool activate(pid_t pid) override;
+    std::optional<QString> ownBundleID() override;
+
+private:
+    RunningApplication describe(pid_t pid, const WindowIdentity& window);
+    std::vector<xcb_window_t> windowsOf(pid_t pid);
+    void readEvents();
+    void remember(xcb_window_t active);
+
+    X11Connection* m_connection;
+    DesktopEntryCatalog& m_installed;
+    std::optional<EwmhWindows> m_windows;
+    std::vector<xcb_window_t> m_recentlyActive; ///< the latest first
+    std::unique_ptr<QSocketNotifier> m_readable;
+};
+
+} // namespace talvera

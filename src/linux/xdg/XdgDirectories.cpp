@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+#include "linux/xdg/XdgDirectories.h"
+
+#include "platform/system/PlatformError.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdlib>
+#include <optional>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace talvera {
+
+namespace {
+
+constexpr mode_t privateMode = 0700;
+
+/// Relative paths in these variables are to be ignored.
+QString absoluteOr(const QString& path, const QString& otherwise) {
+    return path.startsWith(u'/') ? QDir::cleanPath(path) : otherwise;
+}
+
+std::optional<struct stat> linkStatus(const QString& path) {
+    struct stat status {};
+    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+    return status;
+}
+
+/// A directory of ours, no link to one, with none of the `others` permission bits.
+bool isOurs(const QString& path, mode_t others) {
+    const auto status = linkStatus(path);
+    return status && S_ISDIR(status->st_mode) && status->st_uid == ::geteuid() &&
+           (status->st_mode & others) == 0;
+}
+
+/// Makes the directory, or takes one that stands there and is as private as ours would be. One that was open
+/// to others for a while is refused: they may have left something in it.
+bool makePrivate(const QString& path) {
+    const auto name = QFile::encodeName(path);
+    if (::mkdir(name.constData(), privateMode) != 0 && errno != EEXIST)
+        return false;
+    return isOurs(path, 0077) && ::access(name.constData(), W_OK | X_OK) == 0;
+}
+
+/// In the user's own runtime directory, which lies in memory: what was said never reaches a disk.
+std::optional<QString> temporaryAtRuntime(const QString& runtime) {
+    const auto parent = absoluteOr(runtime, {});
+    if (parent.isEmpty() || !isOurs(parent, 0022))
+        return std::nullopt;
+    const QString path = parent + QStringLiteral("/talvera");
+    return makePrivate(path) ? std::optional(path) : std::nullopt;
+}
+
+/// Under the system's temporary directory, where everybody may write. Should somebody sit on the name that we
+/// would have every time, it becomes a fresh one.
+QString temporaryOfSystem(const QString& systemTemporary) {
+    const QString path = QStringLiteral("%1/talvera-%2")
+                             .arg(absoluteOr(systemTemporary, QStringLiteral("/tmp")))
+                             .arg(::geteuid());
+    if (makePrivate(path))
+        return path;
+    auto fresh = QFile::encodeName(path + QStringLiteral("-XXXXXX"));
+    if (::mkdtemp(fresh.data()) == nullptr)
+        throw PlatformError(QStringLiteral("XdgDirectories"), errno,
+                            QStringLiteral("no private temporary directory: %1").arg(qt_error_string(errno)));
+    return QFile::decodeName(fresh);
+}
+
+/// Beside the program where it was built, in the libraries' place where it was installed.
+QString resourcesOf(const QString& program) {
+    const auto directory = QFileInfo(program).absolutePath();
+    if (QFileInfo(directory + QStringLiteral("/Resources")).isDir())
+        return directory;
+    return QDir::cleanPath(directory + QStringLiteral("/../lib/talvera"));
+}
+
+QString homeOfUser() {
+    const auto* user = ::getpwuid(::geteuid());
+    return user == nullptr ? QString() : QFile::decodeName(user->pw_dir);
+}
+
+} // namespace
+
+XdgDirectories::Environment XdgDirectories::environment() {
+    const auto variable = [](const char* name) { return QFile::decodeName(qgetenv(name)); };
+    return {variable("HOME"),
+            variable("XDG_DATA_HOME"),
+            variable("XDG_CONFIG_HOME"),
+            variable("XDG_RUNTIME_DIR"),
+            variable("TMPDIR"),
+            QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget()};
+}
+
+Directories XdgDirectories::directories(const Environment& environment) {
+    const auto home = absoluteOr(environment.home, homeOfUser());
+    Directories result;
+    result.applicationSupport = absoluteOr(environment.dataHome, home + QStringLiteral("/.local/share"));
+    result.configuration =
+        absoluteOr(environment.configHome, home + QStringLiteral("/.config")) + QStringLiteral("/Talvera");
+    result.resources = resourcesOf(environment.program);
+    const auto atRuntime = temporaryAtRuntime(environment.runtime);
+    result.temporary = atRuntime ? *atRuntime : temporaryOfSystem(environment.systemTemporary);
+    return result;
+}
+
+} // namespace talvera

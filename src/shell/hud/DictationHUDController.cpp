@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "shell/hud/DictationHUDController.h"
+
+#include "concurrency/MainActor.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace talvera {
+
+DictationHUDController::DictationHUDController(MainActor& actor, HUDPanelFactory makePanel)
+    : m_actor(actor)
+    , m_makePanel(std::move(makePanel)) {}
+
+DictationHUDController::~DictationHUDController() {
+    if (m_noticeAutoHide)
+        m_noticeAutoHide->cancel();
+}
+
+void DictationHUDController::show(DictationHUDState state) {
+    beginTransition();
+    panel().setIgnoresMouseEvents(true);
+    m_stateHolder->level.set(0.0F);
+    m_stateHolder->state.set(std::move(state));
+    panel().fadeIn();
+}
+
+void DictationHUDController::update(DictationHUDState state) {
+    beginTransition();
+    panel().setIgnoresMouseEvents(true);
+    m_stateHolder->state.set(std::move(state));
+}
+
+void DictationHUDController::showNotice(const QString& text, NoticeTone tone, Duration autoHideAfter) {
+    beginTransition();
+    panel().setIgnoresMouseEvents(true);
+    m_noticeDuration = autoHideAfter;
+    m_stateHolder->state.set(DictationHUDState::Notice{text, tone});
+    panel().fadeIn();
+
+    const CancellationToken token;
+    m_noticeAutoHide = token;
+    m_actor.start([this, &actor = m_actor, token, autoHideAfter]() -> Task<void> {
+        co_await actor.sleep(autoHideAfter, token);
+        // The destructor cancels too, so an uncancelled token also tells that the controller is still there.
+        if (!token.isCancelled())
+            hide();
+    });
+}
+
+void DictationHUDController::showPermission(PermissionKind kind, std::function<void()> onDismiss,
+                                            std::function<void()> onOpenSettings) {
+    beginTransition();
+    panel().setIgnoresMouseEvents(false);
+    m_stateHolder->permissionDismiss = std::move(onDismiss);
+    m_stateHolder->permissionOpenSettings = std::move(onOpenSettings);
+    m_stateHolder->state.set(DictationHUDState::PermissionRequired{kind});
+    panel().fadeIn();
+}
+
+void DictationHUDController::hide() {
+    beginTransition();
+    if (m_panel)
+        m_panel->setIgnoresMouseEvents(true);
+    if (!m_panel || !m_panel->isVisible()) {
+        m_stateHolder->state.set(DictationHUDState::Hidden{});
+        return;
+    }
+    m_panel->fadeOut([weak = std::weak_ptr(m_stateHolder)] {
+        if (const auto holder = weak.lock())
+            holder->state.set(DictationHUDState::Hidden{});
+    });
+}
+
+void DictationHUDController::setLevel(float input) {
+    const float clamped = input < 1.0F ? std::max(input, 0.0F) : 1.0F; // not a number counts as 1
+    m_stateHolder->level.set(clamped * 0.4F + m_stateHolder->level.get() * 0.6F);
+}
+
+void DictationHUDController::beginTransition() {
+    if (const auto autoHide = std::exchange(m_noticeAutoHide, std::nullopt))
+        autoHide->cancel();
+    m_stateHolder->permissionDismiss = nullptr;
+    m_stateHolder->permissionOpenSettings = nullptr;
+}
+
+HUDPanel& DictationHUDController::panel() {
+    if (!m_panel)
+        m_panel = m_makePanel();
+    return *m_panel;
+}
+
+} // namespace talvera

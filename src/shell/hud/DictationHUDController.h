@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/CancellationToken.h"
+#include "concurrency/Time.h"
+#include "shell/hud/DictationHUDState.h"
+#include "shell/hud/HUDPanel.h"
+#include "shell/hud/StateHolder.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace talvera {
+
+class MainActor;
+
+/// Owns the HUD's panel and says what it shows. Everybody else only asks for transitions, none of which can
+/// fail. Main thread only.
+class DictationHUDController {
+public:
+    using NoticeTone = DictationHUDState::NoticeTone;
+    using PermissionKind = DictationHUDState::PermissionKind;
+
+    /// `makePanel` is called once, at the first transition that needs the panel.
+    DictationHUDController(MainActor& actor, HUDPanelFactory makePanel);
+    ~DictationHUDController();
+    DictationHUDController(const DictationHUDController&) = delete;
+    DictationHUDController& operator=(const DictationHUDController&) = delete;
+
+    /// Brings the panel on screen in `state`, with the level meter at rest.
+    void show(DictationHUDState state);
+
+    /// Replaces the state and leaves the panel as it is, shown or not.
+    void update(DictationHUDState state);
+
+    /// Shows a message that hides itself. A later transition outruns its time.
+    void showNotice(const QString& text, NoticeTone tone, Duration autoHideAfter);
+
+    /// Shows the clickable card; it stays until the next transition.
+    void showPermission(PermissionKind kind, std::function<void()> onDismiss,
+                        std::function<void()> onOpenSettings);
+
+    /// Fades the panel out; the state becomes hidden when it is gone. A panel that is shown again during the
+    /// fade still goes when the fade ends.
+    void hide();
+
+    /// Feeds the level meter; what lies outside of 0 to 1 is clamped.
+    void setLevel(float input);
+
+    const DictationHUDState& currentState() const { return m_stateHolder->state.get(); }
+    StateHolder& stateHolder() { return *m_stateHolder; }
+
+    /// How long the last notice stays, from its beginning and if nothing outruns it.
+    Duration noticeDuration() const { return m_noticeDuration; }
+
+private:
+    void beginTransition();
+    HUDPanel& panel();
+
+    MainActor& m_actor;
+    HUDPanelFactory m_makePanel;
+    std::shared_ptr<StateHolder> m_stateHolder = std::make_shared<StateHolder>();
+    std::unique_ptr<HUDPanel> m_panel;
+    std::optional<CancellationToken> m_noticeAutoHide;
+    Duration m_noticeDuration{};
+};
+
+} // namespace talvera

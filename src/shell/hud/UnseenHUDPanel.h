@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "shell/hud/HUDPanel.h"
+
+namespace talvera {
+
+/// A panel that never comes on screen, for sessions in which there is nothing to show it on.
+class UnseenHUDPanel final : public HUDPanel {
+public:
+    bool isVisible() const override { return false; }
+    void fadeIn() override {}
+    void fadeOut(std::function<void()> completion) override { completion(); }
+    void setIgnoresMouseEvents(bool) override {}
+};
+
+} // namespace talvera

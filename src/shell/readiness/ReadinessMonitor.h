@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/MainActor.h"
+#include "concurrency/Published.h"
+#include "language/AIAvailabilityState.h"
+#include "platform/sound/MicrophonePermission.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace talvera {
+
+class Accessibility;
+class LanguageModel;
+class ProgramActivation;
+class SettingsPanels;
+
+/// Whether the program can work: publishes what the session lets us do, and follows its changes. It looks
+/// again when the user turns to the program and, while something is missing that may still come, every 2
+/// seconds; else it rests. Changes nothing
+/// by itself. Main thread only.
+class ReadinessMonitor {
+public:
+    struct Platform {
+        MainActor& actor;
+        MicrophonePermission& microphone;
+        Accessibility& accessibility;
+        LanguageModel& languageModel;
+        SettingsPanels& settingsPanels;
+        ProgramActivation& activation;
+    };
+
+    explicit ReadinessMonitor(Platform platform);
+    ~ReadinessMonitor();
+    ReadinessMonitor(const ReadinessMonitor&) = delete;
+    ReadinessMonitor& operator=(const ReadinessMonitor&) = delete;
+
+    Published<AuthorizationStatus> micStatus;
+    Published<bool> axTrusted;
+    Published<bool> inputMonitoringGranted;
+    Published<AIAvailabilityState> aiState;
+
+    /// The two that a dictation can't do without are granted: microphone and Accessibility.
+    bool isReady() const { return missingCount() == 0; }
+    /// How many of the two are lacking.
+    int missingCount() const;
+
+    /// Looks at all four now and publishes what has changed.
+    void refresh();
+
+    /// A fresh reading, which leaves the published value alone.
+    AIAvailabilityState currentAIState() const;
+
+    /// What the machine's reason for a missing language model means; nothing is no reason.
+    static AIAvailabilityState aiStateFor(const std::optional<QString>& unavailableReason);
+
+    /// Asks the user for the microphone and calls `done` once the answer is known.
+    void requestMicrophone(std::function<void()> done);
+
+    /// Opens the settings of this desktop. Where it has none, answers what to tell the user instead.
+    [[nodiscard]] std::optional<QString> openMicrophoneSettings();
+    [[nodiscard]] std::optional<QString> openAccessibilitySettings();
+
+    bool isPolling() const { return m_pollTimer.has_value(); }
+
+private:
+    void refreshLater();
+    void applyPollRule();
+    void startPollTimer();
+
+    Platform m_platform;
+    std::optional<MainActor::TimerId> m_pollTimer;
+    Subscription m_microphoneChanges;
+    Subscription m_activations;
+    std::shared_ptr<void> m_lifetime; // lets what was posted find out
+};
+
+} // namespace talvera

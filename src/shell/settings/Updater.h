@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/system/UpdateService.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace talvera {
+
+class DictationHUDController;
+class Notifier;
+
+/// Tells the user, who has asked for it, whether there is a newer version. Nothing is looked for unasked:
+/// what keeps the system current does that for us too. Main thread only.
+class Updater {
+public:
+    Updater(UpdateService& service, Notifier& notifier, DictationHUDController& hud);
+
+    /// Asks, and says the answer in a notification, or on the HUD where the desktop shows none. While a
+    /// question is under way another one is not asked.
+    void checkForUpdates();
+
+private:
+    void say(const UpdateAnswer& answer);
+
+    UpdateService& m_service;
+    Notifier& m_notifier;
+    DictationHUDController& m_hud;
+    bool m_isAsking = false;
+    std::shared_ptr<void> m_lifetime; // lets answers that come late find out
+};
+
+} // namespace talvera

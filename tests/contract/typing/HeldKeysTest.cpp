@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include "TypingTools.h"
+
+#include "RigInput.h"
+#include "linux/x11/clipboard/X11Pasteboard.h"
+#include "linux/x11/typing/X11KeyEventPoster.h"
+#include "receivers/Receiver.h"
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+constexpr int LeftShift = 50;
+constexpr int RightShift = 62;
+constexpr int LeftControl = 37;
+constexpr int RightControl = 105;
+constexpr int LeftAlt = 64;
+constexpr int RightAlt = 108;
+constexpr int LeftSuper = 133;
+constexpr int RightSuper = 134;
+constexpr int CapsLockKey = 66;
+constexpr int NumLockKey = 77;
+constexpr int LetterA = 38;
+constexpr int SpaceKey = 65;
+
+const QString Text = QStringLiteral("hello Wörld 123 @ мир");
+
+/// The user's keyboards, a real application and our own typing.
+class TypingScene {
+public:
+    explicit TypingScene(Receiver::Kind kind = Receiver::Kind::Qt, const std::string& layout = "us")
+        : m_layout((setLayout(layout), layout))
+        , receiver(kind) {}
+
+    /// What arrives is `expected`, and after that the user's own keys write what they always do.
+    void expectArrived(const QString& expected = Text) {
+        EXPECT_TRUE(receiver.waitForText(expected)) << receiver.text().toStdString();
+        EXPECT_EQ(keyboardState(), "");
+        keys.tap(LetterA);
+        EXPECT_TRUE(receiver.waitForText(expected + QLatin1Char('a'))) << receiver.text().toStdString();
+    }
+
+private:
+    std::string m_layout;
+
+public:
+    Receiver receiver;
+    RigInput keys;
+    X11KeyEventPoster poster;
+};
+
+void expectHeldKeyStaysOut(Receiver::Kind kind, int key, const std::string& layout = "us") {
+    TypingScene scene(kind, layout);
+    scene.keys.press(key);
+    typeText(scene.poster, Text);
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    scene.keys.release(key);
+    scene.expectArrived();
+}
+
+} // namespace
+
+#define TALVERA_HELD(suite, kind)                                                                            \
+    TEST(suite, shift_staysOut) {                                                                            \
+        expectHeldKeyStaysOut(kind, LeftShift);                                                              \
+    }                                                                                                        \
+    TEST(suite, control_staysOut) {                                                                          \
+        expectHeldKeyStaysOut(kind, LeftControl);                                                            \
+    }                                                                                                        \
+    TEST(suite, alt_staysOutAndOpensNoMenu) {                                                                \
+        expectHeldKeyStaysOut(kind, LeftAlt);                                                                \
+    }                                                                                                        \
+    TEST(suite, super_staysOut) {                                                                            \
+        expectHeldKeyStaysOut(kind, LeftSuper);                                                              \
+    }                                                                                                        \
+    TEST(suite, altGr_staysOut) {                                                                            \
+        expectHeldKeyStaysOut(kind, RightAlt, "de");                                                         \
+    }
+
+TALVERA_HELD(HeldInQt, Receiver::Kind::Qt)
+TALVERA_HELD(HeldInGtk, Receiver::Kind::Gtk)
+TALVERA_HELD(HeldInTerminal, Receiver::Kind::Terminal)
+
+TEST(HeldInQt, keysOfTheRightHand_stayOut) {
+    for (const int key : {RightShift, RightControl, RightSuper, RightAlt}) {
+        expectHeldKeyStaysOut(Receiver::Kind::Qt, key);
+    }
+}
+
+TEST(MovingKeys, modifierPressedAndReleasedMeanwhile_staysOut) {
+    TypingScene scene;
+    typeText(scene.poster, Text, [&](qsizetype chunk) {
+        if (chunk % 4 == 1) {
+            scene.keys.press(LeftShift);
+            scene.keys.press(LeftControl);
+        } else if (chunk % 4 == 3) {
+            scene.keys.release(LeftShift);
+            scene.keys.release(LeftControl);
+        }
+    });
+    scene.expectArrived();
+}
+
+TEST(MovingKeys, heldModifierReleasedMeanwhile_isNotStuck) {
+    TypingScene scene;
+    scene.keys.press(LeftShift);
+    typeText(scene.poster, Text, [&](qsizetype chunk) {
+        if (chunk == 7) {
+            scene.keys.release(LeftShift);
+        }
+    });
+    scene.expectArrived();
+}
+
+TEST(MovingKeys, modifierHeldBeyondTheEnd_isNotStuckWhenReleased) {
+    TypingScene scene;
+    typeText(scene.poster, Text, [&](qsizetype chunk) {
+        if (chunk == 7) {
+            scene.keys.press(LeftControl);
+        }
+    });
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    scene.keys.release(LeftControl);
+    scene.expectArrived();
+}
+
+TEST(MovingKeys, heldLetter_stopsRepeating) {
+    TypingScene scene;
+    scene.keys.press(LetterA);
+    const QString expected = QLatin1Char('a') + Text;
+    ASSERT_TRUE(scene.receiver.waitForText(QStringLiteral("a")));
+    typeText(scene.poster, Text);
+    EXPECT_TRUE(scene.receiver.waitForText(expected)) << scene.receiver.text().toStdString();
+    scene.keys.release(LetterA);
+    scene.expectArrived(expected);
+}
+
+TEST(MovingKeys, secondKeyboardInUse_makesNoDifference) {
+    TypingScene scene;
+    typeText(scene.poster, mixedText(), [&](qsizetype chunk) {
+        const int keyboard = static_cast<int>(chunk % 2);
+        if (chunk % 8 < 2) {
+            scene.keys.press(LeftShift, keyboard);
+        } else if (chunk % 8 >= 6) {
+            scene.keys.release(LeftShift, keyboard);
+        }
+    });
+    scene.keys.release(LeftShift, 0);
+    scene.keys.release(LeftShift, 1);
+    scene.expectArrived(mixedText());
+}
+
+TEST(Locks, capsLock_makesNoDifferenceAndStaysOn) {
+    TypingScene scene;
+    scene.keys.tap(CapsLockKey);
+    ASSERT_EQ(keyboardState(), "locked 2 ");
+    typeText(scene.poster, Text);
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    EXPECT_EQ(keyboardState(), "locked 2 ");
+    scene.keys.tap(CapsLockKey);
+    scene.expectArrived();
+}
+
+TEST(Locks, capsLockPressedMeanwhile_staysOutAndIsOnAfterwards) {
+    TypingScene scene;
+    typeText(scene.poster, Text, [&](qsizetype chunk) {
+        if (chunk == 7) {
+            scene.keys.tap(CapsLockKey);
+        }
+    });
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    EXPECT_EQ(keyboardState(), "locked 2 ");
+    scene.keys.tap(CapsLockKey);
+    scene.expectArrived();
+}
+
+TEST(Locks, capsLockSwitchedOffMeanwhile_isOffAfterwards) {
+    TypingScene scene;
+    scene.keys.tap(CapsLockKey);
+    typeText(scene.poster, Text, [&](qsizetype chunk) {
+        if (chunk == 7) {
+            scene.keys.tap(CapsLockKey);
+        }
+    });
+    scene.expectArrived();
+}
+
+TEST(Locks, numLock_isLeftAlone) {
+    TypingScene scene;
+    scene.keys.tap(NumLockKey);
+    ASSERT_EQ(keyboardState(), "locked 16 ");
+    typeText(scene.poster, Text);
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    EXPECT_EQ(keyboardState(), "locked 16 ");
+    scene.keys.tap(NumLockKey);
+    scene.expectArrived();
+}
+
+TEST(HeldHotkey, chordStillDownAsTypingBegins_staysOut) {
+    TypingScene scene;
+    const auto connection = X11Connection::open();
+    for (const std::uint16_t locks : {0, 2, 16, 18}) {
+        xcb_grab_key(connection->get(), 0, connection->root(),
+                     static_cast<std::uint16_t>(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | locks), SpaceKey,
+                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    }
+    ASSERT_TRUE(connection->roundTrip());
+    scene.keys.press(LeftControl);
+    scene.keys.press(LeftAlt);
+    scene.keys.press(SpaceKey);
+    typeText(scene.poster, Text);
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    for (const int key : {SpaceKey, LeftAlt, LeftControl}) {
+        scene.keys.release(key);
+    }
+    scene.expectArrived();
+}
+
+TEST(PasteWithHeldKeys, eachModifier_staysOut) {
+    TypingScene scene;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    QString expected;
+    for (const int key : {LeftShift, LeftControl, LeftAlt, LeftSuper, RightAlt}) {
+        SCOPED_TRACE(key);
+        scene.keys.press(key);
+        pasteText(scene.poster, pasteboard, Text);
+        expected += Text;
+        EXPECT_TRUE(scene.receiver.waitForText(expected)) << scene.receiver.text().toStdString();
+        scene.keys.release(key);
+        EXPECT_EQ(keyboardState(), "");
+    }
+}
+
+TEST(PasteWithHeldKeys, capsLock_staysOn) {
+    TypingScene scene;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    scene.keys.tap(CapsLockKey);
+    pasteText(scene.poster, pasteboard, Text);
+    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    EXPECT_EQ(keyboardState(), "locked 2 ");
+    scene.keys.tap(CapsLockKey);
+}

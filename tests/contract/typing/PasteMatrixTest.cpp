@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "TypingTools.h"
+
+#include "RigInput.h"
+#include "linux/x11/clipboard/X11Pasteboard.h"
+#include "linux/x11/server/FocusedWindow.h"
+#include "linux/x11/typing/X11KeyEventPoster.h"
+#include "receivers/Receiver.h"
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+/// A megabyte of lines that differ, so that a piece lost or doubled is seen.
+QString megabyte() {
+    QString text;
+    for (int line = 0; text.size() < 1 << 20; ++line) {
+        text += QStringLiteral("line %1 of a long dictation, größer als üblich — ").arg(line);
+    }
+    return text;
+}
+
+/// Pastes into a real application, as delivery does; the text has to arrive as it stands.
+void expectPasteArrives(Receiver::Kind kind, const QString& text, const std::string& layout = "us") {
+    setLayout(layout);
+    Receiver receiver(kind);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11KeyEventPoster poster;
+    pasteText(poster, pasteboard, text);
+    EXPECT_TRUE(receiver.waitForText(text))
+        << receiver.text().size() << " of " << text.size() << ": " << receiver.text().left(200).toStdString();
+}
+
+/// Marks the word at the top left of the focused window with a double click. False when nothing gets marked.
+bool markWord(RigInput& keys) {
+    const auto connection = X11Connection::open();
+    const auto corner = connection->reply<xcb_translate_coordinates_reply_t>(
+        xcb_translate_coordinates(connection->get(), focusedWindow(*connection), connection->root(), 0, 0));
+    const xcb_window_t former = xcb_generate_id(connection->get());
+    xcb_create_window(connection->get(), 0, former, connection->root(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_set_selection_owner(connection->get(), former, XCB_ATOM_PRIMARY, XCB_CURRENT_TIME);
+    if (!connection->roundTrip() || !corner) {
+        return false;
+    }
+    keys.pointAt(corner->dst_x + 10, corner->dst_y + 10);
+    bool marked = false;
+    for (int attempt = 0; attempt < 20 && !marked;
+         ++attempt) { // on a busy machine, two clicks may be too slow
+        for (int click = 0; click < 2; ++click) {
+            keys.pressButton();
+            keys.releaseButton();
+        }
+        marked =
+            connection->waitForEvent(std::chrono::steady_clock::now() + std::chrono::seconds(1)) != nullptr;
+    }
+    return marked;
+}
+
+/// Pastes over a selection; the text has to take its place.
+void expectSelectionIsReplaced(Receiver::Kind kind) {
+    setLayout("us");
+    Receiver receiver(kind);
+    RigInput keys;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11KeyEventPoster poster;
+    typeText(poster, QStringLiteral("old"));
+    ASSERT_TRUE(receiver.waitForText(QStringLiteral("old")));
+    keys.press(37);
+    keys.tap(38);
+    keys.release(37);
+    pasteText(poster, pasteboard, QStringLiteral("new"));
+    EXPECT_TRUE(receiver.waitForText(QStringLiteral("new"))) << receiver.text().toStdString();
+}
+
+} // namespace
+
+TEST(PasteInTerminal, somethingMarkedInIt_isNotWhatIsPasted) {
+    setLayout("us");
+    Receiver receiver(Receiver::Kind::Terminal);
+    RigInput keys;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11KeyEventPoster poster;
+    typeText(poster, QStringLiteral("old "));
+    ASSERT_TRUE(receiver.waitForText(QStringLiteral("old ")));
+    ASSERT_TRUE(markWord(keys));
+    ASSERT_EQ(outputOf("xclip -o -selection primary"), "old");
+    pasteText(poster, pasteboard, QStringLiteral("new"));
+    EXPECT_TRUE(receiver.waitForText(QStringLiteral("old new"))) << receiver.text().toStdString();
+}
+
+TEST(PasteInGtk, selection_isReplaced) {
+    expectSelectionIsReplaced(Receiver::Kind::Gtk);
+}
+TEST(PasteInQt, selection_isReplaced) {
+    expectSelectionIsReplaced(Receiver::Kind::Qt);
+}
+TEST(PasteInChromium, selection_isReplaced) {
+    expectSelectionIsReplaced(Receiver::Kind::Chromium);
+}
+
+#define TALVERA_MATRIX(suite, kind)                                                                          \
+    TEST(suite, mixedText_arrives) {                                                                         \
+        expectPasteArrives(kind, mixedText());                                                               \
+    }                                                                                                        \
+    TEST(suite, layoutWithoutLatinLetters_makesNoDifference) {                                               \
+        expectPasteArrives(kind, mixedText(), "ru");                                                         \
+    }                                                                                                        \
+    TEST(suite, aMegabyte_arrivesWhole) {                                                                    \
+        expectPasteArrives(kind, megabyte());                                                                \
+    }
+
+TALVERA_MATRIX(PasteInGtk, Receiver::Kind::Gtk)
+TALVERA_MATRIX(PasteInQt, Receiver::Kind::Qt)
+TALVERA_MATRIX(PasteInTerminal, Receiver::Kind::Terminal)
+TALVERA_MATRIX(PasteInChromium, Receiver::Kind::Chromium)

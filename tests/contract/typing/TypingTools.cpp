@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "TypingTools.h"
+
+#include "linux/x11/typing/X11Keyboard.h"
+#include "text/typewriterChunks.h"
+
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+
+namespace talvera::test {
+
+void typeText(KeyEventPoster& poster, const QString& text,
+              const std::function<void(qsizetype)>& beforeChunk) {
+    using std::chrono::milliseconds;
+    const QStringList chunks = typewriterChunks(text);
+    const auto session = poster.beginTyping(chunks);
+    for (qsizetype index = 0; index < chunks.size(); ++index) {
+        if (beforeChunk) {
+            beforeChunk(index);
+        }
+        session->post(index, KeyPhase::Down);
+        std::this_thread::sleep_for(milliseconds(2));
+        session->post(index, KeyPhase::Up);
+        std::this_thread::sleep_for(milliseconds(25));
+    }
+}
+
+void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text) {
+    pasteboard.setString(text);
+    poster.postPaste(KeyPhase::Down);
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    poster.postPaste(KeyPhase::Up);
+}
+
+std::string outputOf(const std::string& command) {
+    const auto close = [](std::FILE* stream) { ::pclose(stream); };
+    const std::unique_ptr<std::FILE, decltype(close)> stream(::popen(command.c_str(), "r"), close);
+    std::string output;
+    char buffer[4096];
+    while (const std::size_t count = stream ? std::fread(buffer, 1, sizeof buffer, stream.get()) : 0) {
+        output.append(buffer, count);
+    }
+    return output;
+}
+
+void setLayout(const std::string& layout) {
+    outputOf("setxkbmap " + layout);
+}
+
+std::string keymap() {
+    std::string map = outputOf("xkbcomp \"$DISPLAY\" - 2>/dev/null");
+    if (map.empty()) {
+        throw std::runtime_error("xkbcomp tells nothing");
+    }
+    return map;
+}
+
+std::string keyboardState() {
+    const auto connection = X11Connection::open();
+    const auto keyboard = connection ? X11Keyboard::open(*connection) : nullptr;
+    if (!keyboard) {
+        throw std::runtime_error("no keyboard");
+    }
+    const X11KeyboardState state = keyboard->state();
+    std::string told;
+    for (std::size_t key = 0; key < state.downKeys.size(); ++key) {
+        told += state.downKeys[key] ? " " + std::to_string(key) : "";
+    }
+    told = told.empty() ? "" : "keys" + told + " ";
+    told += state.baseModifiers != 0 ? "held " + std::to_string(state.baseModifiers) + " " : "";
+    told += state.latchedModifiers != 0 ? "latched " + std::to_string(state.latchedModifiers) + " " : "";
+    told += state.lockedModifiers != 0 ? "locked " + std::to_string(state.lockedModifiers) + " " : "";
+    return told;
+}
+
+} // namespace talvera::test

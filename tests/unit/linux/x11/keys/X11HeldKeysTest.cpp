@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/keys/X11HeldKeys.h"
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+
+namespace {
+
+constexpr std::uint8_t a = 38;
+
+TEST(X11HeldKeys, key_isHeldWhileAnyKeyboardHoldsIt) {
+    X11HeldKeys keys;
+    keys.press(6, a);
+    keys.press(7, a);
+    keys.release(6, a);
+    EXPECT_TRUE(keys.isHeld(a));
+    keys.release(7, a);
+    EXPECT_FALSE(keys.isHeld(a));
+}
+
+TEST(X11HeldKeys, releaseWithoutPress_isNothing) {
+    X11HeldKeys keys;
+    keys.press(6, a);
+    keys.release(7, a);
+    EXPECT_TRUE(keys.isHeld(a));
+    EXPECT_FALSE(keys.isHeld(a + 1));
+    EXPECT_FALSE(keys.isHeld(a - 1));
+}
+
+TEST(X11HeldKeys, keyboardThatLeaves_takesItsKeysWithIt) {
+    X11HeldKeys keys;
+    keys.press(6, a);
+    keys.press(7, a);
+    keys.keepDevices({6});
+    EXPECT_TRUE(keys.isHeld(a));
+    keys.keepDevices({5});
+    EXPECT_FALSE(keys.isHeld(a));
+}
+
+} // namespace

@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#include "shell/readiness/ReadinessMonitor.h"
+
+#include "FakeAccessibility.h"
+#include "FakeLanguageModel.h"
+#include "FakeMicrophonePermission.h"
+#include "FakeProgramActivation.h"
+#include "FakeSettingsPanels.h"
+#include "SimulatedMainActor.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+using namespace talvera;
+using namespace talvera::test;
+using AI = AIAvailabilityState;
+
+namespace {
+
+class Readiness : public testing::Test {
+protected:
+    ReadinessMonitor& monitor() {
+        if (!made)
+            made.emplace(ReadinessMonitor::Platform{actor, microphone, accessibility, languageModel,
+                                                    settingsPanels, activation});
+        return *made;
+    }
+
+    SimulatedMainActor actor;
+    FakeMicrophonePermission microphone{actor};
+    FakeProgramActivation activation;
+    FakeAccessibility accessibility;
+    FakeLanguageModel languageModel;
+    FakeSettingsPanels settingsPanels;
+    std::optional<ReadinessMonitor> made;
+};
+
+TEST_F(Readiness, everythingGranted_isReadyAndRests) {
+    EXPECT_TRUE(monitor().isReady());
+    EXPECT_EQ(monitor().missingCount(), 0);
+    EXPECT_FALSE(monitor().isPolling());
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, bothMissing_countsTwo) {
+    microphone.current = AuthorizationStatus::Denied;
+    accessibility.trusted = false;
+    EXPECT_EQ(monitor().missingCount(), 2);
+    EXPECT_FALSE(monitor().isReady());
+}
+
+TEST_F(Readiness, microphoneGrantedInTheBackground_isSeenWithinTwoSeconds) {
+    microphone.current = AuthorizationStatus::Denied;
+    EXPECT_TRUE(monitor().isPolling());
+    actor.advance(seconds(3));
+    microphone.current = AuthorizationStatus::Authorized;
+    actor.advance(seconds(2));
+    EXPECT_TRUE(monitor().isReady());
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, microphoneThatAnnouncesItsGrant_isSeenAtOnce) {
+    microphone.current = AuthorizationStatus::NotDetermined;
+    EXPECT_FALSE(monitor().isReady());
+    microphone.change(AuthorizationStatus::Authorized);
+    EXPECT_TRUE(monitor().isReady());
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, accessibilityRevokedAtRest_isSeenAtTheNextRefreshOnly) {
+    monitor();
+    accessibility.trusted = false;
+    actor.advance(seconds(60));
+    EXPECT_TRUE(monitor().isReady());
+    monitor().refresh();
+    EXPECT_FALSE(monitor().isReady());
+    EXPECT_TRUE(monitor().isPolling());
+}
+
+TEST_F(Readiness, userTurningToTheProgram_makesItLookAgainInATurnOfItsOwn) {
+    monitor();
+    accessibility.trusted = false;
+    activation.activate();
+    EXPECT_TRUE(monitor().axTrusted.get());
+    actor.settle();
+    EXPECT_FALSE(monitor().axTrusted.get());
+}
+
+TEST_F(Readiness, monitorThatGoesBeforeThat_isNotAskedAnyMore) {
+    monitor();
+    activation.activate();
+    made.reset();
+    activation.activate();
+    actor.settle();
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, modelBecomingReady_isPublishedWithinTwoSecondsAndEndsThePoll) {
+    languageModel.reason = "modelNotReady";
+    EXPECT_EQ(monitor().aiState.get(), AI::ModelNotReady);
+    EXPECT_TRUE(monitor().isPolling());
+    languageModel.reason = std::nullopt;
+    actor.advance(seconds(2));
+    EXPECT_EQ(monitor().aiState.get(), AI::Available);
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, inputMonitoringMissingAlone_isReadyWithoutAPoll) {
+    accessibility.inputMonitoring = false;
+    EXPECT_TRUE(monitor().isReady());
+    EXPECT_FALSE(monitor().inputMonitoringGranted.get());
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, refreshWithNothingChanged_tellsNobody) {
+    int told = 0;
+    const auto count = [&](const auto&) { ++told; };
+    const auto a = monitor().micStatus.observe(count);
+    const auto b = monitor().axTrusted.observe(count);
+    const auto c = monitor().inputMonitoringGranted.observe(count);
+    const auto d = monitor().aiState.observe(count);
+    monitor().refresh();
+    EXPECT_EQ(told, 0);
+    accessibility.trusted = false;
+    monitor().refresh();
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(Readiness, secondRefreshWhilePolling_startsNoSecondTimer) {
+    accessibility.trusted = false;
+    monitor();
+    monitor().refresh();
+    monitor().refresh();
+    accessibility.trusted = true;
+    monitor().refresh();
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, monitorGone_leavesNoTimer) {
+    accessibility.trusted = false;
+    monitor();
+    made.reset();
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, currentAIState_readsWithoutPublishing) {
+    monitor();
+    languageModel.reason = std::nullopt;
+    EXPECT_EQ(monitor().currentAIState(), AI::Available);
+    EXPECT_EQ(monitor().aiState.get(), AI::DeviceNotEligible);
+}
+
+TEST_F(Readiness, reasons_areToldByTheirText) {
+    const auto state = [](const char* reason) { return ReadinessMonitor::aiStateFor(QString(reason)); };
+    EXPECT_EQ(ReadinessMonitor::aiStateFor(std::nullopt), AI::Available);
+    EXPECT_EQ(state("unavailable(appleIntelligenceNotEnabled)"), AI::IntelligenceOff);
+    EXPECT_EQ(state("DeviceNotEligible"), AI::DeviceNotEligible);
+    EXPECT_EQ(state("modelnotready"), AI::ModelNotReady);
+    EXPECT_EQ(state("something new"), AI::DeviceNotEligible);
+}
+
+TEST_F(Readiness, requestMicrophone_waitsForTheAnswer) {
+    microphone.current = AuthorizationStatus::NotDetermined;
+    bool answered = false;
+    monitor().requestMicrophone([&] { answered = true; });
+    EXPECT_FALSE(answered);
+    actor.settle();
+    EXPECT_TRUE(answered);
+}
+
+TEST_F(Readiness, settings_opensThePanelOfThePermission) {
+    using Panel = SettingsPanels::Panel;
+    EXPECT_EQ(monitor().openMicrophoneSettings(), std::nullopt);
+    EXPECT_EQ(monitor().openAccessibilitySettings(), std::nullopt);
+    EXPECT_EQ(settingsPanels.opened, (std::vector{Panel::Microphone, Panel::Accessibility}));
+}
+
+} // namespace
