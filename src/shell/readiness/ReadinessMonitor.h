@@ -21,8 +21,7 @@ class SettingsPanels;
 
 /// Whether the program can work: publishes what the session lets us do, and follows its changes. It looks
 /// again when the user turns to the program and, while something is missing that may still come, every 2
-/// seconds; else it rests. Changes nothing
-/// by itself. Main thread only.
+/// seconds; else it rests. Changes nothing by itself. Main thread only.
 class ReadinessMonitor {
 public:
     struct Platform {

@@ -4,13 +4,17 @@
 // client can tell from real ones (the keys that a program posts come from another device and can be told
 // apart).
 //
-//   kbd serve CONTROL KEYBOARD0 KEYBOARD1 POINTER    the daemon; arguments are paths of sockets. Prints
-//   "ready". kbd press KEYBOARD KEYCODE                       KEYBOARD is 0 or 1, KEYCODE an X keycode (38 is
-//   A, 105 Right Ctrl) kbd release KEYBOARD KEYCODE kbd tap KEYBOARD KEYCODE [MILLISECONDS]          press,
-//   hold (30 ms unless told), release kbd move DX DY                                   moves the pointer by
-//   so many pixels kbd point X Y                                    moves the pointer to a place on the
-//   screen kbd button-press BUTTON, kbd button-release BUTTON, kbd click [BUTTON] kbd - < COMMANDS one
-//   command per line; also "sleep MILLISECONDS"
+//   kbd serve CONTROL KEYBOARD0 KEYBOARD1 POINTER    the daemon; arguments are paths of sockets. It
+//                                                    prints "ready".
+//   kbd press KEYBOARD KEYCODE                       KEYBOARD is 0 or 1, KEYCODE an X keycode: 38 is A
+//   kbd release KEYBOARD KEYCODE
+//   kbd tap KEYBOARD KEYCODE [MILLISECONDS]          press, hold (30 ms unless told), release
+//   kbd move DX DY                                   moves the pointer by so many pixels
+//   kbd point X Y                                    moves the pointer to a place on the screen
+//   kbd button-press BUTTON
+//   kbd button-release BUTTON
+//   kbd click [BUTTON]
+//   kbd - < COMMANDS                                 one command per line; also "sleep MILLISECONDS"
 //
 // The client finds the daemon by $RIG_KEYBOARDS. A command returns when the server has worked the event off.
 //

@@ -30,9 +30,8 @@ public:
     explicit X11ChordGrabs(std::unique_ptr<X11Connection> connection);
 
     /// Holds these chords and no others; the answers are in their order. Where another program holds a chord
-    ///     /// with one of the further modifiers that don't stop it, that combination stays with the program.
-    ///     The server
-    /// has worked it off on return, and so below.
+    /// with one of the further modifiers that don't stop it, that combination stays with the program. The
+    /// server has worked it off on return, and so below.
     std::vector<WatchResult> hold(const std::vector<KeyChord>& chords);
 
     /// Lets the key events of a press in progress go to the focused application.

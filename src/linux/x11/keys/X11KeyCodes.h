@@ -19,8 +19,6 @@ std::vector<std::uint8_t> fromVirtual(std::uint16_t keyCode);
 /// The virtual key of an X keycode.
 std::optional<std::uint16_t> toVirtual(std::uint8_t keycode);
 
-///
-
 /// KeyFlag bits of an X modifier state.
 std::uint64_t flagsFromState(std::uint16_t state);
 

@@ -42,8 +42,7 @@ public:
     /// is no longer among them is let go.
     std::vector<WatchResult> waitFor(const std::vector<KeyInterest>& interests);
 
-    ///     /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the
-    ///     focused
+    /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the focused
     /// application. `heardPresses` are the virtual key codes of the presses that were told and heard, but not
     /// their ends.
     void suspend(const std::set<std::uint16_t>& heardPresses);
