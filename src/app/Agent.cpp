@@ -4,7 +4,7 @@
 #include "app/Machine.h"
 #include "shell/hud/FocusNoticeText.h"
 #include "text/Localization.h"
-#include "views/QuickMenuPanel.h"
+#include "views/panel/QuickMenuPanel.h"
 
 #include <QLocale>
 

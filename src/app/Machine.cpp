@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Machine.h"
 
-#include "views/SymbolProvider.h"
+#include "views/controls/SymbolProvider.h"
 
 #include <utility>
 

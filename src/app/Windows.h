@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "views/QuickHUDPanel.h"
+#include "views/hud/QuickHUDPanel.h"
 #include "views/ViewEngine.h"
 
 #include <memory>

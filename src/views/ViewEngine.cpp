@@ -2,7 +2,7 @@
 #include "views/ViewEngine.h"
 
 #include "platform/desktop/DesktopAppearance.h"
-#include "views/SymbolProvider.h"
+#include "views/controls/SymbolProvider.h"
 
 #include <QFontInfo>
 #include <QGuiApplication>

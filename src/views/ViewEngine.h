@@ -26,7 +26,7 @@ public:
     ViewEngine(const ViewEngine&) = delete;
     ViewEngine& operator=(const ViewEngine&) = delete;
 
-    /// Makes the view of `name`.qml. It belongs to the caller. A view that can't be made ends the program: it
+    /// Makes the view of `name`.qml, such as "hud/HUDRoot". It belongs to the caller. A view that can't be made ends the program: it
     /// is part of it.
     std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
 

@@ -5,7 +5,7 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/hud/FocusNoticeText.h"
 #include "text/Localization.h"
-#include "views/QuickHUDPanel.h"
+#include "views/hud/QuickHUDPanel.h"
 
 namespace talvera::test {
 

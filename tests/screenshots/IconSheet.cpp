@@ -2,7 +2,7 @@
 #include "IconSheet.h"
 
 #include "linux/tray/SymbolPainter.h"
-#include "views/SymbolProvider.h"
+#include "views/controls/SymbolProvider.h"
 
 #include <QPainter>
 

@@ -18,8 +18,8 @@
 #include "shell/panel/MenuPanelModel.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "text/Localization.h"
-#include "views/KeyablePanel.h"
-#include "views/QuickMenuPanel.h"
+#include "views/panel/KeyablePanel.h"
+#include "views/panel/QuickMenuPanel.h"
 
 #include <QCoreApplication>
 #include <QCursor>

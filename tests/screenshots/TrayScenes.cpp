@@ -3,7 +3,7 @@
 
 #include "Stage.h"
 #include "linux/tray/TrayStatusItem.h"
-#include "views/SymbolProvider.h"
+#include "views/controls/SymbolProvider.h"
 
 #include <QProcess>
 

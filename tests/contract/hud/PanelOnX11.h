@@ -6,7 +6,7 @@
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "persistence/AppSettings.h"
 #include "platform/desktop/DesktopAppearance.h"
-#include "views/QuickHUDPanel.h"
+#include "views/hud/QuickHUDPanel.h"
 #include "views/ViewEngine.h"
 
 namespace talvera::test {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The real panel of the tray over other programs' windows, on a real X server.
-#include "views/QuickMenuPanel.h"
+#include "views/panel/QuickMenuPanel.h"
 #include "OtherWindow.h"
 #include "PanelFixture.h"
 #include "linux/x11/windows/X11PanelDesktop.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
-#include "views/KeyablePanel.h"
+#include "views/panel/KeyablePanel.h"
 #include "views/ViewEngine.h"
 
 #include <QGuiApplication>

@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: MIT
-import QtQuick
-
-/// What explains a label.
-Label {
-    color: Theme.textSecondary
-    font.pixelSize: Theme.sizeSmall
-    lineHeight: wrapMode === Text.NoWrap ? 1 : 1.1
-}

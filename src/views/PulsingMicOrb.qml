@@ -1,6 +1,0 @@
-// SPDX-License-Identifier: MIT
-
-/// The microphone listens.
-PulsingBadge {
-    symbol: "mic.fill"
-}

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Talvera
+
+/// A value that runs from 0 to 1 again and again.
+QtObject {
+    id: cycle
+
+    property bool running: false
+    property int duration: 1000 // milliseconds
+    property real value: 0
+
+    property real startedAt: 0
+    onRunningChanged: {
+        startedAt = Date.now();
+        value = 0;
+    }
+    readonly property Frames frames: Frames {
+        running: cycle.running
+        onTick: cycle.value = Math.max(0, now - cycle.startedAt) % cycle.duration / cycle.duration
+    }
+}

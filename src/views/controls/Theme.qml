@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+pragma Singleton
+import QtQuick
+import Talvera
+
+/// Everything that makes our windows look alike. Lengths are in device-independent pixels on a grid of 4.
+QtObject {
+    /// Set by ViewEngine, and followed live.
+    property bool dark: false
+    property string fontFamily
+
+    // Surfaces, from the back to the front
+    readonly property color window: dark ? "#1b1b1f" : "#f6f6f8"
+    readonly property color surface: dark ? "#222227" : "#ffffff"
+    readonly property color overlay: dark ? "#f41c1c20" : "#f5fcfcfd" ///< floats over whatever lies below
+    readonly property color overlayOpaque: dark ? "#1c1c20" : "#fcfcfd" ///< where nothing can shine through
+    readonly property color overlayOutline: dark ? "#3dffffff" : "#26000000"
+    readonly property color outline: dark ? "#38383f" : "#dcdce2"
+    readonly property color mark: dark ? "#5a5a64" : "#b4b4be" ///< tells a place without words
+    readonly property color separator: dark ? "#2e2e34" : "#e8e8ec"
+
+    // What can be used
+    readonly property color fill: dark ? "#2f2f36" : "#ececf0"
+    readonly property color fillHovered: dark ? "#3a3a42" : "#e2e2e8"
+    readonly property color fillPressed: dark ? "#45454e" : "#d6d6de"
+    readonly property color focusRing: accent
+
+    // Text; each is readable on every surface and fill above
+    readonly property color text: dark ? "#f4f4f6" : "#18181c"
+    readonly property color textSecondary: dark ? "#b4b4be" : "#55555f"
+    readonly property color textOnAccent: dark ? "#101018" : "#ffffff"
+
+    // Meanings
+    readonly property color accent: dark ? "#9d9bff" : "#4a42d4"
+    readonly property color accentHovered: dark ? "#b0aeff" : "#5a53e0"
+    readonly property color accentPressed: dark ? "#c2c0ff" : "#3e37b8"
+    readonly property color accentFill: dark ? "#2d2c4d" : "#e6e5fb"
+    readonly property color info: accent
+    readonly property color good: dark ? "#5fd38d" : "#137a3a"
+    readonly property color warn: dark ? "#ffc04d" : "#a65300"
+    readonly property color bad: dark ? "#ff9089" : "#c4281d"
+    readonly property color warnFill: dark ? "#40331a" : "#fcefdc"
+
+    // Spacing
+    readonly property int spacingTiny: 4
+    readonly property int spacingSmall: 8
+    readonly property int spacing: 12
+    readonly property int spacingLarge: 16
+    readonly property int spacingHuge: 24
+
+    // Radii
+    readonly property int radiusSmall: 6
+    readonly property int radius: 10
+    readonly property int radiusLarge: 16
+
+    // Type scale: sizes in pixels
+    readonly property int sizeTiny: 10
+    readonly property int sizeCaps: 11 ///< in capitals
+    readonly property int sizeSmall: 12
+    readonly property int sizeBody: 13
+    readonly property int sizeGlance: 14 ///< read in passing, from far
+    readonly property int sizeTitle: 15
+    readonly property int sizeLarge: 20
+    readonly property int weightBody: Font.Normal
+    readonly property int weightMedium: Font.Medium
+    readonly property int weightStrong: Font.DemiBold
+
+    // Motion, in milliseconds
+    readonly property int motion: 180
+}

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+import Talvera
+
+/// The microphone listens.
+PulsingBadge {
+    symbol: "mic.fill"
+}

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "views/panel/QuickMenuPanel.h"
+
+#include "platform/desktop/PanelDesktop.h"
+#include "shell/panel/MenuPanelModel.h"
+#include "views/panel/KeyablePanel.h"
+#include "views/ViewEngine.h"
+#include "views/roundedSpans.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QQuickItem>
+#include <QScreen>
+
+namespace talvera {
+
+namespace {
+
+constexpr int fadeInTime = 120;
+constexpr int fadeOutTime = 100;
+
+/// Positioners wait for the next frame, and we want to know the size before there is one.
+void layOut(QQuickItem& item) {
+    for (auto* child : item.childItems())
+        layOut(*child);
+    item.ensurePolished();
+}
+
+} // namespace
+
+QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelDesktop& desktop)
+    : m_engine(engine)
+    , m_model(model)
+    , m_desktop(desktop)
+    , m_panel(std::make_unique<KeyablePanel>()) {
+    m_panel->onKeyDown = [this](Qt::Key key) { return onKeyDown && onKeyDown(key); };
+    m_panel->onResignKey = [this] {
+        if (onResignKey)
+            onResignKey();
+    };
+    m_panel->onShown = [this] { m_desktop.activate(static_cast<std::uint32_t>(m_panel->winId())); };
+    QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
+                     [this](const QVariant& opacity) { m_panel->setOpacity(opacity.toReal()); });
+    QObject::connect(&m_fade, &QVariantAnimation::finished, m_panel.get(), [this] { faded(); });
+}
+
+QuickMenuPanel::~QuickMenuPanel() {
+    m_view.reset();
+}
+
+bool QuickMenuPanel::isVisible() const {
+    return m_panel->isVisible();
+}
+
+QRect QuickMenuPanel::frame() const {
+    return m_panel->geometry();
+}
+
+void QuickMenuPanel::renewContent() {
+    m_composited = m_desktop.isComposited();
+    m_panel->setColor(m_composited ? QColor(Qt::transparent)
+                                   : m_engine.theme().property("overlayOpaque").value<QColor>());
+    m_view.reset();
+    m_view = m_engine.create(QStringLiteral("panel/MenuPanelView"),
+                             {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)}});
+    m_view->setWidth(MenuPanelWidth);
+    m_view->setParentItem(m_panel->contentItem());
+}
+
+int QuickMenuPanel::fittingHeight() const {
+    layOut(*m_view);
+    return m_view->property("fittingHeight").toInt();
+}
+
+ScreenArea QuickMenuPanel::screenOf(const std::optional<QRect>& item) const {
+    const auto place = item ? item->center() : QCursor::pos();
+    const auto* screen = QGuiApplication::screenAt(place);
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    return screen ? ScreenArea{screen->geometry(), screen->availableGeometry()} : ScreenArea{};
+}
+
+void QuickMenuPanel::fadeIn(const QRect& frame) {
+    m_closing = false;
+    m_view->setSize(frame.size());
+    m_panel->setGeometry(frame);
+    m_view->forceActiveFocus(Qt::OtherFocusReason);
+    if (m_panel->isVisible()) { // again, or during its fade out
+        m_desktop.activate(static_cast<std::uint32_t>(m_panel->winId()));
+    } else {
+        m_panel->create();
+        m_desktop.adopt(static_cast<std::uint32_t>(m_panel->winId()));
+        m_panel->setOpacity(0);
+    }
+    shape();
+    m_panel->show();
+    m_panel->raise();
+    fadeTo(1, fadeInTime);
+}
+
+void QuickMenuPanel::fadeOut() {
+    m_closing = true;
+    fadeTo(0, fadeOutTime);
+}
+
+/// Round corners are cut out where nothing is translucent. Else the soft edge stays, and what is empty around
+/// it is cut off all the same, so that a compositor's shadow reaches it.
+void QuickMenuPanel::shape() {
+    const double ratio = m_panel->effectiveDevicePixelRatio();
+    const double radius = m_engine.theme().property("radius").toDouble() * ratio;
+    const QRectF whole(QPointF(), QSizeF(m_panel->size()) * ratio);
+    const double edge = m_composited ? 0.5 : 0;
+    auto spans = roundedSpans(whole.adjusted(-edge, -edge, edge, edge), radius + edge);
+    for (auto& span : spans)
+        span &= whole.toRect();
+    std::erase_if(spans, [](const QRect& span) { return span.isEmpty(); });
+    m_desktop.setShape(static_cast<std::uint32_t>(m_panel->winId()), spans);
+}
+
+void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {
+    m_fade.stop();
+    m_fade.setStartValue(m_panel->opacity());
+    m_fade.setEndValue(opacity);
+    m_fade.setDuration(m_composited ? milliseconds : 0);
+    m_fade.start();
+}
+
+/// The content is made anew when it is needed again: until then its memory is worth more to others. So is the
+/// window: one that is merely hidden counts as having the keyboard for a while, and if it is shown again
+/// meanwhile nobody hears of its losing it.
+void QuickMenuPanel::faded() {
+    if (!m_closing)
+        return;
+    m_panel->hide();
+    m_view.reset();
+    m_panel->releaseResources();
+    m_panel->destroy();
+}
+
+} // namespace talvera

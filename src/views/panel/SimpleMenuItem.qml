@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Talvera
+
+/// One line of the panel that does something.
+MenuRowButton {
+    id: item
+
+    property string systemIcon
+    property string label
+    property string shortcut
+    property bool muted: false
+
+    text: label
+
+    contentItem: Item {
+        implicitHeight: 24
+
+        Symbol {
+            id: icon
+            anchors.verticalCenter: parent.verticalCenter
+            name: item.systemIcon
+            color: Theme.textSecondary
+        }
+        Label {
+            anchors { left: icon.right; leftMargin: Theme.spacing; right: keys.left; rightMargin: Theme.spacingSmall }
+            anchors.verticalCenter: parent.verticalCenter
+            text: item.label
+            color: item.muted ? Theme.textSecondary : Theme.text
+        }
+        Caption {
+            id: keys
+            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+            text: item.shortcut
+        }
+    }
+}
