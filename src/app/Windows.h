@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "views/hud/QuickHUDPanel.h"
 #include "views/ViewEngine.h"
+#include "views/hud/QuickHUDPanel.h"
 
 #include <memory>
 #include <optional>

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "concurrency/Published.h"
-#include "shell/hud/HUDPanel.h"
 #include "shell/hud/HUDModel.h"
+#include "shell/hud/HUDPanel.h"
 
 #include <QQuickItem>
 #include <QQuickWindow>

@@ -3,8 +3,8 @@
 
 #include "platform/desktop/PanelDesktop.h"
 #include "shell/panel/MenuPanelModel.h"
-#include "views/panel/KeyablePanel.h"
 #include "views/ViewEngine.h"
+#include "views/panel/KeyablePanel.h"
 #include "views/roundedSpans.h"
 
 #include <QCursor>

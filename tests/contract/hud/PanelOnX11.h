@@ -6,8 +6,8 @@
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "persistence/AppSettings.h"
 #include "platform/desktop/DesktopAppearance.h"
-#include "views/hud/QuickHUDPanel.h"
 #include "views/ViewEngine.h"
+#include "views/hud/QuickHUDPanel.h"
 
 namespace talvera::test {
 

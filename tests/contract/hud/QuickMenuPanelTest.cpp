@@ -6,8 +6,8 @@
 #include "linux/x11/windows/X11PanelDesktop.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
-#include "views/panel/KeyablePanel.h"
 #include "views/ViewEngine.h"
+#include "views/panel/KeyablePanel.h"
 
 #include <QGuiApplication>
 #include <QPixmap>
