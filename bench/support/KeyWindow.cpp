@@ -16,7 +16,7 @@ constexpr std::uint8_t typeMask = 0x7F; // the other bit tells events that progr
 
 KeyWindow::KeyWindow()
     : m_connection(X11Connection::open()) {
-    if (!m_connection)
+    if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     auto* connection = m_connection->get();
     m_window = xcb_generate_id(connection);

@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds lookRound{200}; // at whether the witness is
 
 KeyWitness::KeyWitness()
     : m_connection(X11Connection::open()) {
-    if (!m_connection)
+    if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     m_connection->reply<xcb_input_xi_query_version_reply_t>(
         xcb_input_xi_query_version(m_connection->get(), 2, 1));

@@ -14,7 +14,7 @@ constexpr std::uint8_t typeMask = 0x7F;             // the other bit tells event
 
 PaintWitness::PaintWitness()
     : m_connection(X11Connection::open()) {
-    if (!m_connection)
+    if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     auto* const x = m_connection->get();
     const auto* damage = xcb_get_extension_data(x, &xcb_damage_id);

@@ -28,7 +28,7 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
     removeLeftRecordings(directories.temporary);
 
     auto x11 = X11Connection::open();
-    if (!x11) {
+    if (x11->isBroken()) {
         console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
         return EXIT_FAILURE;
     }

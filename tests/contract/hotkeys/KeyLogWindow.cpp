@@ -11,7 +11,7 @@ constexpr std::chrono::seconds patience{10};
 }
 
 KeyLogWindow::KeyLogWindow() {
-    if (!m_connection)
+    if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     auto* connection = m_connection->get();
     m_window = xcb_generate_id(connection);

@@ -60,7 +60,7 @@ std::string keymap() {
 
 std::string keyboardState() {
     const auto connection = X11Connection::open();
-    const auto keyboard = connection ? X11Keyboard::open(*connection) : nullptr;
+    const auto keyboard = X11Keyboard::open(*connection);
     if (!keyboard) {
         throw std::runtime_error("no keyboard");
     }

@@ -49,7 +49,7 @@ std::string titleOf(X11Connection& connection, xcb_window_t window) {
 /// Waits until the window with this title is the active one.
 bool waitUntilActive(const std::string& title, Clock::time_point deadline) {
     const auto connection = X11Connection::open();
-    if (!connection) {
+    if (connection->isBroken()) {
         throw std::runtime_error("no X server");
     }
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;

@@ -8,7 +8,7 @@ namespace talvera::test {
 
 X11Windows::X11Windows()
     : m_x11(X11Connection::open()) {
-    if (!m_x11)
+    if (m_x11->isBroken())
         throw std::runtime_error("no X server");
 }
 

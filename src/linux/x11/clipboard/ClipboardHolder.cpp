@@ -117,7 +117,7 @@ void CompanionProcess::giveUp() {
 
 std::unique_ptr<ClipboardThread> ClipboardThread::start(const std::string& display) {
     std::shared_ptr<X11Connection> connection = X11Connection::open(display);
-    const auto sockets = connection ? makeSockets() : std::nullopt;
+    const auto sockets = connection->isBroken() ? std::nullopt : makeSockets();
     if (!sockets)
         return nullptr;
     const int theirs = sockets->second;

@@ -42,8 +42,7 @@ void keepToOurselves() {
 void putKeyboardRight() {
     const auto connection = X11Connection::open();
     const auto barrierConnection = X11Connection::open();
-    const auto keyboard = connection ? X11Keyboard::open(*connection) : nullptr;
-    if (keyboard && barrierConnection) {
+    if (const auto keyboard = X11Keyboard::open(*connection)) {
         TargetBarrier barrier(*barrierConnection);
         TypingLedger::settle(*keyboard, &barrier);
     }
@@ -55,7 +54,7 @@ int main() {
     keepToOurselves();
     const int end = endOfSession();
     const auto connection = X11Connection::open();
-    if (!connection)
+    if (connection->isBroken())
         return EXIT_FAILURE;
     ClipboardService clipboard(*connection, linkSocket);
     if (clipboard.serveLink(end))

@@ -27,7 +27,7 @@ std::uint16_t keyOf(const KeyInterest& interest) {
 std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const std::string& display, Tell tell) {
     auto events = X11Connection::open(display);
     auto grabbing = X11Connection::open(display);
-    if (!events || !grabbing)
+    if (events->isBroken() || grabbing->isBroken())
         return nullptr;
     auto grabs = std::make_unique<X11ChordGrabs>(std::move(grabbing));
     auto watch =

@@ -21,8 +21,7 @@ xcb_window_t focusedWindow(X11Connection& connection) {
 }
 
 pid_t processOfWindow(X11Connection& connection, xcb_window_t window) {
-    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection.get(), &xcb_res_id);
-    if (!extension || !extension->present)
+    if (!connection.extension(xcb_res_id))
         return 0;
     const xcb_res_client_id_spec_t spec{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     const auto versionCookie = xcb_res_query_version(connection.get(), 1, 2);

@@ -4,6 +4,8 @@
 #include <poll.h>
 #include <xcb/xcbext.h>
 
+#include <algorithm>
+
 namespace talvera {
 
 namespace {
@@ -12,27 +14,31 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::uint32_t propertyLimit = 4096;
 
+/// What a connection without a server has in their place.
+constexpr xcb_setup_t noSetup{};
+constexpr xcb_screen_t noScreen{};
+
+const xcb_screen_t* screenOf(const xcb_setup_t& setup, int number) {
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(&setup);
+    for (; screens.rem > 1 && number > 0; --number)
+        xcb_screen_next(&screens);
+    return screens.data;
+}
+
 } // namespace
 
 std::unique_ptr<X11Connection> X11Connection::open(const std::string& display) {
     int screenNumber = 0;
     xcb_connection_t* connection = xcb_connect(display.empty() ? nullptr : display.c_str(), &screenNumber);
-    xcb_screen_t* screen = nullptr;
-    if (xcb_connection_has_error(connection) == 0) {
-        xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-        for (; screens.rem > 1 && screenNumber > 0; --screenNumber)
-            xcb_screen_next(&screens);
-        screen = screens.data;
-    }
-    if (!screen) {
-        xcb_disconnect(connection);
-        return nullptr;
-    }
-    return std::unique_ptr<X11Connection>(new X11Connection(connection, screen));
+    const bool isThere = xcb_connection_has_error(connection) == 0;
+    const xcb_setup_t* setup = isThere ? xcb_get_setup(connection) : &noSetup;
+    const xcb_screen_t* screen = isThere ? screenOf(*setup, screenNumber) : &noScreen;
+    return std::unique_ptr<X11Connection>(new X11Connection(connection, setup, screen));
 }
 
 X11Connection::~X11Connection() {
     // Closing a socket with events unread would make the server drop requests that it has not read yet.
+    onEventsKept = nullptr;
     roundTrip();
     xcb_disconnect(m_connection);
 }
@@ -54,23 +60,58 @@ void* X11Connection::awaitReply(unsigned int sequence) {
     while (xcb_poll_for_reply(m_connection, sequence, &answer, &error) == 0) {
         if (isBroken() || !waitReadable(deadline)) {
             xcb_discard_reply(m_connection, sequence);
-            return nullptr;
+            answer = nullptr;
+            break;
         }
     }
     std::free(error);
+    keepEvents();
     return answer;
+}
+
+/// Takes what the library has read along with what was waited for.
+void X11Connection::keepEvents() {
+    while (auto* event = xcb_poll_for_queued_event(m_connection))
+        m_kept.emplace_back(event);
+    if (!m_kept.empty() && onEventsKept)
+        onEventsKept();
 }
 
 bool X11Connection::roundTrip() {
     return reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection)) != nullptr;
 }
 
-XcbEvent X11Connection::waitForEvent(Clock::time_point deadline) {
-    flush();
-    XcbEvent event = pollEvent();
-    while (!event && !isBroken() && waitReadable(deadline))
-        event = pollEvent();
+XcbEvent X11Connection::pollEvent() {
+    if (m_kept.empty())
+        return XcbEvent(xcb_poll_for_event(m_connection));
+    auto event = std::move(m_kept.front());
+    m_kept.pop_front();
     return event;
+}
+
+XcbEvent X11Connection::waitForEvent(Clock::time_point deadline) {
+    return waitForEvent([](const xcb_generic_event_t&) { return true; }, deadline);
+}
+
+XcbEvent X11Connection::waitForEvent(const std::function<bool(const xcb_generic_event_t&)>& wanted,
+                                     Clock::time_point deadline) {
+    flush();
+    const auto isWanted = [&](const XcbEvent& event) { return wanted(*event); };
+    std::size_t seen = 0;
+    XcbEvent found;
+    do {
+        while (auto* event = xcb_poll_for_event(m_connection))
+            m_kept.emplace_back(event);
+        const auto position =
+            std::find_if(m_kept.begin() + static_cast<std::ptrdiff_t>(seen), m_kept.end(), isWanted);
+        seen = m_kept.size();
+        if (position != m_kept.end()) {
+            found = std::move(*position);
+            m_kept.erase(position);
+        }
+    } while (!found && !isBroken() && waitReadable(deadline));
+    keepEvents();
+    return found;
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name) {
@@ -83,13 +124,30 @@ xcb_atom_t X11Connection::atom(std::string_view name) {
     return m_atoms.emplace(name, answer->atom).first->second;
 }
 
+const xcb_query_extension_reply_t* X11Connection::extension(xcb_extension_t& extension) {
+    const auto* answer = xcb_get_extension_data(m_connection, &extension);
+    return answer && answer->present ? answer : nullptr;
+}
+
+xcb_window_t X11Connection::selectionOwner(xcb_atom_t selection) {
+    const auto answer =
+        reply<xcb_get_selection_owner_reply_t>(xcb_get_selection_owner(m_connection, selection));
+    return answer ? answer->owner : xcb_window_t{XCB_WINDOW_NONE};
+}
+
+X11PropertyQuestion X11Connection::askProperty(xcb_window_t window, std::string_view name,
+                                               std::uint32_t most) {
+    return {xcb_get_property(m_connection, 0, window, atom(name), XCB_GET_PROPERTY_TYPE_ANY, 0, most)};
+}
+
+X11Property X11Connection::read(X11PropertyQuestion question) {
+    return X11Property(reply<xcb_get_property_reply_t>(question.cookie));
+}
+
 std::vector<std::uint32_t> X11Connection::property(xcb_window_t window, xcb_atom_t name) {
-    const auto answer = reply<xcb_get_property_reply_t>(
-        xcb_get_property(m_connection, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, propertyLimit));
-    if (!answer || answer->format != 32)
-        return {};
-    const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(answer.get()));
-    return {items, items + xcb_get_property_value_length(answer.get()) / sizeof(std::uint32_t)};
+    return X11Property(reply<xcb_get_property_reply_t>(xcb_get_property(
+                           m_connection, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, propertyLimit)))
+        .items();
 }
 
 } // namespace talvera

@@ -61,8 +61,6 @@ private:
 X11KeyEventPoster::X11KeyEventPoster(const std::string& display)
     : m_connection(X11Connection::open(display))
     , m_barrierConnection(X11Connection::open(display)) {
-    if (!m_connection || !m_barrierConnection)
-        return;
     m_keyboard = X11Keyboard::open(*m_connection);
     m_barrier = std::make_unique<TargetBarrier>(*m_barrierConnection);
     if (m_keyboard)
