@@ -46,10 +46,7 @@ StatsStore::StatsStore(Platform platform)
     : m_platform(platform) {
     const auto opened = std::make_shared<Opened>();
     m_platform.background.run([platform, opened] { *opened = openOnDisk(platform); },
-                              [this, alive = std::weak_ptr(m_alive), opened] {
-                                  if (!alive.expired())
-                                      adopt(*opened);
-                              });
+                              m_lifetime.ifAlive([this, opened] { adopt(*opened); }));
 }
 
 /// Not in the main thread.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
 #include "platform/system/SessionDatabase.h"
 
@@ -78,7 +79,7 @@ private:
     std::unique_ptr<SessionDatabase> m_database; ///< none as long as it is being opened
     std::vector<DictationSession> m_unsaved; ///< what the database has not taken yet; it counts all the same
     std::optional<double> m_savedLifetime;   ///< of what is in the database, once that has been read
-    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); ///< what is opened after us is closed again
+    Lifetime m_lifetime;                     ///< what is opened after us is closed again
 };
 
 } // namespace talvera

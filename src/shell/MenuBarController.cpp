@@ -17,8 +17,7 @@ bool isTranslating(const QString& targetLanguageCode) {
 MenuBarController::MenuBarController(MainActor& actor, AppSettings& settings)
     : translateIndicator(isTranslating(settings.targetLanguageCode.get()))
     , aiCleanupIndicator(settings.aiCleanupEnabled.get())
-    , m_actor(actor)
-    , m_lifetime(std::make_shared<char>()) {
+    , m_actor(actor) {
     m_cancellables.push_back(settings.targetLanguageCode.subscribe(
         actor, [this](const QString& code) { translateIndicator.set(isTranslating(code)); }));
     m_cancellables.push_back(settings.aiCleanupEnabled.subscribe(
@@ -28,9 +27,9 @@ MenuBarController::MenuBarController(MainActor& actor, AppSettings& settings)
 void MenuBarController::showError(const QString& message, Duration duration) {
     state.set(State::Error);
     lastErrorMessage.set(message);
-    m_actor.start([this, &actor = m_actor, alive = std::weak_ptr(m_lifetime), duration]() -> Task<void> {
+    m_actor.start([this, &actor = m_actor, owner = m_lifetime.token(), duration]() -> Task<void> {
         co_await actor.sleep(duration);
-        if (alive.expired() || state.get() != State::Error)
+        if (!owner.isAlive() || state.get() != State::Error)
             co_return;
         state.set(State::Idle);
         lastErrorMessage.set(std::nullopt);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
 #include "concurrency/Time.h"
 
@@ -39,7 +40,7 @@ public:
 private:
     MainActor& m_actor;
     Cancellables m_cancellables;
-    std::shared_ptr<void> m_lifetime; // lets the tasks that outlast us find out
+    Lifetime m_lifetime;
 };
 
 /// The state's name, as in "transcribing".

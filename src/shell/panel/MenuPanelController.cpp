@@ -24,8 +24,7 @@ MenuPanelController::MenuPanelController(MenuBarController& menuBar, AppSettings
                                          Platform platform)
     : m_menuBar(menuBar)
     , m_stats(stats)
-    , m_platform(std::move(platform))
-    , m_lifetime(std::make_shared<char>()) {
+    , m_platform(std::move(platform)) {
     auto& actor = m_platform.actor;
     auto& item = m_platform.statusItem;
     item.onClick = [this] { statusButtonClicked(); };
@@ -90,12 +89,12 @@ bool MenuPanelController::keyDown(Qt::Key key) {
 }
 
 void MenuPanelController::windowDidResignKey() {
-    m_platform.actor.post([this, alive = std::weak_ptr(m_lifetime)] {
-        if (alive.expired() || !isOpen())
+    m_platform.actor.post(m_lifetime.ifAlive([this] {
+        if (!isOpen())
             return;
         m_closedFromElsewhere = m_platform.actor.now();
         close();
-    });
+    }));
 }
 
 MenuPanelWindow& MenuPanelController::window() {

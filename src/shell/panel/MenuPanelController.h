@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
 #include "concurrency/Time.h"
 #include "shell/MenuBarController.h"
@@ -59,7 +60,7 @@ private:
     std::optional<Subscription> m_monitor; ///< of presses elsewhere, only while the panel is open
     std::optional<Instant> m_closedFromElsewhere;
     Cancellables m_cancellables;
-    std::shared_ptr<void> m_lifetime; // lets the tasks that outlast us find out
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

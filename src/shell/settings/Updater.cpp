@@ -55,32 +55,26 @@ bool isGood(const UpdateAnswer& answer) {
 Updater::Updater(UpdateService& service, Notifier& notifier, DictationHUDController& hud)
     : m_service(service)
     , m_notifier(notifier)
-    , m_hud(hud)
-    , m_lifetime(std::make_shared<char>()) {}
+    , m_hud(hud) {}
 
 void Updater::checkForUpdates() {
     if (std::exchange(m_isAsking, true))
         return;
-    m_service.check([this, alive = std::weak_ptr(m_lifetime)](const UpdateAnswer& answer) {
-        if (alive.expired())
-            return;
+    m_service.check(m_lifetime.ifAlive([this](const UpdateAnswer& answer) {
         m_isAsking = false;
         say(answer);
-    });
+    }));
 }
 
 void Updater::say(const UpdateAnswer& answer) {
-    m_notifier.notify(titleOf(answer), textOf(answer),
-                      [this, alive = std::weak_ptr(m_lifetime), answer](bool shown) {
-                          if (shown || alive.expired())
-                              return;
-                          // What a dictation shows goes before.
-                          if (m_hud.currentState().as<DictationHUDState::Hidden>())
-                              m_hud.showNotice(titleOf(answer),
-                                               isGood(answer) ? DictationHUDState::NoticeTone::Info
-                                                              : DictationHUDState::NoticeTone::Warn,
-                                               noticeTime);
-                      });
+    m_notifier.notify(titleOf(answer), textOf(answer), m_lifetime.ifAlive([this, answer](bool shown) {
+        // What a dictation shows goes before.
+        if (!shown && m_hud.currentState().as<DictationHUDState::Hidden>())
+            m_hud.showNotice(titleOf(answer),
+                             isGood(answer) ? DictationHUDState::NoticeTone::Info
+                                            : DictationHUDState::NoticeTone::Warn,
+                             noticeTime);
+    }));
 }
 
 } // namespace talvera

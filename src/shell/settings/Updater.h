@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "platform/system/UpdateService.h"
 
 #include <QString>
@@ -29,7 +30,7 @@ private:
     Notifier& m_notifier;
     DictationHUDController& m_hud;
     bool m_isAsking = false;
-    std::shared_ptr<void> m_lifetime; // lets answers that come late find out
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera
