@@ -91,6 +91,18 @@ std::vector<QStringView> characters(const QString& text) {
     return result;
 }
 
+QString firstCharacters(const QString& text, std::size_t count) {
+    const auto all = characters(text);
+    return count < all.size() ? text.left(all[count].data() - QStringView(text).data()) : text;
+}
+
+QString lastCharacters(const QString& text, std::size_t count) {
+    const auto all = characters(text);
+    if (count == 0)
+        return {};
+    return count < all.size() ? text.mid(all[all.size() - count].data() - QStringView(text).data()) : text;
+}
+
 QStringList words(const QString& text) {
     QStringList result;
     QString word;

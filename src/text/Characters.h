@@ -19,6 +19,12 @@ std::size_t characterCount(const QString& text);
 /// The characters of `text`, in order: views into it, valid as long as it is.
 std::vector<QStringView> characters(const QString& text);
 
+/// The first characters of `text`, at most `count` of them.
+QString firstCharacters(const QString& text, std::size_t count);
+
+/// The last characters of `text`, at most `count` of them.
+QString lastCharacters(const QString& text, std::size_t count);
+
 /// The words of `text`: what stands between white space.
 QStringList words(const QString& text);
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "shell/hud/FocusNoticeText.h"
 
+#include "text/Characters.h"
 #include "text/Localization.h"
 
-#include <QTextBoundaryFinder>
-
-#include <vector>
+#include <cstddef>
 
 namespace talvera {
 
@@ -16,14 +15,10 @@ constexpr std::size_t longestName = 40;
 
 /// A long name loses its middle: names of one family differ at the end.
 QString shortened(const QString& appName) {
-    std::vector<qsizetype> starts;
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, appName);
-    for (qsizetype start = 0; start >= 0 && start < appName.size(); start = characters.toNextBoundary())
-        starts.push_back(start);
-    if (starts.size() <= longestName)
+    if (characterCount(appName) <= longestName)
         return appName;
     constexpr auto kept = (longestName - 1) / 2;
-    return appName.left(starts[kept]).trimmed() + u'…' + appName.mid(starts[starts.size() - kept]).trimmed();
+    return firstCharacters(appName, kept).trimmed() + u'…' + lastCharacters(appName, kept).trimmed();
 }
 
 QString nameOr(const QString& appName, const char* defaultText) {

@@ -57,4 +57,26 @@ TEST(Characters, folding_makesEqualWhatReadsEqual) {
     EXPECT_EQ(foldedForComparison(QStringLiteral("ТЕСТ")), QStringLiteral("тест"));
 }
 
+TEST(Characters, firstAndLast_cutBetweenWhatReadersSee) {
+    const QString flags = QStringLiteral("a🇩🇪e\u0301👩‍👩‍👧z");
+    EXPECT_EQ(firstCharacters(flags, 2), QStringLiteral("a🇩🇪"));
+    EXPECT_EQ(firstCharacters(flags, 3), QStringLiteral("a🇩🇪e\u0301"));
+    EXPECT_EQ(lastCharacters(flags, 2), QStringLiteral("👩‍👩‍👧z"));
+    EXPECT_EQ(lastCharacters(flags, 3), QStringLiteral("e\u0301👩‍👩‍👧z"));
+}
+
+TEST(Characters, firstAndLastOfMoreThanThereAre_areTheWholeText) {
+    for (const std::size_t count : {2U, 3U, 100U}) {
+        EXPECT_EQ(firstCharacters("ab", count), "ab");
+        EXPECT_EQ(lastCharacters("ab", count), "ab");
+    }
+}
+
+TEST(Characters, firstAndLastOfNone_areEmpty) {
+    EXPECT_EQ(firstCharacters("ab", 0), "");
+    EXPECT_EQ(lastCharacters("ab", 0), "");
+    EXPECT_EQ(firstCharacters("", 3), "");
+    EXPECT_EQ(lastCharacters("", 3), "");
+}
+
 } // namespace
