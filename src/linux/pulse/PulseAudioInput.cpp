@@ -27,7 +27,7 @@ Duration monotonicNow() {
 }
 
 [[noreturn]] void fail(AudioEngineFailure code, const QString& message) {
-    throw PlatformError(QStringLiteral("AudioEngine"), static_cast<int>(code), message);
+    throw PlatformError(code, message);
 }
 
 } // namespace
@@ -86,7 +86,7 @@ void PulseAudioInput::start() {
         open(*microphone, microphone->isDefault ? ByServer : ByName, deadline - monotonicNow());
     } catch (const PlatformError& error) {
         // The server has sent us to a loudspeaker: the user did once, or the default is changing just now.
-        if (!microphone->isDefault || error.code() != static_cast<int>(AudioEngineFailure::NoInput))
+        if (!microphone->isDefault || error.as<AudioEngineFailure>() != AudioEngineFailure::NoInput)
             throw;
         open(*microphone, ByName, deadline - monotonicNow());
     }

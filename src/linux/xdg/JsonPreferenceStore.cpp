@@ -9,7 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include <atomic>
-#include <cerrno>
 #include <utility>
 
 namespace talvera {
@@ -166,7 +165,7 @@ private:
                 throw Unusable{QStringLiteral("too large")};
             return parsedDocument(m_files.read(m_path));
         } catch (const PlatformError& error) {
-            if (error.code() == ENOENT && !QFileInfo(m_path).isSymLink())
+            if (error.is(std::errc::no_such_file_or_directory) && !QFileInfo(m_path).isSymLink())
                 return emptyDocument(); // the first launch
             throw Unusable{QStringLiteral("unreadable: %1").arg(error.message())};
         }
@@ -179,7 +178,7 @@ private:
             m_console.log(
                 QStringLiteral("[settings] set aside as %1; the defaults apply").arg(setAside(m_path)));
         } catch (const PlatformError& error) {
-            m_inTheWay = error.code() != ENOENT;
+            m_inTheWay = !error.is(std::errc::no_such_file_or_directory);
             if (m_inTheWay)
                 throw;
         }

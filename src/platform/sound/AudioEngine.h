@@ -3,12 +3,18 @@
 
 #include "platform/sound/AudioBuffer.h"
 
+#include <QString>
+
 #include <functional>
 
 namespace talvera {
 
 /// Codes of the PlatformError that AudioEngine::start() throws.
 enum class AudioEngineFailure { NoServer = 1, NoInput = 2, Refused = 3, TimedOut = 4 };
+
+inline QString platformDomain(AudioEngineFailure) {
+    return QStringLiteral("AudioEngine");
+}
 
 /// Captures from the system's default input device. Main thread only, apart from the tap's callback.
 class AudioEngine {

@@ -30,7 +30,7 @@ public:
 
     AudioEngine& engine() { return input; }
     void speak(const std::vector<std::int16_t>& samples) { input.deliver(samples); }
-    void breakDown() { input.startFailure = PlatformError(QStringLiteral("AudioEngine"), 1); }
+    void breakDown() { input.startFailure = PlatformError(AudioEngineFailure::NoServer); }
     void mend() { input.startFailure.reset(); }
 
 private:
@@ -187,7 +187,7 @@ TYPED_TEST(AudioEngineContract, failedStart_saysWhoseFaultAndKeepsTheTap) {
         this->engine.start();
         FAIL() << "it can't have started";
     } catch (const PlatformError& error) {
-        EXPECT_EQ(error.domain(), QStringLiteral("AudioEngine"));
+        EXPECT_TRUE(error.as<AudioEngineFailure>()) << error.what();
     }
     this->subject.mend();
     this->engine.start();

@@ -162,7 +162,7 @@ TEST_F(SilentServerTest, start_timesOutWithinASecondEachTime) {
             input.start();
             FAIL() << "it can't have started";
         } catch (const PlatformError& error) {
-            EXPECT_EQ(error.code(), static_cast<int>(AudioEngineFailure::TimedOut));
+            EXPECT_EQ(error.as<AudioEngineFailure>(), AudioEngineFailure::TimedOut);
         }
         EXPECT_LT(std::chrono::steady_clock::now() - before, 1700ms);
     }

@@ -60,8 +60,9 @@ protected:
         try {
             engine.start();
         } catch (const PlatformError& error) {
-            EXPECT_EQ(error.domain(), QStringLiteral("AudioEngine"));
-            return static_cast<AudioEngineFailure>(error.code());
+            const auto failure = error.as<AudioEngineFailure>();
+            EXPECT_TRUE(failure) << error.what();
+            return failure;
         }
         return std::nullopt;
     }

@@ -208,7 +208,7 @@ TEST_F(Dictation, twoPressStartsWithinTheDelay_leaveThePressOfTheSecond) {
 
 TEST_F(Dictation, recorderThatDoesNotStart_tellsTheUserAndTheReleaseDoesNothing) {
     launch();
-    world.microphone.startFailure = PlatformError("AudioEngine", 2, "no input");
+    world.microphone.startFailure = PlatformError(AudioEngineFailure::NoInput, "no input");
     press();
     advance(0.6);
     EXPECT_EQ(world.story(), QStringList({"menu error", "hud notice Microphone unavailable warn 3.0"}));
@@ -227,7 +227,7 @@ TEST_F(Dictation, recorderThatDoesNotStart_tellsTheUserAndTheReleaseDoesNothing)
 
 TEST_F(Dictation, recorderThatWorksAgain_recordsAfterAFailedStart) {
     launch();
-    world.microphone.startFailure = PlatformError("AudioEngine", 3, "refused");
+    world.microphone.startFailure = PlatformError(AudioEngineFailure::Refused, "refused");
     hold(1);
     world.microphone.startFailure.reset();
     runToRest();

@@ -110,7 +110,7 @@ TEST_F(AudioRecorderTest, stereoAt48k_becomesMonoAt16kAndTheLevelIsTheFirstChann
 }
 
 TEST_F(AudioRecorderTest, startThatTheEngineRefuses_throwsAndLeavesTheRecorderIdle) {
-    engine.startFailure = PlatformError("AudioEngine", 2, "no input");
+    engine.startFailure = PlatformError(AudioEngineFailure::NoInput, "no input");
     EXPECT_THROW(recorder.start(), PlatformError);
     EXPECT_FALSE(recorder.isRecording());
     EXPECT_TRUE(engine.hasTap());
