@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
-
-#include <array>
-#include <optional>
+#include "text/CaseNames.h"
 
 namespace talvera {
 
@@ -14,13 +11,10 @@ enum class FocusProtectionMode {
     ClipboardOnly, ///< leave the focus alone and put the text on the clipboard
 };
 
-inline constexpr std::array allFocusProtectionModes{FocusProtectionMode::Reactivate,
-                                                    FocusProtectionMode::ClipboardOnly};
-
-/// The persisted form.
-QString rawValue(FocusProtectionMode mode);
-
-/// The mode whose persisted form is exactly `raw`, if there is one.
-std::optional<FocusProtectionMode> focusProtectionModeFromRawValue(const QString& raw);
+template <>
+inline constexpr std::array caseNames<FocusProtectionMode>{
+    CaseName{FocusProtectionMode::Reactivate, "reactivate"},
+    CaseName{FocusProtectionMode::ClipboardOnly, "clipboardOnly"},
+};
 
 } // namespace talvera

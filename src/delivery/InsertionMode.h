@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
-
-#include <array>
-#include <optional>
+#include "text/CaseNames.h"
 
 namespace talvera {
 
@@ -14,13 +11,11 @@ enum class InsertionMode {
     AutoByDuration, ///< type short dictations, paste long ones
 };
 
-inline constexpr std::array allInsertionModes{InsertionMode::Paste, InsertionMode::AutoByDuration};
-
-/// The persisted form.
-QString rawValue(InsertionMode mode);
-
-/// The mode whose persisted form is exactly `raw`, if there is one.
-std::optional<InsertionMode> insertionModeFromRawValue(const QString& raw);
+template <>
+inline constexpr std::array caseNames<InsertionMode>{
+    CaseName{InsertionMode::Paste, "paste"},
+    CaseName{InsertionMode::AutoByDuration, "autoByDuration"},
+};
 
 /// How one delivery is done.
 enum class ResolvedMode { Typewriter, Paste };

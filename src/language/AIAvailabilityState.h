@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
-
-#include <array>
-#include <optional>
+#include "text/CaseNames.h"
 
 namespace talvera {
 
@@ -17,15 +14,13 @@ enum class AIAvailabilityState {
     UnsupportedOS,     ///< the system is too old
 };
 
-inline constexpr std::array allAIAvailabilityStates{
-    AIAvailabilityState::Available, AIAvailabilityState::IntelligenceOff,
-    AIAvailabilityState::DeviceNotEligible, AIAvailabilityState::ModelNotReady,
-    AIAvailabilityState::UnsupportedOS};
-
-/// The state's name, as in "deviceNotEligible".
-QString caseName(AIAvailabilityState state);
-
-/// The state whose name is exactly `name`, if there is one.
-std::optional<AIAvailabilityState> aiAvailabilityStateFromCaseName(const QString& name);
+template <>
+inline constexpr std::array caseNames<AIAvailabilityState>{
+    CaseName{AIAvailabilityState::Available, "available"},
+    CaseName{AIAvailabilityState::IntelligenceOff, "intelligenceOff"},
+    CaseName{AIAvailabilityState::DeviceNotEligible, "deviceNotEligible"},
+    CaseName{AIAvailabilityState::ModelNotReady, "modelNotReady"},
+    CaseName{AIAvailabilityState::UnsupportedOS, "unsupportedOS"},
+};
 
 } // namespace talvera

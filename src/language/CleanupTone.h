@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
-
-#include <array>
-#include <optional>
+#include "text/CaseNames.h"
 
 namespace talvera {
 
@@ -16,13 +13,12 @@ enum class CleanupTone {
     Professional,
 };
 
-inline constexpr std::array allCleanupTones{CleanupTone::Off, CleanupTone::Conversational,
-                                            CleanupTone::Casual, CleanupTone::Professional};
-
-/// The persisted form.
-QString rawValue(CleanupTone tone);
-
-/// The tone whose persisted form is exactly `raw`, if there is one.
-std::optional<CleanupTone> cleanupToneFromRawValue(const QString& raw);
+template <>
+inline constexpr std::array caseNames<CleanupTone>{
+    CaseName{CleanupTone::Off, "off"},
+    CaseName{CleanupTone::Conversational, "conversational"},
+    CaseName{CleanupTone::Casual, "casual"},
+    CaseName{CleanupTone::Professional, "professional"},
+};
 
 } // namespace talvera

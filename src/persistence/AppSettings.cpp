@@ -97,8 +97,8 @@ PreferenceValue stored(const HotkeyBinding& value) {
     return value.encoded();
 }
 
-template <typename Enum>
-requires std::is_enum_v<Enum> PreferenceValue stored(Enum value) {
+template <NamedCases Enum>
+PreferenceValue stored(Enum value) {
     return rawValue(value);
 }
 
@@ -115,10 +115,9 @@ Setting<bool> boolSetting(PreferenceStore& store, const QString& key, bool fallb
     return setting(store, key, store.asBool(key).value_or(fallback));
 }
 
-template <typename Enum>
-Setting<Enum> enumSetting(PreferenceStore& store, const QString& key,
-                          std::optional<Enum> (*fromRawValue)(const QString&), Enum fallback) {
-    return setting(store, key, fromRawValue(store.string(key).value_or(QString())).value_or(fallback));
+template <NamedCases Enum>
+Setting<Enum> enumSetting(PreferenceStore& store, const QString& key, Enum fallback) {
+    return setting(store, key, fromRawValue<Enum>(store.string(key).value_or(QString())).value_or(fallback));
 }
 
 void writeLanguage(PreferenceStore& store, const QString& language) {
@@ -155,17 +154,15 @@ AppSettings::AppSettings(PreferenceStore& store)
     , hasOnboarded(setting(store, Key::hasOnboarded, store.boolean(Key::hasOnboarded)))
     , showMenuBarIcon(boolSetting(store, QStringLiteral("showMenuBarIcon"), true))
     , soundOnStart(Key::soundOnStart, store.asBool(Key::soundOnStart).value_or(true), [](bool) {})
-    , cleanupTone(enumSetting(store, QStringLiteral("cleanupTone"), &cleanupToneFromRawValue,
-                              CleanupTone::Conversational))
+    , cleanupTone(enumSetting(store, QStringLiteral("cleanupTone"), CleanupTone::Conversational))
     , startSoundName(stringSetting(store, QStringLiteral("startSoundName"), QStringLiteral("Submarine")))
     , hotkeyTapToToggle(boolSetting(store, QStringLiteral("hotkeyTapToToggle"), false))
-    , insertionMode(enumSetting(store, QStringLiteral("insertionMode"), &insertionModeFromRawValue,
-                                InsertionMode::AutoByDuration))
+    , insertionMode(enumSetting(store, QStringLiteral("insertionMode"), InsertionMode::AutoByDuration))
     , typewriterThresholdSeconds(setting(store, Key::typewriterThresholdSeconds,
                                          store.asDouble(Key::typewriterThresholdSeconds).value_or(15.0)))
     , protectFocusTarget(boolSetting(store, QStringLiteral("protectFocusTarget"), true))
-    , focusProtectionMode(enumSetting(store, QStringLiteral("focusProtectionMode"),
-                                      &focusProtectionModeFromRawValue, FocusProtectionMode::Reactivate))
+    , focusProtectionMode(
+          enumSetting(store, QStringLiteral("focusProtectionMode"), FocusProtectionMode::Reactivate))
     , appLanguage(Key::appLanguage, store.string(Key::appLanguage).value_or(QStringLiteral("system")),
                   [&store](const QString& language) { writeLanguage(store, language); })
     , translateToggleBinding(Key::translateToggleBinding, std::nullopt,

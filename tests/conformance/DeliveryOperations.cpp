@@ -14,7 +14,7 @@ namespace {
 
 Answer resolveMode(const Request& request) {
     const auto mode =
-        TextInserter::resolveMode(request.named("insertionMode", &insertionModeFromRawValue),
+        TextInserter::resolveMode(request.named("insertionMode", &fromRawValue<InsertionMode>),
                                   request.number("durationSeconds"), request.number("thresholdSeconds"));
     return {{"mode", mode == ResolvedMode::Typewriter ? "typewriter" : "paste"}};
 }

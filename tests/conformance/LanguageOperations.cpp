@@ -37,7 +37,7 @@ QSet<QString> supportedLanguages(const Request& request) {
 }
 
 AIAvailabilityState aiState(const Request& request) {
-    return request.named("aiState", &aiAvailabilityStateFromCaseName);
+    return request.named("aiState", &fromRawValue<AIAvailabilityState>);
 }
 
 Answer tables(const Request&) {

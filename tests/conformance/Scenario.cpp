@@ -34,20 +34,21 @@ std::optional<AuthorizationStatus> microphoneFromName(const QString& name) {
     return std::nullopt;
 }
 
-/// The machine's own words for a state of the language model; nothing when it is there.
-std::optional<QString> reasonOf(AIAvailabilityState state) {
+/// The reason that leads to a state of the language model; nothing when it is there.
+std::optional<LanguageModel::UnavailableReason> reasonOf(AIAvailabilityState state) {
+    using Reason = LanguageModel::UnavailableReason;
     switch (state) {
     case AIAvailabilityState::Available:
         return std::nullopt;
     case AIAvailabilityState::IntelligenceOff:
-        return QStringLiteral("appleIntelligenceNotEnabled");
+        return Reason::IntelligenceOff;
     case AIAvailabilityState::ModelNotReady:
-        return QStringLiteral("modelNotReady");
+        return Reason::ModelNotReady;
     case AIAvailabilityState::DeviceNotEligible:
     case AIAvailabilityState::UnsupportedOS:
         break;
     }
-    return QStringLiteral("deviceNotEligible");
+    return Reason::DeviceNotEligible;
 }
 
 test::ToolRun toolRun(const Request& entry) {
@@ -138,7 +139,7 @@ void Scenario::change(const Request& fields) {
         m_world.keyboard.refusesTaps = !m_world.accessibility.trusted;
     }
     if (fields.has("aiState"))
-        m_world.languageModel.reason = reasonOf(fields.named("aiState", &aiAvailabilityStateFromCaseName));
+        m_world.languageModel.reason = reasonOf(fields.named("aiState", &fromRawValue<AIAvailabilityState>));
     if (fields.has("supportedLanguages")) {
         const auto codes = fields.texts("supportedLanguages");
         m_world.languageModel.languages = QSet<QString>(codes.begin(), codes.end());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "InMemoryPreferenceStore.h"
 #include "SimulatedMainActor.h"
+#include "language/unavailableReason.h"
 #include "operations.h"
 #include "persistence/AppSettings.h"
 #include "shell/MenuBarController.h"
@@ -17,10 +18,10 @@ namespace talvera::conformance {
 namespace {
 
 Answer aiState(const Request& request) {
-    std::optional<QString> reason;
+    std::optional<LanguageModel::UnavailableReason> reason;
     if (!request.truth("available"))
-        reason = request.optionalText("reason").value_or(QString());
-    return {{"state", caseName(ReadinessMonitor::aiStateFor(reason)).toStdString()}};
+        reason = unavailableReasonFromWords(request.optionalText("reason").value_or(QString()));
+    return {{"state", rawValue(ReadinessMonitor::aiStateFor(reason)).toStdString()}};
 }
 
 Answer hudLevels(const Request& request) {

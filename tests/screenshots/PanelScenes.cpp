@@ -59,7 +59,7 @@ public:
 
     void setLanguageModel(bool available) {
         m_languageModel.reason =
-            available ? std::nullopt : std::optional(QStringLiteral("deviceNotEligible"));
+            available ? std::nullopt : std::optional(LanguageModel::UnavailableReason::DeviceNotEligible);
         m_languageModel.languages = {"en", "es", "fr", "de", "it", "pt-BR", "pt", "nl", "ja"};
         readiness.refresh();
     }

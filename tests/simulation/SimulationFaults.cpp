@@ -30,7 +30,7 @@ void Simulation::breakSomething() {
     switch (m_dice.below(12)) {
     case 0:
         did(QStringLiteral("the recorder refuses to start"));
-        m_world.microphone.startFailure = PlatformError(QStringLiteral("AudioEngine"), 3);
+        m_world.microphone.startFailure = PlatformError(AudioEngineFailure::Refused);
         break;
     case 1:
         did(QStringLiteral("recordings can't be saved"));
@@ -239,7 +239,7 @@ ToolRun Simulation::makeToolRun() {
 void Simulation::mendEverything() {
     did(QStringLiteral("everything is mended"));
     m_world.keyboard.listenAgain();
-    m_world.languageModel.reason = QStringLiteral("deviceNotEligible");
+    m_world.languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     m_world.microphone.startFailure.reset();
     m_world.recordingsFail = false;
     m_world.disk.failWriteAfter(std::numeric_limits<int>::max(), ENOSPC);

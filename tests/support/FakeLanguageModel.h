@@ -8,10 +8,10 @@ namespace talvera::test {
 /// A language model that is there or not as the test says.
 class FakeLanguageModel final : public LanguageModel {
 public:
-    std::optional<QString> reason = QStringLiteral("deviceNotEligible");
+    std::optional<UnavailableReason> reason = UnavailableReason::DeviceNotEligible;
     QSet<QString> languages;
 
-    std::optional<QString> unavailableReason() override { return reason; }
+    std::optional<UnavailableReason> unavailableReason() override { return reason; }
     QSet<QString> supportedLanguageCodes() override { return languages; }
 };
 

@@ -65,26 +65,14 @@ void read(const json& value, std::optional<T>& out) {
         read(value, out.emplace());
 }
 
-template <typename Enum>
-void readRawValue(const json& value, std::optional<Enum> (*fromRawValue)(const QString&), Enum& out) {
+template <NamedCases Enum>
+void read(const json& value, Enum& out) {
     QString raw;
     read(value, raw);
-    const auto found = fromRawValue(raw);
+    const auto found = fromRawValue<Enum>(raw);
     if (!found)
         throw std::invalid_argument("unknown value " + raw.toStdString());
     out = *found;
-}
-
-void read(const json& value, CleanupTone& out) {
-    readRawValue(value, &cleanupToneFromRawValue, out);
-}
-
-void read(const json& value, InsertionMode& out) {
-    readRawValue(value, &insertionModeFromRawValue, out);
-}
-
-void read(const json& value, FocusProtectionMode& out) {
-    readRawValue(value, &focusProtectionModeFromRawValue, out);
 }
 
 template <typename T>
@@ -130,8 +118,8 @@ ordered_json write(const std::optional<T>& value) {
     return value ? write(*value) : ordered_json(nullptr);
 }
 
-template <typename Enum>
-requires std::is_enum_v<Enum> ordered_json write(Enum value) {
+template <NamedCases Enum>
+ordered_json write(Enum value) {
     return write(rawValue(value));
 }
 

@@ -180,7 +180,7 @@ SimulatedWorld::~SimulatedWorld() {
     onEffect = nullptr;
     microphonePermission.current = AuthorizationStatus::Authorized;
     accessibility.trusted = true;
-    languageModel.reason = QStringLiteral("deviceNotEligible");
+    languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     m_agent->readiness.refresh();
     actor.runToRest(std::chrono::hours(24 * 365));
 }

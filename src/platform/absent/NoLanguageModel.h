@@ -8,7 +8,9 @@ namespace talvera {
 /// A machine without a language model.
 class NoLanguageModel final : public LanguageModel {
 public:
-    std::optional<QString> unavailableReason() override { return QStringLiteral("deviceNotEligible"); }
+    std::optional<UnavailableReason> unavailableReason() override {
+        return UnavailableReason::DeviceNotEligible;
+    }
     QSet<QString> supportedLanguageCodes() override { return {}; }
 };
 

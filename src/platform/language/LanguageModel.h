@@ -12,10 +12,16 @@ namespace talvera {
 /// returns at once.
 class LanguageModel {
 public:
+    enum class UnavailableReason {
+        IntelligenceOff,   ///< the user has not turned it on, or has given it no model
+        DeviceNotEligible, ///< this machine can't run it
+        ModelNotReady,     ///< it is still being fetched or prepared
+    };
+
     virtual ~LanguageModel() = default;
 
-    /// Why the model can't be used now, as the machine words it; nothing when it can.
-    virtual std::optional<QString> unavailableReason() = 0;
+    /// Why the model can't be used now; nothing when it can.
+    virtual std::optional<UnavailableReason> unavailableReason() = 0;
 
     /// The languages that it takes, by their codes without a region.
     virtual QSet<QString> supportedLanguageCodes() = 0;

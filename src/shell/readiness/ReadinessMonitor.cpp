@@ -4,7 +4,6 @@
 #include "platform/desktop/Accessibility.h"
 #include "platform/desktop/ProgramActivation.h"
 #include "platform/desktop/SettingsPanels.h"
-#include "platform/language/LanguageModel.h"
 #include "shell/readiness/SessionLackText.h"
 #include "text/Localization.h"
 
@@ -31,8 +30,7 @@ ReadinessMonitor::ReadinessMonitor(Platform platform)
     , aiState(aiStateFor(platform.languageModel.unavailableReason()))
     , m_platform(platform)
     , m_microphoneChanges(platform.microphone.observe([this] { refresh(); }))
-    , m_activations(platform.activation.observe([this] { refreshLater(); }))
-    , m_lifetime(std::make_shared<char>()) {
+    , m_activations(platform.activation.observe([this] { refreshLater(); })) {
     applyPollRule();
 }
 
@@ -58,27 +56,25 @@ void ReadinessMonitor::refresh() {
 }
 
 void ReadinessMonitor::refreshLater() {
-    m_platform.actor.post([this, alive = std::weak_ptr(m_lifetime)] {
-        if (!alive.expired())
-            refresh();
-    });
+    m_platform.actor.post(m_lifetime.ifAlive([this] { refresh(); }));
 }
 
 AIAvailabilityState ReadinessMonitor::currentAIState() const {
     return aiStateFor(m_platform.languageModel.unavailableReason());
 }
 
-AIAvailabilityState ReadinessMonitor::aiStateFor(const std::optional<QString>& unavailableReason) {
-    if (!unavailableReason)
+AIAvailabilityState ReadinessMonitor::aiStateFor(std::optional<LanguageModel::UnavailableReason> reason) {
+    if (!reason)
         return AIAvailabilityState::Available;
-    const auto reason = unavailableReason->toLower();
-    if (reason.contains(QStringLiteral("appleintelligencenotenabled")))
+    switch (*reason) {
+    case LanguageModel::UnavailableReason::IntelligenceOff:
         return AIAvailabilityState::IntelligenceOff;
-    if (reason.contains(QStringLiteral("devicenoteligible")))
+    case LanguageModel::UnavailableReason::DeviceNotEligible:
         return AIAvailabilityState::DeviceNotEligible;
-    if (reason.contains(QStringLiteral("modelnotready")))
+    case LanguageModel::UnavailableReason::ModelNotReady:
         return AIAvailabilityState::ModelNotReady;
-    return AIAvailabilityState::DeviceNotEligible; // a reason that we don't know yet
+    }
+    Q_UNREACHABLE();
 }
 
 void ReadinessMonitor::requestMicrophone(std::function<void()> done) {

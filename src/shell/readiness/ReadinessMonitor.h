@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/MainActor.h"
 #include "concurrency/Published.h"
 #include "language/AIAvailabilityState.h"
+#include "platform/language/LanguageModel.h"
 #include "platform/sound/MicrophonePermission.h"
 
 #include <QString>
@@ -15,7 +17,6 @@
 namespace talvera {
 
 class Accessibility;
-class LanguageModel;
 class ProgramActivation;
 class SettingsPanels;
 
@@ -54,8 +55,8 @@ public:
     /// A fresh reading, which leaves the published value alone.
     AIAvailabilityState currentAIState() const;
 
-    /// What the machine's reason for a missing language model means; nothing is no reason.
-    static AIAvailabilityState aiStateFor(const std::optional<QString>& unavailableReason);
+    /// What the reason for a missing language model means here; nothing is no reason.
+    static AIAvailabilityState aiStateFor(std::optional<LanguageModel::UnavailableReason> reason);
 
     /// Asks the user for the microphone and calls `done` once the answer is known.
     void requestMicrophone(std::function<void()> done);
@@ -75,7 +76,7 @@ private:
     std::optional<MainActor::TimerId> m_pollTimer;
     Subscription m_microphoneChanges;
     Subscription m_activations;
-    std::shared_ptr<void> m_lifetime; // lets what was posted find out
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

@@ -13,30 +13,30 @@ namespace {
 
 TEST(InsertionMode, rawValues_areThePersistedFormInDeclarationOrder) {
     QStringList raw;
-    for (const auto mode : allInsertionModes)
+    for (const auto mode : allCases<InsertionMode>())
         raw.append(rawValue(mode));
     EXPECT_EQ(raw, QStringList({"paste", "autoByDuration"}));
 }
 
 TEST(InsertionMode, fromRawValue_matchesExactlyOrNot) {
-    EXPECT_EQ(insertionModeFromRawValue("paste"), InsertionMode::Paste);
-    EXPECT_EQ(insertionModeFromRawValue("autoByDuration"), InsertionMode::AutoByDuration);
-    EXPECT_EQ(insertionModeFromRawValue("typed"), std::nullopt);
-    EXPECT_EQ(insertionModeFromRawValue("Paste"), std::nullopt);
-    EXPECT_EQ(insertionModeFromRawValue(""), std::nullopt);
+    EXPECT_EQ(fromRawValue<InsertionMode>("paste"), InsertionMode::Paste);
+    EXPECT_EQ(fromRawValue<InsertionMode>("autoByDuration"), InsertionMode::AutoByDuration);
+    EXPECT_EQ(fromRawValue<InsertionMode>("typed"), std::nullopt);
+    EXPECT_EQ(fromRawValue<InsertionMode>("Paste"), std::nullopt);
+    EXPECT_EQ(fromRawValue<InsertionMode>(""), std::nullopt);
 }
 
 TEST(FocusProtectionMode, rawValues_areThePersistedFormInDeclarationOrder) {
     QStringList raw;
-    for (const auto mode : allFocusProtectionModes)
+    for (const auto mode : allCases<FocusProtectionMode>())
         raw.append(rawValue(mode));
     EXPECT_EQ(raw, QStringList({"reactivate", "clipboardOnly"}));
 }
 
 TEST(FocusProtectionMode, fromRawValue_matchesExactlyOrNot) {
-    EXPECT_EQ(focusProtectionModeFromRawValue("reactivate"), FocusProtectionMode::Reactivate);
-    EXPECT_EQ(focusProtectionModeFromRawValue("clipboardOnly"), FocusProtectionMode::ClipboardOnly);
-    EXPECT_EQ(focusProtectionModeFromRawValue("x"), std::nullopt);
+    EXPECT_EQ(fromRawValue<FocusProtectionMode>("reactivate"), FocusProtectionMode::Reactivate);
+    EXPECT_EQ(fromRawValue<FocusProtectionMode>("clipboardOnly"), FocusProtectionMode::ClipboardOnly);
+    EXPECT_EQ(fromRawValue<FocusProtectionMode>("x"), std::nullopt);
 }
 
 TEST(TextInserter, resolveMode_typesOnlyWhatIsShorterThanTheThreshold) {

@@ -113,9 +113,9 @@ TEST(TargetLanguage, modelUnavailable_leavesOnlyOffAndEnglish) {
 }
 
 TEST(TargetLanguage, modelGoneSinceLastAsked_leavesOnlyOffAndEnglish) {
-    for (const auto state : allAIAvailabilityStates) {
+    for (const auto state : allCases<AIAvailabilityState>()) {
         const auto rows = selectable(true, state, everyLanguage).size();
-        EXPECT_EQ(rows, state == AIAvailabilityState::Available ? 18 : 2) << caseName(state).toStdString();
+        EXPECT_EQ(rows, state == AIAvailabilityState::Available ? 18 : 2) << rawValue(state).toStdString();
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "language/AICleanup.h"
 #include "language/CleanupTone.h"
+#include "language/unavailableReason.h"
 
 #include <gtest/gtest.h>
 
@@ -12,28 +13,42 @@ const QSet<QString> supported{QStringLiteral("en"), QStringLiteral("zh"), QStrin
 
 TEST(CleanupTone, rawValues_areStoredInThisOrder) {
     QStringList raws;
-    for (const auto tone : allCleanupTones)
+    for (const auto tone : allCases<CleanupTone>())
         raws << rawValue(tone);
     EXPECT_EQ(raws.join(u' ').toStdString(), "off conversational casual professional");
 }
 
 TEST(CleanupTone, fromRawValue_takesExactStringsOnly) {
-    for (const auto tone : allCleanupTones)
-        EXPECT_EQ(cleanupToneFromRawValue(rawValue(tone)), tone);
-    EXPECT_EQ(cleanupToneFromRawValue(QStringLiteral("Casual")), std::nullopt);
-    EXPECT_EQ(cleanupToneFromRawValue(QStringLiteral("formal")), std::nullopt);
-    EXPECT_EQ(cleanupToneFromRawValue(QString()), std::nullopt);
+    for (const auto tone : allCases<CleanupTone>())
+        EXPECT_EQ(fromRawValue<CleanupTone>(rawValue(tone)), tone);
+    EXPECT_EQ(fromRawValue<CleanupTone>(QStringLiteral("Casual")), std::nullopt);
+    EXPECT_EQ(fromRawValue<CleanupTone>(QStringLiteral("formal")), std::nullopt);
+    EXPECT_EQ(fromRawValue<CleanupTone>(QString()), std::nullopt);
 }
 
-TEST(AIAvailabilityState, caseNames_leadBackToTheState) {
+TEST(AIAvailabilityState, names_leadBackToTheState) {
     QStringList names;
-    for (const auto state : allAIAvailabilityStates) {
-        names << caseName(state);
-        EXPECT_EQ(aiAvailabilityStateFromCaseName(caseName(state)), state);
+    for (const auto state : allCases<AIAvailabilityState>()) {
+        names << rawValue(state);
+        EXPECT_EQ(fromRawValue<AIAvailabilityState>(rawValue(state)), state);
     }
     EXPECT_EQ(names.join(u' ').toStdString(),
               "available intelligenceOff deviceNotEligible modelNotReady unsupportedOS");
-    EXPECT_EQ(aiAvailabilityStateFromCaseName(QStringLiteral("unsupportedos")), std::nullopt);
+    EXPECT_EQ(fromRawValue<AIAvailabilityState>(QStringLiteral("unsupportedos")), std::nullopt);
+}
+
+TEST(UnavailableReason, words_areFoundAnywhereInCapitalsOrNot) {
+    using Reason = LanguageModel::UnavailableReason;
+    EXPECT_EQ(unavailableReasonFromWords("unavailable(appleIntelligenceNotEnabled)"),
+              Reason::IntelligenceOff);
+    EXPECT_EQ(unavailableReasonFromWords("DeviceNotEligible"), Reason::DeviceNotEligible);
+    EXPECT_EQ(unavailableReasonFromWords("modelnotready"), Reason::ModelNotReady);
+}
+
+TEST(UnavailableReason, wordsThatWeDontKnow_sayThatTheMachineCanNot) {
+    using Reason = LanguageModel::UnavailableReason;
+    EXPECT_EQ(unavailableReasonFromWords("something new"), Reason::DeviceNotEligible);
+    EXPECT_EQ(unavailableReasonFromWords(QString()), Reason::DeviceNotEligible);
 }
 
 TEST(AICleanup, isSourceSupported_asksForTheLanguageWithoutItsRegion) {

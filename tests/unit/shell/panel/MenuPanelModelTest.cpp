@@ -124,7 +124,7 @@ TEST_F(PanelModel, modelAvailable_whatItLacksIsNotInstalled) {
 
 TEST_F(PanelModel, modelGoneSinceThePanelLooked_rowsCanNotBeChosen) {
     makeModelAvailable({"de"});
-    languageModel.reason = "modelNotReady"; // not published yet
+    languageModel.reason = LanguageModel::UnavailableReason::ModelNotReady; // not published yet
     EXPECT_EQ(names(TargetLanguagePicker::IsEnabled), QStringList({"Off (keep source language)", "English"}));
 }
 

@@ -97,7 +97,7 @@ TEST_F(Readiness, monitorThatGoesBeforeThat_isNotAskedAnyMore) {
 }
 
 TEST_F(Readiness, modelBecomingReady_isPublishedWithinTwoSecondsAndEndsThePoll) {
-    languageModel.reason = "modelNotReady";
+    languageModel.reason = LanguageModel::UnavailableReason::ModelNotReady;
     EXPECT_EQ(monitor().aiState.get(), AI::ModelNotReady);
     EXPECT_TRUE(monitor().isPolling());
     languageModel.reason = std::nullopt;
@@ -151,13 +151,12 @@ TEST_F(Readiness, currentAIState_readsWithoutPublishing) {
     EXPECT_EQ(monitor().aiState.get(), AI::DeviceNotEligible);
 }
 
-TEST_F(Readiness, reasons_areToldByTheirText) {
-    const auto state = [](const char* reason) { return ReadinessMonitor::aiStateFor(QString(reason)); };
+TEST_F(Readiness, reasonsOfAMissingModel_haveTheirStates) {
+    using Reason = LanguageModel::UnavailableReason;
     EXPECT_EQ(ReadinessMonitor::aiStateFor(std::nullopt), AI::Available);
-    EXPECT_EQ(state("unavailable(appleIntelligenceNotEnabled)"), AI::IntelligenceOff);
-    EXPECT_EQ(state("DeviceNotEligible"), AI::DeviceNotEligible);
-    EXPECT_EQ(state("modelnotready"), AI::ModelNotReady);
-    EXPECT_EQ(state("something new"), AI::DeviceNotEligible);
+    EXPECT_EQ(ReadinessMonitor::aiStateFor(Reason::IntelligenceOff), AI::IntelligenceOff);
+    EXPECT_EQ(ReadinessMonitor::aiStateFor(Reason::DeviceNotEligible), AI::DeviceNotEligible);
+    EXPECT_EQ(ReadinessMonitor::aiStateFor(Reason::ModelNotReady), AI::ModelNotReady);
 }
 
 TEST_F(Readiness, requestMicrophone_waitsForTheAnswer) {

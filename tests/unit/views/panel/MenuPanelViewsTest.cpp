@@ -108,7 +108,7 @@ TEST_F(MenuPanelViews, bannerInGerman_isShownWhole) {
 
 TEST_F(MenuPanelViews, missingLanguageModelInGerman_isToldWhole) {
     const GermanTexts german;
-    languageModel.reason = "deviceNotEligible";
+    languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     open();
     expectWholeTexts();
 }
