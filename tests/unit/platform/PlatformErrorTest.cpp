@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "platform/sound/AudioEngine.h"
 #include "platform/system/PlatformError.h"
+#include "platform/sound/AudioEngine.h"
 
 #include <gtest/gtest.h>
 
