@@ -13,6 +13,9 @@ struct FocusNotice {
         ClipboardReactivateFailed,
         ClipboardByUserPreference,
         ClipboardNoTextField,
+        ClipboardFocusLost,   ///< the focus went elsewhere before the whole text was typed or pasted
+        ClipboardNotPossible, ///< the text can't be typed or pasted
+        Undelivered,          ///< nor does the clipboard take it
     };
 
     Kind kind;

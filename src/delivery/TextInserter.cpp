@@ -2,23 +2,17 @@
 #include "delivery/TextInserter.h"
 
 #include "concurrency/MainActor.h"
-#include "concurrency/SerialQueue.h"
 #include "delivery/DeliverySettings.h"
 #include "delivery/FocusMatch.h"
 #include "delivery/FocusTracker.h"
-#include "platform/desktop/Pasteboard.h"
 #include "platform/desktop/Workspace.h"
 #include "platform/keyboard/KeyEventPoster.h"
-#include "text/typewriterChunks.h"
 
 namespace talvera {
 
 namespace {
 
 constexpr Duration reactivationWait = seconds(0.15);
-constexpr Duration keyHold = seconds(0.002);
-constexpr Duration keyPause = seconds(0.025);
-constexpr Duration pasteHold = seconds(0.01);
 
 } // namespace
 
@@ -27,7 +21,8 @@ TextInserter::TextInserter(Platform platform, FocusTracker& focus, const Deliver
     : m_platform(platform)
     , m_focus(focus)
     , m_settings(settings)
-    , m_showFocusNotice(std::move(showFocusNotice)) {}
+    , m_showFocusNotice(std::move(showFocusNotice))
+    , m_queue({platform.actor, platform.typing, platform.keys, platform.pasteboard}, m_showFocusNotice) {}
 
 ResolvedMode TextInserter::resolveMode(InsertionMode insertionMode, double durationSeconds,
                                        double thresholdSeconds) {
@@ -37,7 +32,7 @@ ResolvedMode TextInserter::resolveMode(InsertionMode insertionMode, double durat
 }
 
 void TextInserter::prepare() {
-    m_platform.typing.async([&keys = m_platform.keys] { keys.prepare(); });
+    m_queue.prepare();
 }
 
 RouteDecision TextInserter::insert(const QString& text, ResolvedMode mode,
@@ -47,11 +42,17 @@ RouteDecision TextInserter::insert(const QString& text, ResolvedMode mode,
 
 RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
                                   const std::optional<FocusSnapshot>& snapshot, const OnNotice& onNotice) {
+    return route(text, mode, snapshot, onNotice, std::make_shared<DeliveryQueue::TypedText>());
+}
+
+RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
+                                  const std::optional<FocusSnapshot>& snapshot, const OnNotice& onNotice,
+                                  const TypedText& typed) {
     const bool protect = m_settings.protectFocusTarget();
     const auto protectionMode = m_settings.focusProtectionMode();
 
     const auto directly = [&] {
-        deliver(text, mode);
+        deliver(text, mode, typed);
         return RouteDecision::Direct;
     };
     const auto toClipboard = [&](const FocusNotice& notice) {
@@ -62,11 +63,15 @@ RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
 
     if (!protect)
         return directly();
+    const auto safely = [&] {
+        typed->target = m_platform.keys.focusedTarget();
+        return directly();
+    };
 
     using namespace focus_match;
     const auto match = m_focus.matchFocus(snapshot);
     if (std::holds_alternative<Same>(match) || std::holds_alternative<NoSnapshotButHaveTextField>(match))
-        return directly();
+        return safely();
     if (std::holds_alternative<OriginalGone>(match))
         return toClipboard(
             {FocusNotice::Kind::ClipboardOriginalGone, snapshot->localizedName.value_or(QString())});
@@ -79,9 +84,9 @@ RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
     const auto appName = recorded.localizedName.value_or(QString());
     if (!bringBack(recorded))
         return toClipboard({FocusNotice::Kind::ClipboardReactivateFailed, appName});
-    deliver(text, mode);
+    const auto decision = safely();
     onNotice({FocusNotice::Kind::PastedIn, appName});
-    return RouteDecision::Direct;
+    return decision;
 }
 
 bool TextInserter::bringBack(const FocusSnapshot& snapshot) {
@@ -93,46 +98,18 @@ bool TextInserter::bringBack(const FocusSnapshot& snapshot) {
     return frontmost && frontmost->pid == snapshot.pid && m_focus.hasFocusedTextField();
 }
 
-void TextInserter::deliver(const QString& text, ResolvedMode mode) {
+void TextInserter::deliver(const QString& text, ResolvedMode mode, const TypedText& typed) {
     if (text.isEmpty())
         return;
     if (mode == ResolvedMode::Typewriter)
-        queueTypewriter(text);
+        m_queue.type(typed, text);
     else
-        queuePaste(text);
-}
-
-void TextInserter::queueTypewriter(const QString& text) {
-    m_platform.typing.async([text, &typing = m_platform.typing, &keys = m_platform.keys] {
-        const auto chunks = typewriterChunks(text);
-        if (chunks.isEmpty())
-            return;
-        const auto session = keys.beginTyping(chunks);
-        // A stroke that can't be made keeps its time, so that the pace of the rest stays the same.
-        for (qsizetype index = 0; index < chunks.size(); ++index) {
-            session->post(index, KeyPhase::Down);
-            typing.sleep(keyHold);
-            session->post(index, KeyPhase::Up);
-            typing.sleep(keyPause);
-        }
-    });
-}
-
-void TextInserter::queuePaste(const QString& text) {
-    m_platform.typing.async(
-        [text, &typing = m_platform.typing, &keys = m_platform.keys, &pasteboard = m_platform.pasteboard] {
-            // What the clipboard held is not brought back: the text stays there for the user to paste again.
-            pasteboard.setString(text);
-            keys.postPaste(KeyPhase::Down);
-            typing.sleep(pasteHold);
-            keys.postPaste(KeyPhase::Up);
-        });
+        m_queue.paste(text, typed->target);
 }
 
 void TextInserter::copyToClipboard(const QString& text) {
-    if (text.isEmpty())
-        return;
-    m_platform.typing.async([text, &pasteboard = m_platform.pasteboard] { pasteboard.setString(text); });
+    if (!text.isEmpty())
+        m_queue.copy(text);
 }
 
 TextInserter::Stream::Stream(TextInserter& inserter, ResolvedMode mode, std::optional<FocusSnapshot> snapshot,
@@ -149,9 +126,9 @@ void TextInserter::Stream::append(const QString& part) {
     if (m_mode == ResolvedMode::Paste || m_decision == RouteDecision::Clipboard)
         return;
     if (!m_decision)
-        m_decision = m_inserter.insert(part, m_mode, m_snapshot);
+        m_decision = m_inserter.route(part, m_mode, m_snapshot, m_inserter.m_showFocusNotice, m_typed);
     else
-        m_inserter.queueTypewriter(part);
+        m_inserter.m_queue.type(m_typed, part);
 }
 
 void TextInserter::Stream::finish() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "delivery/DeliveryQueue.h"
 #include "delivery/FocusNotice.h"
 #include "delivery/FocusSnapshot.h"
 #include "delivery/InsertionMode.h"
@@ -8,6 +9,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace talvera {
@@ -31,10 +33,11 @@ enum class RouteDecision {
 /// notice, so that no text is ever lost.
 ///
 /// Main thread only. Every call returns at once, but for the short waits of a reactivation and of a probe;
-/// what it queues is done in order on the typing queue. Nothing checks that text arrived.
+/// what it queues is done in order on the typing queue. A text that then can't be typed or pasted to its end,
+/// or whose window loses the focus meanwhile, goes to the clipboard whole, with a notice on the HUD.
 class TextInserter {
 public:
-    using OnNotice = std::function<void(const FocusNotice&)>;
+    using OnNotice = DeliveryQueue::OnNotice;
     class Stream;
 
     /// What delivery works with; all of it outlives the inserter and the typing queue's last job.
@@ -69,15 +72,19 @@ public:
     void copyToClipboard(const QString& text);
 
 private:
+    using TypedText = std::shared_ptr<DeliveryQueue::TypedText>;
+
+    /// `typed` is what further parts of the text belong to, if it is typed.
+    RouteDecision route(const QString& text, ResolvedMode mode, const std::optional<FocusSnapshot>& snapshot,
+                        const OnNotice& onNotice, const TypedText& typed);
     bool bringBack(const FocusSnapshot& snapshot);
-    void deliver(const QString& text, ResolvedMode mode);
-    void queueTypewriter(const QString& text);
-    void queuePaste(const QString& text);
+    void deliver(const QString& text, ResolvedMode mode, const TypedText& typed);
 
     Platform m_platform;
     FocusTracker& m_focus;
     const DeliverySettings& m_settings;
     OnNotice m_showFocusNotice;
+    DeliveryQueue m_queue;
 };
 
 /// One delivery of a text that arrives in parts. A typewriter stream is routed once, with its first part, and
@@ -105,6 +112,7 @@ private:
     const ResolvedMode m_mode;
     const std::optional<FocusSnapshot> m_snapshot;
     const OnNotice m_onNotice;
+    const TypedText m_typed = std::make_shared<DeliveryQueue::TypedText>();
     QString m_accumulated;
     std::optional<RouteDecision> m_decision;
 };

@@ -5,11 +5,27 @@
 
 namespace talvera::test {
 
+namespace {
+
+/// A pop-up's application.
+QString applicationOf(const QString& receiver) {
+    return receiver.section(u'/', 0, 0);
+}
+
+} // namespace
+
+struct FakeKeyEventPoster::Target final : TypingTarget {
+    explicit Target(QString focused)
+        : application(std::move(focused)) {}
+    QString application;
+};
+
 class FakeKeyEventPoster::Session final : public TypingSession {
 public:
-    Session(FakeKeyEventPoster& poster, QStringList chunks)
+    Session(FakeKeyEventPoster& poster, QStringList chunks, TypingTargetPtr target)
         : m_poster(poster)
-        , m_chunks(std::move(chunks)) {
+        , m_chunks(std::move(chunks))
+        , m_target(std::move(target)) {
         ++m_poster.m_openSessions;
     }
     Session(const Session&) = delete;
@@ -20,51 +36,72 @@ public:
         m_poster.m_keysDown -= m_down;
     }
 
-    bool post(qsizetype index, KeyPhase phase) override {
+    PostResult post(qsizetype index, KeyPhase phase) override {
         if (index < 0 || index >= m_chunks.size()) {
-            return false;
+            return PostResult::NotMakeable;
         }
         const std::u32string characters = typeableCharacters(m_chunks[index]);
         const int downBefore = m_poster.m_keysDown;
-        const bool posted = m_poster.post({PostedKeyEvent::Kind::Chunk, phase, m_chunks[index]},
-                                          QString::fromUcs4(characters.data(), qsizetype(characters.size())));
+        const auto result =
+            m_poster.post({PostedKeyEvent::Kind::Chunk, phase, m_chunks[index]},
+                          QString::fromUcs4(characters.data(), qsizetype(characters.size())), m_target);
         m_down += m_poster.m_keysDown - downBefore;
-        return posted;
+        return result;
     }
 
 private:
     FakeKeyEventPoster& m_poster;
     QStringList m_chunks;
+    TypingTargetPtr m_target;
     int m_down = 0;
 };
 
-std::unique_ptr<TypingSession> FakeKeyEventPoster::beginTyping(const QStringList& chunks) {
+TypingTargetPtr FakeKeyEventPoster::focusedTarget() {
+    return std::make_shared<const Target>(applicationOf(m_focused));
+}
+
+std::unique_ptr<TypingSession> FakeKeyEventPoster::beginTyping(const QStringList& chunks,
+                                                               const TypingTargetPtr& target) {
     m_sessions.append(chunks);
-    return std::make_unique<Session>(*this, chunks);
+    return std::make_unique<Session>(*this, chunks, target);
 }
 
-bool FakeKeyEventPoster::postPaste(KeyPhase phase) {
-    return post({PostedKeyEvent::Kind::PasteChord, phase, {}}, m_pasteboard.string().value_or(QString()));
+PostResult FakeKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& target) {
+    return post({PostedKeyEvent::Kind::PasteChord, phase, {}}, m_pasteboard.string().value_or(QString()),
+                target);
 }
 
-bool FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& received) {
+PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& received,
+                                    const TypingTargetPtr& target) {
+    if (m_isCutOff) {
+        return PostResult::CutOff;
+    }
+    const auto* meant = dynamic_cast<const Target*>(target.get());
+    if (event.phase == KeyPhase::Down && meant && meant->application != applicationOf(m_focused)) {
+        return PostResult::TargetLost;
+    }
     if (canPost && !canPost(event)) {
-        return false;
+        return PostResult::NotMakeable;
     }
     m_events.append(event);
+    if (event.phase == KeyPhase::Up) {
+        m_keysDown = std::max(0, m_keysDown - 1);
+    } else {
+        ++m_keysDown;
+        m_texts[applicationOf(m_focused)] += received;
+        if (onText) {
+            onText(m_focused, received);
+        }
+    }
     if (onPost) {
         onPost(event);
     }
-    if (event.phase == KeyPhase::Up) {
-        m_keysDown = std::max(0, m_keysDown - 1);
-        return true;
-    }
-    ++m_keysDown;
-    m_text += received;
-    if (onText) {
-        onText(received);
-    }
-    return true;
+    return PostResult::Posted;
+}
+
+QString FakeKeyEventPoster::text(const QString& receiver) const {
+    const auto found = m_texts.find(receiver);
+    return found != m_texts.end() ? found->second : QString();
 }
 
 } // namespace talvera::test

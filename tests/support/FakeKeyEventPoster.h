@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <functional>
+#include <map>
 
 namespace talvera::test {
 
@@ -21,17 +22,32 @@ struct PostedKeyEvent {
     bool operator==(const PostedKeyEvent&) const = default;
 };
 
-/// A keyboard in front of one text field: what is typed or pasted collects in `text()`.
+/// A keyboard in front of several applications: what is typed or pasted collects at the one that has the
+/// focus.
 class FakeKeyEventPoster final : public KeyEventPoster {
 public:
+    /// Has the focus at the start.
+    static inline const QString firstReceiver = QStringLiteral("first");
+
     explicit FakeKeyEventPoster(FakePasteboard& pasteboard)
         : m_pasteboard(pasteboard) {}
 
-    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks) override;
-    bool postPaste(KeyPhase phase) override;
+    TypingTargetPtr focusedTarget() override;
+    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
+                                               const TypingTargetPtr& target) override;
+    PostResult postPaste(KeyPhase phase, const TypingTargetPtr& target) override;
 
-    /// What the focused application has received so far.
-    const QString& text() const { return m_text; }
+    /// The focus goes to another application, or to a pop-up of one, such as "first/menu".
+    void focus(const QString& receiver) { m_focused = receiver; }
+    const QString& focusedReceiver() const { return m_focused; }
+
+    /// From now on no event can be posted any more.
+    void cutOff() { m_isCutOff = true; }
+
+    /// What the receiver has got so far, by its pop-ups too.
+    QString text(const QString& receiver = firstReceiver) const;
+    /// What has arrived anywhere.
+    const std::map<QString, QString>& texts() const { return m_texts; }
 
     /// All events in the order of their posting; those that could not be made are not among them.
     const QList<PostedKeyEvent>& events() const { return m_events; }
@@ -49,16 +65,19 @@ public:
     /// Told of each event that was posted, for instance to note the time.
     std::function<void(const PostedKeyEvent&)> onPost;
 
-    /// Told of what the focused application receives: a chunk or a paste, at its key down.
-    std::function<void(const QString&)> onText;
+    /// Told of what a receiver gets: a chunk or a paste, at its key down.
+    std::function<void(const QString& receiver, const QString& text)> onText;
 
 private:
     class Session;
+    struct Target;
 
-    bool post(const PostedKeyEvent& event, const QString& received);
+    PostResult post(const PostedKeyEvent& event, const QString& received, const TypingTargetPtr& target);
 
     FakePasteboard& m_pasteboard;
-    QString m_text;
+    QString m_focused = firstReceiver;
+    bool m_isCutOff = false;
+    std::map<QString, QString> m_texts; ///< by application
     QList<PostedKeyEvent> m_events;
     QList<QStringList> m_sessions;
     int m_openSessions = 0;

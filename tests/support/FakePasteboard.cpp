@@ -3,10 +3,13 @@
 
 namespace talvera::test {
 
-void FakePasteboard::setString(const QString& text) {
+bool FakePasteboard::setString(const QString& text) {
+    if (m_refuses)
+        return false;
     const std::scoped_lock lock(m_mutex);
     m_string = text;
     m_history.append(text);
+    return true;
 }
 
 std::optional<QString> FakePasteboard::string() const {

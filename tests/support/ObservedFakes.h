@@ -112,15 +112,17 @@ public:
     std::function<void(const QString& text)> onTyping;
     std::function<void()> onPaste;
 
-    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks) override {
+    TypingTargetPtr focusedTarget() override { return m_keys.focusedTarget(); }
+    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
+                                               const TypingTargetPtr& target) override {
         if (onTyping)
             onTyping(chunks.join(QString()));
-        return m_keys.beginTyping(chunks);
+        return m_keys.beginTyping(chunks, target);
     }
-    bool postPaste(KeyPhase phase) override {
+    PostResult postPaste(KeyPhase phase, const TypingTargetPtr& target) override {
         if (phase == KeyPhase::Down && onPaste)
             onPaste();
-        return m_keys.postPaste(phase);
+        return m_keys.postPaste(phase, target);
     }
 
 private:
@@ -135,10 +137,11 @@ public:
 
     std::function<void(const QString& text)> onText;
 
-    void setString(const QString& text) override {
-        m_pasteboard.setString(text);
-        if (onText)
+    bool setString(const QString& text) override {
+        const bool isSet = m_pasteboard.setString(text);
+        if (isSet && onText)
             onText(text);
+        return isSet;
     }
 
 private:

@@ -10,8 +10,9 @@ class Pasteboard {
 public:
     virtual ~Pasteboard() = default;
 
-    /// Replaces what the clipboard holds by `text`. When it returns, a paste anywhere gives this text.
-    virtual void setString(const QString& text) = 0;
+    /// Replaces what the clipboard holds by `text`. True: a paste anywhere now gives this text. False: the
+    /// clipboard can't be had, and is as it was.
+    virtual bool setString(const QString& text) = 0;
 };
 
 } // namespace talvera

@@ -51,6 +51,15 @@ FocusNoticeText focusNoticeText(const FocusNotice& notice) {
     case FocusNotice::Kind::ClipboardNoTextField:
         return warning(localized("hud.focus.clipboard.noTextField",
                                  "No text field focused — text copied to clipboard. Press ⌘V to paste."));
+    case FocusNotice::Kind::ClipboardFocusLost:
+        return warning(localized("hud.focus.clipboard.focusLost",
+                                 "Focus changed — the whole text is on the clipboard. Press ⌘V to paste."));
+    case FocusNotice::Kind::ClipboardNotPossible:
+        return warning(localized("hud.focus.clipboard.notPossible",
+                                 "Couldn't insert the text — it is on the clipboard. Press ⌘V to paste."));
+    case FocusNotice::Kind::Undelivered:
+        return warning(
+            localized("hud.focus.undelivered", "The text is lost: it could neither be inserted nor copied."));
     }
     Q_UNREACHABLE();
 }

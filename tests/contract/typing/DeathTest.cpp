@@ -36,8 +36,8 @@ bool awaitEnd(pid_t process) {
 
 void pressPasteChord() {
     X11KeyEventPoster poster;
-    poster.postPaste(KeyPhase::Down);
-    poster.postPaste(KeyPhase::Up);
+    poster.postPaste(KeyPhase::Down, nullptr);
+    poster.postPaste(KeyPhase::Up, nullptr);
 }
 
 } // namespace

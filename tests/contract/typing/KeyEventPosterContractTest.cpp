@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -30,6 +31,8 @@ struct FakeDesk {
     bool keyboardIsAtRest() const { return poster.keysDown() == 0; }
     QString clipboard() { return pasteboard.string().value_or(QString()); }
     void putImageOnClipboard() { pasteboard.setImage(); }
+    void openAnotherWindow() { poster.focus(QStringLiteral("second")); }
+    QString textOfAnotherWindow() { return poster.text(QStringLiteral("second")); }
 };
 
 struct X11Desk {
@@ -48,6 +51,10 @@ struct X11Desk {
     void putImageOnClipboard() {
         outputOf("printf '\\211PNG' | xclip -selection clipboard -t image/png -i >/dev/null 2>&1");
     }
+    void openAnotherWindow() { second.emplace(Receiver::Kind::Terminal, QStringLiteral("second")); }
+    QString textOfAnotherWindow() { return second->text(); }
+
+    std::optional<Receiver> second;
 };
 
 } // namespace
@@ -58,10 +65,10 @@ protected:
     /// Types `chunks`, then a full stop, behind which nothing more can come.
     void type(QStringList chunks) {
         chunks.append(QStringLiteral("."));
-        const auto session = desk.poster.beginTyping(chunks);
+        const auto session = desk.poster.beginTyping(chunks, nullptr);
         for (qsizetype index = 0; index < chunks.size(); ++index) {
-            EXPECT_TRUE(session->post(index, KeyPhase::Down));
-            EXPECT_TRUE(session->post(index, KeyPhase::Up));
+            EXPECT_EQ(session->post(index, KeyPhase::Down), PostResult::Posted);
+            EXPECT_EQ(session->post(index, KeyPhase::Up), PostResult::Posted);
         }
     }
 
@@ -101,32 +108,45 @@ TYPED_TEST(KeyEventPosterContract, controlCharacters_areLeftOut) {
 }
 
 TYPED_TEST(KeyEventPosterContract, chunkThatIsNone_isRefused) {
-    const auto session = this->desk.poster.beginTyping({QStringLiteral("a")});
-    EXPECT_FALSE(session->post(-1, KeyPhase::Down));
-    EXPECT_FALSE(session->post(1, KeyPhase::Down));
-    EXPECT_FALSE(session->post(1, KeyPhase::Up));
+    const auto session = this->desk.poster.beginTyping({QStringLiteral("a")}, nullptr);
+    EXPECT_EQ(session->post(-1, KeyPhase::Down), PostResult::NotMakeable);
+    EXPECT_EQ(session->post(1, KeyPhase::Down), PostResult::NotMakeable);
+    EXPECT_EQ(session->post(1, KeyPhase::Up), PostResult::NotMakeable);
 }
 
 TYPED_TEST(KeyEventPosterContract, nothingToType_isFine) {
-    EXPECT_NE(this->desk.poster.beginTyping({}), nullptr);
+    EXPECT_NE(this->desk.poster.beginTyping({}, nullptr), nullptr);
     EXPECT_TRUE(this->desk.keyboardIsAtRest());
 }
 
 TYPED_TEST(KeyEventPosterContract, keyUpMissing_nextChunkArrivesAll_theSame) {
     const QStringList chunks{QStringLiteral("A"), QStringLiteral("a"), QStringLiteral(".")};
-    const auto session = this->desk.poster.beginTyping(chunks);
+    const auto session = this->desk.poster.beginTyping(chunks, nullptr);
     for (qsizetype index = 0; index < chunks.size(); ++index) {
-        EXPECT_TRUE(session->post(index, KeyPhase::Down));
+        EXPECT_EQ(session->post(index, KeyPhase::Down), PostResult::Posted);
     }
     this->expectText(QStringLiteral("Aa."));
 }
 
 TYPED_TEST(KeyEventPosterContract, sessionEndedWithAKeyDown_leavesNoneDown) {
-    auto session = this->desk.poster.beginTyping({QStringLiteral("A")});
+    auto session = this->desk.poster.beginTyping({QStringLiteral("A")}, nullptr);
     session->post(0, KeyPhase::Down);
     EXPECT_FALSE(this->desk.keyboardIsAtRest());
     session.reset();
     EXPECT_TRUE(this->desk.keyboardIsAtRest());
+}
+
+TYPED_TEST(KeyEventPosterContract, focusMovesOn_nothingIsPostedThereWithATarget) {
+    const QStringList chunks{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")};
+    const auto session = this->desk.poster.beginTyping(chunks, this->desk.poster.focusedTarget());
+    EXPECT_EQ(session->post(0, KeyPhase::Down), PostResult::Posted);
+    EXPECT_EQ(session->post(0, KeyPhase::Up), PostResult::Posted);
+    this->desk.openAnotherWindow();
+    EXPECT_EQ(session->post(1, KeyPhase::Down), PostResult::TargetLost);
+    EXPECT_EQ(session->post(2, KeyPhase::Down), PostResult::TargetLost);
+    EXPECT_TRUE(this->desk.keyboardIsAtRest());
+    this->expectText(QStringLiteral("a"));
+    EXPECT_EQ(this->desk.textOfAnotherWindow(), QString());
 }
 
 TYPED_TEST(KeyEventPosterContract, oneSessionAfterAnother_textsStandInOrder) {
@@ -142,8 +162,8 @@ TYPED_TEST(KeyEventPosterContract, preparedOnceOrMoreOften_changesNothing) {
     this->desk.poster.prepare();
     this->desk.poster.prepare();
     this->desk.pasteboard.setString(QStringLiteral("я"));
-    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Down));
-    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Up));
+    EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Down, nullptr), PostResult::Posted);
+    EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Up, nullptr), PostResult::Posted);
     this->desk.poster.prepare();
     this->type({QStringLiteral("b")});
     this->expectText(QStringLiteral("a.яb."));
@@ -152,17 +172,17 @@ TYPED_TEST(KeyEventPosterContract, preparedOnceOrMoreOften_changesNothing) {
 
 TYPED_TEST(KeyEventPosterContract, pasteChord_givesTheClipboard) {
     this->desk.pasteboard.setString(QStringLiteral("größer\n😀"));
-    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Down));
+    EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Down, nullptr), PostResult::Posted);
     EXPECT_FALSE(this->desk.keyboardIsAtRest());
-    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Up));
+    EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Up, nullptr), PostResult::Posted);
     EXPECT_TRUE(this->desk.keyboardIsAtRest());
     this->expectText(QStringLiteral("größer\n😀"));
 }
 
 TYPED_TEST(KeyEventPosterContract, clipboardWithoutText_pastesNothing) {
     this->desk.putImageOnClipboard();
-    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Down));
-    EXPECT_TRUE(this->desk.poster.postPaste(KeyPhase::Up));
+    EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Down, nullptr), PostResult::Posted);
+    EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Up, nullptr), PostResult::Posted);
     this->type({});
     this->expectText(QStringLiteral("."));
 }

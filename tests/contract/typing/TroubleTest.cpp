@@ -224,7 +224,7 @@ TEST(Trouble, windowClosedMeanwhile_typingEndsSoonAndLeavesNothingBehind) {
     const std::string before = keymap();
     X11KeyEventPoster poster;
     const auto start = Clock::now();
-    typeText(poster, ManySymbols, [&](qsizetype chunk) {
+    typeAnywhere(poster, ManySymbols, [&](qsizetype chunk) {
         if (chunk == 10) {
             receiver.reset();
         }
@@ -240,7 +240,7 @@ TEST(Trouble, focusMovesOnWhileTheFirstTargetIsSlow_eachCharacterArrivesSomewher
     std::optional<Receiver> second;
     std::thread freeze;
     X11KeyEventPoster poster;
-    typeText(poster, ManySymbols, [&](qsizetype chunk) {
+    typeAnywhere(poster, ManySymbols, [&](qsizetype chunk) {
         if (chunk == 0) { // it has been told of the new symbols, but has not looked at them yet
             first.signal(SIGSTOP);
         } else if (chunk == 9) {
@@ -273,12 +273,12 @@ TEST(Trouble, hungTarget_delaysTypingOnce) {
 
 TEST(Trouble, noXServer_noEventCanBeMade) {
     X11KeyEventPoster poster(":4711");
-    const auto session = poster.beginTyping({QStringLiteral("a")});
-    EXPECT_FALSE(session->post(0, KeyPhase::Down));
-    EXPECT_FALSE(session->post(0, KeyPhase::Up));
-    EXPECT_FALSE(poster.postPaste(KeyPhase::Down));
-    X11Pasteboard(console, TALVERA_X11_COMPANION, ":4711")
-        .setString(QStringLiteral("lost, but nobody hangs"));
+    const auto session = poster.beginTyping({QStringLiteral("a")}, nullptr);
+    EXPECT_EQ(session->post(0, KeyPhase::Down), PostResult::CutOff);
+    EXPECT_EQ(session->post(0, KeyPhase::Up), PostResult::CutOff);
+    EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, ":4711");
+    EXPECT_FALSE(pasteboard.setString(QStringLiteral("lost, but nobody hangs")));
     EXPECT_EQ(console.logged(), QStringList{"[pasteboard] the clipboard can't be set"});
 }
 
@@ -286,12 +286,12 @@ TEST(Trouble, xServerGoneMeanwhile_noEventCanBeMade) {
     setLayout("us");
     const std::string before = keymap();
     X11KeyEventPoster poster;
-    const auto session = poster.beginTyping({QStringLiteral("a"), QStringLiteral("я")});
-    ASSERT_TRUE(session->post(0, KeyPhase::Down));
-    ASSERT_TRUE(session->post(0, KeyPhase::Up));
+    const auto session = poster.beginTyping({QStringLiteral("a"), QStringLiteral("я")}, nullptr);
+    ASSERT_EQ(session->post(0, KeyPhase::Down), PostResult::Posted);
+    ASSERT_EQ(session->post(0, KeyPhase::Up), PostResult::Posted);
     cutConnections();
-    EXPECT_FALSE(session->post(1, KeyPhase::Down));
-    EXPECT_FALSE(poster.postPaste(KeyPhase::Down));
+    EXPECT_EQ(session->post(1, KeyPhase::Down), PostResult::CutOff);
+    EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
     // What it couldn't pay back any more is paid by the next one.
     const X11KeyEventPoster next;
     EXPECT_EQ(keymap(), before);

@@ -12,27 +12,45 @@
 
 namespace talvera::test {
 
-void typeText(KeyEventPoster& poster, const QString& text,
-              const std::function<void(qsizetype)>& beforeChunk) {
+namespace {
+
+PostResult type(KeyEventPoster& poster, const QString& text, const TypingTargetPtr& target,
+                const std::function<void(qsizetype)>& beforeChunk) {
     using std::chrono::milliseconds;
     const QStringList chunks = typewriterChunks(text);
-    const auto session = poster.beginTyping(chunks);
+    const auto session = poster.beginTyping(chunks, target);
     for (qsizetype index = 0; index < chunks.size(); ++index) {
         if (beforeChunk) {
             beforeChunk(index);
         }
-        session->post(index, KeyPhase::Down);
+        const auto result = session->post(index, KeyPhase::Down);
+        if (result == PostResult::TargetLost || result == PostResult::CutOff) {
+            return result;
+        }
         std::this_thread::sleep_for(milliseconds(2));
         session->post(index, KeyPhase::Up);
         std::this_thread::sleep_for(milliseconds(25));
     }
+    return PostResult::Posted;
+}
+
+} // namespace
+
+PostResult typeText(KeyEventPoster& poster, const QString& text,
+                    const std::function<void(qsizetype)>& beforeChunk) {
+    return type(poster, text, poster.focusedTarget(), beforeChunk);
+}
+
+PostResult typeAnywhere(KeyEventPoster& poster, const QString& text,
+                        const std::function<void(qsizetype)>& beforeChunk) {
+    return type(poster, text, nullptr, beforeChunk);
 }
 
 void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text) {
     pasteboard.setString(text);
-    poster.postPaste(KeyPhase::Down);
+    poster.postPaste(KeyPhase::Down, poster.focusedTarget());
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    poster.postPaste(KeyPhase::Up);
+    poster.postPaste(KeyPhase::Up, nullptr);
 }
 
 std::string outputOf(const std::string& command) {

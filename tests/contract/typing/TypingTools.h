@@ -16,10 +16,15 @@ namespace talvera::test {
 /// What was said in this program.
 inline RecordingConsole console;
 
-/// Types `text` as delivery does: piece by piece, at its pace. Calls `beforeChunk` with the number of each
-/// piece that is about to be typed.
-void typeText(KeyEventPoster& poster, const QString& text,
-              const std::function<void(qsizetype)>& beforeChunk = nullptr);
+/// Types `text` as delivery does: piece by piece, at its pace, and only into the window that has the focus at
+/// the beginning. Calls `beforeChunk` with the number of each piece that is about to be typed. Answers with
+/// what ended it before the end, or with Posted.
+PostResult typeText(KeyEventPoster& poster, const QString& text,
+                    const std::function<void(qsizetype)>& beforeChunk = nullptr);
+
+/// The same, but wherever the focus is.
+PostResult typeAnywhere(KeyEventPoster& poster, const QString& text,
+                        const std::function<void(qsizetype)>& beforeChunk = nullptr);
 
 /// Puts `text` on the clipboard and pastes it into the focused application, as delivery does.
 void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text);

@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
         if (command == "clipboard") {
             pasteboard.setString(QString::fromStdString(argument));
         } else if (command == "begin") {
-            session = poster.beginTyping(typewriterChunks(QString::fromStdString(argument)));
+            session = poster.beginTyping(typewriterChunks(QString::fromStdString(argument)), nullptr);
         } else if (command == "down" || command == "up") {
             session->post(std::stoi(argument), command == "down" ? KeyPhase::Down : KeyPhase::Up);
         } else if (command == "end") {

@@ -36,9 +36,27 @@ TEST_F(StreamTest, typewriterParts_areRoutedOnceWithTheFirst) {
     parts.append("two");
     parts.finish();
     finishJobs();
-    EXPECT_EQ(keys.text(), "one two") << "the focus is not looked at again";
+    EXPECT_EQ(keys.text(), "one two") << "the application is not looked for again";
     EXPECT_TRUE(workspace.activations.empty());
     EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(StreamTest, focusLostBetweenParts_typesNoMoreAndLeavesAllPartsOnTheClipboard) {
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("one ");
+    actor.advance(seconds(1));
+    keys.focus("second");
+    parts.append("two ");
+    actor.advance(seconds(1));
+    EXPECT_EQ(pasteboard.string(), "one two ");
+    keys.focus("first");
+    parts.append("three");
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(keys.text(), "one ") << "what has stopped doesn't go on in the middle";
+    EXPECT_EQ(keys.text("second"), "");
+    EXPECT_EQ(pasteboard.string(), "one two three");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}})) << "told once";
 }
 
 TEST_F(StreamTest, typewriterStreamWithLostFocus_typesNothingCopiesTheWholeAndTellsOnce) {

@@ -127,6 +127,7 @@ TEST_F(TextInserterTest, route_handsTheNoticeToItsCallerInsteadOfTheHud) {
 
 TEST_F(TextInserterTest, emptyText_isRoutedAndNoticedButNeitherDeliveredNorCopied) {
     EXPECT_EQ(inserter.insert("", ResolvedMode::Typewriter, editorSnapshot), RouteDecision::Direct);
+    EXPECT_EQ(inserter.insert("", ResolvedMode::Paste, editorSnapshot), RouteDecision::Direct);
     workspace.quit(100);
     EXPECT_EQ(inserter.insert("", ResolvedMode::Paste, editorSnapshot), RouteDecision::Clipboard);
     finishJobs();
@@ -166,6 +167,86 @@ TEST_F(TextInserterTest, strokeThatCantBeMade_isSkippedAndItsWaitsStillRun) {
     EXPECT_EQ(keys.text(), "ac");
     ASSERT_EQ(eventTimes.size(), 4U);
     EXPECT_DOUBLE_EQ(eventTimes[2], 0.054);
+    EXPECT_TRUE(pasteboard.history().isEmpty());
+    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(TextInserterTest, noStrokeThatCanBeMade_leavesTheTextOnTheClipboardAndSaysSo) {
+    keys.canPost = [](const test::PostedKeyEvent&) { return false; };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotPossible}}));
+}
+
+TEST_F(TextInserterTest, focusMovesWhileTyping_stopsAndLeavesTheWholeTextOnTheClipboard) {
+    keys.onPost = [this](const test::PostedKeyEvent& event) {
+        if (event.chunk == "b" && event.phase == KeyPhase::Up)
+            keys.focus("second");
+    };
+    EXPECT_EQ(inserter.insert("abc def", ResolvedMode::Typewriter, editorSnapshot), RouteDecision::Direct);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "ab");
+    EXPECT_EQ(keys.text("second"), "");
+    EXPECT_EQ(pasteboard.string(), "abc def");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}}));
+    EXPECT_EQ(keys.openSessions(), 0);
+    EXPECT_EQ(keys.keysDown(), 0);
+}
+
+TEST_F(TextInserterTest, focusMovesBeforeTheFirstKey_typesNothing) {
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    keys.focus("second");
+    finishJobs();
+    EXPECT_TRUE(keys.texts().empty());
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}}));
+}
+
+TEST_F(TextInserterTest, popUpOfTheSameApplication_doesNotStopTheTyping) {
+    keys.onPost = [this](const test::PostedKeyEvent&) { keys.focus("first/completions"); };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "abc");
+    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(TextInserterTest, focusMovesWhileTypingWithoutProtection_isFollowed) {
+    settings.protect = false;
+    keys.onPost = [this](const test::PostedKeyEvent&) { keys.focus("second"); };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "a");
+    EXPECT_EQ(keys.text("second"), "bc");
+    EXPECT_TRUE(pasteboard.history().isEmpty());
+    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(TextInserterTest, keyboardCutOffWhileTyping_leavesTheWholeTextOnTheClipboard) {
+    keys.onPost = [this](const test::PostedKeyEvent& event) {
+        if (event.chunk == "b")
+            keys.cutOff();
+    };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotPossible}}));
+}
+
+TEST_F(TextInserterTest, keyboardAndClipboardOutOfReach_isSaidPlainly) {
+    keys.cutOff();
+    pasteboard.refuse();
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(shown, notices({{Kind::Undelivered}}));
+}
+
+TEST_F(TextInserterTest, copyThatTheClipboardRefuses_isTold) {
+    pasteboard.refuse();
+    workspace.quit(100);
+    inserter.insert("abc", ResolvedMode::Paste, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(shown, notices({{Kind::ClipboardOriginalGone, "Editor"}, {Kind::Undelivered}}));
 }
 
 TEST_F(TextInserterTest, paste_writesTheClipboardAndStrikesTheChordOnceRightAway) {
@@ -185,6 +266,25 @@ TEST_F(TextInserterTest, pasteChordThatCantBeMade_leavesTheTextOnTheClipboard) {
     finishJobs();
     EXPECT_TRUE(keys.events().isEmpty());
     EXPECT_EQ(pasteboard.string(), "long text");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotPossible}}));
+}
+
+TEST_F(TextInserterTest, focusMovesBeforeThePasteChord_pastesNothing) {
+    inserter.insert("long text", ResolvedMode::Paste, editorSnapshot);
+    keys.focus("second");
+    finishJobs();
+    EXPECT_TRUE(keys.events().isEmpty());
+    EXPECT_EQ(pasteboard.string(), "long text");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}}));
+}
+
+TEST_F(TextInserterTest, pasteThatTheClipboardRefuses_isTypedInstead) {
+    pasteboard.setString("somebody else's");
+    pasteboard.refuse();
+    inserter.insert("long text", ResolvedMode::Paste, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "long text");
+    EXPECT_TRUE(shown.empty());
 }
 
 TEST_F(TextInserterTest, imageOnTheClipboardBeforeAPaste_isGoneAfterwards) {

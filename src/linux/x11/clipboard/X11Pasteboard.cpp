@@ -23,18 +23,20 @@ X11Pasteboard::X11Pasteboard(Console& console, std::string companionProgram, std
 
 X11Pasteboard::~X11Pasteboard() = default;
 
-void X11Pasteboard::setString(const QString& text) {
+bool X11Pasteboard::setString(const QString& text) {
     const std::scoped_lock lock(m_mutex);
     const QByteArray bytes = text.toUtf8();
     const std::string_view utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (offer(utf8))
-        return;
+        return true;
     replaceHolder(CompanionProcess::start(m_companionProgram, m_display));
     if (offer(utf8))
-        return;
+        return true;
     replaceHolder(ClipboardThread::start(m_display));
-    if (!offer(utf8))
-        m_console.log(QStringLiteral("[pasteboard] the clipboard can't be set"));
+    if (offer(utf8))
+        return true;
+    m_console.log(QStringLiteral("[pasteboard] the clipboard can't be set"));
+    return false;
 }
 
 bool X11Pasteboard::offer(std::string_view utf8) {

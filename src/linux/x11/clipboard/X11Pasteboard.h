@@ -24,7 +24,7 @@ public:
 
     /// Takes a few milliseconds. A companion that is gone or doesn't answer within two seconds is replaced by
     /// another, then by the thread. If even that fails, the clipboard stays as it was, and the log says so.
-    void setString(const QString& text) override;
+    bool setString(const QString& text) override;
 
 private:
     bool offer(std::string_view utf8);

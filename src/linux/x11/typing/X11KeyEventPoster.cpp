@@ -16,28 +16,36 @@ namespace {
 /// Stands in where nothing can be posted.
 class SilentSession final : public TypingSession {
 public:
-    bool post(qsizetype, KeyPhase) override { return false; }
+    PostResult post(qsizetype, KeyPhase) override { return PostResult::CutOff; }
 };
+
+std::shared_ptr<const X11Target> x11Target(const TypingTargetPtr& target) {
+    return std::dynamic_pointer_cast<const X11Target>(target);
+}
 
 class X11TypingSession final : public TypingSession {
 public:
-    X11TypingSession(std::unique_ptr<X11Typist> typist, const QStringList& chunks)
+    X11TypingSession(std::unique_ptr<X11Typist> typist, const QStringList& chunks,
+                     const TypingTargetPtr& target)
         : m_typist(std::move(typist)) {
-        m_typist->begin(symbolsOf(chunks));
+        m_typist->begin(symbolsOf(chunks), x11Target(target));
     }
 
-    bool post(qsizetype index, KeyPhase phase) override {
+    PostResult post(qsizetype index, KeyPhase phase) override {
         if (index < 0 || index + 1 >= static_cast<qsizetype>(m_starts.size()))
-            return false;
-        if (phase == KeyPhase::Up) {
-            m_typist->release();
-            return true;
-        }
-        bool complete = true;
+            return PostResult::NotMakeable;
+        if (phase == KeyPhase::Up)
+            return m_typist->release();
+        auto result = PostResult::Posted;
         const auto chunk = static_cast<std::size_t>(index);
-        for (std::size_t position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position)
-            complete = m_typist->press(position) && complete;
-        return complete;
+        for (std::size_t position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position) {
+            const auto pressed = m_typist->press(position);
+            if (pressed == PostResult::TargetLost || pressed == PostResult::CutOff)
+                return pressed;
+            if (pressed != PostResult::Posted)
+                result = pressed;
+        }
+        return result;
     }
 
 private:
@@ -60,7 +68,9 @@ private:
 
 X11KeyEventPoster::X11KeyEventPoster(const std::string& display)
     : m_connection(X11Connection::open(display))
-    , m_barrierConnection(X11Connection::open(display)) {
+    , m_barrierConnection(X11Connection::open(display))
+    , m_focusConnection(X11Connection::open(display))
+    , m_focus(std::make_unique<KeyboardFocus>(*m_focusConnection)) {
     m_keyboard = X11Keyboard::open(*m_connection);
     m_barrier = std::make_unique<TargetBarrier>(*m_barrierConnection);
     if (m_keyboard)
@@ -71,7 +81,7 @@ X11KeyEventPoster::~X11KeyEventPoster() = default;
 
 void X11KeyEventPoster::prepare() {
     if (!m_prepared && !m_chord && m_keyboard && !m_connection->isBroken())
-        m_prepared = std::make_unique<X11Typist>(*m_keyboard, *m_barrier);
+        m_prepared = std::make_unique<X11Typist>(*m_keyboard, *m_barrier, *m_focus);
 }
 
 std::unique_ptr<X11Typist> X11KeyEventPoster::takeTypist() {
@@ -79,21 +89,26 @@ std::unique_ptr<X11Typist> X11KeyEventPoster::takeTypist() {
     return std::exchange(m_prepared, nullptr);
 }
 
-std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks) {
+TypingTargetPtr X11KeyEventPoster::focusedTarget() {
+    return m_focus->current();
+}
+
+std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks,
+                                                              const TypingTargetPtr& target) {
     m_chord.reset();
     if (!m_keyboard || m_connection->isBroken())
         return std::make_unique<SilentSession>();
-    return std::make_unique<X11TypingSession>(takeTypist(), chunks);
+    return std::make_unique<X11TypingSession>(takeTypist(), chunks, target);
 }
 
-bool X11KeyEventPoster::postPaste(KeyPhase phase) {
+PostResult X11KeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& target) {
     m_chord.reset();
     if (!m_keyboard || m_connection->isBroken())
-        return false;
+        return PostResult::CutOff;
     if (phase == KeyPhase::Up)
-        return true;
+        return PostResult::Posted;
     m_chord = takeTypist();
-    m_chord->begin({XKB_KEY_Insert});
+    m_chord->begin({XKB_KEY_Insert}, x11Target(target));
     return m_chord->press(0, true);
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/keyboard/KeyEventPoster.h"
 
+#include "linux/x11/typing/KeyboardFocus.h"
 #include "linux/x11/typing/TargetBarrier.h"
 #include "linux/x11/typing/X11Keyboard.h"
 
@@ -22,18 +23,22 @@ public:
     ~X11KeyEventPoster() override;
 
     void prepare() override;
-    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks) override;
+    TypingTargetPtr focusedTarget() override;
+    std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
+                                               const TypingTargetPtr& target) override;
 
     /// The chord is Shift+Insert: every application tried takes it, terminals too, and no layout moves it.
-    bool postPaste(KeyPhase phase) override;
+    PostResult postPaste(KeyPhase phase, const TypingTargetPtr& target) override;
 
 private:
     std::unique_ptr<X11Typist> takeTypist();
 
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11Connection> m_barrierConnection;
+    std::unique_ptr<X11Connection> m_focusConnection;
     std::unique_ptr<X11Keyboard> m_keyboard;
     std::unique_ptr<TargetBarrier> m_barrier;
+    std::unique_ptr<KeyboardFocus> m_focus;
     std::unique_ptr<X11Typist> m_prepared;
     std::unique_ptr<X11Typist> m_chord; ///< while the paste chord is down
 };

@@ -4,6 +4,7 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
+#include <thread>
 
 namespace talvera {
 
@@ -12,6 +13,24 @@ namespace {
 // For an application that hangs. Keys that it reads later than that may come out as others.
 constexpr std::chrono::seconds fullPatience{10};
 constexpr std::chrono::milliseconds lostPatience{100};
+
+constexpr std::chrono::milliseconds focusPoll{5};
+
+/// How long the keys may go astray until the target counts as lost.
+std::chrono::milliseconds patienceWith(KeyDestination destination) {
+    using std::chrono::milliseconds;
+    switch (destination) {
+    case KeyDestination::Target:
+        break;
+    case KeyDestination::Nobody:
+        return milliseconds(300);
+    case KeyDestination::Grab:
+        return milliseconds(2000);
+    case KeyDestination::Elsewhere:
+        return milliseconds(50); // some window managers give the focus to one of their own in between
+    }
+    return milliseconds::max();
+}
 
 } // namespace
 
@@ -31,9 +50,10 @@ std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::
     return wanted;
 }
 
-X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier)
+X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, KeyboardFocus& focus)
     : m_keyboard(keyboard)
     , m_barrier(barrier)
+    , m_focus(focus)
     , m_ledger(keyboard)
     , m_keymapWatch(keyboard)
     , m_layout(keyboard)
@@ -44,8 +64,11 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier)
     m_layout.find(XKB_KEY_space, m_group); // collects what the group writes
 }
 
-void X11Typist::begin(Symbols symbols) {
+void X11Typist::begin(Symbols symbols, std::shared_ptr<const X11Target> target) {
     m_symbols = std::move(symbols);
+    m_target = std::move(target);
+    if (m_target)
+        m_focus.watch(*m_target);
     m_barrier.begin();
     m_group = m_keyboard.state().group;
     followKeyboard();
@@ -56,12 +79,14 @@ X11Typist::~X11Typist() {
     release();
     if (!m_spares.lent().empty()) {
         if (m_hasTyped)
-            awaitTarget();
+            awaitReading();
         m_spares.giveBack();
     }
+    if (m_target)
+        m_focus.unwatch();
 }
 
-bool X11Typist::press(std::size_t position, bool withShift) {
+PostResult X11Typist::press(std::size_t position, bool withShift) {
     release();
     m_group = m_guard.clear(m_spares.neutralKey());
     followKeyboard();
@@ -76,25 +101,46 @@ bool X11Typist::press(std::size_t position, bool withShift) {
         const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
         stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
     }
-    if (!stroke || m_keyboard.connection().isBroken())
-        return false;
+    if (m_keyboard.connection().isBroken())
+        return PostResult::CutOff;
+    if (!stroke)
+        return PostResult::NotMakeable;
+    if (!keysGoToTarget())
+        return m_keyboard.connection().isBroken() ? PostResult::CutOff : PostResult::TargetLost;
     for (const xcb_keycode_t modifier : stroke->modifiers)
         m_keyboard.press(modifier);
     m_keyboard.press(stroke->key);
     m_keyboard.connection().flush();
     m_pressed = std::move(stroke);
     m_hasTyped = true;
-    return true;
+    return PostResult::Posted;
 }
 
-void X11Typist::release() {
+bool X11Typist::keysGoToTarget() {
+    if (!m_target)
+        return true;
+    using Clock = std::chrono::steady_clock;
+    for (const auto start = Clock::now();;) {
+        const KeyDestination destination = m_focus.destination(*m_target);
+        if (destination == KeyDestination::Target)
+            return true;
+        if (Clock::now() - start >= patienceWith(destination))
+            return false;
+        std::this_thread::sleep_for(focusPoll);
+    }
+}
+
+PostResult X11Typist::release() {
+    const bool isBroken = m_keyboard.connection().isBroken();
+    const auto result = isBroken ? PostResult::CutOff : PostResult::Posted;
     if (!m_pressed)
-        return;
+        return result;
     m_keyboard.release(m_pressed->key);
     for (auto modifier = m_pressed->modifiers.rbegin(); modifier != m_pressed->modifiers.rend(); ++modifier)
         m_keyboard.release(*modifier);
     m_keyboard.connection().flush();
     m_pressed.reset();
+    return result;
 }
 
 void X11Typist::followKeyboard() {
@@ -120,15 +166,15 @@ void X11Typist::lendFrom(std::size_t position) {
     if (known)
         return;
     if (m_hasTyped) {
-        awaitTarget();
+        awaitReading();
         m_hasTyped = false;
     }
     m_spares.lend(wanted);
-    awaitTarget();
+    awaitReading();
     m_keymapWatch.hasChanged(); // the change that we have just made is no news
 }
 
-void X11Typist::awaitTarget() {
+void X11Typist::awaitReading() {
     m_keyboard.connection().roundTrip();
     if (!m_barrier.wait(m_patience))
         m_patience = lostPatience; // once is enough

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/typing/KeyboardFocus.h"
 #include "linux/x11/typing/ModifierGuard.h"
 #include "linux/x11/typing/SpareKeycodes.h"
 #include "linux/x11/typing/TargetBarrier.h"
@@ -8,6 +9,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace talvera {
@@ -19,31 +21,35 @@ class X11Typist {
 public:
     using Symbols = std::vector<xkb_keysym_t>;
 
-    /// `keyboard` and `barrier` stand on different connections. Reads the keyboard, which takes most of the
-    /// time until the first key, and follows it from then on.
-    X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier);
+    /// `keyboard`, `barrier` and `focus` stand on different connections. Reads the keyboard, which takes most
+    /// of the time until the first key, and follows it from then on.
+    X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, KeyboardFocus& focus);
     X11Typist(const X11Typist&) = delete;
     X11Typist& operator=(const X11Typist&) = delete;
     ~X11Typist();
 
-    /// Makes `symbols` writable for the focused application. Once, before all others.
-    void begin(Symbols symbols);
+    /// Makes `symbols` writable for the focused application. Once, before all others. With `target`, no key
+    /// goes anywhere else.
+    void begin(Symbols symbols, std::shared_ptr<const X11Target> target);
 
     /// Presses the key of the symbol at `position`, with Shift if `withShift` or if the symbol needs it. What
-    /// was pressed before is released. False when there is no way to type the symbol.
-    bool press(std::size_t position, bool withShift = false);
+    /// was pressed before is released. Waits while the keys don't go to the target only for the moment.
+    PostResult press(std::size_t position, bool withShift = false);
 
     /// Releases what is pressed.
-    void release();
+    PostResult release();
 
 private:
     void followKeyboard();
     std::optional<KeyStroke> findStroke(xkb_keysym_t symbol);
     void lendFrom(std::size_t position);
-    void awaitTarget();
+    void awaitReading();
+    bool keysGoToTarget();
 
     X11Keyboard& m_keyboard;
     TargetBarrier& m_barrier;
+    KeyboardFocus& m_focus;
+    std::shared_ptr<const X11Target> m_target;
     Symbols m_symbols;
     TypingLedger m_ledger;
     KeymapWatch m_keymapWatch; ///< begins before the layout is read, so that no change is missed

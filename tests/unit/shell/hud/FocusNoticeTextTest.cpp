@@ -35,6 +35,15 @@ TEST(FocusNoticeText, everyKind_hasItsTextToneAndTime) {
          "No text field focused — text copied to clipboard. Press ⌘V to paste.",
          Tone::Warn,
          6},
+        {{Kind::ClipboardFocusLost},
+         "Focus changed — the whole text is on the clipboard. Press ⌘V to paste.",
+         Tone::Warn,
+         6},
+        {{Kind::ClipboardNotPossible},
+         "Couldn't insert the text — it is on the clipboard. Press ⌘V to paste.",
+         Tone::Warn,
+         6},
+        {{Kind::Undelivered}, "The text is lost: it could neither be inserted nor copied.", Tone::Warn, 6},
     };
     for (const auto& row : rows) {
         const auto shown = focusNoticeText(row.notice);

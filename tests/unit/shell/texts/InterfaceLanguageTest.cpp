@@ -145,7 +145,7 @@ TEST(TextCatalog, englishOneThatWeShip_isOne) {
     const auto texts = TextCatalog::parse(file.readAll());
     ASSERT_TRUE(texts);
     EXPECT_EQ(texts->value("hud.focus.clipboard.byPreference"),
-              QString::fromUtf8("Focus changed — text copied to clipboard. Press Ctrl+V to paste."));
+              QString::fromUtf8("Focus changed — text copied to clipboard. Press Shift+Insert to paste."));
 }
 
 TEST(SessionLackText, eachLack_hasAPlainSentence) {

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include "delivery/DeliveryQueue.h"
+
+#include "concurrency/MainActor.h"
+#include "concurrency/SerialQueue.h"
+#include "platform/desktop/Pasteboard.h"
+#include "text/typewriterChunks.h"
+
+namespace talvera {
+
+namespace {
+
+using Kind = FocusNotice::Kind;
+
+constexpr Duration keyHold = seconds(0.002);
+constexpr Duration keyPause = seconds(0.025);
+constexpr Duration pasteHold = seconds(0.01);
+
+/// Why delivery ends here; nothing as long as it goes on.
+std::optional<Kind> endOf(PostResult result) {
+    switch (result) {
+    case PostResult::Posted:
+    case PostResult::NotMakeable:
+        return std::nullopt;
+    case PostResult::TargetLost:
+        return Kind::ClipboardFocusLost;
+    case PostResult::CutOff:
+        return Kind::ClipboardNotPossible;
+    }
+    Q_UNREACHABLE();
+}
+
+} // namespace
+
+/// The jobs themselves, on the typing queue.
+class DeliveryQueue::Worker {
+public:
+    Worker(const Platform& platform, std::weak_ptr<const OnNotice> onNotice)
+        : m_platform(platform)
+        , m_onNotice(std::move(onNotice)) {}
+
+    void type(TypedText& text, const QString& part) {
+        text.whole += part;
+        if (text.isStopped) {
+            if (!m_platform.pasteboard.setString(text.whole))
+                tell(Kind::Undelivered);
+        } else if (const auto end = typeChunks(part, text.target)) {
+            text.isStopped = true;
+            leaveOnClipboard(text.whole, *end);
+        }
+    }
+
+    void paste(const QString& text, const TypingTargetPtr& target) {
+        // What the clipboard held is not brought back: the text stays there for the user to paste again.
+        if (!m_platform.pasteboard.setString(text)) {
+            // The chord would paste something else, but keys may still be had.
+            TypedText typed{target};
+            type(typed, text);
+            return;
+        }
+        auto result = m_platform.keys.postPaste(KeyPhase::Down, target);
+        m_platform.typing.sleep(pasteHold);
+        if (result == PostResult::Posted)
+            result = m_platform.keys.postPaste(KeyPhase::Up, target);
+        if (result != PostResult::Posted)
+            tell(endOf(result).value_or(Kind::ClipboardNotPossible));
+    }
+
+    void copy(const QString& text) {
+        if (!m_platform.pasteboard.setString(text))
+            tell(Kind::Undelivered);
+    }
+
+private:
+    /// Answers why it has stopped, if it has.
+    std::optional<Kind> typeChunks(const QString& text, const TypingTargetPtr& target) {
+        const auto chunks = typewriterChunks(text);
+        if (chunks.isEmpty())
+            return std::nullopt;
+        const auto session = m_platform.keys.beginTyping(chunks, target);
+        bool hasTyped = false;
+        // A stroke that can't be made keeps its time, so that the pace of the rest stays the same.
+        for (qsizetype index = 0; index < chunks.size(); ++index) {
+            const auto down = session->post(index, KeyPhase::Down);
+            if (const auto end = endOf(down))
+                return end;
+            hasTyped = hasTyped || down == PostResult::Posted;
+            m_platform.typing.sleep(keyHold);
+            if (const auto end = endOf(session->post(index, KeyPhase::Up)))
+                return end;
+            m_platform.typing.sleep(keyPause);
+        }
+        return hasTyped ? std::nullopt : std::optional(Kind::ClipboardNotPossible);
+    }
+
+    void leaveOnClipboard(const QString& text, Kind reason) {
+        tell(m_platform.pasteboard.setString(text) ? reason : Kind::Undelivered);
+    }
+
+    void tell(Kind kind) {
+        m_platform.actor.post([onNotice = m_onNotice, kind] {
+            if (const auto listener = onNotice.lock())
+                (*listener)({kind});
+        });
+    }
+
+    Platform m_platform;
+    std::weak_ptr<const OnNotice> m_onNotice;
+};
+
+DeliveryQueue::DeliveryQueue(Platform platform, OnNotice onNotice)
+    : m_platform(platform)
+    , m_onNotice(std::make_shared<OnNotice>(std::move(onNotice)))
+    , m_worker(std::make_shared<Worker>(platform, m_onNotice)) {}
+
+void DeliveryQueue::prepare() {
+    m_platform.typing.async([&keys = m_platform.keys] { keys.prepare(); });
+}
+
+void DeliveryQueue::type(const std::shared_ptr<TypedText>& text, const QString& part) {
+    m_platform.typing.async([worker = m_worker, text, part] { worker->type(*text, part); });
+}
+
+void DeliveryQueue::paste(const QString& text, const TypingTargetPtr& target) {
+    m_platform.typing.async([worker = m_worker, text, target] { worker->paste(text, target); });
+}
+
+void DeliveryQueue::copy(const QString& text) {
+    m_platform.typing.async([worker = m_worker, text] { worker->copy(text); });
+}
+
+} // namespace talvera

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: MIT
+#include "linux/x11/typing/KeyboardFocus.h"
+
+#include "linux/x11/server/FocusedWindow.h"
+
+#include <xcb/shape.h>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace talvera {
+
+namespace {
+
+/// In pixels. Lockers cover whole monitors; menus and notifications are smaller.
+constexpr int leastWidth = 600;
+constexpr int leastHeight = 400;
+constexpr int deepestNesting = 16;
+
+} // namespace
+
+std::shared_ptr<const X11Target> KeyboardFocus::current() {
+    const std::scoped_lock lock(m_mutex);
+    auto target = std::make_shared<X11Target>();
+    const Place now = place();
+    target->active = now.active;
+    target->focus = now.focus;
+    if (isWindow(now.focus)) {
+        target->outermost = outermost(now.focus);
+        target->process = processOfWindow(m_connection, now.focus);
+    }
+    return target;
+}
+
+void KeyboardFocus::watch(const X11Target& target) {
+    const std::scoped_lock lock(m_mutex);
+    while (m_connection.pollEvent()) {
+    }
+    m_isGrabbed = false;
+    if (isWindow(target.focus))
+        listenTo(target.focus, true);
+}
+
+void KeyboardFocus::unwatch() {
+    const std::scoped_lock lock(m_mutex);
+    for (const xcb_window_t window : std::set(m_watched))
+        listenTo(window, false);
+    m_connection.flush();
+}
+
+void KeyboardFocus::listenTo(xcb_window_t window, bool listen) {
+    const std::uint32_t events = listen ? XCB_EVENT_MASK_FOCUS_CHANGE : XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(m_connection.get(), window, XCB_CW_EVENT_MASK, &events);
+    if (listen)
+        m_watched.insert(window);
+    else
+        m_watched.erase(window);
+}
+
+KeyDestination KeyboardFocus::destination(const X11Target& target) {
+    const std::scoped_lock lock(m_mutex);
+    const Place now = place();
+    noteGrabs();
+    const bool activeCounts = now.active != XCB_NONE && target.active != XCB_NONE;
+    if (activeCounts && now.active != target.active && !isPartOf(target, now.active))
+        return KeyDestination::Elsewhere;
+    if (now.focus != target.focus && !m_watched.contains(now.focus)) {
+        if (!isWindow(now.focus))
+            return KeyDestination::Nobody;
+        if (!isPartOf(target, now.focus))
+            return KeyDestination::Elsewhere;
+        listenTo(now.focus, true);
+    }
+    return m_isGrabbed ? grabDestination(target) : KeyDestination::Target;
+}
+
+KeyboardFocus::Place KeyboardFocus::place() {
+    xcb_connection_t* xcb = m_connection.get();
+    const auto activeQuestion =
+        xcb_get_property(xcb, 0, m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"),
+                         XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
+    const auto focusQuestion = xcb_get_input_focus(xcb);
+    const auto active = m_connection.reply<xcb_get_property_reply_t>(activeQuestion);
+    const auto focus = m_connection.reply<xcb_get_input_focus_reply_t>(focusQuestion);
+    Place place;
+    if (active && active->format == 32 && xcb_get_property_value_length(active.get()) > 0)
+        place.active = *static_cast<const xcb_window_t*>(xcb_get_property_value(active.get()));
+    if (focus)
+        place.focus = focus->focus;
+    return place;
+}
+
+/// The server tells the window with the focus that a grab has taken the keys from it, or has given them back.
+void KeyboardFocus::noteGrabs() {
+    while (const XcbEvent event = m_connection.pollEvent()) {
+        const int type = event->response_type & 0x7f;
+        const auto& change = reinterpret_cast<const xcb_focus_in_event_t&>(*event);
+        if (type == XCB_FOCUS_OUT && change.mode == XCB_NOTIFY_MODE_GRAB)
+            m_isGrabbed = true;
+        else if (type == XCB_FOCUS_IN && change.mode == XCB_NOTIFY_MODE_UNGRAB)
+            m_isGrabbed = false;
+    }
+}
+
+/// Nobody but the server knows who has the grab. But who grabs the keyboard for long shows a window: the
+/// menus of an application do, and so do lockers.
+KeyDestination KeyboardFocus::grabDestination(const X11Target& target) {
+    for (const xcb_window_t window : unmanagedWindows()) {
+        if (isOfApplication(target, window))
+            return KeyDestination::Target;
+        if (coversScreen(window) && processOfWindow(m_connection, window) != ::getpid())
+            return KeyDestination::Elsewhere;
+    }
+    return KeyDestination::Grab;
+}
+
+bool KeyboardFocus::isWindow(xcb_window_t window) const {
+    return window > XCB_INPUT_FOCUS_POINTER_ROOT && window != m_connection.root();
+}
+
+/// A window of the application that isn't another one to the user.
+bool KeyboardFocus::isPartOf(const X11Target& target, xcb_window_t window) {
+    const xcb_window_t whole = outermost(window);
+    return whole == target.outermost || (isOfApplication(target, window) && isPopup(whole));
+}
+
+bool KeyboardFocus::isOfApplication(const X11Target& target, xcb_window_t window) {
+    return client(window) == client(target.focus) ||
+           (target.process != 0 && processOfWindow(m_connection, window) == target.process);
+}
+
+bool KeyboardFocus::isPopup(xcb_window_t window) {
+    const auto attributes = m_connection.reply<xcb_get_window_attributes_reply_t>(
+        xcb_get_window_attributes(m_connection.get(), window));
+    if (attributes && attributes->override_redirect)
+        return true;
+    const auto types = m_connection.property(window, m_connection.atom("_NET_WM_WINDOW_TYPE"));
+    return std::any_of(types.begin(), types.end(), [this](xcb_atom_t type) {
+        return type == m_connection.atom("_NET_WM_WINDOW_TYPE_DROPDOWN_MENU") ||
+               type == m_connection.atom("_NET_WM_WINDOW_TYPE_POPUP_MENU") ||
+               type == m_connection.atom("_NET_WM_WINDOW_TYPE_COMBO") ||
+               type == m_connection.atom("_NET_WM_WINDOW_TYPE_TOOLTIP");
+    });
+}
+
+bool KeyboardFocus::coversScreen(xcb_window_t window) {
+    const auto sizeQuestion = xcb_get_geometry(m_connection.get(), window);
+    const auto shapeQuestion = xcb_shape_get_rectangles(m_connection.get(), window, XCB_SHAPE_SK_INPUT);
+    const auto size = m_connection.reply<xcb_get_geometry_reply_t>(sizeQuestion);
+    const auto shape = m_connection.reply<xcb_shape_get_rectangles_reply_t>(shapeQuestion);
+    const bool letsInputThrough = shape && xcb_shape_get_rectangles_rectangles_length(shape.get()) == 0;
+    return size && !letsInputThrough && size->width >= leastWidth && size->height >= leastHeight;
+}
+
+xcb_window_t KeyboardFocus::outermost(xcb_window_t window) {
+    for (int depth = 0; depth < deepestNesting; ++depth) {
+        const auto tree =
+            m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), window));
+        if (!tree || tree->parent == XCB_NONE || tree->parent == tree->root ||
+            client(tree->parent) != client(window))
+            break;
+        window = tree->parent;
+    }
+    return window;
+}
+
+xcb_window_t KeyboardFocus::client(xcb_window_t window) const {
+    return window & ~m_connection.setup().resource_id_mask;
+}
+
+/// Windows that can be seen and that the window manager knows nothing of, the uppermost first.
+std::vector<xcb_window_t> KeyboardFocus::unmanagedWindows() {
+    const auto manager =
+        m_connection.property(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
+    const auto tree =
+        m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), m_connection.root()));
+    if (!tree)
+        return {};
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    std::vector<xcb_window_t> windows(children, children + xcb_query_tree_children_length(tree.get()));
+    std::reverse(windows.begin(), windows.end());
+    std::vector<xcb_get_window_attributes_cookie_t> questions;
+    for (const xcb_window_t window : windows)
+        questions.push_back(xcb_get_window_attributes(m_connection.get(), window));
+    std::vector<xcb_window_t> unmanaged;
+    for (std::size_t index = 0; index < windows.size(); ++index) {
+        const auto attributes = m_connection.reply<xcb_get_window_attributes_reply_t>(questions[index]);
+        // Frames are the window manager's own, and overlays of a compositor the server's.
+        const xcb_window_t owner = client(windows[index]);
+        const bool isFrame = owner == 0 || (!manager.empty() && owner == client(manager.front()));
+        if (attributes && attributes->override_redirect && !isFrame &&
+            attributes->map_state == XCB_MAP_STATE_VIEWABLE)
+            unmanaged.push_back(windows[index]);
+    }
+    return unmanaged;
+}
+
+} // namespace talvera

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/server/X11Connection.h"
+#include "platform/keyboard/KeyEventPoster.h"
+
+#include <memory>
+#include <mutex>
+#include <set>
+#include <sys/types.h>
+#include <vector>
+
+namespace talvera {
+
+/// The window that had the keyboard at one moment, and its application.
+struct X11Target final : TypingTarget {
+    xcb_window_t active = XCB_NONE;    ///< by the window manager's word
+    xcb_window_t focus = XCB_NONE;     ///< by the server's: often a part of the active window
+    xcb_window_t outermost = XCB_NONE; ///< of the application's own windows around the focus
+    pid_t process = 0;                 ///< 0 if that can't be known
+};
+
+/// Where the next key would go, as seen from a target.
+enum class KeyDestination {
+    Target,
+    Nobody,    ///< no window has the focus, as it happens for a moment when it moves
+    Grab,      ///< another program has grabbed the keyboard, or our own hotkey has
+    Elsewhere, ///< another window has the focus, or something like a locked screen has come up
+};
+
+/// Knows which window gets the keys, and notices when that changes. Any thread.
+class KeyboardFocus {
+public:
+    /// Needs a connection of its own: it throws away what else arrives there.
+    explicit KeyboardFocus(X11Connection& connection)
+        : m_connection(connection) {}
+
+    /// The target that the keys go to now; an empty one if there is none or the server is gone.
+    std::shared_ptr<const X11Target> current();
+
+    /// From now on destination() knows of keyboard grabs that begin. Until unwatch().
+    void watch(const X11Target& target);
+    void unwatch();
+
+    /// One round trip, as long as nothing has changed. Pop-ups of the target's application are the target.
+    KeyDestination destination(const X11Target& target);
+
+private:
+    struct Place {
+        xcb_window_t active = XCB_NONE;
+        xcb_window_t focus = XCB_NONE;
+    };
+
+    Place place();
+    void noteGrabs();
+    void listenTo(xcb_window_t window, bool listen);
+    KeyDestination grabDestination(const X11Target& target);
+    bool isWindow(xcb_window_t window) const;
+    bool isPartOf(const X11Target& target, xcb_window_t window);
+    bool isOfApplication(const X11Target& target, xcb_window_t window);
+    bool isPopup(xcb_window_t window);
+    bool coversScreen(xcb_window_t window);
+    xcb_window_t outermost(xcb_window_t window);
+    xcb_window_t client(xcb_window_t window) const;
+    std::vector<xcb_window_t> unmanagedWindows();
+
+    std::mutex m_mutex;
+    X11Connection& m_connection;
+    std::set<xcb_window_t> m_watched; ///< windows of the target that have had the focus
+    bool m_isGrabbed = false;
+};
+
+} // namespace talvera
