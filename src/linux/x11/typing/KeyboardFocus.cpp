@@ -27,6 +27,7 @@ std::shared_ptr<const X11Target> KeyboardFocus::current() {
     target->focus = now.focus;
     if (isWindow(now.focus)) {
         target->outermost = outermost(now.focus);
+        target->isPopup = isPopup(target->outermost);
         target->process = processOfWindow(m_connection, now.focus);
     }
     return target;
@@ -121,7 +122,9 @@ bool KeyboardFocus::isWindow(xcb_window_t window) const {
 /// A window of the application that isn't another one to the user.
 bool KeyboardFocus::isPartOf(const X11Target& target, xcb_window_t window) {
     const xcb_window_t whole = outermost(window);
-    return whole == target.outermost || (isOfApplication(target, window) && isPopup(whole));
+    if (whole == target.outermost)
+        return true;
+    return isOfApplication(target, window) && (target.isPopup || isPopup(whole));
 }
 
 bool KeyboardFocus::isOfApplication(const X11Target& target, xcb_window_t window) {

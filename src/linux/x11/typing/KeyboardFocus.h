@@ -17,6 +17,7 @@ struct X11Target final : TypingTarget {
     xcb_window_t active = XCB_NONE;    ///< by the window manager's word
     xcb_window_t focus = XCB_NONE;     ///< by the server's: often a part of the active window
     xcb_window_t outermost = XCB_NONE; ///< of the application's own windows around the focus
+    bool isPopup = false;              ///< the window behind it is the target as well
     pid_t process = 0;                 ///< 0 if that can't be known
 };
 
