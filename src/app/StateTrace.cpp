@@ -13,28 +13,16 @@ namespace {
 
 using HUD = DictationHUDState;
 
-struct HUDName {
-    QString operator()(const HUD::Hidden&) const { return QStringLiteral("hidden"); }
-    QString operator()(const HUD::Listening&) const { return QStringLiteral("listening"); }
-    QString operator()(const HUD::Transcribing&) const { return QStringLiteral("transcribing"); }
-    QString operator()(const HUD::Translating&) const { return QStringLiteral("translating"); }
-    QString operator()(const HUD::Notice& notice) const {
-        const auto tone =
-            notice.tone == HUD::NoticeTone::Warn ? QStringLiteral("warn") : QStringLiteral("info");
-        return QStringLiteral("notice %1: %2").arg(tone, notice.text);
-    }
-    QString operator()(const HUD::PermissionRequired& card) const {
-        return card.kind == HUD::PermissionKind::Microphone ? QStringLiteral("permission microphone")
-                                                            : QStringLiteral("permission accessibility");
-    }
-};
-
 QString stateLine(const MenuBarController::State& state) {
     return QStringLiteral("state ") + caseName(state);
 }
 
 QString hudLine(const HUD& state) {
-    return QStringLiteral("hud ") + std::visit(HUDName(), state.value);
+    if (const auto* notice = state.as<HUD::Notice>())
+        return QStringLiteral("hud notice %1: %2").arg(caseName(notice->tone), notice->text);
+    if (const auto* card = state.as<HUD::PermissionRequired>())
+        return QStringLiteral("hud permission %1").arg(caseName(card->kind));
+    return QStringLiteral("hud ") + caseName(state);
 }
 
 QString microphoneLine(const AuthorizationStatus& status) {

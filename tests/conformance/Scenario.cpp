@@ -249,7 +249,7 @@ Answer Scenario::final() {
     auto& agent = m_world.agent();
     const auto& dictation = agent.delegate->dictation();
     return {{"menu", caseName(agent.menuBar.state.get()).toStdString()},
-            {"hud", test::caseName(agent.hud.currentState())},
+            {"hud", caseName(agent.hud.currentState()).toStdString()},
             {"wavExists", !m_world.wavFiles().isEmpty()},
             {"chunkFiles", m_world.chunkFiles().size()},
             {"pendingRecordStart", dictation.hasPendingRecordStart()},

@@ -27,7 +27,7 @@ void Judge::judgeRest() {
 }
 
 void Judge::judgeHUDAtRest() {
-    const auto state = test::caseName(m_world.agent().hud.currentState());
+    const auto state = caseName(m_world.agent().hud.currentState()).toStdString();
     const auto* panel = m_world.agent().panel;
     const bool visible = panel && panel->isVisible();
     if (!isOneOf(state, {"hidden", "listening", "permissionRequired"}) ||

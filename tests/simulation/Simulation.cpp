@@ -26,22 +26,17 @@ void Simulation::run() {
     m_world.launch();
     m_judge.watch();
     for (int round = 0; round < roundsPerLife && !violation(); ++round) {
-        m_account.clear();
+        m_done.clear();
         m_world.effects.clear();
         playRound();
     }
 }
 
 QStringList Simulation::account() const {
-    auto entries = m_account;
+    TwoColumns columns{m_done, {}};
     for (const auto& effect : m_world.effects)
-        entries.emplace_back(effect.at, effect.text());
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    QStringList lines;
-    for (const auto& [at, what] : entries)
-        lines << QStringLiteral("%1  %2").arg(at, 12, 'f', 6).arg(what);
-    return lines;
+        columns.followed.push_back({effect.at, effect.text()});
+    return columns.rows();
 }
 
 void Simulation::chooseSettings() {
@@ -200,7 +195,7 @@ void Simulation::after(double delay, const char* what, std::function<void()> act
 }
 
 void Simulation::did(const QString& what) {
-    m_account.emplace_back(m_world.actor.elapsed(), QStringLiteral("-- ") + what);
+    m_done.push_back({m_world.actor.elapsed(), what});
 }
 
 } // namespace talvera::simulation

@@ -4,13 +4,13 @@
 #include "Dice.h"
 #include "Judge.h"
 #include "SimulatedWorld.h"
+#include "TwoColumns.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace talvera::simulation {
@@ -34,7 +34,7 @@ public:
 
     const std::optional<QString>& violation() const { return m_judge.violation(); }
     const Tally& tally() const { return m_judge.tally(); }
-    /// What happened since the last rest, in words, with what the simulation did.
+    /// What the simulation did since the last rest and what followed, in the two columns of a story.
     QStringList account() const;
 
 private:
@@ -64,7 +64,7 @@ private:
     Judge m_judge;
     std::optional<HotkeyBinding> m_heldBinding;
     int m_texts = 0;
-    std::vector<std::pair<double, QString>> m_account;
+    std::vector<TwoColumns::Entry> m_done; ///< since the last rest
 };
 
 } // namespace talvera::simulation

@@ -19,45 +19,35 @@ QString words(const ordered_json& value) {
     return QString::fromStdString(value.is_string() ? value.get<std::string>() : value.dump());
 }
 
-const char* name(DictationHUDState::NoticeTone tone) {
-    return tone == DictationHUDState::NoticeTone::Info ? "info" : "warn";
-}
-
-const char* name(DictationHUDState::PermissionKind kind) {
-    return kind == DictationHUDState::PermissionKind::Microphone ? "microphone" : "accessibility";
-}
-
 bool isChunk(const QString& path) {
     return path.contains(QStringLiteral("-chunk"));
 }
 
 ordered_json describe(const DictationHUDState& state, Duration noticeDuration) {
-    ordered_json fields{{"state", caseName(state)}};
+    ordered_json fields{{"state", utf8(caseName(state))}};
     if (const auto* notice = state.as<DictationHUDState::Notice>()) {
         fields["text"] = utf8(notice->text);
-        fields["tone"] = name(notice->tone);
+        fields["tone"] = utf8(caseName(notice->tone));
         fields["seconds"] = toSeconds(noticeDuration);
     } else if (const auto* translating = state.as<DictationHUDState::Translating>()) {
         fields["name"] = utf8(translating->targetDisplayName);
     } else if (const auto* permission = state.as<DictationHUDState::PermissionRequired>()) {
-        fields["kind"] = name(permission->kind);
+        fields["kind"] = utf8(caseName(permission->kind));
     }
     return fields;
 }
 
 } // namespace
 
+bool Effect::isTold() const {
+    return effect != "trace" && effect != "wavDeleted";
+}
+
 QString Effect::text() const {
     QStringList parts{QString::fromStdString(effect)};
     for (const auto& value : fields)
         parts << words(value);
     return parts.join(u' ');
-}
-
-std::string caseName(const DictationHUDState& state) {
-    static const std::array<const char*, 6> names{"hidden",      "listening", "transcribing",
-                                                  "translating", "notice",    "permissionRequired"};
-    return names.at(state.value.index());
 }
 
 SimulatedMachine::SimulatedMachine() {
@@ -242,7 +232,7 @@ void SimulatedWorld::observeMachine() {
 void SimulatedWorld::observeAgent() {
     auto& agent = *m_agent;
     m_observations.push_back(agent.menuBar.state.observe([this](MenuBarController::State state) {
-        note("menu", {{"state", utf8(talvera::caseName(state))}});
+        note("menu", {{"state", utf8(caseName(state))}});
     }));
     m_observations.push_back(agent.hud.stateHolder().state.observe([this](const DictationHUDState& state) {
         note("hud", describe(state, m_agent->hud.noticeDuration()));
@@ -273,7 +263,7 @@ QStringList SimulatedWorld::story(const QStringList& kinds) const {
 QStringList SimulatedWorld::story() const {
     QStringList lines;
     for (const auto& effect : effects) {
-        if (effect.effect != "trace" && effect.effect != "wavDeleted")
+        if (effect.isTold())
             lines << effect.text();
     }
     return lines;

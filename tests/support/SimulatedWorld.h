@@ -56,6 +56,8 @@ struct Effect {
     std::string effect;
     nlohmann::ordered_json fields = nlohmann::ordered_json::object();
 
+    /// Whether stories tell of it: not of the trace, nor of files that are deleted.
+    bool isTold() const;
     /// The effect in words, such as "hud notice Transcription failed warn 3".
     QString text() const;
 };
@@ -178,7 +180,7 @@ public:
 
     /// The effects of these kinds, in words.
     QStringList story(const QStringList& kinds) const;
-    /// All effects but the trace and what the disk tells, in words.
+    /// All effects that are told, in words.
     QStringList story() const;
     QStringList traces() const;
 
@@ -196,8 +198,5 @@ private:
     std::unique_ptr<SimulatedAgent> m_agent;
     Cancellables m_observations;
 };
-
-/// The state's name, as in "permissionRequired".
-std::string caseName(const DictationHUDState& state);
 
 } // namespace talvera::test

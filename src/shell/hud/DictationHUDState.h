@@ -63,4 +63,9 @@ struct DictationHUDState {
     bool operator==(const DictationHUDState&) const = default;
 };
 
+/// The case's name, as in "permissionRequired".
+QString caseName(const DictationHUDState& state);
+QString caseName(DictationHUDState::NoticeTone tone);
+QString caseName(DictationHUDState::PermissionKind kind);
+
 } // namespace talvera

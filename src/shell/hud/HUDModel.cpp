@@ -3,8 +3,6 @@
 
 #include "persistence/AppSettings.h"
 
-#include <array>
-
 namespace talvera {
 
 HUDModel::HUDModel(StateHolder& holder, AppSettings& settings)
@@ -34,11 +32,7 @@ void HUDModel::take(const DictationHUDState& state) {
 }
 
 QString HUDModel::state() const {
-    static const std::array names{QStringLiteral("hidden"),       QStringLiteral("listening"),
-                                  QStringLiteral("transcribing"), QStringLiteral("translating"),
-                                  QStringLiteral("notice"),       QStringLiteral("permissionRequired")};
-    static_assert(std::variant_size_v<DictationHUDState::Value> == names.size());
-    return names[m_state.value.index()];
+    return caseName(m_state);
 }
 
 QString HUDModel::lineOf(const DictationHUDState& state) const {

@@ -23,7 +23,7 @@ protected:
         world.agent().readiness.refresh();
         world.actor.settle();
     }
-    QString hudName() { return QString::fromStdString(caseName(hud())); }
+    QString hudName() { return caseName(hud()); }
     bool asksFor(HUD::PermissionKind kind) { return hud() == HUD(HUD::PermissionRequired{kind}); }
     /// Lets go of what would poll for ever.
     void settleDown() {

@@ -1,0 +1,15 @@
+# Hold the key, speak, let go: the words are typed where the cursor is.
+
+0      press                 |
+                             | 0.6    recorderStart
+                             | 0.6    menu recording
+                             | 0.6    hud listening
+                             | 0.6    sound Submarine
+2      release               | 2      recorderStop 2.0
+                             | 2      menu transcribing
+                             | 2      hud transcribing
+                             | 2      recognise transcribe auto null 2.0
+                             | 3      statistics 2.0 2 11 auto false false none
+                             | 3      menu idle
+                             | 3      type hello world
+                             | 3.18   hud hidden

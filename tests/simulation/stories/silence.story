@@ -1,0 +1,15 @@
+# Nothing was said: the HUD goes, and nothing is typed or told.
+
+given first it hears ""
+
+0      press                 |
+                             | 0.6    recorderStart
+                             | 0.6    menu recording
+                             | 0.6    hud listening
+                             | 0.6    sound Submarine
+2      release               | 2      recorderStop 2.0
+                             | 2      menu transcribing
+                             | 2      hud transcribing
+                             | 2      recognise transcribe auto null 2.0
+                             | 3      menu idle
+                             | 3.18   hud hidden
