@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/xdg/XdgDirectories.h"
 
+#include "linux/support/privateDirectory.h"
 #include "platform/system/PlatformError.h"
 
 #include <QDir>
@@ -11,52 +12,25 @@
 #include <cstdlib>
 #include <optional>
 
-#include <fcntl.h>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace talvera {
 
 namespace {
 
-constexpr mode_t privateMode = 0700;
-
 /// Relative paths in these variables are to be ignored.
 QString absoluteOr(const QString& path, const QString& otherwise) {
     return path.startsWith(u'/') ? QDir::cleanPath(path) : otherwise;
 }
 
-std::optional<struct stat> linkStatus(const QString& path) {
-    struct stat status {};
-    if (::lstat(QFile::encodeName(path).constData(), &status) != 0)
-        return std::nullopt;
-    return status;
-}
-
-/// A directory of ours, no link to one, with none of the `others` permission bits.
-bool isOurs(const QString& path, mode_t others) {
-    const auto status = linkStatus(path);
-    return status && S_ISDIR(status->st_mode) && status->st_uid == ::geteuid() &&
-           (status->st_mode & others) == 0;
-}
-
-/// Makes the directory, or takes one that stands there and is as private as ours would be. One that was open
-/// to others for a while is refused: they may have left something in it.
-bool makePrivate(const QString& path) {
-    const auto name = QFile::encodeName(path);
-    if (::mkdir(name.constData(), privateMode) != 0 && errno != EEXIST)
-        return false;
-    return isOurs(path, 0077) && ::access(name.constData(), W_OK | X_OK) == 0;
-}
-
 /// In the user's own runtime directory, which lies in memory: what was said never reaches a disk.
 std::optional<QString> temporaryAtRuntime(const QString& runtime) {
     const auto parent = absoluteOr(runtime, {});
-    if (parent.isEmpty() || !isOurs(parent, 0022))
+    if (parent.isEmpty() || !isOwnDirectory(parent, 0022))
         return std::nullopt;
     const QString path = parent + QStringLiteral("/talvera");
-    return makePrivate(path) ? std::optional(path) : std::nullopt;
+    return makePrivateDirectory(path) ? std::optional(path) : std::nullopt;
 }
 
 /// Under the system's temporary directory, where everybody may write. Should somebody sit on the name that we
@@ -65,7 +39,7 @@ QString temporaryOfSystem(const QString& systemTemporary) {
     const QString path = QStringLiteral("%1/talvera-%2")
                              .arg(absoluteOr(systemTemporary, QStringLiteral("/tmp")))
                              .arg(::geteuid());
-    if (makePrivate(path))
+    if (makePrivateDirectory(path))
         return path;
     auto fresh = QFile::encodeName(path + QStringLiteral("-XXXXXX"));
     if (::mkdtemp(fresh.data()) == nullptr)
