@@ -65,7 +65,7 @@ int main(int argc, char** argv) {
     const auto path = home.filePath(QStringLiteral("Talvera/talvera.store"));
     files.createDirectories(home.filePath(QStringLiteral("Talvera")));
     databases.open(path)->insert(manySessions(actor.date()));
-    const StatsStore::Platform platform{actor, background, databases, files, directories, console};
+    const StatsStore::Parts parts{actor, background, databases, files, directories, console};
 
     printNote("a store of a million dictations, " + std::to_string(QFileInfo(path).size() / 1'000'000) +
               " MB");
@@ -76,7 +76,7 @@ int main(int argc, char** argv) {
     for (int run = 0; run < 3; ++run) {
         store.reset();
         counting.add(timeOf([&] {
-            starting.add(timeOf([&] { store.emplace(platform); }));
+            starting.add(timeOf([&] { store.emplace(parts); }));
             while (store->lastWeekStats.get().count == 0)
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }));

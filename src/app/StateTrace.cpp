@@ -49,12 +49,12 @@ bool StateTrace::isWanted() {
     return qgetenv("TALVERA_TRACE") == "1";
 }
 
-StateTrace::StateTrace(Console& console, Subjects subjects)
-    : m_console(console) {
-    follow(subjects.menuBar.state, stateLine);
-    follow(subjects.hud.stateHolder().state, hudLine);
-    follow(subjects.readiness.micStatus, microphoneLine);
-    follow(subjects.readiness.axTrusted, accessibilityLine);
+StateTrace::StateTrace(const Parts& parts)
+    : m_console(parts.console) {
+    follow(parts.menuBar.state, stateLine);
+    follow(parts.hud.stateHolder().state, hudLine);
+    follow(parts.readiness.micStatus, microphoneLine);
+    follow(parts.readiness.axTrusted, accessibilityLine);
 }
 
 template <typename T>

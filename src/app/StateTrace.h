@@ -19,7 +19,9 @@ class ReadinessMonitor;
 /// Main thread only.
 class StateTrace {
 public:
-    struct Subjects {
+    /// What it follows, and where it prints; all of it outlives it.
+    struct Parts {
+        Console& console;
         MenuBarController& menuBar;
         DictationHUDController& hud;
         ReadinessMonitor& readiness;
@@ -28,8 +30,7 @@ public:
     /// $TALVERA_TRACE is 1.
     static bool isWanted();
 
-    /// The subjects and the console outlive it.
-    StateTrace(Console& console, Subjects subjects);
+    explicit StateTrace(const Parts& parts);
 
 private:
     template <typename T>

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "app/Agent.h"
-#include "app/Machine.h"
+#include "app/LinuxMachine.h"
+#include "app/QuickWindows.h"
+#include "app/StateTrace.h"
+#include "core/Agent.h"
 #include "linux/posix/SingleInstance.h"
+#include "linux/posix/StandardConsole.h"
 #include "linux/posix/TerminationSignals.h"
 #include "linux/posix/leftRecordings.h"
 #include "linux/support/ApplicationId.h"
@@ -12,12 +15,38 @@
 #include <QGuiApplication>
 
 #include <cstdlib>
+#include <optional>
 
 using namespace talvera;
 
 namespace {
 
-/// Runs the agent until the session or the user ends it.
+constexpr Duration windowsDelay = seconds(0.5);
+
+/// Runs the agent on this machine until the event loop ends.
+int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, SingleInstance& instance) {
+    const auto machine = linuxMachine.machine();
+    AppSettings settings(machine.system.preferences);
+    QuickWindows windows({actor, console, settings, linuxMachine.appearance(), linuxMachine.overlays(),
+                          linuxMachine.panels()});
+    Agent agent(machine, settings, windows);
+    std::optional<StateTrace> trace;
+    instance.onSecondStart([&agent] { agent.startedAgain(); });
+    actor.post([&] {
+#ifdef TALVERA_DIAGNOSTICS
+        if (StateTrace::isWanted())
+            trace.emplace(StateTrace::Parts{console, agent.menuBar, agent.hud, agent.readiness});
+#endif
+        agent.launch();
+        // The first dictation shall find its window made, and the launch not wait for it.
+        actor.startTimer(windowsDelay, [&agent] { agent.prepareWindows(); });
+    });
+    const int status = QGuiApplication::exec();
+    linuxMachine.endWork(); // a recogniser that still runs works with the agent's parts
+    return status;
+}
+
+/// Runs the one agent of this user until the session or the user ends it.
 int run(int argc, char** argv, StandardConsole& console, const Directories& directories) {
     SingleInstance instance(directories.temporary);
     if (!instance.isFirst()) {
@@ -27,8 +56,8 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
     }
     removeLeftRecordings(directories.temporary);
 
-    auto x11 = X11Connection::open();
-    if (x11->isBroken()) {
+    auto session = SessionOffer::open();
+    if (!session.hasDisplay()) {
         console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
         return EXIT_FAILURE;
     }
@@ -42,11 +71,8 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
     static QtMainActor& actor = *new QtMainActor;
     int status = EXIT_SUCCESS;
     {
-        Machine machine(actor, console, directories, std::move(x11));
-        Agent agent(machine);
-        instance.onSecondStart([&agent] { agent.startedAgain(); });
-        actor.post([&agent] { agent.launch(); });
-        status = QGuiApplication::exec();
+        LinuxMachine machine(actor, console, directories, std::move(session));
+        status = runAgent(actor, machine, console, instance);
     }
     removeLeftRecordings(directories.temporary);
     return status;

@@ -18,6 +18,7 @@
 #include "platform/system/PreferenceStore.h"
 #include "shell/hud/DictationHUDController.h"
 #include "shell/onboarding/OnboardingWindow.h"
+#include "shell/panel/MenuPanelController.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "shell/settings/LaunchAtLogin.h"
 #include "text/Localization.h"
@@ -38,77 +39,75 @@ QString installedSuffix(const EventTap* tap) {
 
 } // namespace
 
-AppDelegate::AppDelegate(AgentEnvironment environment)
-    : m_env(std::move(environment))
-    , m_permissions(std::make_shared<PermissionPrompt>(m_env))
-    , m_dictation(std::make_shared<DictationController>(m_env, m_permissions)) {}
+AppDelegate::AppDelegate(Parts parts)
+    : m_parts(std::move(parts)) {}
 
 AppDelegate::~AppDelegate() = default;
 
 void AppDelegate::applicationDidFinishLaunching() {
-    m_env.application.changeCurrentDirectory(m_env.directories.temporary);
-    m_env.application.setActivationPolicy(ActivationPolicy::Accessory);
+    m_parts.application.changeCurrentDirectory(m_parts.directories.temporary);
+    m_parts.application.setActivationPolicy(ActivationPolicy::Accessory);
     applyLaunchAtLoginDefault();
-    m_env.menuPanel.statusItem.onNoTray = [weak = weak_from_this()] {
+    m_parts.statusItem.onNoTray = [weak = weak_from_this()] {
         if (const auto self = weak.lock())
             self->sayHowToReachThePanel();
     };
-    m_menuPanel.emplace(m_env.menuBar, m_env.settings, m_env.stats, m_env.menuPanel);
+    m_menuPanel = m_parts.makeMenuPanel();
     decideOnWizard();
     connectHotkeys();
-    m_env.console.print(QStringLiteral("[app] applicationDidFinishLaunching: calling Warmup.primeAll"));
-    m_env.warmup.primeAll(m_env.whisper);
+    m_parts.console.print(QStringLiteral("[app] applicationDidFinishLaunching: calling Warmup.primeAll"));
+    m_parts.warmup.primeAll(m_parts.whisper);
     subscribe();
 }
 
 /// Once and never again, so that a user who turns it off later is not overruled.
 void AppDelegate::applyLaunchAtLoginDefault() {
     const auto applied = QStringLiteral("launchAtLoginDefaultApplied");
-    if (m_env.preferences.boolean(applied))
+    if (m_parts.preferences.boolean(applied))
         return;
     try {
-        setLaunchAtLogin(m_env.loginItem, true);
+        setLaunchAtLogin(m_parts.loginItem, true);
     } catch (const PlatformError&) {
         // The user can still turn it on in the settings.
     }
-    m_env.preferences.set(applied, true);
+    m_parts.preferences.set(applied, true);
 }
 
 void AppDelegate::decideOnWizard() {
-    if (m_env.settings.hasOnboarded.get() && m_env.models.isReady()) {
+    if (m_parts.settings.hasOnboarded.get() && m_parts.models.isReady()) {
         // Asked for its side effect alone: the session gets to know that we will want it.
-        m_env.accessibility.isProcessTrusted();
+        m_parts.accessibility.isProcessTrusted();
         return;
     }
-    m_env.application.setActivationPolicy(ActivationPolicy::Regular);
-    m_env.onboardingWindow.show();
+    m_parts.application.setActivationPolicy(ActivationPolicy::Regular);
+    m_parts.onboardingWindow.show();
 }
 
 void AppDelegate::connectHotkeys() {
     const auto weak = weak_from_this();
-    m_env.hotkey.onPressStart = [weak] {
+    m_parts.hotkey.onPressStart = [weak] {
         if (const auto self = weak.lock())
-            self->m_dictation->handlePressStart();
+            self->m_parts.dictation->handlePressStart();
     };
-    m_env.hotkey.onPressEnd = [weak] {
+    m_parts.hotkey.onPressEnd = [weak] {
         if (const auto self = weak.lock())
-            self->m_dictation->handlePressEnd();
+            self->m_parts.dictation->handlePressEnd();
     };
-    m_env.hotkey.onBindingRefused = [weak](WatchResult result) {
+    m_parts.hotkey.onBindingRefused = [weak](WatchResult result) {
         if (const auto self = weak.lock())
             self->showBindingRefused(result);
     };
-    m_env.hotkey.setBinding(m_env.settings.hotkeyBinding.get());
-    m_env.hotkey.install();
+    m_parts.hotkey.setBinding(m_parts.settings.hotkeyBinding.get());
+    m_parts.hotkey.install();
 
-    m_env.translateToggle.onTrigger = [weak, &actor = m_env.actor] {
+    m_parts.translateToggle.onTrigger = [weak, &actor = m_parts.actor] {
         actor.post([weak] {
             if (const auto self = weak.lock())
                 self->toggleTranslation();
         });
     };
-    m_env.translateToggle.setBinding(m_env.settings.translateToggleBinding.get());
-    m_env.translateToggle.install();
+    m_parts.translateToggle.setBinding(m_parts.settings.translateToggleBinding.get());
+    m_parts.translateToggle.install();
 }
 
 /// A hotkey that does nothing must not stay a riddle.
@@ -117,45 +116,45 @@ void AppDelegate::showBindingRefused(WatchResult result) {
         result == WatchResult::ChordTaken
             ? localized("hud.hotkey.taken", "Another program uses your hotkey — choose another one")
             : localized("hud.hotkey.unavailable", "No keyboard here has your hotkey");
-    m_env.hud.showNotice(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
+    m_parts.hud.showNotice(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
 }
 
 /// On a desktop without a tray the user sees nothing of us until the first press. Said once for all times,
 /// and never into a dictation or over a card.
 void AppDelegate::sayHowToReachThePanel() {
-    m_env.console.print(QStringLiteral(
+    m_parts.console.print(QStringLiteral(
         "[app] this desktop has no tray for the Talvera item; starting Talvera again opens its panel"));
     const auto said = QStringLiteral("noTrayHintShown");
-    if (m_env.preferences.boolean(said) || !m_env.hud.currentState().as<DictationHUDState::Hidden>())
+    if (m_parts.preferences.boolean(said) || !m_parts.hud.currentState().as<DictationHUDState::Hidden>())
         return;
-    m_env.preferences.set(said, true);
-    m_env.hud.showNotice(localized("hud.noTray", "Talvera is running — start it again to open its panel"),
-                         DictationHUDState::NoticeTone::Info, noTrayNoticeTime);
+    m_parts.preferences.set(said, true);
+    m_parts.hud.showNotice(localized("hud.noTray", "Talvera is running — start it again to open its panel"),
+                           DictationHUDState::NoticeTone::Info, noTrayNoticeTime);
 }
 
 void AppDelegate::subscribe() {
-    auto& settings = m_env.settings;
-    auto& actor = m_env.actor;
+    auto& settings = m_parts.settings;
+    auto& actor = m_parts.actor;
     // The subscriptions end with this object, so none outlives it.
     m_cancellables.push_back(settings.hasOnboarded.subscribe(actor, [this](bool done) {
         if (!done)
             return;
-        m_env.application.setActivationPolicy(ActivationPolicy::Accessory);
-        m_env.accessibility.isProcessTrusted(); // as at launch
+        m_parts.application.setActivationPolicy(ActivationPolicy::Accessory);
+        m_parts.accessibility.isProcessTrusted(); // as at launch
     }));
     m_cancellables.push_back(settings.hotkeyBinding.subscribe(
-        actor, [this](const HotkeyBinding& binding) { m_env.hotkey.setBinding(binding); }));
+        actor, [this](const HotkeyBinding& binding) { m_parts.hotkey.setBinding(binding); }));
     m_cancellables.push_back(
         settings.translateToggleBinding.subscribe(actor, [this](const std::optional<HotkeyBinding>& binding) {
-            m_env.translateToggle.setBinding(binding);
+            m_parts.translateToggle.setBinding(binding);
         }));
     m_cancellables.push_back(
-        m_env.readiness.axTrusted.subscribe(actor, [this](bool trusted) { repairEventTaps(trusted); }));
+        m_parts.readiness.axTrusted.subscribe(actor, [this](bool trusted) { repairEventTaps(trusted); }));
 
     const auto look = [this](const auto&) { permissionHUDInputsMayHaveChanged(); };
     m_cancellables.push_back(settings.hasOnboarded.observe(look));
-    m_cancellables.push_back(m_env.readiness.micStatus.observe(look));
-    m_cancellables.push_back(m_env.readiness.axTrusted.observe(look));
+    m_cancellables.push_back(m_parts.readiness.micStatus.observe(look));
+    m_cancellables.push_back(m_parts.readiness.axTrusted.observe(look));
     permissionHUDInputsMayHaveChanged();
 }
 
@@ -163,19 +162,20 @@ void AppDelegate::subscribe() {
 void AppDelegate::repairEventTaps(bool axTrusted) {
     if (!axTrusted)
         return;
-    if (!m_env.hotkey.eventTap()) {
-        m_env.hotkey.install();
-        m_env.trace(QStringLiteral("Hotkey") + installedSuffix(m_env.hotkey.eventTap()));
+    if (!m_parts.hotkey.eventTap()) {
+        m_parts.hotkey.install();
+        m_parts.trace(QStringLiteral("Hotkey") + installedSuffix(m_parts.hotkey.eventTap()));
     }
-    if (!m_env.translateToggle.eventTap()) {
-        m_env.translateToggle.install();
-        m_env.trace(QStringLiteral("Translate-toggle") + installedSuffix(m_env.translateToggle.eventTap()));
+    if (!m_parts.translateToggle.eventTap()) {
+        m_parts.translateToggle.install();
+        m_parts.trace(QStringLiteral("Translate-toggle") +
+                      installedSuffix(m_parts.translateToggle.eventTap()));
     }
 }
 
 AppDelegate::PermissionHUDInputs AppDelegate::permissionHUDInputs() const {
-    return {m_env.settings.hasOnboarded.get(), m_env.readiness.micStatus.get(),
-            m_env.readiness.axTrusted.get()};
+    return {m_parts.settings.hasOnboarded.get(), m_parts.readiness.micStatus.get(),
+            m_parts.readiness.axTrusted.get()};
 }
 
 void AppDelegate::permissionHUDInputsMayHaveChanged() {
@@ -185,9 +185,9 @@ void AppDelegate::permissionHUDInputsMayHaveChanged() {
     m_lastPermissionHUDInputs = inputs;
     if (!inputs.done)
         return;
-    m_env.actor.post([weak = weak_from_this()] {
+    m_parts.actor.post([weak = weak_from_this()] {
         if (const auto self = weak.lock())
-            self->m_permissions->evaluatePermissionHUD();
+            self->m_parts.permissions->evaluatePermissionHUD();
     });
 }
 
@@ -202,9 +202,9 @@ void AppDelegate::closePanel() {
 }
 
 void AppDelegate::toggleTranslation() {
-    auto& target = m_env.settings.targetLanguageCode;
+    auto& target = m_parts.settings.targetLanguageCode;
     const auto off = QStringLiteral("off");
-    target.set(target.get() == off ? m_env.settings.lastTargetLanguageCode.get() : off);
+    target.set(target.get() == off ? m_parts.settings.lastTargetLanguageCode.get() : off);
 }
 
 } // namespace talvera

@@ -2,24 +2,67 @@
 #pragma once
 
 #include "concurrency/Published.h"
-#include "core/AgentEnvironment.h"
+#include "core/Trace.h"
 #include "platform/keyboard/EventTap.h"
 #include "platform/sound/MicrophonePermission.h"
-#include "shell/panel/MenuPanelController.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace talvera {
 
+class Accessibility;
+class AppSettings;
+class ApplicationHost;
+class Console;
 class DictationController;
+class DictationHUDController;
+class HotkeyManager;
+class LoginItem;
+class MenuPanelController;
+class ModelStore;
+class OnboardingWindow;
 class PermissionPrompt;
+class PreferenceStore;
+class ReadinessMonitor;
+class StatusItem;
+class TranslateToggleHotkey;
+class Warmup;
+class WhisperRunner;
+struct Directories;
 
 /// Starts the agent and keeps its parts connected: what happens at launch, and which setting or permission
 /// concerns whom from then on. Everything that it starts holds it weakly. Main thread only.
 class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
 public:
-    explicit AppDelegate(AgentEnvironment environment);
+    /// What the delegate works with; all that it does not own outlives it.
+    struct Parts {
+        MainActor& actor;
+        ApplicationHost& application;
+        const Directories& directories;
+        LoginItem& loginItem;
+        PreferenceStore& preferences;
+        Console& console;
+        Accessibility& accessibility;
+        StatusItem& statusItem;
+        AppSettings& settings;
+        ModelStore& models;
+        WhisperRunner& whisper;
+        HotkeyManager& hotkey;
+        TranslateToggleHotkey& translateToggle;
+        ReadinessMonitor& readiness;
+        DictationHUDController& hud;
+        OnboardingWindow& onboardingWindow;
+        Warmup& warmup;
+        std::shared_ptr<PermissionPrompt> permissions;
+        std::shared_ptr<DictationController> dictation;
+        /// Shows the item in the tray; called once, at the launch.
+        std::function<std::unique_ptr<MenuPanelController>()> makeMenuPanel;
+        Trace trace;
+    };
+
+    explicit AppDelegate(Parts parts);
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
@@ -34,7 +77,7 @@ public:
     void startedAgain();
     void closePanel();
 
-    const DictationController& dictation() const { return *m_dictation; }
+    const DictationController& dictation() const { return *m_parts.dictation; }
 
 private:
     /// What decides when the request for a missing permission is looked at again.
@@ -57,10 +100,8 @@ private:
     PermissionHUDInputs permissionHUDInputs() const;
     void permissionHUDInputsMayHaveChanged();
 
-    AgentEnvironment m_env;
-    std::shared_ptr<PermissionPrompt> m_permissions;
-    std::shared_ptr<DictationController> m_dictation;
-    std::optional<MenuPanelController> m_menuPanel;
+    const Parts m_parts;
+    std::unique_ptr<MenuPanelController> m_menuPanel; ///< from the launch on
     std::optional<PermissionHUDInputs> m_lastPermissionHUDInputs;
     Cancellables m_cancellables;
 };

@@ -45,55 +45,52 @@ QString trueOrFalse(bool value) {
 
 } // namespace
 
-DictationController::DictationController(AgentEnvironment environment,
-                                         std::shared_ptr<PermissionPrompt> permissions)
-    : m_env(std::move(environment))
-    , m_permissions(std::move(permissions))
-    , m_pipeline(std::make_shared<OutputPipeline>(m_env)) {}
+DictationController::DictationController(Parts parts)
+    : m_parts(std::move(parts)) {}
 
 DictationController::~DictationController() = default;
 
 void DictationController::handlePressStart() {
-    if (!m_env.settings.hotkeyTapToToggle.get())
+    if (!m_parts.settings.hotkeyTapToToggle.get())
         start(&DictationController::startPressAfterHoldDelay);
-    else if (m_env.menuBar.state.get() == State::Recording)
+    else if (m_parts.menuBar.state.get() == State::Recording)
         start(&DictationController::endPress);
     else
         start(&DictationController::startPressNow);
 }
 
 void DictationController::handlePressEnd() {
-    if (!m_env.settings.hotkeyTapToToggle.get())
+    if (!m_parts.settings.hotkeyTapToToggle.get())
         start(&DictationController::endPress);
 }
 
 /// Each step is a task of its own, in the order of the key events.
 void DictationController::start(void (DictationController::*step)()) {
-    m_env.actor.post([weak = weak_from_this(), step] {
+    m_parts.actor.post([weak = weak_from_this(), step] {
         if (const auto self = weak.lock())
             (self.get()->*step)();
     });
 }
 
 bool DictationController::passPressGate() {
-    if (m_env.onboarding.suspendHotkey.get())
+    if (m_parts.onboarding.suspendHotkey.get())
         return false;
-    if (m_env.onboarding.captureHotkey.get()) {
-        m_env.onboarding.demoPressStart();
+    if (m_parts.onboarding.captureHotkey.get()) {
+        m_parts.onboarding.demoPressStart();
         return false;
     }
     // The only protection against a second dictation: a press during one is ignored.
-    if (m_env.menuBar.state.get() != State::Idle)
+    if (m_parts.menuBar.state.get() != State::Idle)
         return false;
-    if (!m_env.models.isReady()) {
-        m_env.onboardingWindow.show();
+    if (!m_parts.models.isReady()) {
+        m_parts.onboardingWindow.show();
         return false;
     }
-    if (!m_permissions->ensurePermissions())
+    if (!m_parts.permissions->ensurePermissions())
         return false;
     m_currentWav =
-        QStringLiteral("%1/talvera-%2.wav").arg(m_env.directories.temporary, m_env.makeFreshName());
-    m_pressStartedAt = m_env.actor.now();
+        QStringLiteral("%1/talvera-%2.wav").arg(m_parts.directories.temporary, m_parts.makeFreshName());
+    m_pressStartedAt = m_parts.actor.now();
     if (m_pendingRecordStart)
         m_pendingRecordStart->cancel();
     return true;
@@ -104,7 +101,7 @@ void DictationController::startPressAfterHoldDelay() {
         return;
     const CancellationToken token;
     m_pendingRecordStart = token;
-    m_env.actor.start([weak = weak_from_this(), &actor = m_env.actor, token]() -> Task<void> {
+    m_parts.actor.start([weak = weak_from_this(), &actor = m_parts.actor, token]() -> Task<void> {
         if (weak.expired())
             co_return;
         co_await actor.sleep(holdToRecordDelay, token);
@@ -125,43 +122,43 @@ void DictationController::startPressNow() {
 
 void DictationController::beginRecording() {
     m_pendingRecordStart.reset();
-    if (m_env.menuBar.state.get() != State::Idle || !m_currentWav)
+    if (m_parts.menuBar.state.get() != State::Idle || !m_currentWav)
         return;
-    m_env.recorder.setOnLevel([&hud = m_env.hud](float level) { hud.setLevel(level); });
+    m_parts.recorder.setOnLevel([&hud = m_parts.hud](float level) { hud.setLevel(level); });
     try {
-        m_env.recorder.start();
+        m_parts.recorder.start();
     } catch (const std::exception& error) {
         giveUpRecording(error);
         return;
     }
-    m_focusSnapshot = m_env.focus.captureFocusSnapshot();
-    m_env.menuBar.state.set(State::Recording);
-    m_env.hud.show(DictationHUDState::Listening{m_env.actor.date()});
-    playStartSound(m_env.sounds, m_env.settings.startSoundName.get());
-    m_env.inserter.prepare();
+    m_focusSnapshot = m_parts.focus.captureFocusSnapshot();
+    m_parts.menuBar.state.set(State::Recording);
+    m_parts.hud.show(DictationHUDState::Listening{m_parts.actor.date()});
+    playStartSound(m_parts.sounds, m_parts.settings.startSoundName.get());
+    m_parts.inserter.prepare();
 }
 
 void DictationController::giveUpRecording(const std::exception& error) {
     const auto message = QStringLiteral("Microphone unavailable");
-    m_env.trace(QStringLiteral("Recorder start failed: ") + QString::fromUtf8(error.what()));
-    m_env.menuBar.showError(message, errorTime);
-    m_env.hud.showNotice(message, DictationHUDState::NoticeTone::Warn, noticeTime);
+    m_parts.trace(QStringLiteral("Recorder start failed: ") + QString::fromUtf8(error.what()));
+    m_parts.menuBar.showError(message, errorTime);
+    m_parts.hud.showNotice(message, DictationHUDState::NoticeTone::Warn, noticeTime);
     m_focusSnapshot.reset();
     forgetPress();
 }
 
 void DictationController::endPress() {
-    if (m_env.onboarding.suspendHotkey.get())
+    if (m_parts.onboarding.suspendHotkey.get())
         return;
-    if (m_env.onboarding.captureHotkey.get()) {
-        m_env.onboarding.demoPressEnd();
+    if (m_parts.onboarding.captureHotkey.get()) {
+        m_parts.onboarding.demoPressEnd();
         return;
     }
     if (m_pendingRecordStart) {
         cancelPendingPress();
         return;
     }
-    if (m_env.menuBar.state.get() == State::Recording && m_currentWav)
+    if (m_parts.menuBar.state.get() == State::Recording && m_currentWav)
         finishRecording(*m_currentWav);
 }
 
@@ -180,30 +177,30 @@ void DictationController::forgetPress() {
 }
 
 void DictationController::finishRecording(const QString& wav) {
-    const auto now = m_env.actor.now();
+    const auto now = m_parts.actor.now();
     const double held = toSeconds(now - m_pressStartedAt.value_or(now));
     double audioSeconds = 0;
     try {
-        audioSeconds = m_env.recorder.stop(wav);
+        audioSeconds = m_parts.recorder.stop(wav);
     } catch (const std::exception& error) {
-        m_env.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
-        m_env.menuBar.showError(QStringLiteral("Couldn't save recording"), errorTime);
+        m_parts.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
+        m_parts.menuBar.showError(QStringLiteral("Couldn't save recording"), errorTime);
         return; // the next press overwrites what this one has left
     }
-    const auto mode = TextInserter::resolveMode(m_env.settings.insertionMode.get(), audioSeconds,
-                                                m_env.settings.typewriterThresholdSeconds.get());
-    m_env.recorder.setOnLevel(nullptr);
+    const auto mode = TextInserter::resolveMode(m_parts.settings.insertionMode.get(), audioSeconds,
+                                                m_parts.settings.typewriterThresholdSeconds.get());
+    m_parts.recorder.setOnLevel(nullptr);
     if (held < minPressDuration || audioSeconds < minAudioDuration) {
-        m_env.trace(QStringLiteral("Press too short (held %1s, audio %2s) — discarding.")
-                        .arg(shortest(held), shortest(audioSeconds)));
+        m_parts.trace(QStringLiteral("Press too short (held %1s, audio %2s) — discarding.")
+                          .arg(shortest(held), shortest(audioSeconds)));
         discardRecording(wav);
         return; // the HUD goes on showing what it shows
     }
-    m_env.menuBar.state.set(State::Transcribing);
-    m_env.hud.update(DictationHUDState::Transcribing{});
+    m_parts.menuBar.state.set(State::Transcribing);
+    m_parts.hud.update(DictationHUDState::Transcribing{});
     const auto request = makeRequest(wav, audioSeconds, mode);
-    m_env.actor.start(
-        [weak = std::weak_ptr(m_pipeline), request, snapshot = m_focusSnapshot]() -> Task<void> {
+    m_parts.actor.start(
+        [weak = std::weak_ptr(m_parts.pipeline), request, snapshot = m_focusSnapshot]() -> Task<void> {
             const auto pipeline = weak.lock();
             if (!pipeline)
                 co_return;
@@ -214,8 +211,8 @@ void DictationController::finishRecording(const QString& wav) {
 
 DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,
                                                   ResolvedMode mode) const {
-    const auto& settings = m_env.settings;
-    const auto aiState = m_env.readiness.currentAIState();
+    const auto& settings = m_parts.settings;
+    const auto aiState = m_parts.readiness.currentAIState();
     DictationRequest request;
     request.target = TargetLanguage::byCode(settings.targetLanguageCode.get());
     request.source = settings.sourceLanguageCode.get();
@@ -227,9 +224,9 @@ DictationRequest DictationController::makeRequest(const QString& wav, double aud
                       settings.cleanupTone.get() != CleanupTone::Off;
     const bool aiSourceOK =
         request.source == QStringLiteral("auto") ||
-        AICleanup::isSourceSupported(request.source, aiState, m_env.languageModel.supportedLanguageCodes());
+        AICleanup::isSourceSupported(request.source, aiState, m_parts.languageModel.supportedLanguageCodes());
     request.useAI = request.target.requiresAI && request.aiAvailable && aiSourceOK;
-    m_env.trace(
+    m_parts.trace(
         QStringLiteral("[cfg] target=%1 srcLang=%2 cleanup=%3 aiAvail=%4 aiSrcOK=%5 useAI=%6 audio=%7")
             .arg(request.target.code, request.source,
                  request.cleanup ? QStringLiteral("on") : QStringLiteral("off"),
@@ -239,13 +236,13 @@ DictationRequest DictationController::makeRequest(const QString& wav, double aud
 }
 
 void DictationController::discardRecording(const QString& wav) {
-    m_env.menuBar.state.set(State::Idle);
+    m_parts.menuBar.state.set(State::Idle);
     deleteFile(wav);
 }
 
 void DictationController::deleteFile(const QString& path) {
     try {
-        m_env.files.remove(path);
+        m_parts.files.remove(path);
     } catch (const PlatformError&) {
         // A cancelled press has no file yet, and nobody could do anything about the rest.
     }

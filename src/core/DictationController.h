@@ -4,27 +4,69 @@
 #include "concurrency/CancellationToken.h"
 #include "concurrency/Task.h"
 #include "concurrency/Time.h"
-#include "core/AgentEnvironment.h"
 #include "core/DictationRequest.h"
+#include "core/Trace.h"
 #include "delivery/FocusSnapshot.h"
 #include "delivery/InsertionMode.h"
 
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
 namespace talvera {
 
+class AppSettings;
+class AudioRecorder;
+class DictationHUDController;
+class FileSystem;
+class FocusTracker;
+class LanguageModel;
+class MainActor;
+class MenuBarController;
+class ModelStore;
+class OnboardingController;
+class OnboardingWindow;
 class OutputPipeline;
 class PermissionPrompt;
+class ReadinessMonitor;
+class SoundPlayer;
+class TextInserter;
+struct Directories;
 
 /// Turns presses and releases of the hotkey into recordings: whether a press may record, when it does,
-/// whether the recording is worth keeping, and with which settings it goes on. The only holder of the press
-/// state. Main thread only.
+/// whether the recording is worth keeping, and with which settings it goes on.
+///
+/// It alone holds the state of the press: when it began, its recording, whether it still waits. The state of
+/// the dictation, from idle through recording and transcribing back to idle, is MenuBarController's; this
+/// class asks it at every step and sets it. Main thread only.
 class DictationController : public std::enable_shared_from_this<DictationController> {
 public:
-    DictationController(AgentEnvironment environment, std::shared_ptr<PermissionPrompt> permissions);
+    /// What the controller works with; all that it does not own outlives it.
+    struct Parts {
+        MainActor& actor;
+        FileSystem& files;
+        const Directories& directories;
+        std::function<QString()> makeFreshName; ///< a part for a file's name that no other file has
+        LanguageModel& languageModel;
+        SoundPlayer& sounds;
+        AppSettings& settings;
+        ModelStore& models;
+        AudioRecorder& recorder;
+        FocusTracker& focus;
+        TextInserter& inserter;
+        MenuBarController& menuBar;
+        DictationHUDController& hud;
+        ReadinessMonitor& readiness;
+        OnboardingController& onboarding;
+        OnboardingWindow& onboardingWindow;
+        std::shared_ptr<PermissionPrompt> permissions;
+        std::shared_ptr<OutputPipeline> pipeline;
+        Trace trace;
+    };
+
+    explicit DictationController(Parts parts);
     ~DictationController();
     DictationController(const DictationController&) = delete;
     DictationController& operator=(const DictationController&) = delete;
@@ -61,9 +103,7 @@ private:
     void deleteFile(const QString& path);
     DictationRequest makeRequest(const QString& wav, double audioSeconds, ResolvedMode mode) const;
 
-    AgentEnvironment m_env;
-    std::shared_ptr<PermissionPrompt> m_permissions;
-    std::shared_ptr<OutputPipeline> m_pipeline;
+    const Parts m_parts;
 
     std::optional<QString> m_currentWav;
     std::optional<Instant> m_pressStartedAt; ///< of the press, not of the recording

@@ -39,8 +39,8 @@ QString count(const QString& text) {
 
 } // namespace
 
-OutputPipeline::OutputPipeline(AgentEnvironment environment)
-    : m_env(std::move(environment)) {}
+OutputPipeline::OutputPipeline(Parts parts)
+    : m_parts(std::move(parts)) {}
 
 Task<void> OutputPipeline::runPipeline(Dictation dictation) {
     const auto self = shared_from_this();
@@ -50,17 +50,20 @@ Task<void> OutputPipeline::runPipeline(Dictation dictation) {
         co_return;
     }
 
-    const auto started = m_env.actor.now();
+    const auto started = m_parts.actor.now();
     const auto pass = co_await recognise(request, WhisperMode::Transcribe, "Whisper failed: ");
     if (!pass)
         co_return;
     const auto& transcript = *pass;
-    const double elapsed = toSeconds(m_env.actor.now() - started);
-    m_env.actor.post([self, elapsed, transcript] {
+    const double elapsed = toSeconds(m_parts.actor.now() - started);
+    // Each stage is a task of its own, so that what came in while the recogniser ran, a key above all, has
+    // its turn before the text is routed. The account of the recognition is the first, and nothing depends on
+    // it.
+    m_parts.actor.post([self, elapsed, transcript] {
         self->trace(QString::asprintf("[timing] whisper %.2fs", elapsed));
         self->trace(QStringLiteral("[pipeline] whisper transcribe (%1 chars)").arg(count(transcript)));
     });
-    m_env.actor.start([self, dictation, transcript]() -> Task<void> {
+    m_parts.actor.start([self, dictation, transcript]() -> Task<void> {
         return self->continueAfterTranscription(dictation, transcript);
     });
 }
@@ -74,22 +77,22 @@ Task<void> OutputPipeline::continueAfterTranscription(Dictation dictation, QStri
     }
     trace(QStringLiteral("Transcript received (%1 chars).").arg(count(transcript)));
     const bool translates = request.target.code != QStringLiteral("off");
-    m_env.stats.record(transcript, request.audioSeconds, request.source, translates, request.cleanup,
-                       polishBackend(request));
+    m_parts.stats.record(transcript, request.audioSeconds, request.source, translates, request.cleanup,
+                         polishBackend(request));
     co_await runRoute(dictation, transcript);
 }
 
 Task<void> OutputPipeline::runRoute(const Dictation& dictation, const QString& transcript) {
-    switch (chooseRoute(dictation.request, transcript, m_env.languageRecognizer, m_env.trace)) {
+    switch (chooseRoute(dictation.request, transcript, m_parts.languageRecognizer, m_parts.trace)) {
     case Route::TranslateDirect: // taken before the transcription
     case Route::Plain:
-    case Route::AICleanup: // there is no language model to do it with
+    case Route::AICleanup: // no language model that could clean up: the transcript stays as it is
         insertPlain(dictation, transcript);
         break;
     case Route::SecondPass:
         co_await translateInSecondPass(dictation, transcript);
         break;
-    case Route::AITranslate: // the same
+    case Route::AITranslate: // no language model that could translate: the recogniser does, into English
     case Route::TwoHopTranslate:
     case Route::WhisperFallback:
         co_await fallBackToWhisper(dictation);
@@ -99,16 +102,16 @@ Task<void> OutputPipeline::runRoute(const Dictation& dictation, const QString& t
 
 Task<void> OutputPipeline::translateDirect(const Dictation& dictation) {
     const auto& request = dictation.request;
-    const auto started = m_env.actor.now();
+    const auto started = m_parts.actor.now();
     const auto pass = co_await recognise(request, WhisperMode::TranslateToEnglish, translationFailed);
     if (!pass)
         co_return;
     const auto& text = *pass;
     trace(QString::asprintf("[timing] whisper(translate-direct) %.2fs",
-                            toSeconds(m_env.actor.now() - started)));
+                            toSeconds(m_parts.actor.now() - started)));
     trace(QStringLiteral("[pipeline] whisper translate-direct (%1 chars)").arg(count(text)));
     if (!text.isEmpty()) {
-        m_env.stats.record(text, request.audioSeconds, request.source, true, false, QStringLiteral("none"));
+        m_parts.stats.record(text, request.audioSeconds, request.source, true, false, QStringLiteral("none"));
         deliver(dictation, text);
         trace(QStringLiteral("[en-target-direct] typed %1 chars.").arg(count(text)));
     }
@@ -122,7 +125,7 @@ void OutputPipeline::insertPlain(const Dictation& dictation, const QString& tran
 
 Task<void> OutputPipeline::translateInSecondPass(const Dictation& dictation, const QString& transcript) {
     const auto& request = dictation.request;
-    m_env.hud.update(DictationHUDState::Transcribing{});
+    m_parts.hud.update(DictationHUDState::Transcribing{});
     const auto pass = co_await recognise(request, WhisperMode::TranslateToEnglish, translationFailed);
     if (!pass)
         co_return;
@@ -140,41 +143,41 @@ Task<void> OutputPipeline::fallBackToWhisper(const Dictation& dictation) {
     const auto why =
         QStringLiteral("(originalTarget=%1, reason=Apple Intelligence is off)").arg(request.target.code);
     trace(QStringLiteral("Running Whisper --translate fallback %1.").arg(why));
-    m_env.hud.update(DictationHUDState::Transcribing{});
+    m_parts.hud.update(DictationHUDState::Transcribing{});
     const auto pass =
         co_await recognise(request, WhisperMode::TranslateToEnglish, "Whisper fallback also failed: ");
     if (!pass)
         co_return;
     if (const auto& text = *pass; !text.isEmpty()) {
         deliver(dictation, text);
-        m_env.hud.showNotice(localized("hud.translate.whisperFallback",
-                                       "Whisper translation — Apple Intelligence unavailable"),
-                             Tone::Info, noticeTime);
+        m_parts.hud.showNotice(localized("hud.translate.whisperFallback",
+                                         "Whisper translation — Apple Intelligence unavailable"),
+                               Tone::Info, noticeTime);
         trace(QStringLiteral("Fallback typed %1 chars in English %2.").arg(count(text), why));
     } else {
-        m_env.hud.showNotice(QStringLiteral("Nothing recognized"), Tone::Warn, noticeTime);
+        m_parts.hud.showNotice(QStringLiteral("Nothing recognized"), Tone::Warn, noticeTime);
     }
-    m_env.menuBar.state.set(MenuBarController::State::Idle);
+    m_parts.menuBar.state.set(MenuBarController::State::Idle);
     deleteRecording(request.wav);
 }
 
 void OutputPipeline::finishDictation(const QString& wav) {
-    m_env.menuBar.state.set(MenuBarController::State::Idle);
-    if (!m_env.hud.currentState().as<DictationHUDState::Notice>())
-        m_env.hud.hide();
+    m_parts.menuBar.state.set(MenuBarController::State::Idle);
+    if (!m_parts.hud.currentState().as<DictationHUDState::Notice>())
+        m_parts.hud.hide();
     deleteRecording(wav);
 }
 
 void OutputPipeline::failRecognition(const QString& wav, const char* traceText, const std::exception& error) {
     trace(QString::fromUtf8(traceText) + QString::fromUtf8(error.what()));
-    m_env.menuBar.showError(QStringLiteral("Transcription failed"), errorTime);
-    m_env.hud.showNotice(QStringLiteral("Transcription failed"), Tone::Warn, noticeTime);
+    m_parts.menuBar.showError(QStringLiteral("Transcription failed"), errorTime);
+    m_parts.hud.showNotice(QStringLiteral("Transcription failed"), Tone::Warn, noticeTime);
     deleteRecording(wav);
 }
 
 void OutputPipeline::deleteRecording(const QString& wav) {
     try {
-        m_env.files.remove(wav);
+        m_parts.files.remove(wav);
     } catch (const PlatformError&) {
         // Nothing that the user could do about it.
     }
@@ -183,8 +186,8 @@ void OutputPipeline::deleteRecording(const QString& wav) {
 Task<std::optional<QString>> OutputPipeline::recognise(const DictationRequest& request, WhisperMode mode,
                                                        const char* failureText) {
     try {
-        auto pass = m_env.transcription.transcribeChunked(m_env.whisper, request.wav, mode, request.source,
-                                                          chunkSeconds, overlapSeconds, minDuration);
+        auto pass = m_parts.transcription.transcribeChunked(
+            m_parts.whisper, request.wav, mode, request.source, chunkSeconds, overlapSeconds, minDuration);
         co_return co_await pass;
     } catch (const std::exception& error) {
         failRecognition(request.wav, failureText, error);
@@ -193,13 +196,13 @@ Task<std::optional<QString>> OutputPipeline::recognise(const DictationRequest& r
 }
 
 void OutputPipeline::deliver(const Dictation& dictation, const QString& text) {
-    m_env.inserter.insert(text, dictation.request.mode, dictation.focusSnapshot);
+    m_parts.inserter.insert(text, dictation.request.mode, dictation.focusSnapshot);
 }
 
 QString OutputPipeline::polishBackend(const DictationRequest& request) const {
     if (!request.cleanup && !request.useAI)
         return QStringLiteral("none");
-    return m_env.readiness.currentAIState() == AIAvailabilityState::Available
+    return m_parts.readiness.currentAIState() == AIAvailabilityState::Available
                ? QStringLiteral("Apple Intelligence")
                : QStringLiteral("Unavailable");
 }

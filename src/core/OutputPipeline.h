@@ -2,8 +2,8 @@
 #pragma once
 
 #include "concurrency/Task.h"
-#include "core/AgentEnvironment.h"
 #include "core/DictationRequest.h"
+#include "core/Trace.h"
 #include "delivery/FocusSnapshot.h"
 #include "speech/WhisperMode.h"
 
@@ -14,6 +14,17 @@
 #include <optional>
 
 namespace talvera {
+
+class ChunkedTranscription;
+class DictationHUDController;
+class FileSystem;
+class LanguageRecognizer;
+class MainActor;
+class MenuBarController;
+class ReadinessMonitor;
+class StatsStore;
+class TextInserter;
+class WhisperRunner;
 
 /// The road from a finished recording to text at the cursor. Whatever happens on it, it ends with the
 /// recording deleted and the menu bar's state out of transcribing. Main thread only; keeps nothing between
@@ -26,7 +37,22 @@ public:
         std::optional<FocusSnapshot> focusSnapshot;
     };
 
-    explicit OutputPipeline(AgentEnvironment environment);
+    /// What the pipeline works with; all of it outlives the pipeline.
+    struct Parts {
+        MainActor& actor;
+        FileSystem& files;
+        LanguageRecognizer& languageRecognizer;
+        WhisperRunner& whisper;
+        ChunkedTranscription& transcription;
+        TextInserter& inserter;
+        StatsStore& stats;
+        MenuBarController& menuBar;
+        DictationHUDController& hud;
+        ReadinessMonitor& readiness;
+        Trace trace;
+    };
+
+    explicit OutputPipeline(Parts parts);
 
     /// Recognises the recording, counts the dictation, chooses its route and takes it to its end.
     Task<void> runPipeline(Dictation dictation);
@@ -51,9 +77,9 @@ private:
                                            const char* failureText);
     void deliver(const Dictation& dictation, const QString& text);
     QString polishBackend(const DictationRequest& request) const;
-    void trace(const QString& line) const { m_env.trace(line); }
+    void trace(const QString& line) const { m_parts.trace(line); }
 
-    AgentEnvironment m_env;
+    const Parts m_parts;
 };
 
 } // namespace talvera

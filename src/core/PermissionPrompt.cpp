@@ -7,8 +7,6 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
-#include <utility>
-
 namespace talvera {
 
 namespace {
@@ -17,15 +15,15 @@ constexpr Duration adviceTime = seconds(6.0);
 
 }
 
-PermissionPrompt::PermissionPrompt(AgentEnvironment environment)
-    : m_env(std::move(environment)) {}
+PermissionPrompt::PermissionPrompt(const Parts& parts)
+    : m_parts(parts) {}
 
 bool PermissionPrompt::ensurePermissions() {
-    if (m_env.microphone.status() != AuthorizationStatus::Authorized) {
+    if (m_parts.microphone.status() != AuthorizationStatus::Authorized) {
         ask(Kind::Microphone);
         return false;
     }
-    if (!m_env.accessibility.isProcessTrusted()) {
+    if (!m_parts.accessibility.isProcessTrusted()) {
         ask(Kind::Accessibility);
         return false;
     }
@@ -33,22 +31,22 @@ bool PermissionPrompt::ensurePermissions() {
 }
 
 void PermissionPrompt::evaluatePermissionHUD() {
-    if (!m_env.settings.hasOnboarded.get())
+    if (!m_parts.settings.hasOnboarded.get())
         return;
-    if (m_env.readiness.isReady()) {
-        if (m_env.hud.currentState().as<DictationHUDState::PermissionRequired>())
-            m_env.hud.hide();
+    if (m_parts.readiness.isReady()) {
+        if (m_parts.hud.currentState().as<DictationHUDState::PermissionRequired>())
+            m_parts.hud.hide();
         m_dismissed = false;
         return;
     }
     if (m_dismissed)
         return;
-    ask(m_env.readiness.axTrusted.get() ? Kind::Microphone : Kind::Accessibility);
+    ask(m_parts.readiness.axTrusted.get() ? Kind::Microphone : Kind::Accessibility);
 }
 
 void PermissionPrompt::ask(Kind kind) {
     const auto weak = weak_from_this();
-    m_env.hud.showPermission(
+    m_parts.hud.showPermission(
         kind,
         [weak] {
             if (const auto self = weak.lock())
@@ -62,16 +60,16 @@ void PermissionPrompt::ask(Kind kind) {
 
 void PermissionPrompt::dismiss() {
     m_dismissed = true;
-    m_env.hud.hide();
+    m_parts.hud.hide();
 }
 
 void PermissionPrompt::openSettings(Kind kind) {
-    const auto advice = kind == Kind::Microphone ? m_env.readiness.openMicrophoneSettings()
-                                                 : m_env.readiness.openAccessibilitySettings();
+    const auto advice = kind == Kind::Microphone ? m_parts.readiness.openMicrophoneSettings()
+                                                 : m_parts.readiness.openAccessibilitySettings();
     if (advice)
-        m_env.hud.showNotice(*advice, DictationHUDState::NoticeTone::Warn, adviceTime);
+        m_parts.hud.showNotice(*advice, DictationHUDState::NoticeTone::Warn, adviceTime);
     else
-        m_env.hud.hide();
+        m_parts.hud.hide();
 }
 
 } // namespace talvera

@@ -1,18 +1,32 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/AgentEnvironment.h"
 #include "shell/hud/DictationHUDState.h"
 
 #include <memory>
 
 namespace talvera {
 
+class Accessibility;
+class AppSettings;
+class DictationHUDController;
+class MicrophonePermission;
+class ReadinessMonitor;
+
 /// Asks on the HUD for a permission that is missing: when a press needs it, and proactively when it is lost.
 /// Main thread only.
 class PermissionPrompt : public std::enable_shared_from_this<PermissionPrompt> {
 public:
-    explicit PermissionPrompt(AgentEnvironment environment);
+    /// What the prompt works with; all of it outlives the prompt.
+    struct Parts {
+        MicrophonePermission& microphone;
+        Accessibility& accessibility;
+        AppSettings& settings;
+        ReadinessMonitor& readiness;
+        DictationHUDController& hud;
+    };
+
+    explicit PermissionPrompt(const Parts& parts);
 
     /// For a press: whether everything needed is granted; if not, asks for the first that is missing.
     bool ensurePermissions();
@@ -30,7 +44,7 @@ private:
     void dismiss();
     void openSettings(Kind kind);
 
-    AgentEnvironment m_env;
+    Parts m_parts;
     bool m_dismissed = false;
 };
 

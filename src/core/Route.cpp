@@ -12,7 +12,7 @@ constexpr QLatin1String english("en");
 
 /// English from something that was transcribed first: is it English already?
 Route routeToEnglish(const DictationRequest& request, const QString& transcript,
-                     LanguageRecognizer& recognizer, const std::function<void(const QString&)>& trace) {
+                     LanguageRecognizer& recognizer, const Trace& trace) {
     const auto resolved = request.source == autoDetect
                               ? recognizer.dominantLanguage(transcript).value_or(QString(autoDetect))
                               : request.source;
@@ -29,7 +29,7 @@ bool translatesDirectly(const DictationRequest& request) {
 }
 
 Route chooseRoute(const DictationRequest& request, const QString& transcript, LanguageRecognizer& recognizer,
-                  const std::function<void(const QString&)>& trace) {
+                  const Trace& trace) {
     const auto& target = request.target;
     if (request.useAI)
         return Route::AITranslate;

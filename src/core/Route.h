@@ -2,10 +2,9 @@
 #pragma once
 
 #include "core/DictationRequest.h"
+#include "core/Trace.h"
 
 #include <QString>
-
-#include <functional>
 
 namespace talvera {
 
@@ -27,6 +26,6 @@ bool translatesDirectly(const DictationRequest& request);
 
 /// The route of a dictation whose first pass gave `transcript`.
 Route chooseRoute(const DictationRequest& request, const QString& transcript, LanguageRecognizer& recognizer,
-                  const std::function<void(const QString&)>& trace);
+                  const Trace& trace);
 
 } // namespace talvera

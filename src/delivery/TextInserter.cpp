@@ -16,13 +16,13 @@ constexpr Duration reactivationWait = seconds(0.15);
 
 } // namespace
 
-TextInserter::TextInserter(Platform platform, FocusTracker& focus, const DeliverySettings& settings,
+TextInserter::TextInserter(Parts parts, FocusTracker& focus, const DeliverySettings& settings,
                            OnNotice showFocusNotice)
-    : m_platform(platform)
+    : m_parts(parts)
     , m_focus(focus)
     , m_settings(settings)
     , m_showFocusNotice(std::move(showFocusNotice))
-    , m_queue({platform.actor, platform.typing, platform.keys, platform.pasteboard}, m_showFocusNotice) {}
+    , m_queue({parts.actor, parts.typing, parts.keys, parts.pasteboard}, m_showFocusNotice) {}
 
 ResolvedMode TextInserter::resolveMode(InsertionMode insertionMode, double durationSeconds,
                                        double thresholdSeconds) {
@@ -64,7 +64,7 @@ RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
     if (!protect)
         return directly();
     const auto safely = [&] {
-        typed->target = m_platform.keys.focusedTarget();
+        typed->target = m_parts.keys.focusedTarget();
         return directly();
     };
 
@@ -90,10 +90,10 @@ RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
 }
 
 bool TextInserter::bringBack(const FocusSnapshot& snapshot) {
-    auto& workspace = m_platform.workspace;
+    auto& workspace = m_parts.workspace;
     if (!workspace.runningApplication(snapshot.pid) || !workspace.activate(snapshot.pid))
         return false;
-    m_platform.actor.blockFor(reactivationWait);
+    m_parts.actor.blockFor(reactivationWait);
     const auto frontmost = workspace.frontmostApplication();
     return frontmost && frontmost->pid == snapshot.pid && m_focus.hasFocusedTextField();
 }

@@ -41,7 +41,7 @@ public:
     class Stream;
 
     /// What delivery works with; all of it outlives the inserter and the typing queue's last job.
-    struct Platform {
+    struct Parts {
         MainActor& actor;
         Workspace& workspace;
         SerialQueue& typing;
@@ -50,7 +50,7 @@ public:
     };
 
     /// `showFocusNotice` puts a notice on the HUD.
-    TextInserter(Platform platform, FocusTracker& focus, const DeliverySettings& settings,
+    TextInserter(Parts parts, FocusTracker& focus, const DeliverySettings& settings,
                  OnNotice showFocusNotice);
 
     /// Typewriter only for recordings shorter than the threshold, and only if the user lets us choose.
@@ -80,7 +80,7 @@ private:
     bool bringBack(const FocusSnapshot& snapshot);
     void deliver(const QString& text, ResolvedMode mode, const TypedText& typed);
 
-    Platform m_platform;
+    Parts m_parts;
     FocusTracker& m_focus;
     const DeliverySettings& m_settings;
     OnNotice m_showFocusNotice;

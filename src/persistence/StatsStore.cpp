@@ -42,24 +42,24 @@ struct StatsStore::Opened {
     std::optional<double> lifetime;
 };
 
-StatsStore::StatsStore(Platform platform)
-    : m_platform(platform) {
+StatsStore::StatsStore(Parts parts)
+    : m_parts(parts) {
     const auto opened = std::make_shared<Opened>();
-    m_platform.background.run([platform, opened] { *opened = openOnDisk(platform); },
-                              m_lifetime.ifAlive([this, opened] { adopt(*opened); }));
+    m_parts.background.run([parts, opened] { *opened = openOnDisk(parts); },
+                           m_lifetime.ifAlive([this, opened] { adopt(*opened); }));
 }
 
 /// Not in the main thread.
-StatsStore::Opened StatsStore::openOnDisk(const Platform& platform) {
-    const auto directory = platform.directories.applicationSupport + QStringLiteral("/Talvera");
+StatsStore::Opened StatsStore::openOnDisk(const Parts& parts) {
+    const auto directory = parts.directories.applicationSupport + QStringLiteral("/Talvera");
     try {
-        platform.files.createDirectories(directory);
+        parts.files.createDirectories(directory);
     } catch (const PlatformError&) {
         // Opening the store in it will tell.
     }
     Opened opened;
     try {
-        opened.database = platform.databases.open(directory + QStringLiteral("/talvera.store"));
+        opened.database = parts.databases.open(directory + QStringLiteral("/talvera.store"));
     } catch (const PlatformError& error) {
         opened.failure = error.message();
         return opened;
@@ -81,14 +81,14 @@ void StatsStore::adopt(Opened& opened) {
 }
 
 std::unique_ptr<SessionDatabase> StatsStore::openInMemory(const QString& whyNotOnDisk) {
-    m_platform.console.log(
+    m_parts.console.log(
         QStringLiteral("StatsStore: on-disk container failed (%1), falling back to in-memory.")
             .arg(whyNotOnDisk));
     try {
-        return m_platform.databases.openInMemory();
+        return m_parts.databases.openInMemory();
     } catch (const PlatformError& error) {
-        m_platform.console.log(QStringLiteral("StatsStore: in-memory container also failed (%1). Aborting.")
-                                   .arg(error.message()));
+        m_parts.console.log(QStringLiteral("StatsStore: in-memory container also failed (%1). Aborting.")
+                                .arg(error.message()));
         qFatal("StatsStore unavailable: disk=%s memory=%s", qUtf8Printable(whyNotOnDisk),
                qUtf8Printable(error.message()));
     }
@@ -102,7 +102,7 @@ double StatsStore::secondsSaved(const DictationSession& session) {
 void StatsStore::record(const QString& text, double audioDuration, const QString& languageCode,
                         bool translateEnabled, bool polishEnabled, const QString& polishBackend) {
     const auto counts = countText(text);
-    m_unsaved.push_back({.timestamp = m_platform.actor.date(),
+    m_unsaved.push_back({.timestamp = m_parts.actor.date(),
                          .audioDuration = audioDuration,
                          .wordCount = counts.words,
                          .characterCount = counts.characters,
@@ -120,7 +120,7 @@ void StatsStore::save() {
     try {
         m_database->insert(m_unsaved);
     } catch (const PlatformError& error) {
-        m_platform.console.log(QStringLiteral("StatsStore: save failed: %1").arg(error.message()));
+        m_parts.console.log(QStringLiteral("StatsStore: save failed: %1").arg(error.message()));
         return;
     }
     if (m_savedLifetime) {
@@ -136,7 +136,7 @@ void StatsStore::refresh() {
 }
 
 void StatsStore::refreshLastWeek() {
-    const auto cutoff = m_platform.actor.date() - week;
+    const auto cutoff = m_parts.actor.date() - week;
     double sum = 0.0;
     std::int64_t count = 0;
     const auto add = [&](const DictationSession& session) {
@@ -147,7 +147,7 @@ void StatsStore::refreshLastWeek() {
         if (m_database)
             m_database->forEach(cutoff, add);
     } catch (const PlatformError& error) {
-        m_platform.console.log(QStringLiteral("StatsStore: fetch failed: %1").arg(error.message()));
+        m_parts.console.log(QStringLiteral("StatsStore: fetch failed: %1").arg(error.message()));
         return;
     }
     for (const auto& session : m_unsaved) {
@@ -163,8 +163,7 @@ void StatsStore::refreshLifetime() {
         try {
             m_savedLifetime = sumOfAll(*m_database);
         } catch (const PlatformError& error) {
-            m_platform.console.log(
-                QStringLiteral("StatsStore: lifetime fetch failed: %1").arg(error.message()));
+            m_parts.console.log(QStringLiteral("StatsStore: lifetime fetch failed: %1").arg(error.message()));
             return;
         }
     }

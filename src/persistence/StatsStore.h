@@ -34,7 +34,7 @@ struct WeeklyStats {
 /// by one in memory; nothing of this ever disturbs a dictation. Main thread only.
 class StatsStore {
 public:
-    struct Platform {
+    struct Parts {
         MainActor& actor;
         BackgroundPool& background;
         SessionDatabases& databases;
@@ -44,7 +44,7 @@ public:
     };
 
     /// Begins to open the store. Ends the process when there isn't even memory for one.
-    explicit StatsStore(Platform platform);
+    explicit StatsStore(Parts parts);
 
     /// Both are current once the store is open, after each record and after refresh(); they don't age in
     /// between.
@@ -68,14 +68,14 @@ public:
 private:
     struct Opened;
 
-    static Opened openOnDisk(const Platform& platform);
+    static Opened openOnDisk(const Parts& parts);
     void adopt(Opened& opened);
     std::unique_ptr<SessionDatabase> openInMemory(const QString& whyNotOnDisk);
     void save();
     void refreshLastWeek();
     void refreshLifetime();
 
-    Platform m_platform;
+    Parts m_parts;
     std::unique_ptr<SessionDatabase> m_database; ///< none as long as it is being opened
     std::vector<DictationSession> m_unsaved; ///< what the database has not taken yet; it counts all the same
     std::optional<double> m_savedLifetime;   ///< of what is in the database, once that has been read

@@ -15,8 +15,9 @@ namespace talvera {
 class AppSettings;
 class MainActor;
 
-/// The state of the agent as the tray shows it, and the one gate of the pipeline: a press starts a dictation
-/// only while the state is idle. The pipeline assigns it. Main thread only.
+/// The state machine of the dictation, as the tray shows it, and the one gate of the pipeline: a press starts
+/// a dictation only while the state is idle. DictationController, which holds the state of the press, and the
+/// pipeline assign it. Main thread only.
 class MenuBarController {
 public:
     enum class State { Idle, Recording, Transcribing, Error };

@@ -147,7 +147,7 @@ void Judge::seeHUD(const Effect& effect) {
         const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
         if (m_inFlight)
             m_inFlight->notices << text;
-        const auto* panel = m_world.agent().panel;
+        const auto* panel = m_world.windows.hudPanel();
         m_notice = {now, effect.fields["seconds"].get<double>(), panel && panel->fadesUnderWay > 0};
     }
     m_listeningMayStay = false;

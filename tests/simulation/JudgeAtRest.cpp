@@ -28,7 +28,7 @@ void Judge::judgeRest() {
 
 void Judge::judgeHUDAtRest() {
     const auto state = caseName(m_world.agent().hud.currentState()).toStdString();
-    const auto* panel = m_world.agent().panel;
+    const auto* panel = m_world.windows.hudPanel();
     const bool visible = panel && panel->isVisible();
     if (!isOneOf(state, {"hidden", "listening", "permissionRequired"}) ||
         (state == "listening" && !m_listeningMayStay))

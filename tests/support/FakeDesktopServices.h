@@ -2,6 +2,7 @@
 #pragma once
 
 #include "concurrency/MainActor.h"
+#include "platform/desktop/FileBrowser.h"
 #include "platform/desktop/Notifier.h"
 #include "platform/system/UpdateService.h"
 
@@ -46,6 +47,17 @@ public:
 
 private:
     MainActor& m_actor;
+};
+
+/// A desktop that remembers the directories that it was to show.
+class FakeFileBrowser final : public FileBrowser {
+public:
+    QStringList shown;
+
+    bool show(const QString& directory) override {
+        shown << directory;
+        return true;
+    }
 };
 
 } // namespace talvera::test

@@ -10,8 +10,6 @@
 #include "platform/system/ApplicationHost.h"
 #include "platform/system/LoginItem.h"
 #include "platform/system/PlatformError.h"
-#include "shell/onboarding/OnboardingController.h"
-#include "shell/onboarding/OnboardingWindow.h"
 
 #include <QStringList>
 
@@ -195,28 +193,6 @@ public:
     void play(const QString& name) override {
         if (onPlay)
             onPlay(name);
-    }
-};
-
-/// A wizard that counts the presses that it gets.
-class FakeOnboardingController final : public OnboardingController {
-public:
-    int demoStarts = 0;
-    int demoEnds = 0;
-
-    void demoPressStart() override { ++demoStarts; }
-    void demoPressEnd() override { ++demoEnds; }
-};
-
-class FakeOnboardingWindow final : public OnboardingWindow {
-public:
-    using OnboardingWindow::OnboardingWindow;
-
-    std::function<void()> onShow;
-
-    void show() override {
-        if (onShow)
-            onShow();
     }
 };
 

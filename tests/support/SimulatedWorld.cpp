@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatedWorld.h"
 
-#include "shell/hud/FocusNoticeText.h"
-
 #include <cmath>
 
 namespace talvera::test {
@@ -82,80 +80,39 @@ void SimulatedMachine::setTextFieldFocused(bool focused) {
     accessibility.setTextFieldFocused(focused);
 }
 
-SimulatedAgent::SimulatedAgent(SimulatedMachine& simulated, AppSettings& preferences)
-    : machine(simulated)
-    , settings(preferences)
-    , models(machine.files, machine.directories)
-    , recorder(machine.audioEngine, machine.converters, machine.files, machine.actor)
-    , whisper(
-          WhisperRunner::makeDefault(machine.tool, machine.files, machine.directories, models.modelMainURL))
-    , transcription(machine.actor, machine.background, machine.files, machine.audioFiles, machine.console)
-    , hud(machine.actor,
-          [this] {
-              auto made = std::make_unique<SimulatedHUDPanel>(machine.actor);
-              panel = made.get();
-              return made;
-          })
-    , menuBar(machine.actor, settings)
-    , readiness({machine.actor, machine.microphonePermission, machine.accessibility, machine.languageModel,
-                 machine.settingsPanels, machine.activation})
-    , focus(machine.actor, machine.accessibility, machine.workspace)
-    , preferredDelivery(settings)
-    , inserter({machine.actor, machine.workspace, machine.typing, machine.keyPoster, machine.pasteboard},
-               focus, preferredDelivery,
-               [this](const FocusNotice& notice) {
-                   const auto shown = focusNoticeText(notice);
-                   hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
-               })
-    , hotkey(machine.actor, machine.keyboard, machine.console)
-    , stats({machine.actor, machine.background, machine.databases, machine.files, machine.directories,
-             machine.console})
-    , onboardingWindow(machine.console)
-    , warmup(machine.console)
-    , delegate(std::make_shared<AppDelegate>(environment())) {}
-
-SimulatedAgent::~SimulatedAgent() = default;
-
-AgentEnvironment SimulatedAgent::environment() {
-    return {.actor = machine.actor,
-            .directories = machine.directories,
-            .files = machine.files,
-            .application = machine.application,
-            .accessibility = machine.accessibility,
-            .microphone = machine.microphonePermission,
-            .languageModel = machine.languageModel,
-            .languageRecognizer = machine.languageRecognizer,
-            .loginItem = machine.loginItem,
-            .sounds = machine.sounds,
-            .preferences = machine.preferences,
-            .console = machine.console,
-            .recorder = recorder,
-            .whisper = whisper,
-            .transcription = transcription,
-            .focus = focus,
-            .inserter = inserter,
-            .hotkey = hotkey,
-            .translateToggle = translateToggle,
-            .settings = settings,
-            .models = models,
-            .stats = stats,
-            .menuBar = menuBar,
-            .hud = hud,
-            .menuPanel = {machine.actor, machine.statusItem, machine.pointer,
-                          [this] { return std::make_unique<FakeMenuPanelWindow>(machine.actor); }},
-            .readiness = readiness,
-            .onboarding = onboarding,
-            .onboardingWindow = onboardingWindow,
-            .warmup = warmup,
-            .trace =
-                [this](const QString& line) {
-                    if (onTrace)
-                        onTrace(line);
-                },
-            .makeFreshName =
-                [this] {
-                    return QStringLiteral("00000000-0000-4000-8000-%1").arg(++m_names, 12, 16, QChar(u'0'));
-                }};
+Machine SimulatedMachine::machine() {
+    return {.actor = actor,
+            .background = background,
+            .keyboard = {.eventTaps = keyboard, .layout = layout, .poster = keyPoster, .typing = typing},
+            .desktop = {.workspace = workspace,
+                        .accessibility = accessibility,
+                        .pasteboard = pasteboard,
+                        .statusItem = statusItem,
+                        .pointer = pointer,
+                        .activation = activation,
+                        .settingsPanels = settingsPanels,
+                        .fileBrowser = fileBrowser,
+                        .notifier = notifier},
+            .sound = {.engine = audioEngine,
+                      .converters = converters,
+                      .files = audioFiles,
+                      .permission = microphonePermission,
+                      .player = sounds},
+            .system = {.files = files,
+                       .directories = directories,
+                       .processes = tool,
+                       .application = application,
+                       .preferences = preferences,
+                       .sessions = databases,
+                       .loginItem = loginItem,
+                       .updates = updates,
+                       .console = console,
+                       .makeFreshName =
+                           [this] {
+                               return QStringLiteral("00000000-0000-4000-8000-%1")
+                                   .arg(++m_names, 12, 16, QChar(u'0'));
+                           }},
+            .language = {.model = languageModel, .recognizer = languageRecognizer, .preferred = {}}};
 }
 
 SimulatedWorld::SimulatedWorld() {
@@ -176,10 +133,11 @@ SimulatedWorld::~SimulatedWorld() {
 }
 
 void SimulatedWorld::launch() {
-    m_agent = std::make_unique<SimulatedAgent>(*this, settings);
+    m_agent = std::make_unique<Agent>(machine(), settings, windows);
     observeAgent();
-    m_agent->delegate->applicationDidFinishLaunching();
+    m_agent->launch();
     actor.settle();
+    m_agent->prepareWindows();
 }
 
 void SimulatedWorld::observeMachine() {
@@ -223,6 +181,7 @@ void SimulatedWorld::observeMachine() {
         note("openSettings",
              {{"kind", panel == SettingsPanels::Panel::Microphone ? "microphone" : "accessibility"}});
     };
+    windows.onOnboardingWindow = [this] { note("onboardingWindow"); };
     files.onRemoved = [this](const QString& path) {
         if (path.endsWith(QStringLiteral(".wav")) && !isChunk(path))
             note("wavDeleted");
@@ -237,7 +196,8 @@ void SimulatedWorld::observeAgent() {
     m_observations.push_back(agent.hud.stateHolder().state.observe([this](const DictationHUDState& state) {
         note("hud", describe(state, m_agent->hud.noticeDuration()));
     }));
-    agent.onboardingWindow.onShow = [this] { note("onboardingWindow"); };
+    agent.onboarding.onDemoPressStart = [this] { ++demoStarts; };
+    agent.onboarding.onDemoPressEnd = [this] { ++demoEnds; };
     agent.onTrace = [this](const QString& line) {
         // The translate hotkey makes no tap yet, which the repair of the taps would tell at every launch.
         if (!line.startsWith(QStringLiteral("Translate-toggle event tap")))

@@ -5,9 +5,10 @@
 #include "FakeAudioConverter.h"
 #include "FakeAudioFileReader.h"
 #include "FakeChildProcess.h"
+#include "FakeDesktopServices.h"
 #include "FakeEventTap.h"
+#include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
-#include "FakeMenuPanelWindow.h"
 #include "FakeMicrophonePermission.h"
 #include "FakePointerMonitor.h"
 #include "FakeProgramActivation.h"
@@ -18,26 +19,11 @@
 #include "InMemoryPreferenceStore.h"
 #include "ObservedFakes.h"
 #include "RecordingConsole.h"
-#include "SimulatedHUDPanel.h"
 #include "SimulatedMainActor.h"
-#include "core/AppDelegate.h"
+#include "SimulatedWindows.h"
+#include "core/Agent.h"
 #include "core/DictationController.h"
-#include "core/Warmup.h"
-#include "delivery/FocusTracker.h"
-#include "delivery/TextInserter.h"
-#include "hotkeys/HotkeyManager.h"
-#include "hotkeys/TranslateToggleHotkey.h"
-#include "models/ModelStore.h"
-#include "persistence/AppSettings.h"
-#include "persistence/PreferredDelivery.h"
-#include "persistence/StatsStore.h"
 #include "platform/system/Directories.h"
-#include "shell/MenuBarController.h"
-#include "shell/hud/DictationHUDController.h"
-#include "shell/readiness/ReadinessMonitor.h"
-#include "speech/AudioRecorder.h"
-#include "speech/ChunkedTranscription.h"
-#include "speech/WhisperRunner.h"
 
 #include <nlohmann/json.hpp>
 
@@ -106,6 +92,10 @@ public:
     FakeSettingsPanels settingsPanels;
     FakeStatusItem statusItem;
     FakePointerMonitor pointer;
+    FakeKeyboardLayout layout;
+    FakeFileBrowser fileBrowser;
+    FakeNotifier notifier{actor};
+    FakeUpdateService updates{actor};
     FakeLoginItem loginItem;
     FakeSoundPlayer sounds;
     FakeApplicationHost application;
@@ -113,44 +103,11 @@ public:
     FakeSessionDatabases databases;
     RecordingConsole console;
 
+    /// The machine as the agent knows it.
+    Machine machine();
+
 private:
     bool m_textFieldFocused = true;
-};
-
-/// The whole agent, real but for the parts that have nothing to do yet, on a simulated machine.
-class SimulatedAgent {
-public:
-    SimulatedAgent(SimulatedMachine& machine, AppSettings& settings);
-    ~SimulatedAgent();
-    SimulatedAgent(const SimulatedAgent&) = delete;
-    SimulatedAgent& operator=(const SimulatedAgent&) = delete;
-
-    SimulatedMachine& machine;
-    AppSettings& settings;
-    ModelStore models;
-    AudioRecorder recorder;
-    WhisperRunner whisper;
-    ChunkedTranscription transcription;
-    DictationHUDController hud;
-    SimulatedHUDPanel* panel = nullptr; ///< once it has been made
-    MenuBarController menuBar;
-    ReadinessMonitor readiness;
-    FocusTracker focus;
-    PreferredDelivery preferredDelivery;
-    TextInserter inserter;
-    HotkeyManager hotkey;
-    TranslateToggleHotkey translateToggle;
-    StatsStore stats;
-    FakeOnboardingController onboarding;
-    FakeOnboardingWindow onboardingWindow;
-    Warmup warmup;
-    std::function<void(const QString& line)> onTrace;
-    std::shared_ptr<AppDelegate> delegate;
-
-    /// What the delegate works with.
-    AgentEnvironment environment();
-
-private:
     int m_names = 0;
 };
 
@@ -162,10 +119,11 @@ public:
     ~SimulatedWorld();
 
     AppSettings settings{preferences};
+    SimulatedWindows windows{actor};
 
     void launch();
     bool hasAgent() const { return m_agent != nullptr; }
-    SimulatedAgent& agent() { return *m_agent; }
+    Agent& agent() { return *m_agent; }
 
     /// The user's hotkey, by its callbacks.
     void pressStart() { m_agent->hotkey.onPressStart(); }
@@ -184,6 +142,10 @@ public:
     QStringList story() const;
     QStringList traces() const;
 
+    /// The presses and releases that the wizard got.
+    int demoStarts = 0;
+    int demoEnds = 0;
+
     /// Whether saving the coming recordings fails.
     bool recordingsFail = false;
 
@@ -195,7 +157,7 @@ private:
     void observeAgent();
     void note(std::string effect, nlohmann::ordered_json fields = nlohmann::ordered_json::object());
 
-    std::unique_ptr<SimulatedAgent> m_agent;
+    std::unique_ptr<Agent> m_agent;
     Cancellables m_observations;
 };
 

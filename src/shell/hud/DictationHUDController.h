@@ -24,11 +24,14 @@ public:
     using NoticeTone = DictationHUDState::NoticeTone;
     using PermissionKind = DictationHUDState::PermissionKind;
 
-    /// `makePanel` is called once, at the first transition that needs the panel.
+    /// `makePanel` is called once: when the panel is prepared, else at the first transition that needs it.
     DictationHUDController(MainActor& actor, HUDPanelFactory makePanel);
     ~DictationHUDController();
     DictationHUDController(const DictationHUDController&) = delete;
     DictationHUDController& operator=(const DictationHUDController&) = delete;
+
+    /// Makes the panel now, so that the first transition need not wait for it.
+    void preparePanel() { panel(); }
 
     /// Brings the panel on screen in `state`, with the level meter at rest.
     void show(DictationHUDState state);

@@ -21,12 +21,12 @@ constexpr Duration sameClick = seconds(0.4);
 } // namespace
 
 MenuPanelController::MenuPanelController(MenuBarController& menuBar, AppSettings& settings, StatsStore& stats,
-                                         Platform platform)
+                                         Parts parts)
     : m_menuBar(menuBar)
     , m_stats(stats)
-    , m_platform(std::move(platform)) {
-    auto& actor = m_platform.actor;
-    auto& item = m_platform.statusItem;
+    , m_parts(std::move(parts)) {
+    auto& actor = m_parts.actor;
+    auto& item = m_parts.statusItem;
     item.onClick = [this] { statusButtonClicked(); };
     updateItem();
     const auto update = [this](const auto&) { updateItem(); };
@@ -38,19 +38,19 @@ MenuPanelController::MenuPanelController(MenuBarController& menuBar, AppSettings
 }
 
 MenuPanelController::~MenuPanelController() {
-    m_platform.statusItem.onClick = nullptr;
+    m_parts.statusItem.onClick = nullptr;
 }
 
 void MenuPanelController::updateItem() {
-    m_platform.statusItem.setSymbol(m_menuBar.statusIconName());
-    m_platform.statusItem.setToolTip(statusTitle(m_menuBar.state.get()));
+    m_parts.statusItem.setSymbol(m_menuBar.statusIconName());
+    m_parts.statusItem.setToolTip(statusTitle(m_menuBar.state.get()));
 }
 
 void MenuPanelController::statusButtonClicked() {
     const auto closed = std::exchange(m_closedFromElsewhere, std::nullopt);
     if (isOpen())
         close();
-    else if (!closed || m_platform.actor.now() - *closed > sameClick)
+    else if (!closed || m_parts.actor.now() - *closed > sameClick)
         open();
 }
 
@@ -59,9 +59,9 @@ void MenuPanelController::open() {
     panel.renewContent();
     m_stats.refresh();
     const int height = std::max(panel.fittingHeight(), MenuPanelLeastHeight);
-    const auto item = m_platform.statusItem.frame();
+    const auto item = m_parts.statusItem.frame();
     panel.fadeIn(menuPanelFrame(item, panel.screenOf(item), height));
-    m_monitor = m_platform.pointer.watchPresses([this](QPoint place) { pressedSomewhere(place); });
+    m_monitor = m_parts.pointer.watchPresses([this](QPoint place) { pressedSomewhere(place); });
 }
 
 void MenuPanelController::close() {
@@ -75,9 +75,9 @@ void MenuPanelController::close() {
 void MenuPanelController::pressedSomewhere(QPoint place) {
     if (!isOpen() || m_window->frame().contains(place))
         return;
-    if (const auto item = m_platform.statusItem.frame(); item && item->width() > 1 && item->contains(place))
+    if (const auto item = m_parts.statusItem.frame(); item && item->width() > 1 && item->contains(place))
         return;
-    m_closedFromElsewhere = m_platform.actor.now();
+    m_closedFromElsewhere = m_parts.actor.now();
     close();
 }
 
@@ -89,17 +89,17 @@ bool MenuPanelController::keyDown(Qt::Key key) {
 }
 
 void MenuPanelController::windowDidResignKey() {
-    m_platform.actor.post(m_lifetime.ifAlive([this] {
+    m_parts.actor.post(m_lifetime.ifAlive([this] {
         if (!isOpen())
             return;
-        m_closedFromElsewhere = m_platform.actor.now();
+        m_closedFromElsewhere = m_parts.actor.now();
         close();
     }));
 }
 
 MenuPanelWindow& MenuPanelController::window() {
     if (!m_window) {
-        m_window = m_platform.makeWindow();
+        m_window = m_parts.makeWindow();
         m_window->onKeyDown = [this](Qt::Key key) { return keyDown(key); };
         m_window->onResignKey = [this] { windowDidResignKey(); };
     }

@@ -22,7 +22,7 @@ class StatusItem;
 /// process.
 class MenuPanelController {
 public:
-    struct Platform {
+    struct Parts {
         MainActor& actor;
         StatusItem& statusItem;
         PointerMonitor& pointer;
@@ -30,8 +30,7 @@ public:
         std::function<std::unique_ptr<MenuPanelWindow>()> makeWindow;
     };
 
-    MenuPanelController(MenuBarController& menuBar, AppSettings& settings, StatsStore& stats,
-                        Platform platform);
+    MenuPanelController(MenuBarController& menuBar, AppSettings& settings, StatsStore& stats, Parts parts);
     ~MenuPanelController();
     MenuPanelController(const MenuPanelController&) = delete;
     MenuPanelController& operator=(const MenuPanelController&) = delete;
@@ -55,7 +54,7 @@ private:
 
     MenuBarController& m_menuBar;
     StatsStore& m_stats;
-    Platform m_platform;
+    Parts m_parts;
     std::unique_ptr<MenuPanelWindow> m_window;
     std::optional<Subscription> m_monitor; ///< of presses elsewhere, only while the panel is open
     std::optional<Instant> m_closedFromElsewhere;

@@ -10,9 +10,9 @@
 
 namespace talvera {
 
-MenuPanelModel::MenuPanelModel(Environment environment)
-    : m_env(environment)
-    , m_targetLanguages(environment.settings, environment.readiness, environment.languageModel) {
+MenuPanelModel::MenuPanelModel(Parts parts)
+    : m_parts(parts)
+    , m_targetLanguages(parts.settings, parts.readiness, parts.languageModel) {
     follow();
 }
 
@@ -20,7 +20,7 @@ void MenuPanelModel::follow() {
     const auto tell = [this](void (MenuPanelModel::*signal)()) {
         return [this, signal](const auto&) { Q_EMIT(this->*signal)(); };
     };
-    auto& [menuBar, settings, stats, readiness, languageModel, layout] = m_env;
+    auto& [menuBar, settings, stats, readiness, languageModel, layout] = m_parts;
     const auto status = tell(&MenuPanelModel::statusChanged);
     m_cancellables.push_back(menuBar.state.observe(status));
     m_cancellables.push_back(menuBar.lastErrorMessage.observe(status));
@@ -36,7 +36,7 @@ void MenuPanelModel::follow() {
 }
 
 QString MenuPanelModel::bannerTitle() const {
-    const int missing = m_env.readiness.missingCount();
+    const int missing = m_parts.readiness.missingCount();
     if (missing == 0)
         return {};
     if (missing == 1)
@@ -45,67 +45,67 @@ QString MenuPanelModel::bannerTitle() const {
 }
 
 bool MenuPanelModel::microphoneMissing() const {
-    return m_env.readiness.micStatus.get() != AuthorizationStatus::Authorized;
+    return m_parts.readiness.micStatus.get() != AuthorizationStatus::Authorized;
 }
 
 bool MenuPanelModel::accessibilityMissing() const {
-    return !m_env.readiness.axTrusted.get();
+    return !m_parts.readiness.axTrusted.get();
 }
 
 QString MenuPanelModel::state() const {
-    return caseName(m_env.menuBar.state.get());
+    return caseName(m_parts.menuBar.state.get());
 }
 
 QString MenuPanelModel::statusTitle() const {
-    return talvera::statusTitle(m_env.menuBar.state.get());
+    return talvera::statusTitle(m_parts.menuBar.state.get());
 }
 
 QString MenuPanelModel::statusSubtitle() const {
-    return talvera::statusSubtitle(m_env.menuBar.state.get(), m_env.menuBar.lastErrorMessage.get(),
-                                   m_env.settings.hotkeyTapToToggle.get());
+    return talvera::statusSubtitle(m_parts.menuBar.state.get(), m_parts.menuBar.lastErrorMessage.get(),
+                                   m_parts.settings.hotkeyTapToToggle.get());
 }
 
 QString MenuPanelModel::statusKeyCap() const {
-    return m_env.menuBar.state.get() == MenuBarController::State::Idle
-               ? m_env.settings.hotkeyBinding.get().displayString(m_env.keyboardLayout)
+    return m_parts.menuBar.state.get() == MenuBarController::State::Idle
+               ? m_parts.settings.hotkeyBinding.get().displayString(m_parts.keyboardLayout)
                : QString();
 }
 
 QString MenuPanelModel::orbLabel() const {
-    return talvera::orbLabel(m_env.menuBar.state.get());
+    return talvera::orbLabel(m_parts.menuBar.state.get());
 }
 
 QString MenuPanelModel::toggleShortcut() const {
-    const auto& binding = m_env.settings.translateToggleBinding.get();
-    return binding ? binding->displayString(m_env.keyboardLayout) : QString();
+    const auto& binding = m_parts.settings.translateToggleBinding.get();
+    return binding ? binding->displayString(m_parts.keyboardLayout) : QString();
 }
 
 bool MenuPanelModel::languageModelAvailable() const {
-    return m_env.readiness.aiState.get() == AIAvailabilityState::Available;
+    return m_parts.readiness.aiState.get() == AIAvailabilityState::Available;
 }
 
 bool MenuPanelModel::aiCleanupEnabled() const {
-    return m_env.settings.aiCleanupEnabled.get();
+    return m_parts.settings.aiCleanupEnabled.get();
 }
 
 void MenuPanelModel::setAICleanupEnabled(bool enabled) {
-    m_env.settings.aiCleanupEnabled.set(enabled);
+    m_parts.settings.aiCleanupEnabled.set(enabled);
 }
 
 QString MenuPanelModel::timeSaved() const {
-    return durationText(m_env.stats.lastWeekStats.get().secondsSaved);
+    return durationText(m_parts.stats.lastWeekStats.get().secondsSaved);
 }
 
 QString MenuPanelModel::dictations() const {
-    return formatted(QStringLiteral("%lld"), m_env.stats.lastWeekStats.get().count);
+    return formatted(QStringLiteral("%lld"), m_parts.stats.lastWeekStats.get().count);
 }
 
 void MenuPanelModel::fixMicrophone() {
-    advise(m_env.readiness.openMicrophoneSettings());
+    advise(m_parts.readiness.openMicrophoneSettings());
 }
 
 void MenuPanelModel::fixAccessibility() {
-    advise(m_env.readiness.openAccessibilitySettings());
+    advise(m_parts.readiness.openAccessibilitySettings());
 }
 
 void MenuPanelModel::advise(const std::optional<QString>& advice) {

@@ -39,7 +39,7 @@ class MenuPanelModel final : public QObject {
     Q_PROPERTY(QVariantMap texts READ texts CONSTANT)
 
 public:
-    struct Environment {
+    struct Parts {
         MenuBarController& menuBar;
         AppSettings& settings;
         StatsStore& stats;
@@ -56,7 +56,7 @@ public:
     /// What to tell the user where the desktop has no settings for what is missing.
     std::function<void(const QString& text)> onAdvice;
 
-    explicit MenuPanelModel(Environment environment);
+    explicit MenuPanelModel(Parts parts);
 
     /// Empty when nothing is missing.
     QString bannerTitle() const;
@@ -106,7 +106,7 @@ private:
     void follow();
     void advise(const std::optional<QString>& advice);
 
-    Environment m_env;
+    Parts m_parts;
     TargetLanguagePicker m_targetLanguages;
     Cancellables m_cancellables;
 };

@@ -23,20 +23,20 @@ void assignIfDifferent(Published<T>& published, T value) {
 
 } // namespace
 
-ReadinessMonitor::ReadinessMonitor(Platform platform)
-    : micStatus(platform.microphone.status())
-    , axTrusted(platform.accessibility.isProcessTrusted())
-    , inputMonitoringGranted(platform.accessibility.isInputMonitoringGranted())
-    , aiState(aiStateFor(platform.languageModel.unavailableReason()))
-    , m_platform(platform)
-    , m_microphoneChanges(platform.microphone.observe([this] { refresh(); }))
-    , m_activations(platform.activation.observe([this] { refreshLater(); })) {
+ReadinessMonitor::ReadinessMonitor(Parts parts)
+    : micStatus(parts.microphone.status())
+    , axTrusted(parts.accessibility.isProcessTrusted())
+    , inputMonitoringGranted(parts.accessibility.isInputMonitoringGranted())
+    , aiState(aiStateFor(parts.languageModel.unavailableReason()))
+    , m_parts(parts)
+    , m_microphoneChanges(parts.microphone.observe([this] { refresh(); }))
+    , m_activations(parts.activation.observe([this] { refreshLater(); })) {
     applyPollRule();
 }
 
 ReadinessMonitor::~ReadinessMonitor() {
     if (m_pollTimer)
-        m_platform.actor.cancelTimer(*m_pollTimer);
+        m_parts.actor.cancelTimer(*m_pollTimer);
 }
 
 int ReadinessMonitor::missingCount() const {
@@ -44,9 +44,9 @@ int ReadinessMonitor::missingCount() const {
 }
 
 void ReadinessMonitor::refresh() {
-    const auto microphone = m_platform.microphone.status();
-    const bool trusted = m_platform.accessibility.isProcessTrusted();
-    const bool inputMonitoring = m_platform.accessibility.isInputMonitoringGranted();
+    const auto microphone = m_parts.microphone.status();
+    const bool trusted = m_parts.accessibility.isProcessTrusted();
+    const bool inputMonitoring = m_parts.accessibility.isInputMonitoringGranted();
     const auto ai = currentAIState();
     assignIfDifferent(micStatus, microphone);
     assignIfDifferent(axTrusted, trusted);
@@ -56,11 +56,11 @@ void ReadinessMonitor::refresh() {
 }
 
 void ReadinessMonitor::refreshLater() {
-    m_platform.actor.post(m_lifetime.ifAlive([this] { refresh(); }));
+    m_parts.actor.post(m_lifetime.ifAlive([this] { refresh(); }));
 }
 
 AIAvailabilityState ReadinessMonitor::currentAIState() const {
-    return aiStateFor(m_platform.languageModel.unavailableReason());
+    return aiStateFor(m_parts.languageModel.unavailableReason());
 }
 
 AIAvailabilityState ReadinessMonitor::aiStateFor(std::optional<LanguageModel::UnavailableReason> reason) {
@@ -78,20 +78,20 @@ AIAvailabilityState ReadinessMonitor::aiStateFor(std::optional<LanguageModel::Un
 }
 
 void ReadinessMonitor::requestMicrophone(std::function<void()> done) {
-    m_platform.microphone.requestAccess(std::move(done));
+    m_parts.microphone.requestAccess(std::move(done));
 }
 
 std::optional<QString> ReadinessMonitor::openMicrophoneSettings() {
-    if (m_platform.settingsPanels.open(SettingsPanels::Panel::Microphone))
+    if (m_parts.settingsPanels.open(SettingsPanels::Panel::Microphone))
         return std::nullopt;
     return localized("settings.none.microphone",
                      "Plug in a microphone, or allow one in this desktop's sound settings");
 }
 
 std::optional<QString> ReadinessMonitor::openAccessibilitySettings() {
-    if (m_platform.settingsPanels.open(SettingsPanels::Panel::Accessibility))
+    if (m_parts.settingsPanels.open(SettingsPanels::Panel::Accessibility))
         return std::nullopt;
-    const auto lacks = m_platform.accessibility.sessionLacks();
+    const auto lacks = m_parts.accessibility.sessionLacks();
     if (lacks.empty()) // it has been granted meanwhile
         return localized("settings.none.accessibility", "Nothing is missing any more");
     return sessionLackText(lacks.front());
@@ -103,13 +103,13 @@ void ReadinessMonitor::applyPollRule() {
     if (mustRun && !m_pollTimer) {
         startPollTimer();
     } else if (!mustRun && m_pollTimer) {
-        m_platform.actor.cancelTimer(*m_pollTimer);
+        m_parts.actor.cancelTimer(*m_pollTimer);
         m_pollTimer.reset();
     }
 }
 
 void ReadinessMonitor::startPollTimer() {
-    m_pollTimer = m_platform.actor.startTimer(pollInterval, [this] {
+    m_pollTimer = m_parts.actor.startTimer(pollInterval, [this] {
         startPollTimer();
         refresh();
     });

@@ -25,7 +25,7 @@ class SettingsPanels;
 /// seconds; else it rests. Changes nothing by itself. Main thread only.
 class ReadinessMonitor {
 public:
-    struct Platform {
+    struct Parts {
         MainActor& actor;
         MicrophonePermission& microphone;
         Accessibility& accessibility;
@@ -34,7 +34,7 @@ public:
         ProgramActivation& activation;
     };
 
-    explicit ReadinessMonitor(Platform platform);
+    explicit ReadinessMonitor(Parts parts);
     ~ReadinessMonitor();
     ReadinessMonitor(const ReadinessMonitor&) = delete;
     ReadinessMonitor& operator=(const ReadinessMonitor&) = delete;
@@ -72,7 +72,7 @@ private:
     void applyPollRule();
     void startPollTimer();
 
-    Platform m_platform;
+    Parts m_parts;
     std::optional<MainActor::TimerId> m_pollTimer;
     Subscription m_microphoneChanges;
     Subscription m_activations;

@@ -22,8 +22,8 @@ constexpr qint64 largestCatalog = 1024 * 1024;
 
 } // namespace
 
-InterfaceLanguage::InterfaceLanguage(Platform platform, const QString& chosen, const QStringList& preferred)
-    : m_platform(platform) {
+InterfaceLanguage::InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred)
+    : m_parts(parts) {
     load(english);
     const auto code = best(chosen == u"system" ? preferred : QStringList{chosen});
     if (code != english)
@@ -36,7 +36,7 @@ InterfaceLanguage::~InterfaceLanguage() {
 }
 
 QString InterfaceLanguage::pathOf(const QString& code) const {
-    return QStringLiteral("%1/Resources/texts/%2.json").arg(m_platform.directories.resources, code);
+    return QStringLiteral("%1/Resources/texts/%2.json").arg(m_parts.directories.resources, code);
 }
 
 /// The first language that there is a catalog for, under its whole name or under the beginning of it.
@@ -44,7 +44,7 @@ QString InterfaceLanguage::best(const QStringList& languages) const {
     for (const auto& language : languages) {
         auto code = QString(language).replace(u'_', u'-');
         while (!code.isEmpty() && !code.contains(u'/')) {
-            if (code == english || m_platform.files.exists(pathOf(code)))
+            if (code == english || m_parts.files.exists(pathOf(code)))
                 return code;
             code.truncate(std::max<qsizetype>(code.lastIndexOf(u'-'), 0));
         }
@@ -55,18 +55,18 @@ QString InterfaceLanguage::best(const QStringList& languages) const {
 void InterfaceLanguage::load(const QString& code) {
     const auto path = pathOf(code);
     try {
-        const auto size = m_platform.files.size(path);
+        const auto size = m_parts.files.size(path);
         const auto texts =
-            size && *size <= largestCatalog ? TextCatalog::parse(m_platform.files.read(path)) : std::nullopt;
+            size && *size <= largestCatalog ? TextCatalog::parse(m_parts.files.read(path)) : std::nullopt;
         if (!texts) {
-            m_platform.console.log(QStringLiteral("[texts] %1 is no catalog of texts").arg(path));
+            m_parts.console.log(QStringLiteral("[texts] %1 is no catalog of texts").arg(path));
             return;
         }
         auto catalog = std::make_unique<TextCatalog>(*texts);
         QCoreApplication::installTranslator(catalog.get());
         m_catalogs.push_back(std::move(catalog));
     } catch (const PlatformError& error) {
-        m_platform.console.log(QStringLiteral("[texts] %1 can't be read: %2").arg(path, error.message()));
+        m_parts.console.log(QStringLiteral("[texts] %1 can't be read: %2").arg(path, error.message()));
     }
 }
 

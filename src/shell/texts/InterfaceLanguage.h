@@ -21,7 +21,7 @@ struct Directories;
 /// A catalog is a file "CODE.json" among our resources. A new language is one more file.
 class InterfaceLanguage {
 public:
-    struct Platform {
+    struct Parts {
         FileSystem& files;
         const Directories& directories;
         Console& console;
@@ -30,7 +30,7 @@ public:
     /// `chosen` is the user's choice, "system" for the session's own; `preferred` are the session's, best
     /// first, as "de-AT". To be made before anything speaks, while there is an application object. A catalog
     /// that can't be read is left out.
-    InterfaceLanguage(Platform platform, const QString& chosen, const QStringList& preferred);
+    InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred);
     ~InterfaceLanguage();
     InterfaceLanguage(const InterfaceLanguage&) = delete;
     InterfaceLanguage& operator=(const InterfaceLanguage&) = delete;
@@ -40,7 +40,7 @@ private:
     QString best(const QStringList& languages) const;
     void load(const QString& code);
 
-    Platform m_platform;
+    Parts m_parts;
     std::vector<std::unique_ptr<TextCatalog>> m_catalogs; ///< the one asked first last
 };
 

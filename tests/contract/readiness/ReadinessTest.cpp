@@ -39,8 +39,8 @@ protected:
         connection.emplace(actor, server.address());
         connection->waitForAnswer(10s);
         microphone.emplace(*connection);
-        monitor.emplace(ReadinessMonitor::Platform{actor, *microphone, accessibility, languageModel,
-                                                   settingsPanels, activation});
+        monitor.emplace(ReadinessMonitor::Parts{actor, *microphone, accessibility, languageModel,
+                                                settingsPanels, activation});
     }
     void startWindowManager() {
         manager.setProcessEnvironment([] {

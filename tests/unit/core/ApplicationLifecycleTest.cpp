@@ -186,8 +186,8 @@ TEST_F(Lifecycle, launchAtLogin_isTurnedOnOnceAndNeverAgain) {
     launch();
     EXPECT_EQ(world.loginItem.registrations, 1);
     world.loginItem.registered = false; // the user turns it off
-    SimulatedAgent next(world, world.settings);
-    next.delegate->applicationDidFinishLaunching();
+    Agent next(world.machine(), world.settings, world.windows);
+    next.launch();
     world.actor.settle();
     EXPECT_FALSE(world.loginItem.registered);
 }
@@ -196,8 +196,8 @@ TEST_F(Lifecycle, failedLaunchAtLogin_isDroppedAndNotTriedAgain) {
     world.loginItem.fails = true;
     launch();
     EXPECT_TRUE(world.preferences.boolean("launchAtLoginDefaultApplied"));
-    SimulatedAgent next(world, world.settings);
-    next.delegate->applicationDidFinishLaunching();
+    Agent next(world.machine(), world.settings, world.windows);
+    next.launch();
     world.actor.settle();
     EXPECT_EQ(world.loginItem.registrations, 1);
 }

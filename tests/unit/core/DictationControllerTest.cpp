@@ -319,8 +319,8 @@ TEST_F(Dictation, suspendedHotkey_doesNothing) {
     world.agent().onboarding.captureHotkey.set(true);
     hold(1);
     EXPECT_TRUE(world.effects.empty());
-    EXPECT_EQ(world.agent().onboarding.demoStarts, 0);
-    EXPECT_EQ(world.agent().onboarding.demoEnds, 0);
+    EXPECT_EQ(world.demoStarts, 0);
+    EXPECT_EQ(world.demoEnds, 0);
 }
 
 TEST_F(Dictation, capturedHotkey_feedsTheWizardsDemo) {
@@ -328,8 +328,8 @@ TEST_F(Dictation, capturedHotkey_feedsTheWizardsDemo) {
     world.agent().onboarding.captureHotkey.set(true);
     hold(1);
     EXPECT_TRUE(world.effects.empty());
-    EXPECT_EQ(world.agent().onboarding.demoStarts, 1);
-    EXPECT_EQ(world.agent().onboarding.demoEnds, 1);
+    EXPECT_EQ(world.demoStarts, 1);
+    EXPECT_EQ(world.demoEnds, 1);
 }
 
 TEST_F(Dictation, startSoundOff_isSilent) {

@@ -118,7 +118,7 @@ protected:
         dictation.focusSnapshot = world.agent().focus.captureFocusSnapshot();
         world.agent().menuBar.state.set(State::Transcribing);
         world.effects.clear();
-        pipeline = std::make_shared<OutputPipeline>(world.agent().environment());
+        pipeline = world.agent().makePipeline();
         world.actor.start([this, dictation] { return pipeline->runPipeline(dictation); });
         runToRest();
     }

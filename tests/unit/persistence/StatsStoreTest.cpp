@@ -27,7 +27,7 @@ protected:
     StatsStore& store() {
         if (!m_store)
             m_store = std::make_unique<StatsStore>(
-                StatsStore::Platform{actor, background, databases, files, directories, console});
+                StatsStore::Parts{actor, background, databases, files, directories, console});
         return *m_store;
     }
     /// The program ends and starts again.
@@ -246,7 +246,7 @@ protected:
 
     HeldPool held;
     std::optional<StatsStore> slow{std::in_place,
-                                   StatsStore::Platform{actor, held, databases, files, directories, console}};
+                                   StatsStore::Parts{actor, held, databases, files, directories, console}};
 };
 
 TEST_F(SlowStore, whileItOpens_nothingIsCountedAndNobodyWaits) {

@@ -36,7 +36,7 @@ protected:
     }
     void speak(const QString& chosen, const QStringList& preferred = {}) {
         language.reset();
-        language.emplace(InterfaceLanguage::Platform{files, directories, console}, chosen, preferred);
+        language.emplace(InterfaceLanguage::Parts{files, directories, console}, chosen, preferred);
     }
     static QString both() { return localized("both", "Default both"); }
 

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "app/QuickWindows.h"
+
+#include "shell/onboarding/AbsentOnboardingWindow.h"
+#include "views/hud/QuickHUDPanel.h"
+#include "views/panel/QuickMenuPanel.h"
+
+namespace talvera {
+
+QuickWindows::QuickWindows(const Parts& parts)
+    : m_parts(parts) {}
+
+std::unique_ptr<HUDPanel> QuickWindows::makeHUDPanel(StateHolder& holder) {
+    return std::make_unique<QuickHUDPanel>(
+        QuickHUDPanel::Parts{m_parts.actor, views(), m_parts.overlays, holder, m_parts.settings});
+}
+
+std::unique_ptr<MenuPanelWindow> QuickWindows::makeMenuPanel(MenuPanelModel& model) {
+    return std::make_unique<QuickMenuPanel>(views(), model, m_parts.panels);
+}
+
+std::unique_ptr<OnboardingWindow> QuickWindows::makeOnboardingWindow() {
+    return std::make_unique<AbsentOnboardingWindow>(m_parts.console);
+}
+
+ViewEngine& QuickWindows::views() {
+    if (!m_views)
+        m_views.emplace(m_parts.appearance);
+    return *m_views;
+}
+
+} // namespace talvera

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "core/Machine.h"
+#include "core/WindowFactory.h"
+#include "views/ViewEngine.h"
+
+#include <optional>
+
+namespace talvera {
+
+class AppSettings;
+class DesktopAppearance;
+class OverlayDesktop;
+class PanelDesktop;
+
+/// The agent's windows in Qt Quick. Nothing of that is loaded before the first of them is made.
+class QuickWindows final : public WindowFactory {
+public:
+    /// What the windows work with; all of it outlives them.
+    struct Parts {
+        MainActor& actor;
+        Console& console;
+        AppSettings& settings;
+        DesktopAppearance& appearance;
+        OverlayDesktop& overlays;
+        PanelDesktop& panels;
+    };
+
+    explicit QuickWindows(const Parts& parts);
+
+    std::unique_ptr<HUDPanel> makeHUDPanel(StateHolder& holder) override;
+    std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel& model) override;
+    std::unique_ptr<OnboardingWindow> makeOnboardingWindow() override;
+
+private:
+    ViewEngine& views();
+
+    Parts m_parts;
+    std::optional<ViewEngine> m_views;
+};
+
+} // namespace talvera

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/windows/X11SessionAccess.h"
+#include "platform/desktop/OverlayDesktop.h"
+#include "platform/desktop/PanelDesktop.h"
+#include "platform/desktop/Pasteboard.h"
+#include "platform/desktop/PointerMonitor.h"
+#include "platform/desktop/StatusItem.h"
+#include "platform/desktop/Workspace.h"
+#include "platform/keyboard/EventTap.h"
+#include "platform/keyboard/KeyEventPoster.h"
+#include "platform/keyboard/KeyboardLayout.h"
+
+#include <memory>
+
+namespace talvera {
+
+class Console;
+class DesktopEntryCatalog;
+class MainActor;
+struct Directories;
+
+/// What this session offers to programs, whichever kind of session it is.
+struct SessionOffer {
+    static SessionOffer open();
+
+    std::unique_ptr<X11Connection> x11; ///< broken where no X server answers
+
+    /// There is something to show windows on.
+    bool hasDisplay() const { return !x11->isBroken(); }
+};
+
+/// What watches keys, types, holds the clipboard, knows the windows of others and shows ours: for each of
+/// these, what this session has for it.
+struct SessionBackEnds {
+    std::unique_ptr<EventTapFactory> eventTaps;
+    std::unique_ptr<KeyboardLayout> keyboardLayout;
+    std::unique_ptr<KeyEventPoster> keyPoster;
+    std::unique_ptr<Pasteboard> pasteboard;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<X11SessionAccess> access;
+    std::unique_ptr<OverlayDesktop> overlays;
+    std::shared_ptr<PanelDesktop> panels;
+    std::shared_ptr<PointerMonitor> pointer; ///< may be the same object as `panels`
+    std::unique_ptr<StatusItem> statusItem;
+};
+
+/// What the back ends work with.
+struct BackEndParts {
+    MainActor& actor;
+    Console& console;
+    const Directories& directories;
+    DesktopEntryCatalog& installed;
+};
+
+/// The back ends of a session: the one place that decides between them. The offer and the parts outlive them.
+SessionBackEnds chooseBackEnds(const SessionOffer& offer, const BackEndParts& parts);
+
+} // namespace talvera

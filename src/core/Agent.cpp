@@ -1,0 +1,183 @@
+// SPDX-License-Identifier: MIT
+#include "core/Agent.h"
+
+#include "core/DictationController.h"
+#include "core/OutputPipeline.h"
+#include "core/PermissionPrompt.h"
+#include "core/WindowFactory.h"
+#include "platform/desktop/FileBrowser.h"
+#include "platform/system/ApplicationHost.h"
+#include "platform/system/Console.h"
+#include "platform/system/Directories.h"
+#include "shell/hud/FocusNoticeText.h"
+#include "shell/panel/MenuPanelController.h"
+#include "text/Localization.h"
+
+#include <utility>
+
+namespace talvera {
+
+namespace {
+
+constexpr Duration noticeTime = seconds(6.0);
+
+} // namespace
+
+Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& windows)
+    : interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
+                        userSettings.appLanguage.get(), machine.language.preferred)
+    , settings(userSettings)
+    , models(machine.system.files, machine.system.directories)
+    , recorder(machine.sound.engine, machine.sound.converters, machine.system.files, machine.actor)
+    , whisper(WhisperRunner::makeDefault(machine.system.processes, machine.system.files,
+                                         machine.system.directories, models.modelMainURL))
+    , transcription(machine.actor, machine.background, machine.system.files, machine.sound.files,
+                    machine.system.console)
+    , hud(machine.actor, [this] { return m_windows.makeHUDPanel(hud.stateHolder()); })
+    , menuBar(machine.actor, settings)
+    , readiness({machine.actor, machine.sound.permission, machine.desktop.accessibility,
+                 machine.language.model, machine.desktop.settingsPanels, machine.desktop.activation})
+    , updater(machine.system.updates, machine.desktop.notifier, hud)
+    , focus(machine.actor, machine.desktop.accessibility, machine.desktop.workspace)
+    , delivery(settings)
+    , inserter({machine.actor, machine.desktop.workspace, machine.keyboard.typing, machine.keyboard.poster,
+                machine.desktop.pasteboard},
+               focus, delivery,
+               [this](const FocusNotice& notice) {
+                   const auto shown = focusNoticeText(notice);
+                   hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
+               })
+    , hotkey(machine.actor, machine.keyboard.eventTaps, machine.system.console)
+    , stats({machine.actor, machine.background, machine.system.sessions, machine.system.files,
+             machine.system.directories, machine.system.console})
+    , onboardingWindow(windows.makeOnboardingWindow())
+    , warmup(machine.system.console)
+    , m_machine(machine)
+    , m_windows(windows) {
+    delegate = makeDelegate();
+}
+
+Agent::~Agent() = default;
+
+void Agent::launch() {
+    delegate->applicationDidFinishLaunching();
+}
+
+void Agent::prepareWindows() {
+    hud.preparePanel();
+}
+
+void Agent::startedAgain() {
+    m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
+    delegate->startedAgain();
+}
+
+std::shared_ptr<AppDelegate> Agent::makeDelegate() {
+    auto permissions = std::make_shared<PermissionPrompt>(
+        PermissionPrompt::Parts{.microphone = m_machine.sound.permission,
+                                .accessibility = m_machine.desktop.accessibility,
+                                .settings = settings,
+                                .readiness = readiness,
+                                .hud = hud});
+    return std::make_shared<AppDelegate>(
+        AppDelegate::Parts{.actor = m_machine.actor,
+                           .application = m_machine.system.application,
+                           .directories = m_machine.system.directories,
+                           .loginItem = m_machine.system.loginItem,
+                           .preferences = m_machine.system.preferences,
+                           .console = m_machine.system.console,
+                           .accessibility = m_machine.desktop.accessibility,
+                           .statusItem = m_machine.desktop.statusItem,
+                           .settings = settings,
+                           .models = models,
+                           .whisper = whisper,
+                           .hotkey = hotkey,
+                           .translateToggle = translateToggle,
+                           .readiness = readiness,
+                           .hud = hud,
+                           .onboardingWindow = *onboardingWindow,
+                           .warmup = warmup,
+                           .permissions = permissions,
+                           .dictation = makeDictation(permissions),
+                           .makeMenuPanel = [this] { return makeMenuPanel(); },
+                           .trace = trace()});
+}
+
+std::shared_ptr<DictationController> Agent::makeDictation(std::shared_ptr<PermissionPrompt> permissions) {
+    return std::make_shared<DictationController>(
+        DictationController::Parts{.actor = m_machine.actor,
+                                   .files = m_machine.system.files,
+                                   .directories = m_machine.system.directories,
+                                   .makeFreshName = m_machine.system.makeFreshName,
+                                   .languageModel = m_machine.language.model,
+                                   .sounds = m_machine.sound.player,
+                                   .settings = settings,
+                                   .models = models,
+                                   .recorder = recorder,
+                                   .focus = focus,
+                                   .inserter = inserter,
+                                   .menuBar = menuBar,
+                                   .hud = hud,
+                                   .readiness = readiness,
+                                   .onboarding = onboarding,
+                                   .onboardingWindow = *onboardingWindow,
+                                   .permissions = std::move(permissions),
+                                   .pipeline = makePipeline(),
+                                   .trace = trace()});
+}
+
+std::shared_ptr<OutputPipeline> Agent::makePipeline() {
+    return std::make_shared<OutputPipeline>(
+        OutputPipeline::Parts{.actor = m_machine.actor,
+                              .files = m_machine.system.files,
+                              .languageRecognizer = m_machine.language.recognizer,
+                              .whisper = whisper,
+                              .transcription = transcription,
+                              .inserter = inserter,
+                              .stats = stats,
+                              .menuBar = menuBar,
+                              .hud = hud,
+                              .readiness = readiness,
+                              .trace = trace()});
+}
+
+std::unique_ptr<MenuPanelController> Agent::makeMenuPanel() {
+    return std::make_unique<MenuPanelController>(
+        menuBar, settings, stats,
+        MenuPanelController::Parts{m_machine.actor, m_machine.desktop.statusItem, m_machine.desktop.pointer,
+                                   [this] { return makePanelWindow(); }});
+}
+
+std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
+    auto& model = panelModel.emplace(MenuPanelModel::Parts{
+        menuBar, settings, stats, readiness, m_machine.language.model, m_machine.keyboard.layout});
+    model.onSettings = [this] { openSettings(); };
+    model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
+    model.onQuit = [this] { m_machine.system.application.terminate(); };
+    model.onLanguageModelSettings = [this] {
+        hud.showNotice(localized("hud.languageModel.none", "This computer has no on-device language model"),
+                       DictationHUDState::NoticeTone::Info, noticeTime);
+    };
+    model.onAdvice = [this](const QString& text) {
+        hud.showNotice(text, DictationHUDState::NoticeTone::Warn, noticeTime);
+    };
+    return m_windows.makeMenuPanel(model);
+}
+
+/// Until there is a window for them, the settings are the file that holds them.
+void Agent::openSettings() {
+    delegate->closePanel();
+    const auto& place = m_machine.system.directories.configuration;
+    m_machine.desktop.fileBrowser.show(place);
+    hud.showNotice(formatted(localized("hud.settings.place", "Your settings are kept in %@"), place),
+                   DictationHUDState::NoticeTone::Info, noticeTime);
+}
+
+Trace Agent::trace() {
+    return [this](const QString& line) {
+        if (onTrace)
+            onTrace(line);
+    };
+}
+
+} // namespace talvera

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "FakeMenuPanelWindow.h"
+#include "SimulatedHUDPanel.h"
+#include "core/WindowFactory.h"
+#include "shell/onboarding/OnboardingWindow.h"
+
+#include <functional>
+#include <memory>
+#include <utility>
+
+namespace talvera::test {
+
+/// A wizard's window that tells when it is brought up.
+class FakeOnboardingWindow final : public OnboardingWindow {
+public:
+    explicit FakeOnboardingWindow(std::function<void()> onShow)
+        : m_onShow(std::move(onShow)) {}
+
+    void show() override { m_onShow(); }
+
+private:
+    std::function<void()> m_onShow;
+};
+
+/// The agent's windows on the virtual clock, seen by nobody.
+class SimulatedWindows final : public WindowFactory {
+public:
+    explicit SimulatedWindows(SimulatedMainActor& actor)
+        : m_actor(actor) {}
+
+    std::function<void()> onOnboardingWindow; ///< the wizard is brought up
+
+    /// The HUD that was made last; null before the first.
+    const SimulatedHUDPanel* hudPanel() const { return m_hudPanel; }
+
+    std::unique_ptr<HUDPanel> makeHUDPanel(StateHolder&) override {
+        auto made = std::make_unique<SimulatedHUDPanel>(m_actor);
+        m_hudPanel = made.get();
+        return made;
+    }
+    std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel&) override {
+        return std::make_unique<FakeMenuPanelWindow>(m_actor);
+    }
+    std::unique_ptr<OnboardingWindow> makeOnboardingWindow() override {
+        return std::make_unique<FakeOnboardingWindow>([this] {
+            if (onOnboardingWindow)
+                onOnboardingWindow();
+        });
+    }
+
+private:
+    SimulatedMainActor& m_actor;
+    SimulatedHUDPanel* m_hudPanel = nullptr;
+};
+
+} // namespace talvera::test
