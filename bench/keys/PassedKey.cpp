@@ -21,7 +21,7 @@ namespace {
 constexpr int letterA = 38; // X keycode
 constexpr int rounds = 4;
 
-void tap(int keycode, int times, RigInput& hands, KeyWindow& window, Figure& figure) {
+void tap(int keycode, int times, test::RigInput& hands, KeyWindow& window, Figure& figure) {
     for (int i = 0; i < times; ++i) {
         const auto start = Clock::now();
         hands.press(keycode);
@@ -43,7 +43,7 @@ int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const int times = argc > 1 ? std::max(std::atoi(argv[1]), 1) : 100;
     try {
-        RigInput hands;
+        test::RigInput hands;
         KeyWindow window;
         Trip trips[] = {{"a letter", letterA}, {"the hotkey", Dictating::RightCtrl}};
         for (int round = 0; round < rounds; ++round) {

@@ -46,7 +46,7 @@ public:
 
 private:
     KeyWitness m_witness;
-    RigInput m_keys;
+    test::RigInput m_keys;
     test::Voice m_voice;
     test::AgentHome m_home;
     std::optional<test::AgentProcess> m_agent;

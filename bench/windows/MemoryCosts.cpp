@@ -45,7 +45,7 @@ public:
 
 private:
     SingleInstance m_second{qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/talvera")};
-    RigInput m_keys;
+    test::RigInput m_keys;
     PaintWitness m_paint;
 };
 

@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
     try {
         const Dictating agent({});
         const SingleInstance second(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/talvera"));
-        RigInput keys;
+        test::RigInput keys;
         PaintWitness paint;
         Figure first("the panel: told to open to the first paint, the first time");
         Figure later("the panel: told to open to the first paint");

@@ -26,8 +26,8 @@ public:
     ViewEngine(const ViewEngine&) = delete;
     ViewEngine& operator=(const ViewEngine&) = delete;
 
-    /// Makes the view of `name`.qml, such as "hud/HUDRoot". It belongs to the caller. A view that can't be made ends the program: it
-    /// is part of it.
+    /// Makes the view of `name`.qml, such as "hud/HUDRoot". It belongs to the caller. A view that can't be
+    /// made ends the program: it is part of it.
     std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
 
     QQmlEngine& engine() { return m_engine; }

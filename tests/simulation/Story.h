@@ -8,8 +8,8 @@
 
 namespace talvera::simulation {
 
-/// A story as its file tells it (see stories/README.md): what the machine is like, what the user and the machine
-/// do when, and what follows.
+/// A story as its file tells it (see stories/README.md): what the machine is like, what the user and the
+/// machine do when, and what follows.
 struct Story {
     QStringList preamble; ///< all lines before the first row, comments and what is given among them
     QStringList given;    ///< what holds from the beginning, in the words of StoryPlayer

@@ -14,14 +14,14 @@
 
 namespace talvera::simulation {
 
-/// Plays one story: an agent on a simulated machine on which everything works but for what the story says, with
-/// a text editor in front and a user who has finished the wizard.
+/// Plays one story: an agent on a simulated machine on which everything works but for what the story says,
+/// with a text editor in front and a user who has finished the wizard.
 class StoryPlayer {
 public:
     StoryPlayer();
 
-    /// What followed, from the launch to a minute after the last thing that was done. To be called once. Throws
-    /// std::invalid_argument for words that mean nothing.
+    /// What followed, from the launch to a minute after the last thing that was done. To be called once.
+    /// Throws std::invalid_argument for words that mean nothing.
     std::vector<TwoColumns::Entry> play(const Story& story);
 
 private:

@@ -8,8 +8,8 @@
 
 namespace talvera::simulation {
 
-/// What was done and what followed, side by side in the order of time. Stories are written in this form, and a
-/// failure of the simulation is told in it:
+/// What was done and what followed, side by side in the order of time. Stories are written in this form, and
+/// a failure of the simulation is told in it:
 ///
 ///     0      press             |
 ///                              | 0.6    recorderStart
@@ -24,8 +24,8 @@ public:
     std::vector<Entry> done;
     std::vector<Entry> followed;
 
-    /// One line for each moment at which something was done or followed. Of the things of one moment those that
-    /// were done come first, the others in the order in which they were added.
+    /// One line for each thing. Of those of one moment the ones that were done come first, the others in the
+    /// order in which they were added.
     QStringList rows() const;
 };
 

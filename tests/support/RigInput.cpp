@@ -8,13 +8,13 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-namespace talvera {
+namespace talvera::test {
 
 namespace {
 
 constexpr int farOutside = 100'000; // pixels; further than any screen reaches
 
-}
+} // namespace
 
 RigInput::RigInput() {
     const char* path = std::getenv("RIG_KEYBOARDS");
@@ -23,15 +23,15 @@ RigInput::RigInput() {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::strncpy(address.sun_path, path, sizeof address.sun_path - 1);
-    socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-        ::close(socket);
+    m_socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (::connect(m_socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
+        ::close(m_socket);
         throw std::runtime_error("the rig's keyboards can't be reached");
     }
 }
 
 RigInput::~RigInput() {
-    ::close(socket);
+    ::close(m_socket);
 }
 
 void RigInput::press(int keycode, int keyboard) {
@@ -72,12 +72,12 @@ void RigInput::click(int x, int y, int button) {
 
 void RigInput::request(const std::string& line) {
     const std::string bytes = line + "\n";
-    if (::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size()))
+    if (::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(bytes.size()))
         throw std::runtime_error("the rig's keyboards are gone");
     std::string answer;
     while (answer.empty() || answer.back() != '\n') {
         char part[128];
-        const ssize_t count = ::read(socket, part, sizeof part);
+        const ssize_t count = ::read(m_socket, part, sizeof part);
         if (count <= 0)
             throw std::runtime_error("the rig's keyboards are gone");
         answer.append(part, static_cast<std::size_t>(count));
@@ -86,4 +86,4 @@ void RigInput::request(const std::string& line) {
         throw std::runtime_error("rig: " + answer.substr(0, answer.size() - 1));
 }
 
-} // namespace talvera
+} // namespace talvera::test

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace talvera::test {
@@ -31,6 +32,35 @@ std::vector<std::int16_t> spoken(const QString& text, const QString& voice, int 
     if (!result)
         throw std::runtime_error("the speech could not be converted");
     return *result;
+}
+
+QStringList sentencesOfFortySeconds() {
+    return {QStringLiteral("Hello Anna, how are you?"),
+            QStringLiteral("Please send the report tomorrow."),
+            QStringLiteral("The meeting starts at nine on Monday."),
+            QStringLiteral("We need milk and bread."),
+            QStringLiteral("Can you check the invoice today?"),
+            QStringLiteral("Peter is at home this evening."),
+            QStringLiteral("Thank you for the long letter."),
+            QStringLiteral("The contract is ready."),
+            QStringLiteral("Where is the new document?"),
+            QStringLiteral("Please call David this afternoon."),
+            QStringLiteral("I will bring the list to Maria."),
+            QStringLiteral("The weather is cold tonight."),
+            QStringLiteral("See you tomorrow."),
+            QStringLiteral("Write a short message to Julia.")};
+}
+
+std::vector<std::int16_t> fortySecondsOfSpeech() {
+    std::vector<std::vector<std::int16_t>> parts;
+    for (const auto& sentence : sentencesOfFortySeconds())
+        parts.push_back(spoken(sentence));
+    return joined(parts, 0.7);
+}
+
+qsizetype countedOnce(const QStringList& sentences, const QString& text) {
+    return std::count_if(sentences.begin(), sentences.end(),
+                         [&text](const QString& sentence) { return text.count(sentence) == 1; });
 }
 
 std::vector<std::int16_t> joined(const std::vector<std::vector<std::int16_t>>& parts, double secondsBetween) {

@@ -10,7 +10,16 @@ using namespace std::chrono_literals;
 
 namespace {
 
-using PulseAudioInputFaultsTest = MicrophoneTest;
+class PulseAudioInputFaultsTest : public MicrophoneTest {
+protected:
+    void expectSilence(AudioEngine& input) {
+        Ear ear;
+        record(input, ear);
+        ASSERT_TRUE(ear.waitForFrames(rate / 4));
+        input.removeTap();
+        EXPECT_TRUE(isSilent(ear.heard().samples));
+    }
+};
 
 } // namespace
 
@@ -22,11 +31,7 @@ TEST_P(PulseAudioInputFaultsTest, monitorAsDefault_isPassedOverForAMicrophone) {
     music.count();
     PulseAudioInput input(connection());
     EXPECT_EQ(connection().status(), AuthorizationStatus::Authorized);
-    Ear ear;
-    record(input, ear);
-    ASSERT_TRUE(ear.waitForFrames(rate / 4));
-    input.removeTap();
-    EXPECT_TRUE(isSilent(ear.heard().samples));
+    expectSilence(input);
 }
 
 TEST_P(PulseAudioInputFaultsTest, recordingThatTheServerSendsToALoudspeaker_isBroughtBackToTheMicrophone) {
@@ -40,11 +45,7 @@ TEST_P(PulseAudioInputFaultsTest, recordingThatTheServerSendsToALoudspeaker_isBr
         const PulseLoop::Lock notYet(connection().loop());
         server.makeDefaultSource(QStringLiteral("speaker.monitor"));
     }
-    Ear ear;
-    record(input, ear);
-    ASSERT_TRUE(ear.waitForFrames(rate / 4));
-    input.removeTap();
-    EXPECT_TRUE(isSilent(ear.heard().samples));
+    expectSilence(input);
 }
 
 TEST_P(PulseAudioInputFaultsTest, noSource_isNoInputAtOnce) {
@@ -92,10 +93,7 @@ TEST_P(PulseAudioInputFaultsTest, serverFreezesDuringARecording_releaseReturnsSo
     record(input, ear, 64);
     ASSERT_TRUE(ear.waitForFrames(rate / 4));
     server.freeze();
-    const auto before = Clock::now();
-    input.removeTap();
-    input.stop();
-    EXPECT_LT(Clock::now() - before, 1000ms);
+    EXPECT_LT(stopRecording(input), 1000ms);
     EXPECT_GE(ear.heard().samples.size(), static_cast<std::size_t>(rate / 4));
 
     server.thaw(); // its late answers must find nobody
@@ -115,30 +113,19 @@ TEST_P(PulseAudioInputFaultsTest, serverDiesDuringARecording_keepsWhatCameDownTo
     server.kill();
     ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) { return heard.bufferLengths.back() < 4096; }))
         << "the rest comes by itself";
-    const auto before = Clock::now();
-    input.removeTap();
-    input.stop();
-    EXPECT_LT(Clock::now() - before, 500ms);
+    EXPECT_LT(stopRecording(input), 500ms);
     EXPECT_EQ(Voice::gapsIn(ear.heard().samples), 0);
 }
 
 TEST_P(PulseAudioInputFaultsTest, serverRestarts_nextRecordingWorks) {
     startWithMicrophone();
     PulseAudioInput input(connection());
-    Ear ear;
-    record(input, ear);
-    ASSERT_TRUE(ear.waitForFrames(4096));
-    input.removeTap();
-    input.stop();
+    recordFrames(input, 4096);
     for (int restart = 0; restart < 3; ++restart) {
         server.kill();
         EXPECT_TRUE(becomes(AuthorizationStatus::Denied));
         startWithMicrophone();
-        Ear again;
-        record(input, again); // with nobody having asked for the status in between
-        EXPECT_TRUE(again.waitForFrames(4096));
-        input.removeTap();
-        input.stop();
+        recordFrames(input, 4096); // with no question for the status in between
     }
 }
 
@@ -153,10 +140,7 @@ TEST_P(PulseAudioInputFaultsTest, microphoneUnplugged_endsTheRecordingAndNeverLi
     music.count();
     server.removeMicrophone();
     EXPECT_TRUE(becomes(AuthorizationStatus::Denied));
-    const auto before = Clock::now();
-    input.removeTap();
-    input.stop();
-    EXPECT_LT(Clock::now() - before, 500ms);
+    EXPECT_LT(stopRecording(input), 500ms);
     const auto samples = ear.heard().samples;
     EXPECT_GE(samples.size(), 2U * 4096);
     EXPECT_TRUE(isSilent(samples));
@@ -169,10 +153,7 @@ TEST_P(PulseAudioInputFaultsTest, suspendedMicrophone_releaseReturnsSoon) {
     record(input, ear);
     ASSERT_TRUE(ear.waitForFrames(4096));
     server.control({QStringLiteral("suspend-source"), QStringLiteral("microphone"), QStringLiteral("1")});
-    const auto before = Clock::now();
-    input.removeTap();
-    input.stop();
-    EXPECT_LT(Clock::now() - before, 500ms);
+    EXPECT_LT(stopRecording(input), 500ms);
 }
 
 INSTANTIATE_TEST_SUITE_P(, PulseAudioInputFaultsTest,

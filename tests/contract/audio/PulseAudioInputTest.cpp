@@ -58,8 +58,7 @@ TEST_P(PulseAudioInputTest, tone_arrivesWithItsLengthPitchAndLevel) {
     record(input, ear);
     const auto said = tone(440, 1.0, 0.5, rate);
     voice->sayAndWait(said);
-    input.removeTap();
-    input.stop();
+    stopRecording(input);
 
     const auto heard = spokenPart(ear.heard().samples);
     EXPECT_NEAR(static_cast<double>(heard.size()), static_cast<double>(said.size()), 100);
@@ -95,8 +94,7 @@ TEST_P(PulseAudioInputTest, release_losesNothingThatWasSaidBefore) {
         record(input, ear);
         ASSERT_TRUE(ear.waitForFrames(4096));
         const auto said = voice->framesSaid();
-        input.removeTap();
-        input.stop();
+        stopRecording(input);
         const auto last = Voice::frameOf(ear.heard().samples.back(), said);
         EXPECT_GE(last, said - rate / 100) << "the server's own clock is not finer than 10 ms";
     }
@@ -113,8 +111,7 @@ TEST_P(PulseAudioInputTest, firstWord_isHeardFromTheMomentOfTheStart) {
         const auto said = voice->framesSaid();
         record(input, ear);
         ASSERT_TRUE(ear.waitForFrames(rate / 4));
-        input.removeTap();
-        input.stop();
+        stopRecording(input);
         lost.push_back(Voice::frameOf(Voice::firstOf(ear.heard().samples), said) - said);
     }
     // A busy machine takes its time now and then; what we did wrong would show each time.
@@ -183,8 +180,7 @@ TEST_P(PulseAudioInputTest, defaultSourceChangedBetweenRecordings_isHonoured) {
     Ear ear;
     record(input, ear);
     ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) { return !isSilent(heard.samples); }));
-    input.removeTap();
-    input.stop();
+    stopRecording(input);
 
     server.makeDefaultSource(QStringLiteral("microphone"));
     Ear second;
@@ -226,8 +222,7 @@ TEST_P(PulseAudioInputTest, microphoneAtRest_isNotOpened) {
     EXPECT_EQ(recorders(), 0);
     record(input, ear);
     EXPECT_GT(recorders(), 0);
-    input.removeTap();
-    input.stop();
+    stopRecording(input);
     while (recorders() > 0) // told in order, but to another client
         ;
 }
@@ -235,11 +230,7 @@ TEST_P(PulseAudioInputTest, microphoneAtRest_isNotOpened) {
 TEST_P(PulseAudioInputTest, connectionAtRest_isNotWokenUp) {
     startWithMicrophone();
     PulseAudioInput input(connection());
-    Ear ear;
-    record(input, ear);
-    ASSERT_TRUE(ear.waitForFrames(4096));
-    input.removeTap();
-    input.stop();
+    recordFrames(input, 4096);
 
     // The server has a word to say now and then; a timer of ours would show in each of these seconds.
     std::vector<long> wakeUps;
@@ -257,8 +248,7 @@ TEST_P(PulseAudioInputTest, hundredRecordings_leakNoThreadDescriptorOrMemory) {
     const auto recordOnce = [&] {
         Ear ear;
         record(input, ear, 64);
-        input.removeTap();
-        input.stop();
+        stopRecording(input);
     };
     for (int warmUp = 0; warmUp < 10; ++warmUp)
         recordOnce();

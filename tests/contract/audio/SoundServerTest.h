@@ -96,6 +96,22 @@ protected:
         engine.installTap(bufferFrames, engine.inputFormat(), ear.tap());
         engine.start();
     }
+
+    /// Answers how long it took.
+    Clock::duration stopRecording(AudioEngine& engine) {
+        const auto before = Clock::now();
+        engine.removeTap();
+        engine.stop();
+        return Clock::now() - before;
+    }
+
+    /// A whole recording of at least so many frames.
+    void recordFrames(AudioEngine& engine, std::size_t frames) {
+        Ear ear;
+        record(engine, ear);
+        EXPECT_TRUE(ear.waitForFrames(frames));
+        stopRecording(engine);
+    }
 };
 
 inline std::string nameOfKind(const testing::TestParamInfo<SoundServer::Kind>& info) {

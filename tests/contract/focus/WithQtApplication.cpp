@@ -1,27 +1,12 @@
 // SPDX-License-Identifier: MIT
-// Gives a test program the application object that Qt wants for windows and for threads of its own.
+#include "QtApplication.h"
+
 #include <QApplication>
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 
-class QtApplication : public testing::Environment {
-public:
-    QtApplication() { ::testing::AddGlobalTestEnvironment(this); }
-    void SetUp() override { m_application = std::make_unique<QApplication>(m_argc, m_argv); }
-    void TearDown() override { m_application.reset(); }
-
-private:
-    int m_argc = 1;
-    char m_name[5] = "test";
-    char* m_argv[2] = {m_name, nullptr};
-    std::unique_ptr<QApplication> m_application;
-};
-
-// Owned by the test framework.
-[[maybe_unused]] const auto* const application = new QtApplication;
+// For widgets, and for threads of Qt's own.
+[[maybe_unused]] const auto* const environment =
+    testing::AddGlobalTestEnvironment(new talvera::test::QtApplication<QApplication>);
 
 } // namespace

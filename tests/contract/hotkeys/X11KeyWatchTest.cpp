@@ -20,7 +20,7 @@ protected:
     }
 
     test::KeyLogWindow window;
-    RigInput keys;
+    test::RigInput keys;
     std::vector<KeyEvent> told;
     std::unique_ptr<X11KeyWatch> watch =
         X11KeyWatch::open({}, [this](const KeyEvent& event) { told.push_back(event); });

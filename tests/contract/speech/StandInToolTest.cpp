@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "TinyDisk.h"
+#include "failureOf.h"
 #include "linux/audio/SndFileReader.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/posix/PosixFileSystem.h"
@@ -45,13 +46,7 @@ protected:
     }
 
     WhisperError failure() {
-        try {
-            transcribe();
-        } catch (const WhisperError& error) {
-            return error;
-        }
-        ADD_FAILURE() << "no failure";
-        return WhisperError::missingBinary();
+        return failureOf([this] { transcribe(); });
     }
 
     QTemporaryDir temporary;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "AgentProcess.h"
+#include "TypingAgent.h"
 #include "TypingTools.h"
 
 #include "RigInput.h"
@@ -45,7 +45,7 @@ void pressPasteChord() {
 TEST(AgentKilled, halfWayThroughAText_keymapAndKeysAreAsBefore) {
     setLayout("us");
     const std::string before = keymap();
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("begin Привет, мир");
     for (const char* step : {"down 0", "up 0", "down 1", "up 1", "down 2"}) {
@@ -61,7 +61,7 @@ TEST(AgentKilled, halfWayThroughAText_keymapAndKeysAreAsBefore) {
 
 TEST(AgentKilled, withShiftDown_shiftIsReleased) {
     setLayout("us");
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("begin ABC");
     agent.tell("down 0");
@@ -75,7 +75,7 @@ TEST(AgentKilled, whileCapsLockIsLifted_itIsLockedAgain) {
     setLayout("us");
     RigInput keys;
     keys.tap(CapsLockKey);
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("begin abc");
     agent.tell("down 0");
@@ -89,7 +89,7 @@ TEST(AgentKilled, whileCapsLockIsLifted_itIsLockedAgain) {
 TEST(AgentKilled, itsLastCharactersAreStillReadRight) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Gtk);
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("begin мир");
     receiver.signal(SIGSTOP);
@@ -105,7 +105,7 @@ TEST(AgentKilled, itsLastCharactersAreStillReadRight) {
 TEST(AgentKilled, companionToo_nextStartPutsThingsRight) {
     setLayout("us");
     const std::string before = keymap();
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("begin Привет");
     agent.tell("down 0");
@@ -121,7 +121,7 @@ TEST(AgentKilled, companionToo_nextStartPutsThingsRight) {
 
 TEST(AgentKilled, clipboardSurvivesUntilSomebodyTakesIt) {
     Receiver receiver(Receiver::Kind::Gtk);
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("clipboard the last words");
     agent.kill();
@@ -133,7 +133,7 @@ TEST(AgentKilled, clipboardSurvivesUntilSomebodyTakesIt) {
 
 TEST(AgentStalled, pasteWaitsForNothing) {
     Receiver receiver(Receiver::Kind::Terminal);
-    AgentProcess agent;
+    TypingAgent agent;
     agent.tell("clipboard words of one who stalls");
     agent.stop();
     pressPasteChord();
@@ -149,7 +149,7 @@ TEST(AgentStalled, pasteWaitsForNothing) {
 TEST(AgentEnded, clipboardSurvives) {
     Receiver receiver(Receiver::Kind::Qt);
     {
-        AgentProcess agent;
+        TypingAgent agent;
         agent.tell("clipboard good bye");
     }
     pressPasteChord();
@@ -157,7 +157,7 @@ TEST(AgentEnded, clipboardSurvives) {
 }
 
 TEST(Companion, keepsNothingOfTheAgentOpen) {
-    AgentProcess agent;
+    TypingAgent agent;
     agent.tell("clipboard so that it is known to be at work");
     const pid_t companion = agent.companion();
     const std::filesystem::path process = "/proc/" + std::to_string(companion);
@@ -180,7 +180,7 @@ TEST(Companion, keepsNothingOfTheAgentOpen) {
 
 TEST(Companion, killedOrStopped_isReplacedAtTheNextText) {
     Receiver receiver(Receiver::Kind::Qt);
-    AgentProcess agent;
+    TypingAgent agent;
     const pid_t first = agent.companion();
     ::kill(first, SIGKILL);
     agent.tell("clipboard one ");

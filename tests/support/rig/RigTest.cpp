@@ -9,7 +9,7 @@
 // Last, since it defines words such as None and Bool.
 #include <X11/Xlib.h>
 
-namespace talvera {
+namespace talvera::test {
 namespace {
 
 constexpr int keyA = 38;
@@ -69,4 +69,4 @@ TEST_F(Rig, pointer_goesWhereItIsSent) {
 }
 
 } // namespace
-} // namespace talvera
+} // namespace talvera::test

@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "QtApplication.h"
 #include "views/ViewEngine.h"
 
 #include <QGuiApplication>
-
-#include <gtest/gtest.h>
-
-#include <memory>
 
 namespace {
 
@@ -19,26 +16,17 @@ void failOnComplaints(QtMsgType type, const QMessageLogContext& context, const Q
 }
 
 /// Views need an application, and none of these tests a screen.
-class GuiApplication : public testing::Environment {
-public:
-    void SetUp() override {
-        printElsewhere = qInstallMessageHandler(failOnComplaints);
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        talvera::ViewEngine::prepareProcess();
-        m_application = std::make_unique<QGuiApplication>(m_argumentCount, m_arguments);
-    }
-    void TearDown() override {
-        m_application.reset();
-        qInstallMessageHandler(nullptr);
-    }
+void prepare() {
+    printElsewhere = qInstallMessageHandler(failOnComplaints);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    talvera::ViewEngine::prepareProcess();
+}
 
-private:
-    int m_argumentCount = 1;
-    char m_name[6] = "views";
-    char* m_arguments[2] = {m_name, nullptr};
-    std::unique_ptr<QGuiApplication> m_application;
-};
+void tidyUp() {
+    qInstallMessageHandler(nullptr);
+}
 
-const auto* const environment = testing::AddGlobalTestEnvironment(new GuiApplication);
+[[maybe_unused]] const auto* const environment =
+    testing::AddGlobalTestEnvironment(new talvera::test::QtApplication<QGuiApplication>(prepare, tidyUp));
 
 } // namespace

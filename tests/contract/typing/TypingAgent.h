@@ -8,12 +8,12 @@
 namespace talvera::test {
 
 /// The program x11-agent (agent.cpp) at work.
-class AgentProcess {
+class TypingAgent {
 public:
-    AgentProcess();
-    ~AgentProcess();
-    AgentProcess(const AgentProcess&) = delete;
-    AgentProcess& operator=(const AgentProcess&) = delete;
+    TypingAgent();
+    ~TypingAgent();
+    TypingAgent(const TypingAgent&) = delete;
+    TypingAgent& operator=(const TypingAgent&) = delete;
 
     /// Has it do one thing and waits until that is done. Throws std::runtime_error when it has ended.
     void tell(const std::string& command);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "AgentProcess.h"
+#include "TypingAgent.h"
 
 #include <cerrno>
 #include <csignal>
@@ -27,7 +27,7 @@ void makePipe(int (&ends)[2]) {
 
 } // namespace
 
-AgentProcess::AgentProcess() {
+TypingAgent::TypingAgent() {
     int commands[2];
     int answers[2];
     makePipe(commands);
@@ -52,7 +52,7 @@ AgentProcess::AgentProcess() {
     awaitDone();
 }
 
-AgentProcess::~AgentProcess() {
+TypingAgent::~TypingAgent() {
     std::fclose(m_commands); // it ends with its commands
     std::fclose(m_answers);
     if (m_process > 0) {
@@ -60,33 +60,33 @@ AgentProcess::~AgentProcess() {
     }
 }
 
-void AgentProcess::tell(const std::string& command) {
+void TypingAgent::tell(const std::string& command) {
     std::fputs((command + "\n").c_str(), m_commands);
     std::fflush(m_commands);
     awaitDone();
 }
 
-void AgentProcess::awaitDone() {
+void TypingAgent::awaitDone() {
     char answer[16];
     if (!std::fgets(answer, sizeof answer, m_answers)) {
         throw std::runtime_error("the agent has ended");
     }
 }
 
-void AgentProcess::kill() {
+void TypingAgent::kill() {
     ::kill(m_process, SIGKILL);
     ::waitpid(std::exchange(m_process, 0), nullptr, 0);
 }
 
-void AgentProcess::stop() const {
+void TypingAgent::stop() const {
     ::kill(m_process, SIGSTOP);
 }
 
-void AgentProcess::goOn() const {
+void TypingAgent::goOn() const {
     ::kill(m_process, SIGCONT);
 }
 
-pid_t AgentProcess::companion() const {
+pid_t TypingAgent::companion() const {
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
         std::ifstream file(entry.path() / "stat");
         int process = 0;
