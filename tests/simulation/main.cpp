@@ -13,11 +13,13 @@ struct Arguments {
     std::uint64_t first = 1;
     std::uint64_t count = 100;
     std::uint64_t leastDictations = 0;
-    bool tells = false; ///< the whole account of the last round
+    bool goesOn = false; ///< beyond `count`, until there have been `leastDictations`
+    bool tells = false;  ///< the whole account of the last round
 };
 
 [[noreturn]] void usage() {
-    std::cerr << "usage: simulation [--seeds FIRST COUNT [LEAST-DICTATIONS] | --seed N]\n";
+    std::cerr << "usage: simulation [--seeds FIRST COUNT [LEAST-DICTATIONS] | --dictations COUNT FIRST | "
+                 "--seed N]\n";
     std::exit(2);
 }
 
@@ -25,9 +27,18 @@ Arguments parse(int argc, char** argv) {
     const auto number = [&](int index) { return std::strtoull(argv[index], nullptr, 10); };
     Arguments arguments;
     if (argc == 3 && std::strcmp(argv[1], "--seed") == 0) {
-        arguments = {number(2), 1, 0, true};
+        arguments.first = number(2);
+        arguments.count = 1;
+        arguments.tells = true;
+    } else if (argc == 4 && std::strcmp(argv[1], "--dictations") == 0) {
+        arguments.first = number(3);
+        arguments.count = 0;
+        arguments.leastDictations = number(2);
+        arguments.goesOn = true;
     } else if ((argc == 4 || argc == 5) && std::strcmp(argv[1], "--seeds") == 0) {
-        arguments = {number(2), number(3), argc == 5 ? number(4) : 0, false};
+        arguments.first = number(2);
+        arguments.count = number(3);
+        arguments.leastDictations = argc == 5 ? number(4) : 0;
     } else if (argc != 1) {
         usage();
     }
@@ -50,7 +61,11 @@ int main(int argc, char** argv) {
     // named.
     std::cout << "to see a seed again: " << argv[0] << " --seed N\nseeds" << std::flush;
     Tally total;
-    for (auto seed = arguments.first; seed < arguments.first + arguments.count; ++seed) {
+    const auto isEnough = [&](std::uint64_t seed) {
+        return seed >= arguments.first + arguments.count &&
+               !(arguments.goesOn && total.dictations < arguments.leastDictations);
+    };
+    for (auto seed = arguments.first; !isEnough(seed); ++seed) {
         std::cout << ' ' << seed << std::flush;
         Simulation simulation(seed);
         simulation.run();
