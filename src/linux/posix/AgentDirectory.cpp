@@ -28,7 +28,8 @@ FileDescriptor opened(const QString& path) {
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
 }
 
-/// Locked by us until the descriptor is closed; false when another process has it. The children that we start close theirs.
+/// Locked by us until the descriptor is closed; false when another process has it. The children that we start
+/// close theirs.
 bool lock(const FileDescriptor& directory) {
     return directory.isOpen() && ::flock(directory.get(), LOCK_EX | LOCK_NB) == 0;
 }

@@ -5,9 +5,9 @@
 
 namespace talvera {
 
-/// The place of the one agent on a display. It belongs to the display and not to a user, a directory or an environment:
-/// whoever holds it is alone there, another display has a place of its own, and it is free again as soon as the holder has
-/// ended, whichever way that was. Main thread only.
+/// The place of the one agent on a display. It belongs to the display and not to a user, a directory or an
+/// environment: whoever holds it is alone there, another display has a place of its own, and it is free again
+/// as soon as the holder has ended, whichever way that was. Main thread only.
 class DisplayClaim {
 public:
     virtual ~DisplayClaim() = default;
@@ -15,12 +15,12 @@ public:
     /// We hold the place.
     virtual bool isOurs() const = 0;
 
-    /// For a process that doesn't hold it: tells the holder that there was another start. False when the holder doesn't
-    /// answer within two seconds.
+    /// For a process that doesn't hold it: tells the holder that there was another start. False when the
+    /// holder doesn't answer within two seconds.
     virtual bool tellHolder() = 0;
 
-    /// For the holder: `heard` is called from the event loop for every other start from now on, and for those that have told
-    /// us before.
+    /// For the holder: `heard` is called from the event loop for every other start from now on, and for those
+    /// that have told us before.
     virtual void onSecondStart(std::function<void()> heard) = 0;
 };
 

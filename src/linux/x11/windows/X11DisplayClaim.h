@@ -10,8 +10,8 @@
 
 namespace talvera {
 
-/// The claim as the owner of a selection, as window managers and trays do it. Another start is told by asking the owner to
-/// convert the selection. Has a connection of its own, with whose end the claim ends.
+/// The claim as the owner of a selection, as window managers and trays do it. Another start is told by asking
+/// the owner to convert the selection. Has a connection of its own, with whose end the claim ends.
 class X11DisplayClaim final : public DisplayClaim {
 public:
     /// Tries to get the place. Where there is no server there is none to be had.
