@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "core/Machine.h"
 #include "core/WindowFactory.h"
 #include "views/ViewEngine.h"
 
@@ -10,7 +9,9 @@
 namespace talvera {
 
 class AppSettings;
+class Console;
 class DesktopAppearance;
+class MainActor;
 class OverlayDesktop;
 class PanelDesktop;
 

@@ -32,16 +32,22 @@ public:
 
     std::function<void()> onOnboardingWindow; ///< the wizard is brought up
 
-    /// The HUD that was made last; null before the first.
+    /// The HUD and the panel that were made last; null before the first.
     const SimulatedHUDPanel* hudPanel() const { return m_hudPanel; }
+    const FakeMenuPanelWindow* menuPanel() const { return m_menuPanel; }
+
+    int hudPanelsMade = 0;
 
     std::unique_ptr<HUDPanel> makeHUDPanel(StateHolder&) override {
         auto made = std::make_unique<SimulatedHUDPanel>(m_actor);
         m_hudPanel = made.get();
+        ++hudPanelsMade;
         return made;
     }
     std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel&) override {
-        return std::make_unique<FakeMenuPanelWindow>(m_actor);
+        auto made = std::make_unique<FakeMenuPanelWindow>(m_actor);
+        m_menuPanel = made.get();
+        return made;
     }
     std::unique_ptr<OnboardingWindow> makeOnboardingWindow() override {
         return std::make_unique<FakeOnboardingWindow>([this] {
@@ -53,6 +59,7 @@ public:
 private:
     SimulatedMainActor& m_actor;
     SimulatedHUDPanel* m_hudPanel = nullptr;
+    FakeMenuPanelWindow* m_menuPanel = nullptr;
 };
 
 } // namespace talvera::test

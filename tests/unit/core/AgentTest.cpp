@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+#include "CoreTest.h"
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+/// The parts as they are joined: what one of them does for another.
+class AgentAsJoined : public CoreTest {
+protected:
+    AgentAsJoined() { launch(); }
+
+    MenuPanelModel& openPanel() {
+        world.agent().startedAgain();
+        return *world.agent().panelModel;
+    }
+    bool isPanelOpen() const { return world.windows.menuPanel() && world.windows.menuPanel()->isVisible(); }
+};
+
+TEST_F(AgentAsJoined, preparedHUD_isUnseenAndTheOneOfTheFirstDictation) {
+    EXPECT_EQ(world.windows.hudPanelsMade, 1);
+    EXPECT_FALSE(world.windows.hudPanel()->isVisible());
+    hold(1);
+    EXPECT_TRUE(world.windows.hudPanel()->isVisible());
+    EXPECT_EQ(world.windows.hudPanelsMade, 1);
+    runToRest();
+}
+
+TEST_F(AgentAsJoined, unpreparedHUD_isMadeByTheFirstThingThatIsShown) {
+    Agent next(world.machine(), world.settings, world.windows);
+    EXPECT_EQ(world.windows.hudPanelsMade, 1);
+    next.hud.showNotice("notice", HUD::NoticeTone::Info, seconds(1));
+    EXPECT_EQ(world.windows.hudPanelsMade, 2);
+    EXPECT_TRUE(world.windows.hudPanel()->isVisible());
+    runToRest();
+}
+
+TEST_F(AgentAsJoined, secondStart_opensThePanelOfTheFirst) {
+    EXPECT_FALSE(isPanelOpen());
+    openPanel();
+    EXPECT_TRUE(isPanelOpen());
+    EXPECT_EQ(world.console.printed().constLast(), "[app] Talvera is running already");
+}
+
+TEST_F(AgentAsJoined, clickOnTheItemInTheTray_opensThePanel) {
+    world.statusItem.onClick();
+    EXPECT_TRUE(isPanelOpen());
+}
+
+TEST_F(AgentAsJoined, settingsOfThePanel_closeItAndShowWhereTheSettingsLie) {
+    openPanel().onSettings();
+    runToRest();
+    EXPECT_FALSE(isPanelOpen());
+    EXPECT_EQ(world.fileBrowser.shown, QStringList{"/home/config"});
+    EXPECT_EQ(story({"hud"}).value(0), "hud notice Your settings are kept in /home/config info 6.0");
+}
+
+TEST_F(AgentAsJoined, quitOfThePanel_endsTheProgram) {
+    openPanel().onQuit();
+    EXPECT_EQ(world.application.terminations, 1);
+}
+
+TEST_F(AgentAsJoined, updatesOfThePanel_areAskedForAndTold) {
+    openPanel().onCheckForUpdates();
+    runToRest();
+    EXPECT_EQ(world.updates.questions, 1);
+    EXPECT_EQ(world.notifier.shown.size(), 1);
+}
+
+TEST_F(AgentAsJoined, languageModelOfThePanel_isToldToBeAbsent) {
+    openPanel().onLanguageModelSettings();
+    EXPECT_EQ(story({"hud"}),
+              QStringList{"hud notice This computer has no on-device language model info 6.0"});
+    runToRest();
+}
+
+TEST_F(AgentAsJoined, adviceOfThePanel_isShownOnTheHUD) {
+    openPanel().onAdvice("Plug in a microphone");
+    EXPECT_EQ(story({"hud"}), QStringList{"hud notice Plug in a microphone warn 6.0"});
+    runToRest();
+}
+
+TEST_F(AgentAsJoined, panel_followsTheDictation) {
+    auto& panel = openPanel();
+    EXPECT_EQ(panel.state(), "idle");
+    hold(1);
+    EXPECT_EQ(panel.state(), "transcribing");
+    runToRest();
+    EXPECT_EQ(panel.state(), "idle");
+    EXPECT_EQ(panel.dictations(), "1");
+}
+
+} // namespace
