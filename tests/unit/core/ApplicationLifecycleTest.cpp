@@ -105,6 +105,25 @@ TEST_F(Lifecycle, withdrawnTrust_leavesTheTapsAlone) {
     settleDown();
 }
 
+TEST_F(Lifecycle, finishedWizardWithAPermissionMissing_asksForIt) {
+    world.settings.hasOnboarded.set(false);
+    world.microphonePermission.current = AuthorizationStatus::Denied;
+    launch();
+    EXPECT_EQ(hudName(), "hidden");
+    finishOnboarding();
+    world.actor.settle();
+    EXPECT_TRUE(asksFor(HUD::PermissionKind::Microphone));
+    settleDown();
+}
+
+TEST_F(Lifecycle, launchWithoutTrust_doesNotRepairTheTaps) {
+    revokeAccessibility();
+    world.launch();
+    launched = true;
+    EXPECT_EQ(world.traces().filter("event tap"), QStringList());
+    settleDown();
+}
+
 TEST_F(Lifecycle, bothPermissionsMissing_asksForAccessibilityFirstThenTheMicrophone) {
     revokeAccessibility();
     world.microphonePermission.current = AuthorizationStatus::Denied;
@@ -255,6 +274,16 @@ TEST_F(Lifecycle, bindingThatNoKeyboardHas_isToldToTheUser) {
     world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
     world.actor.settle();
     EXPECT_EQ(story({"hud"}), QStringList({"hud notice No keyboard here has your hotkey warn 6.0"}));
+}
+
+TEST_F(Lifecycle, launchWithAHotkeyOfTheUsers_neverWaitsForAnother) {
+    const HotkeyBinding usual;
+    world.keyboard.takenChords = {{usual.asChord()->modifiers, usual.asChord()->keyCode}}; // which is told
+    world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
+    world.launch();
+    launched = true;
+    world.actor.settle();
+    EXPECT_EQ(story({"hud"}), QStringList());
 }
 
 TEST_F(Lifecycle, hotkeyOfAKeyboard_dictates) {

@@ -20,6 +20,12 @@ TEST_F(Dictation, holdAndSpeak_goesFromPressToTextInOrder) {
     EXPECT_FALSE(world.microphone.hasTap());
 }
 
+TEST_F(Dictation, hud_comesInOnceForAWholeDictation) {
+    launch();
+    dictate();
+    EXPECT_EQ(world.windows.hudPanel()->fadeIns, 1);
+}
+
 TEST_F(Dictation, holdMode_recordsOnlyAfterTheHoldDelay) {
     launch();
     press();
@@ -241,10 +247,11 @@ TEST_F(Dictation, recordingThatCannotBeSaved_showsAnErrorAndLeavesTheHUD) {
     hold(1);
     EXPECT_EQ(state(), State::Error);
     EXPECT_EQ(world.agent().menuBar.lastErrorMessage.get(), "Couldn't save recording");
-    EXPECT_TRUE(hud().as<HUD::Listening>());
     EXPECT_TRUE(dictation().currentWav());
     EXPECT_TRUE(world.traces().constFirst().startsWith("Recorder stop failed: "));
-    advance(3.9);
+    advance(0.5); // longer than any fade
+    EXPECT_TRUE(hud().as<HUD::Listening>());
+    advance(3.4);
     EXPECT_EQ(state(), State::Error);
     advance(0.1);
     EXPECT_EQ(state(), State::Idle);
@@ -378,6 +385,17 @@ TEST_F(Dictation, traceWithAutomaticSource_countsItAsSupported) {
     hold(1);
     EXPECT_EQ(world.traces().constFirst(),
               "[cfg] target=off srcLang=auto cleanup=off aiAvail=false aiSrcOK=true useAI=false audio=2.35s");
+}
+
+TEST_F(Dictation, sourceThatTheLanguageModelDoesNotKnow_isNotTranslatedByIt) {
+    world.settings.targetLanguageCode.set("de");
+    world.settings.sourceLanguageCode.set("ru");
+    world.languageModel.reason.reset();
+    world.languageModel.languages = {"en", "de"};
+    launch();
+    hold(1);
+    EXPECT_EQ(world.traces().constFirst(),
+              "[cfg] target=de srcLang=ru cleanup=off aiAvail=true aiSrcOK=false useAI=false audio=2.00s");
 }
 
 TEST_F(Dictation, modeSwitchedToTapDuringAHold_theNextPressEndsTheRecording) {

@@ -31,6 +31,15 @@ TEST_F(TranslateDirect, automaticSource_translatesInOnePassWithoutDetection) {
     EXPECT_EQ(story({"hud"}), QStringList({"hud listening", "hud transcribing", "hud hidden"}));
 }
 
+TEST_F(TranslateDirect, statistics_areWrittenBeforeTheDelivery) {
+    world.setTextFieldFocused(false);
+    dictate();
+    EXPECT_EQ(story({"statistics", "hud"}).sliced(2, 2),
+              QStringList({"statistics 2.0 2 11 auto true false none",
+                           "hud notice No text field focused — text copied to clipboard. Press ⌘V to paste. "
+                           "warn 6.0"}));
+}
+
 TEST_F(TranslateDirect, nothingRecognised_endsSilently) {
     recognise({text("")});
     dictate();

@@ -143,7 +143,7 @@ TEST_F(AudioRecorderTest, bufferThatCantBeConverted_isMissingFromTheFile) {
     EXPECT_EQ(recorder.stop(path), 1.0);
 }
 
-TEST_F(AudioRecorderTest, fullDisk_throwsAndTheAudioStaysForAnotherTry) {
+TEST_F(AudioRecorderTest, fullDisk_throwsAndLeavesNoFile) {
     recorder.start();
     deliver(Samples(16000, 5000));
     files.setCapacity(100);

@@ -22,6 +22,10 @@ TEST(MergeOverlap, repeatedWordsInOtherCaseAndPunctuation_areFound) {
     EXPECT_EQ(merged("so and then, we", "Then we went home"), "so and then, we went home");
 }
 
+TEST(MergeOverlap, wordsAfterTheOverlap_keepTheirCaseAndMarks) {
+    EXPECT_EQ(merged("we meet Anna", "anna in Berlin, NOT Rome."), "we meet Anna in Berlin, NOT Rome.");
+}
+
 TEST(MergeOverlap, secondTextContainedInTheFirst_addsNothing) {
     EXPECT_EQ(merged("one two three", "two three"), "one two three");
     EXPECT_EQ(merged("one", "One."), "one");

@@ -50,6 +50,12 @@ TEST(PostProcess, linesOfTheTool_areJoinedByOneBlank) {
                             {"Hello\n\n \n\t\nworld", "Hello world"}});
 }
 
+TEST(PostProcess, questionMark_isSetOnceTheTextIsTidy) {
+    expectAll(postProcess, {{"new line how are you", "how are you?"},
+                            {"How are you...", "How are you?"},
+                            {"new paragraph is it ready .", "is it ready?"}});
+}
+
 TEST(PostProcess, nothing_givesNothing) {
     expectAll(postProcess, {{"", ""}, {" ", ""}, {"\n", ""}, {"\r\n", ""}, {" \t\n \t", ""}});
 }

@@ -106,6 +106,20 @@ TEST_F(Readiness, modelBecomingReady_isPublishedWithinTwoSecondsAndEndsThePoll) 
     EXPECT_FALSE(actor.hasTimers());
 }
 
+TEST_F(Readiness, modelThatIsSwitchedOn_isPublishedWithinTwoSecondsAndEndsThePoll) {
+    languageModel.reason = LanguageModel::UnavailableReason::IntelligenceOff;
+    EXPECT_TRUE(monitor().isPolling());
+    languageModel.reason = std::nullopt;
+    actor.advance(seconds(2));
+    EXPECT_EQ(monitor().aiState.get(), AI::Available);
+    EXPECT_FALSE(actor.hasTimers());
+}
+
+TEST_F(Readiness, computerThatCannotHaveAModel_isNotPolled) {
+    languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
+    EXPECT_FALSE(monitor().isPolling());
+}
+
 TEST_F(Readiness, inputMonitoringMissingAlone_isReadyWithoutAPoll) {
     accessibility.inputMonitoring = false;
     EXPECT_TRUE(monitor().isReady());
