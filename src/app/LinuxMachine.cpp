@@ -36,6 +36,7 @@ Machine LinuxMachine::machine() {
                          .typing = m_typing},
             .desktop = {.workspace = *m_backEnds.workspace,
                         .accessibility = m_accessibility,
+                        .access = *m_backEnds.access,
                         .pasteboard = *m_backEnds.pasteboard,
                         .statusItem = *m_backEnds.statusItem,
                         .pointer = *m_backEnds.pointer,

@@ -75,7 +75,7 @@ private:
                                     DesktopEntryCatalog::sessionLanguages()};
     const SessionOffer m_session;
     const SessionBackEnds m_backEnds;
-    AtspiAccessibility m_accessibility{*m_backEnds.workspace, *m_backEnds.access};
+    AtspiAccessibility m_accessibility{*m_backEnds.workspace};
     QtProgramActivation m_activation;
 
     // What the user says and hears

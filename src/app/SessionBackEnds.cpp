@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/SessionBackEnds.h"
 
+#include "linux/support/ApplicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
@@ -9,33 +10,82 @@
 #include "linux/x11/windows/EwmhWorkspace.h"
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "linux/x11/windows/X11PanelDesktop.h"
+#include "linux/x11/windows/X11SessionAccess.h"
+#include "linux/x11/windows/XEmbedIcon.h"
+#include "linux/x11/windows/prepareToolkitForX11.h"
+#include "platform/absent/NoEventTaps.h"
+#include "platform/absent/NoKeyEventPoster.h"
+#include "platform/absent/NoKeyboardLayout.h"
+#include "platform/absent/NoOverlayDesktop.h"
+#include "platform/absent/NoPanelDesktop.h"
+#include "platform/absent/NoPasteboard.h"
+#include "platform/absent/NoPointerMonitor.h"
+#include "platform/absent/NoSessionAccess.h"
+#include "platform/absent/NoTrayIcon.h"
+#include "platform/absent/NoWorkspace.h"
 #include "platform/system/Directories.h"
 #include "views/controls/SymbolProvider.h"
 
+#include <utility>
+
 namespace talvera {
 
-SessionOffer SessionOffer::open() {
-    return {.x11 = X11Connection::open()};
+namespace {
+
+std::unique_ptr<StatusItem> statusItem(const BackEndParts& parts, std::unique_ptr<TrayIcon> icon) {
+    return std::make_unique<TrayStatusItem>(parts.actor, traySymbolImage,
+                                            parts.directories.resources + QStringLiteral("/icons"),
+                                            std::move(icon));
 }
 
-SessionBackEnds chooseBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
-    const auto& resources = parts.directories.resources;
-    const auto companion = (resources + QStringLiteral("/talvera-x11-companion")).toStdString();
-    const auto icons = resources + QStringLiteral("/icons");
-    auto* x11 = offer.x11.get();
+SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    const auto companion =
+        (parts.directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString();
+    const auto panels = std::make_shared<X11PanelDesktop>(offer.server);
     SessionBackEnds chosen;
     chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor);
     chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>();
     chosen.keyPoster = std::make_unique<X11KeyEventPoster>();
     chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion);
-    chosen.workspace = std::make_unique<EwmhWorkspace>(x11, parts.installed);
-    chosen.access = std::make_unique<X11SessionAccess>(x11);
-    chosen.overlays = std::make_unique<X11OverlayDesktop>();
-    const auto panels = std::make_shared<X11PanelDesktop>();
+    chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
+    chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);
+    chosen.overlays = std::make_unique<X11OverlayDesktop>(offer.server);
     chosen.panels = panels;
     chosen.pointer = panels;
-    chosen.statusItem = std::make_unique<TrayStatusItem>(parts.actor, traySymbolImage, icons);
+    chosen.statusItem = statusItem(parts, std::make_unique<XEmbedIcon>(offer.server, traySymbolImage));
     return chosen;
+}
+
+/// For a session of a kind that we know nothing of: the agent runs, and says what is lacking.
+SessionBackEnds absentBackEnds(const BackEndParts& parts) {
+    SessionBackEnds chosen;
+    chosen.eventTaps = std::make_unique<NoEventTaps>();
+    chosen.keyboardLayout = std::make_unique<NoKeyboardLayout>();
+    chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
+    chosen.pasteboard = std::make_unique<NoPasteboard>();
+    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(ApplicationId));
+    chosen.access = std::make_unique<NoSessionAccess>();
+    chosen.overlays = std::make_unique<NoOverlayDesktop>();
+    chosen.panels = std::make_shared<NoPanelDesktop>();
+    chosen.pointer = std::make_shared<NoPointerMonitor>();
+    chosen.statusItem = statusItem(parts, std::make_unique<NoTrayIcon>());
+    return chosen;
+}
+
+} // namespace
+
+SessionOffer SessionOffer::open() {
+    const X11Server server;
+    return {.server = server, .x11 = server.connect()};
+}
+
+void SessionOffer::prepareToolkit() const {
+    if (hasX11())
+        prepareToolkitForX11();
+}
+
+SessionBackEnds chooseBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    return offer.hasX11() ? x11BackEnds(offer, parts) : absentBackEnds(parts);
 }
 
 } // namespace talvera

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
-#include "linux/x11/windows/X11SessionAccess.h"
+#include "linux/x11/server/X11Server.h"
 #include "platform/desktop/OverlayDesktop.h"
 #include "platform/desktop/PanelDesktop.h"
 #include "platform/desktop/Pasteboard.h"
 #include "platform/desktop/PointerMonitor.h"
+#include "platform/desktop/SessionAccess.h"
 #include "platform/desktop/StatusItem.h"
 #include "platform/desktop/Workspace.h"
 #include "platform/keyboard/EventTap.h"
@@ -26,10 +26,16 @@ struct Directories;
 struct SessionOffer {
     static SessionOffer open();
 
+    X11Server server;
     std::unique_ptr<X11Connection> x11; ///< broken where no X server answers
 
+    bool hasX11() const { return !x11->isBroken(); }
+
     /// There is something to show windows on.
-    bool hasDisplay() const { return !x11->isBroken(); }
+    bool hasDisplay() const { return hasX11(); }
+
+    /// Gets the toolkit ready for it. Before the application object is made.
+    void prepareToolkit() const;
 };
 
 /// What watches keys, types, holds the clipboard, knows the windows of others and shows ours: for each of
@@ -40,7 +46,7 @@ struct SessionBackEnds {
     std::unique_ptr<KeyEventPoster> keyPoster;
     std::unique_ptr<Pasteboard> pasteboard;
     std::unique_ptr<Workspace> workspace;
-    std::unique_ptr<X11SessionAccess> access;
+    std::unique_ptr<SessionAccess> access;
     std::unique_ptr<OverlayDesktop> overlays;
     std::shared_ptr<PanelDesktop> panels;
     std::shared_ptr<PointerMonitor> pointer; ///< may be the same object as `panels`

@@ -61,6 +61,7 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
         console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
         return EXIT_FAILURE;
     }
+    session.prepareToolkit();
     ViewEngine::prepareProcess();
     QGuiApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QString::fromLatin1(ApplicationId));

@@ -35,8 +35,8 @@ Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& w
                     machine.system.console)
     , hud(machine.actor, [this] { return m_windows.makeHUDPanel(hud.stateHolder()); })
     , menuBar(machine.actor, settings)
-    , readiness({machine.actor, machine.sound.permission, machine.desktop.accessibility,
-                 machine.language.model, machine.desktop.settingsPanels, machine.desktop.activation})
+    , readiness({machine.actor, machine.sound.permission, machine.desktop.access, machine.language.model,
+                 machine.desktop.settingsPanels, machine.desktop.activation})
     , updater(machine.system.updates, machine.desktop.notifier, hud)
     , focus(machine.actor, machine.desktop.accessibility, machine.desktop.workspace)
     , delivery(settings)
@@ -73,12 +73,12 @@ void Agent::startedAgain() {
 }
 
 std::shared_ptr<AppDelegate> Agent::makeDelegate() {
-    auto permissions = std::make_shared<PermissionPrompt>(
-        PermissionPrompt::Parts{.microphone = m_machine.sound.permission,
-                                .accessibility = m_machine.desktop.accessibility,
-                                .settings = settings,
-                                .readiness = readiness,
-                                .hud = hud});
+    auto permissions =
+        std::make_shared<PermissionPrompt>(PermissionPrompt::Parts{.microphone = m_machine.sound.permission,
+                                                                   .access = m_machine.desktop.access,
+                                                                   .settings = settings,
+                                                                   .readiness = readiness,
+                                                                   .hud = hud});
     return std::make_shared<AppDelegate>(
         AppDelegate::Parts{.actor = m_machine.actor,
                            .application = m_machine.system.application,
@@ -86,7 +86,7 @@ std::shared_ptr<AppDelegate> Agent::makeDelegate() {
                            .loginItem = m_machine.system.loginItem,
                            .preferences = m_machine.system.preferences,
                            .console = m_machine.system.console,
-                           .accessibility = m_machine.desktop.accessibility,
+                           .access = m_machine.desktop.access,
                            .statusItem = m_machine.desktop.statusItem,
                            .settings = settings,
                            .models = models,

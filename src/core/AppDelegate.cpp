@@ -9,7 +9,7 @@
 #include "hotkeys/TranslateToggleHotkey.h"
 #include "models/ModelStore.h"
 #include "persistence/AppSettings.h"
-#include "platform/desktop/Accessibility.h"
+#include "platform/desktop/SessionAccess.h"
 #include "platform/desktop/StatusItem.h"
 #include "platform/system/ApplicationHost.h"
 #include "platform/system/Console.h"
@@ -76,7 +76,7 @@ void AppDelegate::applyLaunchAtLoginDefault() {
 void AppDelegate::decideOnWizard() {
     if (m_parts.settings.hasOnboarded.get() && m_parts.models.isReady()) {
         // Asked for its side effect alone: the session gets to know that we will want it.
-        m_parts.accessibility.isProcessTrusted();
+        m_parts.access.lacks();
         return;
     }
     m_parts.application.setActivationPolicy(ActivationPolicy::Regular);
@@ -140,7 +140,7 @@ void AppDelegate::subscribe() {
         if (!done)
             return;
         m_parts.application.setActivationPolicy(ActivationPolicy::Accessory);
-        m_parts.accessibility.isProcessTrusted(); // as at launch
+        m_parts.access.lacks(); // as at launch
     }));
     m_cancellables.push_back(settings.hotkeyBinding.subscribe(
         actor, [this](const HotkeyBinding& binding) { m_parts.hotkey.setBinding(binding); }));

@@ -12,7 +12,6 @@
 
 namespace talvera {
 
-class Accessibility;
 class AppSettings;
 class ApplicationHost;
 class Console;
@@ -26,6 +25,7 @@ class OnboardingWindow;
 class PermissionPrompt;
 class PreferenceStore;
 class ReadinessMonitor;
+class SessionAccess;
 class StatusItem;
 class TranslateToggleHotkey;
 class Warmup;
@@ -44,7 +44,7 @@ public:
         LoginItem& loginItem;
         PreferenceStore& preferences;
         Console& console;
-        Accessibility& accessibility;
+        SessionAccess& access;
         StatusItem& statusItem;
         AppSettings& settings;
         ModelStore& models;

@@ -32,6 +32,7 @@ class PointerMonitor;
 class PreferenceStore;
 class ProgramActivation;
 class SerialQueue;
+class SessionAccess;
 class SessionDatabases;
 class SettingsPanels;
 class SoundPlayer;
@@ -55,6 +56,7 @@ struct Machine {
     struct Desktop {
         Workspace& workspace;
         Accessibility& accessibility;
+        SessionAccess& access;
         Pasteboard& pasteboard;
         StatusItem& statusItem;
         PointerMonitor& pointer;

@@ -2,7 +2,7 @@
 #include "core/PermissionPrompt.h"
 
 #include "persistence/AppSettings.h"
-#include "platform/desktop/Accessibility.h"
+#include "platform/desktop/SessionAccess.h"
 #include "platform/sound/MicrophonePermission.h"
 #include "shell/hud/DictationHUDController.h"
 #include "shell/readiness/ReadinessMonitor.h"
@@ -23,7 +23,7 @@ bool PermissionPrompt::ensurePermissions() {
         ask(Kind::Microphone);
         return false;
     }
-    if (!m_parts.accessibility.isProcessTrusted()) {
+    if (!m_parts.access.lacks().empty()) {
         ask(Kind::Accessibility);
         return false;
     }

@@ -7,11 +7,11 @@
 
 namespace talvera {
 
-class Accessibility;
 class AppSettings;
 class DictationHUDController;
 class MicrophonePermission;
 class ReadinessMonitor;
+class SessionAccess;
 
 /// Asks on the HUD for a permission that is missing: when a press needs it, and proactively when it is lost.
 /// Main thread only.
@@ -20,7 +20,7 @@ public:
     /// What the prompt works with; all of it outlives the prompt.
     struct Parts {
         MicrophonePermission& microphone;
-        Accessibility& accessibility;
+        SessionAccess& access;
         AppSettings& settings;
         ReadinessMonitor& readiness;
         DictationHUDController& hud;

@@ -35,8 +35,6 @@ QObject* makeTheme(QQmlEngine& engine) {
 void ViewEngine::prepareProcess() {
     // Our windows are small: drawn in software they cost a quarter of the memory and start sooner.
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION"))
-        qputenv("QT_XCB_GL_INTEGRATION", "none");
     // Qt draws 5 ms after it was asked to; at once costs a wake-up less, which shows while the meter moves.
     qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
     // Qt looks once, at the start, whether somebody wants accessibility, and screen readers may start later.

@@ -135,8 +135,8 @@ void Scenario::change(const Request& fields) {
     if (fields.has("microphone"))
         m_world.microphonePermission.current = fields.named("microphone", microphoneFromName);
     if (fields.has("accessibility")) {
-        m_world.accessibility.trusted = fields.truth("accessibility");
-        m_world.keyboard.refusesTaps = !m_world.accessibility.trusted;
+        m_world.access.trusted = fields.truth("accessibility");
+        m_world.keyboard.refusesTaps = !m_world.access.trusted;
     }
     if (fields.has("aiState"))
         m_world.languageModel.reason = reasonOf(fields.named("aiState", &fromRawValue<AIAvailabilityState>));

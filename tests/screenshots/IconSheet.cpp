@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "IconSheet.h"
 
-#include "linux/tray/SymbolPainter.h"
+#include "linux/support/SymbolPainter.h"
 #include "views/controls/SymbolProvider.h"
 
 #include <QPainter>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "PanelScenes.h"
 
-#include "FakeAccessibility.h"
 #include "FakeFileSystem.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
 #include "FakeProgramActivation.h"
+#include "FakeSessionAccess.h"
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
 #include "InlineBackgroundPool.h"
@@ -66,7 +66,7 @@ public:
     void setMissing(bool microphoneMissing, bool accessibilityMissing) {
         m_microphone.current =
             microphoneMissing ? AuthorizationStatus::Denied : AuthorizationStatus::Authorized;
-        m_accessibility.trusted = !accessibilityMissing;
+        m_access.trusted = !accessibilityMissing;
         readiness.refresh();
     }
 
@@ -85,7 +85,7 @@ private:
     FakeSessionDatabases m_databases;
     InlineBackgroundPool m_background;
     FakeMicrophonePermission m_microphone{m_stage.actor};
-    FakeAccessibility m_accessibility;
+    FakeSessionAccess m_access;
     FakeLanguageModel m_languageModel;
     FakeSettingsPanels m_settingsPanels;
     FakeKeyboardLayout m_layout{{{17, "t"}}};
@@ -95,11 +95,11 @@ public:
     MenuBarController menuBar{m_stage.actor, m_stage.settings};
     StatsStore stats{{m_stage.actor, m_background, m_databases, m_files, m_directories, m_console}};
     ReadinessMonitor readiness{
-        {m_stage.actor, m_microphone, m_accessibility, m_languageModel, m_settingsPanels, m_activation}};
+        {m_stage.actor, m_microphone, m_access, m_languageModel, m_settingsPanels, m_activation}};
 
 private:
     MenuPanelModel m_model{{menuBar, m_stage.settings, stats, readiness, m_languageModel, m_layout}};
-    X11PanelDesktop m_desktop;
+    X11PanelDesktop m_desktop{m_stage.server};
     QuickMenuPanel m_panel{m_stage.views, m_model, m_desktop};
 };
 

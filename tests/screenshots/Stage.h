@@ -3,6 +3,7 @@
 
 #include "InMemoryPreferenceStore.h"
 #include "concurrency/QtMainActor.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "persistence/AppSettings.h"
 #include "platform/desktop/DesktopAppearance.h"
@@ -30,7 +31,8 @@ public:
     AppSettings settings{preferences};
     DesktopAppearance appearance;
     ViewEngine views{appearance};
-    X11OverlayDesktop desktop;
+    const X11Server server;
+    X11OverlayDesktop desktop{server};
 
 private:
     class Wallpaper : public QRasterWindow {

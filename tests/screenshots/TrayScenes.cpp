@@ -3,6 +3,7 @@
 
 #include "Stage.h"
 #include "linux/tray/TrayStatusItem.h"
+#include "linux/x11/windows/XEmbedIcon.h"
 #include "views/controls/SymbolProvider.h"
 
 #include <QProcess>
@@ -29,7 +30,8 @@ void photographTrays(Stage& stage) {
                                  options);
         if (!tray.waitForStarted())
             return;
-        TrayStatusItem item(stage.actor, traySymbolImage, {});
+        TrayStatusItem item(stage.actor, traySymbolImage, {},
+                            std::make_unique<XEmbedIcon>(stage.server, traySymbolImage));
         item.setSymbol("waveform.badge.microphone");
         item.setVisible(true);
         for (int waits = 0; waits < mostWaits && !item.frame(); ++waits)

@@ -7,6 +7,7 @@
 #include "PanelScenes.h"
 #include "Stage.h"
 #include "TrayScenes.h"
+#include "linux/x11/windows/prepareToolkitForX11.h"
 #include "shell/texts/TextCatalog.h"
 
 #include <QFile>
@@ -43,6 +44,7 @@ private:
 
 int main(int argc, char** argv) {
     ViewEngine::prepareProcess();
+    prepareToolkitForX11();
     const QGuiApplication application(argc, argv);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     const auto arguments = QGuiApplication::arguments();

@@ -139,7 +139,7 @@ void Simulation::disturb() {
         break;
     case 12:
         did(QStringLiteral("Accessibility is taken away"));
-        m_world.accessibility.trusted = false;
+        m_world.access.trusted = false;
         break;
     case 13:
         did(QStringLiteral("the permissions are looked at"));
@@ -252,7 +252,7 @@ void Simulation::mendEverything() {
     m_world.workspace.runInFront(desktop::editor);
     m_world.setTextFieldFocused(true);
     m_world.microphonePermission.current = AuthorizationStatus::Authorized;
-    m_world.accessibility.trusted = true;
+    m_world.access.trusted = true;
     m_world.agent().readiness.refresh();
     m_world.agent().onboarding.suspendHotkey.set(false);
     m_world.agent().onboarding.captureHotkey.set(false);

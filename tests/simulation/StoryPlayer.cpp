@@ -116,7 +116,7 @@ void StoryPlayer::learnTheMachine() {
         m_world.microphone.startFailure = PlatformError(QStringLiteral("AudioEngine"), 2);
     });
     means("the desktop (lets|doesn't let) us watch keys",
-          [this](const auto& arguments) { m_world.accessibility.trusted = arguments[0] == u"lets"; });
+          [this](const auto& arguments) { m_world.access.trusted = arguments[0] == u"lets"; });
     means("the disk is full", [this](const auto&) { m_world.recordingsFail = true; });
     means("the model is (missing|there)",
           [this](const auto& arguments) { m_world.setModelReady(arguments[0] == u"there"); });

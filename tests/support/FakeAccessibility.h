@@ -31,8 +31,6 @@ public:
         bool operator==(const Switch&) const = default;
     };
 
-    bool trusted = true;
-    bool inputMonitoring = true;
     /// The answer to every read for which `nextAnswers` holds none.
     Answer answer = FakeElement{.role = QStringLiteral("AXTextArea")};
     /// Answers to the coming reads.
@@ -47,12 +45,6 @@ public:
     void setTextFieldFocused(bool focused) {
         answer = FakeElement{.role = focused ? QStringLiteral("AXTextArea") : QStringLiteral("AXButton")};
     }
-
-    bool isProcessTrusted() override { return trusted; }
-    std::vector<SessionLack> sessionLacks() override {
-        return trusted ? std::vector<SessionLack>() : std::vector{SessionLack::ActiveWindow};
-    }
-    bool isInputMonitoringGranted() override { return inputMonitoring; }
 
     FocusedElement focusedElement() override {
         ++focusReads;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "FakeAccessibility.h"
 #include "FakeFileSystem.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
 #include "FakeProgramActivation.h"
+#include "FakeSessionAccess.h"
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
 #include "InMemoryPreferenceStore.h"
@@ -47,12 +47,12 @@ protected:
     InlineBackgroundPool background;
     StatsStore stats{{actor, background, databases, files, directories, console}};
     FakeMicrophonePermission microphone{actor};
-    FakeAccessibility accessibility;
+    FakeSessionAccess access;
     FakeLanguageModel languageModel;
     FakeSettingsPanels settingsPanels;
     FakeKeyboardLayout layout;
     FakeProgramActivation activation;
-    ReadinessMonitor readiness{{actor, microphone, accessibility, languageModel, settingsPanels, activation}};
+    ReadinessMonitor readiness{{actor, microphone, access, languageModel, settingsPanels, activation}};
 };
 
 } // namespace talvera::test

@@ -86,6 +86,7 @@ Machine SimulatedMachine::machine() {
             .keyboard = {.eventTaps = keyboard, .layout = layout, .poster = keyPoster, .typing = typing},
             .desktop = {.workspace = workspace,
                         .accessibility = accessibility,
+                        .access = access,
                         .pasteboard = pasteboard,
                         .statusItem = statusItem,
                         .pointer = pointer,
@@ -126,7 +127,7 @@ SimulatedWorld::~SimulatedWorld() {
     // missing.
     onEffect = nullptr;
     microphonePermission.current = AuthorizationStatus::Authorized;
-    accessibility.trusted = true;
+    access.trusted = true;
     languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     m_agent->readiness.refresh();
     actor.runToRest(std::chrono::hours(24 * 365));

@@ -12,6 +12,7 @@
 #include "FakeMicrophonePermission.h"
 #include "FakePointerMonitor.h"
 #include "FakeProgramActivation.h"
+#include "FakeSessionAccess.h"
 #include "FakeSessionDatabase.h"
 #include "FakeSettingsPanels.h"
 #include "FakeStatusItem.h"
@@ -80,6 +81,7 @@ public:
     FakeAudioConverterFactory converters;
     FakeWorkspace workspace;
     FakeAccessibility accessibility;
+    FakeSessionAccess access;
     FakePasteboard clipboard;
     ObservedPasteboard pasteboard{clipboard};
     FakeKeyEventPoster keys{clipboard};

@@ -4,7 +4,6 @@
 #include "linux/atspi/AtspiListener.h"
 #include "linux/atspi/DescribedElement.h"
 #include "linux/atspi/OwnFocusedElement.h"
-#include "linux/x11/windows/X11SessionAccess.h"
 #include "platform/desktop/Workspace.h"
 
 #include <functional>
@@ -39,14 +38,12 @@ std::optional<Answer> askInTime(AtspiListener& listener, std::chrono::millisecon
 
 } // namespace
 
-AtspiAccessibility::AtspiAccessibility(Workspace& workspace, X11SessionAccess& session,
-                                       std::chrono::milliseconds patience)
-    : AtspiAccessibility(workspace, session, AtspiListener::sessionBusAddress(), patience) {}
+AtspiAccessibility::AtspiAccessibility(Workspace& workspace, std::chrono::milliseconds patience)
+    : AtspiAccessibility(workspace, AtspiListener::sessionBusAddress(), patience) {}
 
-AtspiAccessibility::AtspiAccessibility(Workspace& workspace, X11SessionAccess& session,
-                                       const std::string& sessionBus, std::chrono::milliseconds patience)
+AtspiAccessibility::AtspiAccessibility(Workspace& workspace, const std::string& sessionBus,
+                                       std::chrono::milliseconds patience)
     : m_workspace(workspace)
-    , m_session(session)
     , m_patience(patience)
     , m_listener(std::make_unique<AtspiListener>(sessionBus)) {}
 
@@ -54,18 +51,6 @@ AtspiAccessibility::~AtspiAccessibility() = default;
 
 void AtspiAccessibility::enableForSession() {
     m_listener->post([&listener = *m_listener] { listener.setEnabled(true, [](bool) {}); });
-}
-
-bool AtspiAccessibility::isProcessTrusted() {
-    return m_session.lacks().empty();
-}
-
-std::vector<SessionLack> AtspiAccessibility::sessionLacks() {
-    return m_session.lacks();
-}
-
-bool AtspiAccessibility::isInputMonitoringGranted() {
-    return m_session.canWatchKeys();
 }
 
 FocusedElement AtspiAccessibility::focusedElement() {

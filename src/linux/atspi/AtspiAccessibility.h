@@ -13,7 +13,6 @@ namespace talvera {
 
 class AtspiListener;
 class Workspace;
-class X11SessionAccess;
 
 /// The accessibility tree of the session, over the accessibility bus.
 ///
@@ -25,11 +24,10 @@ public:
     /// How long an application may take to answer.
     static constexpr std::chrono::milliseconds usualPatience{200};
 
-    /// Both outlive this.
-    AtspiAccessibility(Workspace& workspace, X11SessionAccess& session,
-                       std::chrono::milliseconds patience = usualPatience);
+    /// The workspace outlives this.
+    explicit AtspiAccessibility(Workspace& workspace, std::chrono::milliseconds patience = usualPatience);
     /// For the session whose bus has this address.
-    AtspiAccessibility(Workspace& workspace, X11SessionAccess& session, const std::string& sessionBus,
+    AtspiAccessibility(Workspace& workspace, const std::string& sessionBus,
                        std::chrono::milliseconds patience = usualPatience);
     ~AtspiAccessibility() override;
 
@@ -38,9 +36,6 @@ public:
     /// anyway.
     void enableForSession();
 
-    bool isProcessTrusted() override;
-    std::vector<SessionLack> sessionLacks() override;
-    bool isInputMonitoringGranted() override;
     FocusedElement focusedElement() override;
     bool setApplicationAttribute(pid_t pid, const QString& name, bool value) override;
 
@@ -48,7 +43,6 @@ private:
     std::optional<AtspiDescription> focusedObject(pid_t pid);
 
     Workspace& m_workspace;
-    X11SessionAccess& m_session;
     std::chrono::milliseconds m_patience;
     std::unique_ptr<AtspiListener> m_listener;
 };

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/tray/SymbolPainter.h"
+#include "linux/support/SymbolPainter.h"
 
 #include <QList>
 #include <QObject>

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include "linux/tray/TrayStatusItem.h"
 
-#include "linux/x11/windows/logicalRect.h"
+#include "linux/support/logicalRect.h"
+
+#include <utility>
 
 namespace talvera {
 
-TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, const QString& iconThemePath)
+TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, const QString& iconThemePath,
+                               std::unique_ptr<TrayIcon> icon)
     : m_actor(actor)
     , m_item(painter, iconThemePath)
     , m_link(m_item)
-    , m_embedded(painter)
+    , m_icon(std::move(icon))
     , m_patience(actor.startTimer(Patience, [this] {
-        if (m_link.hasHost() != true && !m_embedded.hasTray() && onNoTray)
+        if (m_link.hasHost() != true && !m_icon->hasTray() && onNoTray)
             onNoTray();
     })) {
     m_link.onHostChanged = [this] { choose(); };
@@ -20,7 +23,7 @@ TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, c
             m_clickPlace = position;
         clicked();
     };
-    m_embedded.onClick = [this] { clicked(); };
+    m_icon->onClick = [this] { clicked(); };
 }
 
 TrayStatusItem::~TrayStatusItem() {
@@ -29,12 +32,12 @@ TrayStatusItem::~TrayStatusItem() {
 
 void TrayStatusItem::setSymbol(const QString& name) {
     m_item.setSymbol(name);
-    m_embedded.setSymbol(name);
+    m_icon->setSymbol(name);
 }
 
 void TrayStatusItem::setToolTip(const QString& text) {
     m_item.setToolTip(text);
-    m_embedded.setTitle(text);
+    m_icon->setTitle(text);
 }
 
 void TrayStatusItem::setVisible(bool visible) {
@@ -43,8 +46,8 @@ void TrayStatusItem::setVisible(bool visible) {
 }
 
 std::optional<QRect> TrayStatusItem::frame() const {
-    if (const auto embedded = m_embedded.frame())
-        return logicalRect(*embedded);
+    if (const auto icon = m_icon->frame())
+        return icon;
     if (!m_visible || m_link.hasHost() != true || !m_clickPlace)
         return std::nullopt;
     return QRect(logicalRect(QRect(*m_clickPlace, QSize(1, 1))).topLeft(), QSize(1, 1));
@@ -53,7 +56,7 @@ std::optional<QRect> TrayStatusItem::frame() const {
 /// Many panels show both kinds: then the icon stands only where the desktop itself prefers it.
 void TrayStatusItem::choose() {
     m_link.setShown(m_visible);
-    m_embedded.setShown(m_visible && m_link.hasHost() == false);
+    m_icon->setShown(m_visible && m_link.hasHost() == false);
 }
 
 void TrayStatusItem::clicked() {

@@ -4,21 +4,23 @@
 #include "concurrency/MainActor.h"
 #include "linux/tray/StatusNotifierItem.h"
 #include "linux/tray/StatusNotifierLink.h"
-#include "linux/tray/XEmbedIcon.h"
 #include "platform/desktop/StatusItem.h"
+#include "platform/desktop/TrayIcon.h"
 
+#include <memory>
 #include <optional>
 
 namespace talvera {
 
-/// Our item in whatever tray this desktop has: over D-Bus where a panel shows such items, else in the X11
-/// tray. Follows panels that come and go.
+/// Our item in whatever tray this desktop has: over D-Bus where a panel shows such items, else as an icon in a
+/// tray of the old kind. Follows panels that come and go.
 class TrayStatusItem final : public StatusItem {
 public:
     /// How long a session may take until its tray is there.
     static constexpr Duration Patience = seconds(10.0);
 
-    TrayStatusItem(MainActor& actor, const SymbolPainter& painter, const QString& iconThemePath);
+    TrayStatusItem(MainActor& actor, const SymbolPainter& painter, const QString& iconThemePath,
+                   std::unique_ptr<TrayIcon> icon);
     ~TrayStatusItem() override;
     TrayStatusItem(const TrayStatusItem&) = delete;
     TrayStatusItem& operator=(const TrayStatusItem&) = delete;
@@ -35,7 +37,7 @@ private:
     MainActor& m_actor;
     StatusNotifierItem m_item;
     StatusNotifierLink m_link;
-    mutable XEmbedIcon m_embedded;
+    const std::unique_ptr<TrayIcon> m_icon;
     std::optional<QPoint> m_clickPlace; ///< of the last click that a panel told us of
     MainActor::TimerId m_patience;
     bool m_visible = false;

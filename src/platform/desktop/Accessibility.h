@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/desktop/SessionLack.h"
-
 #include <QString>
 #include <QStringList>
 
 #include <memory>
 #include <optional>
 #include <variant>
-#include <vector>
 
 #include <sys/types.h>
 
@@ -32,20 +29,10 @@ struct NoFocusedElement {};
 struct NotAnElement {};
 using FocusedElement = std::variant<NoFocusedElement, NotAnElement, std::unique_ptr<AccessibilityElement>>;
 
-/// The accessibility tree of the session, and whether we may use what we need of the session at all.
-/// Main thread only. A hung application costs at most a bounded moment.
+/// The accessibility tree of the session. Main thread only. A hung application costs at most a bounded moment.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
-
-    /// This session lets us watch keys, post keys and see the active window.
-    virtual bool isProcessTrusted() = 0;
-
-    /// What it lacks for that.
-    virtual std::vector<SessionLack> sessionLacks() = 0;
-
-    /// The key-watching part of the above alone.
-    virtual bool isInputMonitoringGranted() = 0;
 
     virtual FocusedElement focusedElement() = 0;
 

@@ -5,10 +5,11 @@
 
 #include <QRect>
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <vector>
+
+class QWindow;
 
 namespace talvera {
 
@@ -40,11 +41,12 @@ public:
     Published<bool> isComposited{false};
 
     /// What panels leave free of the monitor on which the user works: the one with the focused window, else
-    /// the one with the pointer. In pixels of the screen; nothing where there is no monitor.
+    /// the one with the pointer. In the coordinates that windows are placed in; nothing where there is no
+    /// monitor.
     virtual std::optional<QRect> workArea() = 0;
 
-    /// `window`, not yet on screen, becomes an overlay.
-    virtual std::unique_ptr<OverlayWindow> adopt(std::uint32_t window) = 0;
+    /// `window`, which is neither on screen nor made yet, becomes an overlay. Both outlive it.
+    virtual std::unique_ptr<OverlayWindow> adopt(QWindow& window) = 0;
 };
 
 } // namespace talvera

@@ -3,8 +3,9 @@
 
 #include <QRect>
 
-#include <cstdint>
 #include <vector>
+
+class QWindow;
 
 namespace talvera {
 
@@ -17,13 +18,13 @@ public:
     virtual bool isComposited() = 0;
 
     /// `window`, not yet on screen, will stand in no task bar and no window switcher, and on every workspace.
-    virtual void adopt(std::uint32_t window) = 0;
+    virtual void adopt(QWindow& window) = 0;
 
     /// `window` is just these rectangles, in its own pixels; without any, all of its rectangle.
-    virtual void setShape(std::uint32_t window, const std::vector<QRect>& rectangles) = 0;
+    virtual void setShape(QWindow& window, const std::vector<QRect>& rectangles) = 0;
 
     /// Gives the keyboard to `window`, which is on screen, since the user wants it.
-    virtual void activate(std::uint32_t window) = 0;
+    virtual void activate(QWindow& window) = 0;
 };
 
 } // namespace talvera

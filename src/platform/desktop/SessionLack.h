@@ -5,10 +5,10 @@ namespace talvera {
 
 /// What a session may lack for us to work in it.
 enum class SessionLack {
-    XServer,      ///< there is none, as in a Wayland session without one
-    KeyWatching,  ///< the X server doesn't announce keys (XInput 2)
-    KeyPosting,   ///< the X server doesn't take keys from programs (XTEST)
-    ActiveWindow, ///< no window manager that tells of it and changes it
+    KnownSession, ///< it is of a kind that we can't work in, or its display server has gone
+    KeyWatching,  ///< programs aren't told of the keys
+    KeyPosting,   ///< programs can't type
+    ActiveWindow, ///< nothing tells of the active window and changes it
 };
 
 } // namespace talvera

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/readiness/ReadinessMonitor.h"
 
-#include "platform/desktop/Accessibility.h"
 #include "platform/desktop/ProgramActivation.h"
+#include "platform/desktop/SessionAccess.h"
 #include "platform/desktop/SettingsPanels.h"
 #include "shell/readiness/SessionLackText.h"
 #include "text/Localization.h"
@@ -25,8 +25,8 @@ void assignIfDifferent(Published<T>& published, T value) {
 
 ReadinessMonitor::ReadinessMonitor(Parts parts)
     : micStatus(parts.microphone.status())
-    , axTrusted(parts.accessibility.isProcessTrusted())
-    , inputMonitoringGranted(parts.accessibility.isInputMonitoringGranted())
+    , axTrusted(parts.access.lacks().empty())
+    , inputMonitoringGranted(parts.access.canWatchKeys())
     , aiState(aiStateFor(parts.languageModel.unavailableReason()))
     , m_parts(parts)
     , m_microphoneChanges(parts.microphone.observe([this] { refresh(); }))
@@ -45,8 +45,8 @@ int ReadinessMonitor::missingCount() const {
 
 void ReadinessMonitor::refresh() {
     const auto microphone = m_parts.microphone.status();
-    const bool trusted = m_parts.accessibility.isProcessTrusted();
-    const bool inputMonitoring = m_parts.accessibility.isInputMonitoringGranted();
+    const bool trusted = m_parts.access.lacks().empty();
+    const bool inputMonitoring = m_parts.access.canWatchKeys();
     const auto ai = currentAIState();
     assignIfDifferent(micStatus, microphone);
     assignIfDifferent(axTrusted, trusted);
@@ -91,7 +91,7 @@ std::optional<QString> ReadinessMonitor::openMicrophoneSettings() {
 std::optional<QString> ReadinessMonitor::openAccessibilitySettings() {
     if (m_parts.settingsPanels.open(SettingsPanels::Panel::Accessibility))
         return std::nullopt;
-    const auto lacks = m_parts.accessibility.sessionLacks();
+    const auto lacks = m_parts.access.lacks();
     if (lacks.empty()) // it has been granted meanwhile
         return localized("settings.none.accessibility", "Nothing is missing any more");
     return sessionLackText(lacks.front());

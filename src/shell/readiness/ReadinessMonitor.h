@@ -16,8 +16,8 @@
 
 namespace talvera {
 
-class Accessibility;
 class ProgramActivation;
+class SessionAccess;
 class SettingsPanels;
 
 /// Whether the program can work: publishes what the session lets us do, and follows its changes. It looks
@@ -28,7 +28,7 @@ public:
     struct Parts {
         MainActor& actor;
         MicrophonePermission& microphone;
-        Accessibility& accessibility;
+        SessionAccess& access;
         LanguageModel& languageModel;
         SettingsPanels& settingsPanels;
         ProgramActivation& activation;

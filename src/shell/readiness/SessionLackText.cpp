@@ -7,16 +7,16 @@ namespace talvera {
 
 QString sessionLackText(SessionLack lack) {
     switch (lack) {
-    case SessionLack::XServer:
-        return localized("session.lack.xServer",
-                         "This session has no X server that Talvera can reach. In a Wayland session it can't "
-                         "watch keys yet.");
+    case SessionLack::KnownSession:
+        return localized(
+            "session.lack.knownSession",
+            "Talvera can't work in this kind of session yet. Choose another one when you log in: "
+            "Wayland sessions don't let it watch keys.");
     case SessionLack::KeyWatching:
-        return localized("session.lack.keyWatching",
-                         "The X server doesn't let programs watch the keyboard (XInput 2 is missing).");
+        return localized("session.lack.keyWatching", "This session doesn't let programs watch the keyboard.");
     case SessionLack::KeyPosting:
         return localized("session.lack.keyPosting",
-                         "The X server doesn't let programs type (XTEST is missing or switched off).");
+                         "This session doesn't let programs type, or that is switched off.");
     case SessionLack::ActiveWindow:
         return localized("session.lack.activeWindow",
                          "The window manager doesn't tell which window is active (or none is running).");

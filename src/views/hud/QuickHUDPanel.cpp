@@ -20,32 +20,20 @@ constexpr int bottomOffset = 64;
 constexpr QRect fallbackArea(0, 0, 1440, 900);
 constexpr Duration fadeDuration = seconds(0.18);
 
-/// The screen with that part of the desktop, which is in pixels.
-QScreen* screenWith(const QRect& area) {
-    for (auto* screen : QGuiApplication::screens()) {
-        const auto geometry = screen->geometry(); // its origin is in pixels, its size is not
-        if (QRect(geometry.topLeft(), geometry.size() * screen->devicePixelRatio()).contains(area.center()))
-            return screen;
-    }
-    return QGuiApplication::primaryScreen();
-}
-
 } // namespace
 
 QuickHUDPanel::QuickHUDPanel(const Parts& parts)
     : m_parts(parts)
     , m_model(parts.holder, parts.settings) {
     m_window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
-                      Qt::X11BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
+                      Qt::WindowStaysOnTopHint);
     m_window.setTitle(QStringLiteral("Talvera"));
     m_window.setColor(Qt::transparent); // also asks for a window that can be translucent
     m_window.setOpacity(0);
     m_window.resize(panelSize);
     m_root = parts.views.create(QStringLiteral("hud/HUDRoot"), {{"model", QVariant::fromValue(&m_model)}});
     m_root->setParentItem(m_window.contentItem());
-    m_window.create();
-    QGuiApplication::sync(); // the window is another connection's from here on
-    m_overlay = parts.desktop.adopt(std::uint32_t(m_window.winId()));
+    m_overlay = parts.desktop.adopt(m_window);
 
     m_fade.setDuration(int(std::chrono::duration_cast<std::chrono::milliseconds>(fadeDuration).count()));
     QObject::connect(&m_fade, &QVariantAnimation::valueChanged, &m_window,
@@ -103,14 +91,9 @@ void QuickHUDPanel::fadeTo(double opacity) {
 
 void QuickHUDPanel::place() {
     const auto found = m_parts.desktop.workArea();
-    auto* const screen = found ? screenWith(*found) : QGuiApplication::primaryScreen();
-    QRectF area(found.value_or(fallbackArea));
-    if (found && screen) {
-        const QPointF origin = screen->geometry().topLeft();
-        const double ratio = screen->devicePixelRatio();
-        area = QRectF(origin + (area.topLeft() - origin) / ratio, area.size() / ratio);
-    }
-    m_window.setScreen(screen);
+    auto* const screen = found ? QGuiApplication::screenAt(found->center()) : nullptr;
+    m_window.setScreen(screen ? screen : QGuiApplication::primaryScreen());
+    const QRectF area(found.value_or(fallbackArea));
     const QPointF place(area.center().x() - panelSize.width() / 2.0,
                         area.bottom() - bottomOffset - panelSize.height());
     m_window.setGeometry(QRect(place.toPoint(), panelSize));

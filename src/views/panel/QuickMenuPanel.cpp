@@ -38,7 +38,7 @@ QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelD
         if (onResignKey)
             onResignKey();
     };
-    m_panel->onShown = [this] { m_desktop.activate(static_cast<std::uint32_t>(m_panel->winId())); };
+    m_panel->onShown = [this] { m_desktop.activate(*m_panel); };
     QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
                      [this](const QVariant& opacity) { m_panel->setOpacity(opacity.toReal()); });
     QObject::connect(&m_fade, &QVariantAnimation::finished, m_panel.get(), [this] { faded(); });
@@ -86,10 +86,9 @@ void QuickMenuPanel::fadeIn(const QRect& frame) {
     m_panel->setGeometry(frame);
     m_view->forceActiveFocus(Qt::OtherFocusReason);
     if (m_panel->isVisible()) { // again, or during its fade out
-        m_desktop.activate(static_cast<std::uint32_t>(m_panel->winId()));
+        m_desktop.activate(*m_panel);
     } else {
-        m_panel->create();
-        m_desktop.adopt(static_cast<std::uint32_t>(m_panel->winId()));
+        m_desktop.adopt(*m_panel);
         m_panel->setOpacity(0);
     }
     shape();
@@ -114,7 +113,7 @@ void QuickMenuPanel::shape() {
     for (auto& span : spans)
         span &= whole.toRect();
     std::erase_if(spans, [](const QRect& span) { return span.isEmpty(); });
-    m_desktop.setShape(static_cast<std::uint32_t>(m_panel->winId()), spans);
+    m_desktop.setShape(*m_panel, spans);
 }
 
 void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {

@@ -82,9 +82,4 @@ TYPED_TEST(AccessibilityContract, switchForAssistiveClients_canBeSet) {
     EXPECT_TRUE(this->accessibility.setApplicationAttribute(100, "AXManualAccessibility", true));
 }
 
-TYPED_TEST(AccessibilityContract, fullDesktop_isTrusted) {
-    EXPECT_TRUE(this->accessibility.isProcessTrusted());
-    EXPECT_TRUE(this->accessibility.isInputMonitoringGranted());
-}
-
 } // namespace

@@ -8,7 +8,6 @@
 #include "linux/atspi/AtspiAccessibility.h"
 #include "linux/x11/server/X11Connection.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
-#include "linux/x11/windows/X11SessionAccess.h"
 
 #include <gtest/gtest.h>
 
@@ -25,12 +24,11 @@ protected:
     static constexpr std::chrono::seconds longPatience{20};
 
     explicit AccessibilityFixture(std::chrono::milliseconds patience = longPatience)
-        : accessibility(workspace, access, patience) {}
+        : accessibility(workspace, patience) {}
 
     std::unique_ptr<X11Connection> connection = X11Connection::open();
     DesktopEntryCatalog installed{{}, {}};
-    EwmhWorkspace workspace{connection.get(), installed};
-    X11SessionAccess access{connection.get()};
+    EwmhWorkspace workspace{*connection, installed};
     AtspiAccessibility accessibility;
     SimulatedMainActor actor; ///< its waits take no time
     FocusTracker tracker{actor, accessibility, workspace};

@@ -104,7 +104,7 @@ TEST_F(AtspiAccessibilityTest, labelAndReadOnlyField_takeNoTextAlthoughTheyHoldS
 TEST_F(AtspiAccessibilityTest, applicationThatWasThereBeforeUs_isAskedForItsFocus) {
     auto peer = gtk("button");
     ASSERT_EQ(focusedRoleOnceItIs("AXButton"), "AXButton");
-    AtspiAccessibility latecomer(workspace, access);
+    AtspiAccessibility latecomer(workspace);
     EXPECT_TRUE(eventually([&] {
         auto focused = latecomer.focusedElement();
         return std::get<std::unique_ptr<AccessibilityElement>>(focused)->stringAttribute("AXRole") ==
@@ -365,7 +365,7 @@ protected:
 };
 
 TEST_F(OwnSession, accessibilityBusThatStartsLateOrAnew_isFound) {
-    fresh.emplace(workspace, access, address.toStdString());
+    fresh.emplace(workspace, address.toStdString());
     Peer silent(TALVERA_WINDOW_PEER, {"class=Silent"});
     silent.readUntil("mapped ");
     ASSERT_TRUE(isInFront(silent));
@@ -380,7 +380,7 @@ TEST_F(OwnSession, accessibilityBusThatStartsLateOrAnew_isFound) {
 }
 
 TEST_F(OwnSession, sessionBusThatIsLost_leavesUsWithSilence) {
-    fresh.emplace(workspace, access, address.toStdString());
+    fresh.emplace(workspace, address.toStdString());
     startAccessibilityBus();
     auto peer = gtk("button");
     ASSERT_TRUE(freshOneHears("AXButton"));
@@ -391,7 +391,7 @@ TEST_F(OwnSession, sessionBusThatIsLost_leavesUsWithSilence) {
 }
 
 TEST_F(OwnSession, noSessionBusAtAll_isSilence) {
-    fresh.emplace(workspace, access, "unix:path=/nowhere");
+    fresh.emplace(workspace, "unix:path=/nowhere");
     fresh->enableForSession();
     Peer peer(TALVERA_WINDOW_PEER, {"class=Silent"});
     peer.readUntil("mapped ");

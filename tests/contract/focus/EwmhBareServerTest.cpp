@@ -67,7 +67,7 @@ protected:
 
 TEST_F(BareServer, serverThatKnowsNoProcesses_goesByTheWindowsWord) {
     startServer({"-extension", "X-Resource"});
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     WindowPeer peer({"class=Local", "pid=" + QString::number(::getppid())});
     play(peer.window);
     EXPECT_EQ(workspace.frontmostApplication()->pid, ::getppid());
@@ -75,7 +75,7 @@ TEST_F(BareServer, serverThatKnowsNoProcesses_goesByTheWindowsWord) {
 
 TEST_F(BareServer, programOfAnotherMachine_hasOneNegativeNumberUntilItsWindowsAreGone) {
     startServer({"-extension", "X-Resource"}); // its process is unknown to everybody, as if it were far away
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     WindowPeer first({"class=Remote"});
     WindowPeer second({"class=Remote"});
     play(first.window);
@@ -96,12 +96,12 @@ TEST_F(BareServer, programOfAnotherMachine_hasOneNegativeNumberUntilItsWindowsAr
 
 TEST_F(BareServer, windowManagerWithoutActivation_refusesAndIsReported) {
     startServer({});
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     WindowPeer peer({"class=Local"});
     play(peer.window);
     EXPECT_TRUE(workspace.frontmostApplication());
     EXPECT_FALSE(workspace.activate(peer.pid()));
-    EXPECT_EQ(X11SessionAccess(connection.get()).lacks(), std::vector{SessionLack::ActiveWindow});
+    EXPECT_EQ(X11SessionAccess(*connection).lacks(), std::vector{SessionLack::ActiveWindow});
 }
 
 TEST_F(BareServer, activation_isAskedForAsTheUsersWishAtTheServersTime) {
@@ -116,7 +116,7 @@ TEST_F(BareServer, activation_isAskedForAsTheUsersWishAtTheServersTime) {
     setWindows("_NET_SUPPORTING_WM_CHECK", {check});
     setWindows("_NET_SUPPORTING_WM_CHECK", {check}, check);
     setWindows("_NET_SUPPORTED", {connection->atom("_NET_ACTIVE_WINDOW")});
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     WindowPeer peer({"class=Local"});
     play(peer.window);
 
@@ -136,13 +136,13 @@ TEST_F(BareServer, activation_isAskedForAsTheUsersWishAtTheServersTime) {
 
 TEST_F(BareServer, serverWithoutXTest_isReported) {
     startServer({"-extension", "XTEST"});
-    const auto lacks = X11SessionAccess(connection.get()).lacks();
+    const auto lacks = X11SessionAccess(*connection).lacks();
     EXPECT_NE(std::find(lacks.begin(), lacks.end(), SessionLack::KeyPosting), lacks.end());
 }
 
 TEST_F(BareServer, panelInFront_isNobody) {
     startServer({});
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     WindowPeer panel({"class=Panel", "type=DOCK"});
     play(panel.window);
     EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
@@ -150,7 +150,7 @@ TEST_F(BareServer, panelInFront_isNobody) {
 
 TEST_F(BareServer, activeWindowThatIsGone_isNobody) {
     startServer({});
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     setWindows("_NET_ACTIVE_WINDOW", {0x00FFFFFF});
     EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
     setWindows("_NET_ACTIVE_WINDOW", {connection->root()});
@@ -161,7 +161,7 @@ TEST_F(BareServer, activeWindowThatIsGone_isNobody) {
 
 TEST_F(BareServer, hungServer_isGivenUpSoonAndAskedAgainLater) {
     startServer({});
-    EwmhWorkspace workspace(connection.get(), none);
+    EwmhWorkspace workspace(*connection, none);
     WindowPeer peer({"class=Local"});
     play(peer.window);
     ASSERT_TRUE(workspace.frontmostApplication());
@@ -175,10 +175,10 @@ TEST_F(BareServer, hungServer_isGivenUpSoonAndAskedAgainLater) {
 
 TEST_F(BareServer, lostServer_leavesUsAliveWithoutApplications) {
     startServer({});
-    EwmhWorkspace workspace(connection.get(), none);
-    X11SessionAccess access(connection.get());
+    EwmhWorkspace workspace(*connection, none);
+    X11SessionAccess access(*connection);
     server->signal(SIGKILL);
-    EXPECT_TRUE(eventually([&] { return access.lacks() == std::vector{SessionLack::XServer}; }));
+    EXPECT_TRUE(eventually([&] { return access.lacks() == std::vector{SessionLack::KnownSession}; }));
     EXPECT_EQ(workspace.frontmostApplication(), std::nullopt);
     EXPECT_FALSE(workspace.activate(::getpid()));
 }

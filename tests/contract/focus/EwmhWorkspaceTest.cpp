@@ -3,7 +3,7 @@
 #include "linux/x11/windows/EwmhWorkspace.h"
 #include "WindowPeer.h"
 #include "linux/applications/DesktopEntryCatalog.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/EwmhWindows.h"
 #include "linux/x11/windows/X11SessionAccess.h"
 
@@ -41,7 +41,7 @@ protected:
     }
     void start(const QStringList& languages = {}) {
         installed.emplace(QStringList{applications.path()}, languages);
-        workspace.emplace(connection.get(), *installed);
+        workspace.emplace(*connection, *installed);
     }
 
     bool isActive(const WindowPeer& peer) {
@@ -236,19 +236,16 @@ TEST_F(EwmhWorkspaceTest, question_takesLessThanAMillisecond) {
     EXPECT_LT(best, std::chrono::milliseconds(1));
 }
 
-TEST_F(EwmhWorkspaceTest, noConnection_isASessionWithoutApplications) {
+TEST(EwmhWorkspaceWithoutServer, session_hasNoApplicationsAndIsNoneToWorkIn) {
+    const auto connection = X11Server(":4711").connect();
     DesktopEntryCatalog none({}, {});
-    EwmhWorkspace empty(nullptr, none);
+    EwmhWorkspace empty(*connection, none);
     EXPECT_EQ(empty.frontmostApplication(), std::nullopt);
     EXPECT_TRUE(empty.runningApplication(::getpid()));
     EXPECT_FALSE(empty.activate(::getpid()));
-    EXPECT_EQ(X11SessionAccess(nullptr).lacks(), std::vector{SessionLack::XServer});
-}
-
-TEST_F(EwmhWorkspaceTest, sessionWithWindowManager_lacksNothing) {
-    X11SessionAccess access(connection.get());
-    EXPECT_TRUE(access.lacks().empty());
-    EXPECT_TRUE(access.canWatchKeys());
+    X11SessionAccess access(*connection);
+    EXPECT_EQ(access.lacks(), std::vector{SessionLack::KnownSession});
+    EXPECT_FALSE(access.canWatchKeys());
 }
 
 } // namespace

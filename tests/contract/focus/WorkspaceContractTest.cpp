@@ -51,7 +51,7 @@ public:
 private:
     std::unique_ptr<X11Connection> m_connection = X11Connection::open();
     DesktopEntryCatalog m_installed{{}, {}};
-    EwmhWorkspace m_workspace{m_connection.get(), m_installed};
+    EwmhWorkspace m_workspace{*m_connection, m_installed};
     std::map<pid_t, std::unique_ptr<test::Peer>> m_peers;
 };
 

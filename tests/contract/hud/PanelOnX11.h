@@ -3,6 +3,7 @@
 
 #include "InMemoryPreferenceStore.h"
 #include "concurrency/QtMainActor.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "persistence/AppSettings.h"
 #include "platform/desktop/DesktopAppearance.h"
@@ -27,7 +28,7 @@ struct PanelOnX11 {
     AppSettings settings{store};
     DesktopAppearance appearance;
     ViewEngine views{appearance};
-    X11OverlayDesktop desktop;
+    X11OverlayDesktop desktop{X11Server()};
     StateHolder holder;
     QuickHUDPanel panel{{actor, views, desktop, holder, settings}};
 };

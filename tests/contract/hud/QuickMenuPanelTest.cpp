@@ -3,6 +3,7 @@
 #include "views/panel/QuickMenuPanel.h"
 #include "OtherWindow.h"
 #include "PanelFixture.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/X11PanelDesktop.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
@@ -36,7 +37,7 @@ protected:
     MenuPanelModel model{{menuBar, settings, stats, readiness, languageModel, layout}};
     DesktopAppearance appearance;
     ViewEngine views{appearance};
-    X11PanelDesktop desktop;
+    X11PanelDesktop desktop{X11Server()};
     QuickMenuPanel panel{views, model, desktop};
 };
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "QtApplication.h"
+#include "linux/x11/windows/prepareToolkitForX11.h"
 #include "views/ViewEngine.h"
 
 #include <QGuiApplication>
@@ -8,6 +9,7 @@ namespace {
 
 void prepare() {
     talvera::ViewEngine::prepareProcess();
+    talvera::prepareToolkitForX11();
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 

@@ -4,12 +4,9 @@
 #include "FakeSettingsPanels.h"
 #include "SoundServer.h"
 #include "concurrency/QtMainActor.h"
-#include "linux/applications/DesktopEntryCatalog.h"
-#include "linux/atspi/AtspiAccessibility.h"
 #include "linux/pulse/PulseConnection.h"
 #include "linux/pulse/PulseMicrophonePermission.h"
 #include "linux/x11/server/X11Connection.h"
-#include "linux/x11/windows/EwmhWorkspace.h"
 #include "linux/x11/windows/X11SessionAccess.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
@@ -39,7 +36,7 @@ protected:
         connection.emplace(actor, server.address());
         connection->waitForAnswer(10s);
         microphone.emplace(*connection);
-        monitor.emplace(ReadinessMonitor::Parts{actor, *microphone, accessibility, languageModel,
+        monitor.emplace(ReadinessMonitor::Parts{actor, *microphone, access, languageModel,
                                                 settingsPanels, activation});
     }
     void startWindowManager() {
@@ -76,10 +73,7 @@ protected:
     QtMainActor actor;
     SoundServer server{GetParam()};
     std::unique_ptr<X11Connection> x11 = X11Connection::open();
-    DesktopEntryCatalog installed{{}, {}};
-    EwmhWorkspace workspace{x11.get(), installed};
-    X11SessionAccess access{x11.get()};
-    AtspiAccessibility accessibility{workspace, access};
+    X11SessionAccess access{*x11};
     FakeLanguageModel languageModel;
     FakeSettingsPanels settingsPanels;
     FakeProgramActivation activation;

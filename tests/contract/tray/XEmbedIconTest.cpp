@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The icon in a real tray that takes windows into itself.
-#include "linux/tray/XEmbedIcon.h"
+#include "linux/x11/windows/XEmbedIcon.h"
 #include "OtherWindow.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QProcess>
 
@@ -45,7 +46,7 @@ protected:
 
     std::unique_ptr<X11Connection> screen = X11Connection::open();
     QProcess tray;
-    XEmbedIcon icon{square};
+    XEmbedIcon icon{X11Server(), square};
 };
 
 TEST_P(XEmbedIconInTray, symbol_standsOutFromTheTraysColour) {

@@ -4,7 +4,8 @@
 #include "OtherWindow.h"
 #include "PrintQt.h"
 #include "RigInput.h"
-#include "linux/tray/XEmbedIcon.h"
+#include "linux/x11/server/X11Server.h"
+#include "linux/x11/windows/XEmbedIcon.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +42,7 @@ protected:
         return eventually([&] { return tray.pixel(place) == color; });
     }
 
-    XEmbedIcon icon{block};
+    XEmbedIcon icon{X11Server(), block};
     int clicks = 0;
 };
 
@@ -106,6 +107,15 @@ TEST_F(XEmbed, hidden_leavesTheTrayAndComesBack) {
     EXPECT_TRUE(eventually([&] { return !tray.hasIcon(); }));
     icon.setShown(true);
     EXPECT_TRUE(takesIn(tray));
+}
+
+TEST(XEmbedWithoutServer, icon_isNowhere) {
+    XEmbedIcon icon{X11Server(":4711"), block};
+    icon.setSymbol("mic.fill");
+    icon.setTitle("Talvera");
+    icon.setShown(true);
+    EXPECT_FALSE(icon.hasTray());
+    EXPECT_EQ(icon.frame(), std::nullopt);
 }
 
 } // namespace

@@ -12,11 +12,11 @@ class Lifecycle : public CoreTest {
 protected:
     void finishOnboarding() { world.settings.hasOnboarded.set(true); }
     void revokeAccessibility() {
-        world.accessibility.trusted = false;
+        world.access.trusted = false;
         world.keyboard.refusesTaps = true;
     }
     void grantAccessibility() {
-        world.accessibility.trusted = true;
+        world.access.trusted = true;
         world.keyboard.refusesTaps = false;
     }
     void refresh() {
@@ -90,7 +90,7 @@ TEST_F(Lifecycle, trustThatBringsNoTap_isTracedAndTriedAgain) {
     revokeAccessibility();
     world.launch();
     launched = true;
-    world.accessibility.trusted = true; // but the session still refuses
+    world.access.trusted = true; // but the session still refuses
     refresh();
     EXPECT_TRUE(world.traces().contains("Hotkey event tap installed after AX grant (installed=false)."));
     settleDown();
@@ -98,7 +98,7 @@ TEST_F(Lifecycle, trustThatBringsNoTap_isTracedAndTriedAgain) {
 
 TEST_F(Lifecycle, withdrawnTrust_leavesTheTapsAlone) {
     launch();
-    world.accessibility.trusted = false;
+    world.access.trusted = false;
     refresh();
     EXPECT_TRUE(world.agent().hotkey.eventTap());
     EXPECT_EQ(world.keyboard.tapsCreated(), 1);

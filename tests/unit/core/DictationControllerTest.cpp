@@ -283,7 +283,7 @@ TEST_F(Dictation, modelMissing_showsTheWizardAndStartsNothing) {
 TEST_F(Dictation, microphoneNotAuthorized_asksForItBeforeAccessibility) {
     launch();
     world.microphonePermission.current = AuthorizationStatus::Denied;
-    world.accessibility.trusted = false;
+    world.access.trusted = false;
     hold(1);
     EXPECT_EQ(world.story(), QStringList({"hud permissionRequired microphone"}));
     EXPECT_FALSE(dictation().currentWav());
@@ -291,14 +291,14 @@ TEST_F(Dictation, microphoneNotAuthorized_asksForItBeforeAccessibility) {
 
 TEST_F(Dictation, accessibilityNotTrusted_asksForIt) {
     launch();
-    world.accessibility.trusted = false;
+    world.access.trusted = false;
     hold(1);
     EXPECT_EQ(world.story(), QStringList({"hud permissionRequired accessibility"}));
 }
 
 TEST_F(Dictation, permissionRequestOfAPress_opensItsSettingsAndGoes) {
     launch();
-    world.accessibility.trusted = false;
+    world.access.trusted = false;
     hold(1);
     world.agent().hud.stateHolder().openPermissionSettings();
     runToRest();
@@ -308,7 +308,7 @@ TEST_F(Dictation, permissionRequestOfAPress_opensItsSettingsAndGoes) {
 
 TEST_F(Dictation, permissionRequestWhereTheDesktopHasNoSettings_tellsWhatToDoInstead) {
     launch();
-    world.accessibility.trusted = false;
+    world.access.trusted = false;
     world.settingsPanels.hasPanels = false;
     hold(1);
     world.agent().hud.stateHolder().openPermissionSettings();

@@ -4,11 +4,11 @@
 #include "linux/support/ForeignText.h"
 #include "linux/support/processes.h"
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/serverTime.h"
 
 #include <xcb/res.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace talvera {
 
@@ -17,29 +17,14 @@ namespace {
 /// In units of four bytes. Texts of windows are cut here: nobody's name is longer, whatever its window says.
 constexpr std::uint32_t longestText = 256;
 constexpr std::uint32_t mostTypes = 16;
-constexpr std::chrono::milliseconds serverTimePatience{200};
 
 /// A source indication of the client message that stands for a pager, and so for the user's own wish: window
 /// managers grant it, where they may refuse an application's.
 constexpr std::uint32_t sourcePager = 2;
 
-xcb_get_property_cookie_t ask(X11Connection& connection, xcb_window_t window, const char* property,
-                              std::uint32_t length) {
-    return xcb_get_property(connection.get(), 0, window, connection.atom(property), XCB_GET_PROPERTY_TYPE_ANY,
-                            0, length);
-}
-
-QByteArray bytesOf(const xcb_get_property_reply_t& reply) {
-    if (reply.format != 8)
-        return {};
-    return {static_cast<const char*>(xcb_get_property_value(&reply)), xcb_get_property_value_length(&reply)};
-}
-
-std::vector<std::uint32_t> itemsOf(const xcb_get_property_reply_t& reply) {
-    if (reply.format != 32)
-        return {};
-    const auto* items = static_cast<const std::uint32_t*>(xcb_get_property_value(&reply));
-    return {items, items + xcb_get_property_value_length(&reply) / sizeof(std::uint32_t)};
+QByteArray bytesOf(const X11Property& property) {
+    const auto bytes = property.bytes();
+    return {bytes.data(), static_cast<qsizetype>(bytes.size())};
 }
 
 } // namespace
@@ -47,10 +32,7 @@ std::vector<std::uint32_t> itemsOf(const xcb_get_property_reply_t& reply) {
 EwmhWindows::EwmhWindows(X11Connection& connection)
     : m_connection(connection)
     , m_activeWindow(connection.atom("_NET_ACTIVE_WINDOW")) {
-    constexpr char resources[] = "X-Resource";
-    const auto extension = connection.reply<xcb_query_extension_reply_t>(
-        xcb_query_extension(connection.get(), sizeof resources - 1, resources));
-    if (!extension || !extension->present)
+    if (!connection.extension(xcb_res_id))
         return;
     const auto version =
         connection.reply<xcb_res_query_version_reply_t>(xcb_res_query_version(connection.get(), 1, 2));
@@ -73,35 +55,35 @@ std::vector<xcb_window_t> EwmhWindows::managedWindows() {
 }
 
 std::optional<EwmhWindowFacts> EwmhWindows::facts(xcb_window_t window) {
-    const auto typeQuestion = ask(m_connection, window, "_NET_WM_WINDOW_TYPE", mostTypes);
-    const auto classQuestion = ask(m_connection, window, "WM_CLASS", longestText);
-    const auto gtkQuestion = ask(m_connection, window, "_GTK_APPLICATION_ID", longestText);
-    const auto kdeQuestion = ask(m_connection, window, "_KDE_NET_WM_DESKTOP_FILE", longestText);
-    const auto type = m_connection.reply<xcb_get_property_reply_t>(typeQuestion);
-    const auto windowClass = m_connection.reply<xcb_get_property_reply_t>(classQuestion);
-    const auto gtk = m_connection.reply<xcb_get_property_reply_t>(gtkQuestion);
-    const auto kde = m_connection.reply<xcb_get_property_reply_t>(kdeQuestion);
-    if (!type || !windowClass || !gtk || !kde)
+    const auto typeQuestion = m_connection.askProperty(window, "_NET_WM_WINDOW_TYPE", mostTypes);
+    const auto classQuestion = m_connection.askProperty(window, "WM_CLASS", longestText);
+    const auto gtkQuestion = m_connection.askProperty(window, "_GTK_APPLICATION_ID", longestText);
+    const auto kdeQuestion = m_connection.askProperty(window, "_KDE_NET_WM_DESKTOP_FILE", longestText);
+    const auto type = m_connection.read(typeQuestion);
+    const auto windowClass = m_connection.read(classQuestion);
+    const auto gtk = m_connection.read(gtkQuestion);
+    const auto kde = m_connection.read(kdeQuestion);
+    if (!type.windowExists() || !windowClass.windowExists() || !gtk.windowExists() || !kde.windowExists())
         return std::nullopt;
 
     EwmhWindowFacts facts;
-    for (const auto atom : itemsOf(*type)) {
+    for (const auto atom : type.items()) {
         if (atom == m_connection.atom("_NET_WM_WINDOW_TYPE_DESKTOP") ||
             atom == m_connection.atom("_NET_WM_WINDOW_TYPE_DOCK"))
             facts.isPartOfDesktop = true;
     }
     // Two texts, each with a zero behind it: the instance and the class.
-    const auto names = bytesOf(*windowClass).split('\0');
+    const auto names = bytesOf(windowClass).split('\0');
     facts.identity.instance = foreignText(names.value(0));
     facts.identity.windowClass = foreignText(names.value(1));
-    facts.identity.applicationId = foreignText(bytesOf(*gtk));
+    facts.identity.applicationId = foreignText(bytesOf(gtk));
     if (facts.identity.applicationId.isEmpty())
-        facts.identity.applicationId = foreignText(bytesOf(*kde));
+        facts.identity.applicationId = foreignText(bytesOf(kde));
     return facts;
 }
 
 xcb_window_t EwmhWindows::client(xcb_window_t window) const {
-    return window & ~xcb_get_setup(m_connection.get())->resource_id_mask;
+    return window & ~m_connection.setup().resource_id_mask;
 }
 
 std::map<xcb_window_t, pid_t> EwmhWindows::processesByClient(const std::vector<xcb_window_t>& windows) {
@@ -111,14 +93,15 @@ std::map<xcb_window_t, pid_t> EwmhWindows::processesByClient(const std::vector<x
     std::vector<xcb_res_client_id_spec_t> questions;
     for (const auto window : windows)
         questions.push_back({window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID});
-    const auto answer = m_connection.reply<xcb_res_query_client_ids_reply_t>(
-        xcb_res_query_client_ids(m_connection.get(), std::uint32_t(questions.size()), questions.data()));
+    const auto answer = m_connection.reply<xcb_res_query_client_ids_reply_t>(xcb_res_query_client_ids(
+        m_connection.get(), static_cast<std::uint32_t>(questions.size()), questions.data()));
     if (!answer)
         return processes;
     auto entry = xcb_res_query_client_ids_ids_iterator(answer.get());
     for (; entry.rem > 0; xcb_res_client_id_value_next(&entry)) {
         if (xcb_res_client_id_value_value_length(entry.data) == 1)
-            processes[client(entry.data->spec.client)] = pid_t(*xcb_res_client_id_value_value(entry.data));
+            processes[client(entry.data->spec.client)] =
+                static_cast<pid_t>(*xcb_res_client_id_value_value(entry.data));
     }
     return processes;
 }
@@ -128,21 +111,20 @@ std::vector<pid_t> EwmhWindows::processes(const std::vector<xcb_window_t>& windo
     // another machine can be taken for one of ours. But it names the process that connected, which may have
     // ended after handing its connection to a child.
     const auto byServer = processesByClient(windows);
-    std::vector<xcb_get_property_cookie_t> questions;
+    std::vector<X11PropertyQuestion> questions;
     for (const auto window : windows)
-        questions.push_back(ask(m_connection, window, "_NET_WM_PID", 1));
+        questions.push_back(m_connection.askProperty(window, "_NET_WM_PID", 1));
     std::vector<pid_t> result;
     for (std::size_t i = 0; i < windows.size(); ++i) {
-        const auto answer = m_connection.reply<xcb_get_property_reply_t>(questions[i]);
-        const auto items = answer ? itemsOf(*answer) : std::vector<std::uint32_t>();
-        const auto byWindow = items.empty() ? 0 : pid_t(items.front());
+        const auto items = m_connection.read(questions[i]).items();
+        const auto byWindow = items.empty() ? 0 : static_cast<pid_t>(items.front());
         const auto known = byServer.find(client(windows[i]));
         if (known != byServer.end() && processRuns(known->second))
             result.push_back(known->second);
         else if ((known != byServer.end() || !m_serverKnowsProcesses) && processRuns(byWindow))
             result.push_back(byWindow);
         else
-            result.push_back(-pid_t(client(windows[i])));
+            result.push_back(-static_cast<pid_t>(client(windows[i])));
     }
     return result;
 }
@@ -164,32 +146,11 @@ void EwmhWindows::requestActivation(xcb_window_t window) {
     message.window = window;
     message.type = m_activeWindow;
     message.data.data32[0] = sourcePager;
-    message.data.data32[1] = serverTime();
+    message.data.data32[1] = serverTime(m_connection).value_or(XCB_CURRENT_TIME);
     xcb_send_event(m_connection.get(), 0, m_connection.root(),
                    XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
     m_connection.flush();
-}
-
-xcb_timestamp_t EwmhWindows::serverTime() {
-    // The server tells its time with each change of a property, so we change one of a window of our own.
-    auto* const xcb = m_connection.get();
-    const auto window = xcb_generate_id(xcb);
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_create_window(xcb, XCB_COPY_FROM_PARENT, window, m_connection.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
-    xcb_change_property(xcb, XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, nullptr);
-    xcb_destroy_window(xcb, window);
-    xcb_timestamp_t time = XCB_CURRENT_TIME;
-    const auto deadline = std::chrono::steady_clock::now() + serverTimePatience;
-    while (const auto event = m_connection.waitForEvent(deadline)) {
-        const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
-        if ((event->response_type & 0x7F) == XCB_PROPERTY_NOTIFY && change->window == window) {
-            time = change->time;
-            break;
-        }
-    }
-    return time;
 }
 
 void EwmhWindows::announceActiveWindow() {
@@ -199,7 +160,7 @@ void EwmhWindows::announceActiveWindow() {
 }
 
 bool EwmhWindows::announcesActiveWindow(const xcb_generic_event_t& event) const {
-    if ((event.response_type & 0x7F) != XCB_PROPERTY_NOTIFY)
+    if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
         return false;
     return reinterpret_cast<const xcb_property_notify_event_t&>(event).atom == m_activeWindow;
 }

@@ -54,7 +54,6 @@ public:
 private:
     xcb_window_t client(xcb_window_t window) const;
     std::map<xcb_window_t, pid_t> processesByClient(const std::vector<xcb_window_t>& windows);
-    xcb_timestamp_t serverTime();
 
     X11Connection& m_connection;
     bool m_serverKnowsProcesses = false;

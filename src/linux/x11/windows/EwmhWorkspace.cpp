@@ -7,9 +7,8 @@
 #include "linux/x11/server/X11Connection.h"
 #include "linux/x11/windows/ScreenCover.h"
 
-#include <QAbstractEventDispatcher>
-
 #include <algorithm>
+#include <utility>
 
 #include <unistd.h>
 
@@ -25,33 +24,30 @@ std::optional<QString> presentOrNothing(const QString& text) {
 
 } // namespace
 
-EwmhWorkspace::EwmhWorkspace(X11Connection* connection, DesktopEntryCatalog& installed)
+EwmhWorkspace::EwmhWorkspace(X11Connection& connection, DesktopEntryCatalog& installed)
     : m_connection(connection)
-    , m_installed(installed) {
-    if (!m_connection)
-        return;
-    m_windows.emplace(*m_connection);
-    m_windows->announceActiveWindow();
-    if (const auto active = m_windows->activeWindow())
+    , m_installed(installed)
+    , m_windows(connection)
+    , m_pump(
+          connection, [this](const xcb_generic_event_t& event) { handle(event); },
+          [this] { followActiveWindow(); }) {
+    m_windows.announceActiveWindow();
+    if (const auto active = m_windows.activeWindow())
         remember(*active);
-    if (QAbstractEventDispatcher::instance()) {
-        m_readable = std::make_unique<QSocketNotifier>(m_connection->descriptor(), QSocketNotifier::Read);
-        QObject::connect(m_readable.get(), &QSocketNotifier::activated, [this] { readEvents(); });
-    }
 }
 
 EwmhWorkspace::~EwmhWorkspace() = default;
 
 std::optional<RunningApplication> EwmhWorkspace::frontmostApplication() {
-    readEvents();
-    const auto active = m_windows ? m_windows->activeWindow() : std::nullopt;
+    m_pump.drain();
+    const auto active = m_windows.activeWindow();
     if (!active)
         return std::nullopt;
-    const auto facts = m_windows->facts(*active);
-    if (!facts || facts->isPartOfDesktop || isCovered(*m_connection, *active))
+    const auto facts = m_windows.facts(*active);
+    if (!facts || facts->isPartOfDesktop || isCovered(m_connection, *active))
         return std::nullopt;
     remember(*active);
-    return describe(m_windows->processes({*active}).front(), facts->identity);
+    return describe(m_windows.processes({*active}).front(), facts->identity);
 }
 
 std::optional<RunningApplication> EwmhWorkspace::runningApplication(pid_t pid) {
@@ -60,19 +56,19 @@ std::optional<RunningApplication> EwmhWorkspace::runningApplication(pid_t pid) {
     const bool runs = pid < 0 ? !windows.empty() : processRuns(pid);
     if (!runs)
         return std::nullopt;
-    const auto facts = windows.empty() ? std::nullopt : m_windows->facts(windows.front());
+    const auto facts = windows.empty() ? std::nullopt : m_windows.facts(windows.front());
     return describe(pid, facts ? facts->identity : WindowIdentity{});
 }
 
 bool EwmhWorkspace::activate(pid_t pid) {
     const auto windows = windowsOf(pid);
-    if (windows.empty() || !m_windows->canActivate())
+    if (windows.empty() || !m_windows.canActivate())
         return false;
     const auto latest =
         std::find_if(m_recentlyActive.begin(), m_recentlyActive.end(), [&](xcb_window_t window) {
             return std::find(windows.begin(), windows.end(), window) != windows.end();
         });
-    m_windows->requestActivation(latest == m_recentlyActive.end() ? windows.front() : *latest);
+    m_windows.requestActivation(latest == m_recentlyActive.end() ? windows.front() : *latest);
     return true;
 }
 
@@ -98,33 +94,28 @@ RunningApplication EwmhWorkspace::describe(pid_t pid, const WindowIdentity& wind
 
 /// The windows of a process that can be brought to the front, the topmost first.
 std::vector<xcb_window_t> EwmhWorkspace::windowsOf(pid_t pid) {
-    if (!m_windows)
-        return {};
-    readEvents();
-    const auto windows = m_windows->managedWindows();
-    const auto processes = m_windows->processes(windows);
+    m_pump.drain();
+    const auto windows = m_windows.managedWindows();
+    const auto processes = m_windows.processes(windows);
     std::vector<xcb_window_t> result;
     for (std::size_t i = 0; i < windows.size(); ++i) {
         if (processes[i] != pid)
             continue;
-        const auto facts = m_windows->facts(windows[i]);
+        const auto facts = m_windows.facts(windows[i]);
         if (facts && !facts->isPartOfDesktop)
             result.push_back(windows[i]);
     }
     return result;
 }
 
-void EwmhWorkspace::readEvents() {
-    if (!m_connection)
+void EwmhWorkspace::handle(const xcb_generic_event_t& event) {
+    m_activeWindowChanged = m_windows.announcesActiveWindow(event) || m_activeWindowChanged;
+}
+
+void EwmhWorkspace::followActiveWindow() {
+    if (!std::exchange(m_activeWindowChanged, false))
         return;
-    bool changed = false;
-    while (const auto event = m_connection->pollEvent())
-        changed = m_windows->announcesActiveWindow(*event) || changed;
-    if (m_connection->isBroken() && m_readable)
-        m_readable->setEnabled(false); // a lost connection stays readable for ever
-    if (!changed)
-        return;
-    if (const auto active = m_windows->activeWindow())
+    if (const auto active = m_windows.activeWindow())
         remember(*active);
 }
 

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/server/X11EventPump.h"
 #include "linux/x11/windows/EwmhWindows.h"
 #include "platform/desktop/Workspace.h"
-
-#include <QSocketNotifier>
 
 #include <memory>
 #include <optional>
@@ -20,9 +19,8 @@ class X11Connection;
 /// negative process id.
 class EwmhWorkspace final : public Workspace {
 public:
-    /// `connection` is used by nobody else on another thread, and may be null in a session without X server:
-    /// then no application is ever seen. Both outlive the workspace.
-    EwmhWorkspace(X11Connection* connection, DesktopEntryCatalog& installed);
+    /// Takes the connection's events; on other threads it isn't used. Both outlive the workspace.
+    EwmhWorkspace(X11Connection& connection, DesktopEntryCatalog& installed);
     ~EwmhWorkspace() override;
 
     std::optional<RunningApplication> frontmostApplication() override;
@@ -33,14 +31,16 @@ public:
 private:
     RunningApplication describe(pid_t pid, const WindowIdentity& window);
     std::vector<xcb_window_t> windowsOf(pid_t pid);
-    void readEvents();
+    void handle(const xcb_generic_event_t& event);
+    void followActiveWindow();
     void remember(xcb_window_t active);
 
-    X11Connection* m_connection;
+    X11Connection& m_connection;
     DesktopEntryCatalog& m_installed;
-    std::optional<EwmhWindows> m_windows;
+    EwmhWindows m_windows;
     std::vector<xcb_window_t> m_recentlyActive; ///< the latest first
-    std::unique_ptr<QSocketNotifier> m_readable;
+    bool m_activeWindowChanged = false;
+    X11EventPump m_pump;
 };
 
 } // namespace talvera

@@ -7,34 +7,28 @@
 
 namespace talvera {
 
-class X11OverlayDesktop;
+class X11Connection;
+class X11OverlayStack;
 
 /// A window of which the window manager knows nothing (override-redirect): only such a one lets clicks
 /// through, since window managers put frames around the others, and only such a one stays above full-screen
 /// windows under all of them.
 class X11OverlayWindow final : public OverlayWindow {
 public:
-    /// `desktop` outlives the overlay.
-    X11OverlayWindow(X11OverlayDesktop& desktop, xcb_window_t window);
+    /// The stack works on `connection`; both outlive the overlay.
+    X11OverlayWindow(X11Connection& connection, X11OverlayStack& stack, xcb_window_t window);
     ~X11OverlayWindow() override;
 
     void setTakesClicks(bool takes) override;
     void setShape(const std::vector<QRect>& rectangles) override;
     void stayOnTop(bool stays) override;
 
-    xcb_window_t id() const { return m_window; }
-
-    /// Other windows have been restacked. Raises this one again, a few times at most: two that both want to
-    /// be the topmost would never come to rest.
-    void restacked();
-
 private:
     void describe();
-    void raise();
 
-    X11OverlayDesktop& m_desktop;
+    X11Connection& m_connection;
+    X11OverlayStack& m_stack;
     xcb_window_t m_window;
-    int m_raisesLeft = 0;
 };
 
 } // namespace talvera

@@ -2,29 +2,26 @@
 #pragma once
 
 #include "linux/x11/windows/EwmhWindows.h"
-#include "platform/desktop/SessionLack.h"
-
-#include <optional>
-#include <vector>
+#include "platform/desktop/SessionAccess.h"
 
 namespace talvera {
 
 class X11Connection;
 
-/// Whether this session lets us watch keys, post keys and see the active window. Main thread.
-class X11SessionAccess {
+/// What an X11 session lets us do: watch keys by XInput 2, post them by XTEST, and see and change the active
+/// window by its window manager. A server behind a Wayland compositor, which shows us only the keys meant for
+/// X programs, counts as none.
+class X11SessionAccess final : public SessionAccess {
 public:
-    /// `connection` may be null, and outlives this.
-    explicit X11SessionAccess(X11Connection* connection);
+    /// `connection` outlives this.
+    explicit X11SessionAccess(X11Connection& connection);
 
-    /// What is lacking now; empty when all is there. A window manager may come and go.
-    std::vector<SessionLack> lacks();
-
-    bool canWatchKeys() const { return m_canWatchKeys && !m_isBehindWayland; }
+    std::vector<SessionLack> lacks() override;
+    bool canWatchKeys() override { return m_canWatchKeys && !m_isBehindWayland; }
 
 private:
-    X11Connection* m_connection;
-    std::optional<EwmhWindows> m_windows;
+    X11Connection& m_connection;
+    EwmhWindows m_windows;
     bool m_isBehindWayland = false;
     bool m_canWatchKeys = false;
     bool m_canPostKeys = false;

@@ -81,7 +81,7 @@ TEST_F(PanelModel, nothingMissing_noBanner) {
 }
 
 TEST_F(PanelModel, missingPermissions_areCountedNamedAndFixed) {
-    accessibility.trusted = false;
+    access.trusted = false;
     readiness.refresh();
     EXPECT_EQ(model.bannerTitle(), "Talvera isn't fully set up");
     EXPECT_TRUE(model.accessibilityMissing());
@@ -100,7 +100,7 @@ TEST_F(PanelModel, desktopWithoutSettings_isAdvisedInstead) {
     settingsPanels.hasPanels = false;
     model.fixMicrophone(); // nobody listens
     model.onAdvice = [&](const QString& text) { advice << text; };
-    accessibility.trusted = false;
+    access.trusted = false;
     model.fixMicrophone();
     model.fixAccessibility();
     EXPECT_EQ(advice,

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "shell/readiness/ReadinessMonitor.h"
 
-#include "FakeAccessibility.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
 #include "FakeProgramActivation.h"
+#include "FakeSessionAccess.h"
 #include "FakeSettingsPanels.h"
 #include "SimulatedMainActor.h"
 
@@ -22,7 +22,7 @@ class Readiness : public testing::Test {
 protected:
     ReadinessMonitor& monitor() {
         if (!made)
-            made.emplace(ReadinessMonitor::Parts{actor, microphone, accessibility, languageModel,
+            made.emplace(ReadinessMonitor::Parts{actor, microphone, access, languageModel,
                                                  settingsPanels, activation});
         return *made;
     }
@@ -30,7 +30,7 @@ protected:
     SimulatedMainActor actor;
     FakeMicrophonePermission microphone{actor};
     FakeProgramActivation activation;
-    FakeAccessibility accessibility;
+    FakeSessionAccess access;
     FakeLanguageModel languageModel;
     FakeSettingsPanels settingsPanels;
     std::optional<ReadinessMonitor> made;
@@ -45,7 +45,7 @@ TEST_F(Readiness, everythingGranted_isReadyAndRests) {
 
 TEST_F(Readiness, bothMissing_countsTwo) {
     microphone.current = AuthorizationStatus::Denied;
-    accessibility.trusted = false;
+    access.trusted = false;
     EXPECT_EQ(monitor().missingCount(), 2);
     EXPECT_FALSE(monitor().isReady());
 }
@@ -70,7 +70,7 @@ TEST_F(Readiness, microphoneThatAnnouncesItsGrant_isSeenAtOnce) {
 
 TEST_F(Readiness, accessibilityRevokedAtRest_isSeenAtTheNextRefreshOnly) {
     monitor();
-    accessibility.trusted = false;
+    access.trusted = false;
     actor.advance(seconds(60));
     EXPECT_TRUE(monitor().isReady());
     monitor().refresh();
@@ -80,7 +80,7 @@ TEST_F(Readiness, accessibilityRevokedAtRest_isSeenAtTheNextRefreshOnly) {
 
 TEST_F(Readiness, userTurningToTheProgram_makesItLookAgainInATurnOfItsOwn) {
     monitor();
-    accessibility.trusted = false;
+    access.trusted = false;
     activation.activate();
     EXPECT_TRUE(monitor().axTrusted.get());
     actor.settle();
@@ -121,7 +121,7 @@ TEST_F(Readiness, computerThatCannotHaveAModel_isNotPolled) {
 }
 
 TEST_F(Readiness, inputMonitoringMissingAlone_isReadyWithoutAPoll) {
-    accessibility.inputMonitoring = false;
+    access.inputMonitoring = false;
     EXPECT_TRUE(monitor().isReady());
     EXPECT_FALSE(monitor().inputMonitoringGranted.get());
     EXPECT_FALSE(actor.hasTimers());
@@ -136,23 +136,23 @@ TEST_F(Readiness, refreshWithNothingChanged_tellsNobody) {
     const auto d = monitor().aiState.observe(count);
     monitor().refresh();
     EXPECT_EQ(told, 0);
-    accessibility.trusted = false;
+    access.trusted = false;
     monitor().refresh();
     EXPECT_EQ(told, 1);
 }
 
 TEST_F(Readiness, secondRefreshWhilePolling_startsNoSecondTimer) {
-    accessibility.trusted = false;
+    access.trusted = false;
     monitor();
     monitor().refresh();
     monitor().refresh();
-    accessibility.trusted = true;
+    access.trusted = true;
     monitor().refresh();
     EXPECT_FALSE(actor.hasTimers());
 }
 
 TEST_F(Readiness, monitorGone_leavesNoTimer) {
-    accessibility.trusted = false;
+    access.trusted = false;
     monitor();
     made.reset();
     EXPECT_FALSE(actor.hasTimers());

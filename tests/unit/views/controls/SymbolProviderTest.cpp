@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "views/controls/SymbolProvider.h"
-#include "linux/tray/SymbolPainter.h"
+#include "linux/support/SymbolPainter.h"
 
 #include <QColor>
 #include <QDir>

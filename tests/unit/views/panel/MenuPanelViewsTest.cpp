@@ -99,7 +99,7 @@ TEST_F(MenuPanelViews, everyStateInGerman_isShownWhole) {
 TEST_F(MenuPanelViews, bannerInGerman_isShownWhole) {
     const GermanTexts german;
     microphone.current = AuthorizationStatus::Denied;
-    accessibility.trusted = false;
+    access.trusted = false;
     open();
     EXPECT_TRUE(shownText(model->bannerTitle()));
     expectWholeTexts();

@@ -1,41 +1,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/tray/SymbolPainter.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/support/SymbolPainter.h"
+#include "linux/x11/server/X11EventPump.h"
+#include "platform/desktop/TrayIcon.h"
 
-#include <QRect>
-#include <QSocketNotifier>
+#include <QSize>
 
-#include <functional>
 #include <memory>
 #include <optional>
 
 namespace talvera {
 
+class X11Server;
+
 /// Our icon in the X11 tray: a small window that the tray takes into itself. Follows trays that come, go and
-/// change. Main thread only.
-class XEmbedIcon {
+/// change; where the server has gone there is none. Main thread only.
+class XEmbedIcon final : public TrayIcon {
 public:
-    explicit XEmbedIcon(SymbolPainter painter);
-    ~XEmbedIcon();
-    XEmbedIcon(const XEmbedIcon&) = delete;
-    XEmbedIcon& operator=(const XEmbedIcon&) = delete;
+    XEmbedIcon(const X11Server& server, SymbolPainter painter);
+    ~XEmbedIcon() override;
 
-    void setSymbol(const QString& name);
-    void setTitle(const QString& text);
-
-    /// Shows the icon wherever there is a tray, from now on.
-    void setShown(bool shown);
-
-    /// There is a tray on this screen.
-    bool hasTray() const { return m_tray != XCB_WINDOW_NONE; }
-
-    /// Where the icon is, in the server's pixels; nothing while no tray shows it.
-    std::optional<QRect> frame();
-
-    /// The icon was clicked, with any button.
-    std::function<void()> onClick;
+    void setSymbol(const QString& name) override;
+    void setTitle(const QString& text) override;
+    void setShown(bool shown) override;
+    bool hasTray() const override { return m_tray != XCB_WINDOW_NONE; }
+    std::optional<QRect> frame() override;
 
 private:
     /// How the pixels of a window are made up.
@@ -45,10 +35,12 @@ private:
         bool translucent = false; ///< the tray lays the window over its background
     };
 
-    void readEvents();
     void handle(const xcb_generic_event_t& event);
     void findTray();
     void dock();
+    void createWindow();
+    void describeWindow();
+    void askToBeTakenIn();
     void undock();
     void askForSquare(int edge);
     void readColors();
@@ -58,8 +50,7 @@ private:
     QColor colorOn(const std::optional<QImage>& background) const;
 
     SymbolPainter m_painter;
-    std::unique_ptr<X11Connection> m_x11;
-    std::unique_ptr<QSocketNotifier> m_readable;
+    const std::unique_ptr<X11Connection> m_x11;
     QString m_symbol;
     QString m_title;
     bool m_shown = false;
@@ -71,6 +62,7 @@ private:
     QSize m_size;
     int m_askedEdge = 0;
     std::optional<QColor> m_foreground; ///< what the tray asks for
+    X11EventPump m_pump;
 };
 
 } // namespace talvera

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "linux/x11/windows/logicalRect.h"
+#include "linux/support/logicalRect.h"
 
 #include <QGuiApplication>
 #include <QScreen>

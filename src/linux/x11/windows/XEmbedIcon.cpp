@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "linux/tray/XEmbedIcon.h"
+#include "linux/x11/windows/XEmbedIcon.h"
 
 #include "linux/support/ApplicationId.h"
+#include "linux/support/logicalRect.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QPainter>
 
@@ -60,30 +62,23 @@ QColor readableOn(double lightness) {
 
 } // namespace
 
-XEmbedIcon::XEmbedIcon(SymbolPainter painter)
+XEmbedIcon::XEmbedIcon(const X11Server& server, SymbolPainter painter)
     : m_painter(std::move(painter))
-    , m_x11(X11Connection::open()) {
-    if (!m_x11)
-        return;
-    m_readable = std::make_unique<QSocketNotifier>(m_x11->descriptor(), QSocketNotifier::Read);
-    QObject::connect(m_readable.get(), &QSocketNotifier::activated, m_readable.get(),
-                     [this] { readEvents(); });
+    , m_x11(server.connect())
+    , m_pump(*m_x11, [this](const xcb_generic_event_t& event) { handle(event); }) {
     const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY; // trays announce themselves to the root
     xcb_change_window_attributes(m_x11->get(), m_x11->root(), XCB_CW_EVENT_MASK, &events);
     findTray();
-    readEvents();
 }
 
 XEmbedIcon::~XEmbedIcon() {
-    if (m_x11)
-        undock();
+    undock();
 }
 
 void XEmbedIcon::setSymbol(const QString& name) {
     if (name == std::exchange(m_symbol, name))
         return;
     draw();
-    readEvents();
 }
 
 void XEmbedIcon::setTitle(const QString& text) {
@@ -100,13 +95,10 @@ void XEmbedIcon::setTitle(const QString& text) {
 
 void XEmbedIcon::setShown(bool shown) {
     m_shown = shown;
-    if (!m_x11)
-        return;
     if (!shown)
         undock();
     else if (hasTray() && m_window == XCB_WINDOW_NONE)
         dock();
-    readEvents();
 }
 
 std::optional<QRect> XEmbedIcon::frame() {
@@ -118,23 +110,9 @@ std::optional<QRect> XEmbedIcon::frame() {
     const auto geometry = m_x11->reply<xcb_get_geometry_reply_t>(geometryQuestion);
     const auto place = m_x11->reply<xcb_translate_coordinates_reply_t>(placeQuestion);
     const auto attributes = m_x11->reply<xcb_get_window_attributes_reply_t>(attributesQuestion);
-    // What came while we waited has been read from the socket already, which tells nobody any more.
-    QMetaObject::invokeMethod(
-        m_readable.get(), [this] { readEvents(); }, Qt::QueuedConnection);
     if (!geometry || !place || !attributes || attributes->map_state != XCB_MAP_STATE_VIEWABLE)
         return std::nullopt;
-    return QRect(place->dst_x, place->dst_y, geometry->width, geometry->height);
-}
-
-/// Also after every request that had to wait for its answer: the events that came meanwhile wake nobody.
-void XEmbedIcon::readEvents() {
-    if (!m_x11)
-        return;
-    while (const auto event = m_x11->pollEvent())
-        handle(*event);
-    if (m_x11->isBroken())
-        m_readable->setEnabled(false); // else it would wake us for ever
-    m_x11->flush();
+    return logicalRect(QRect(place->dst_x, place->dst_y, geometry->width, geometry->height));
 }
 
 void XEmbedIcon::handle(const xcb_generic_event_t& event) {
@@ -186,11 +164,7 @@ void XEmbedIcon::findTray() {
     const auto selection = m_x11->atom("_NET_SYSTEM_TRAY_S0");
     // Nobody may leave between the answer and our asking to be told of it.
     xcb_grab_server(m_x11->get());
-    const auto owner =
-        m_x11->reply<xcb_get_selection_owner_reply_t>(xcb_get_selection_owner(m_x11->get(), selection));
-    m_tray = XCB_WINDOW_NONE;
-    if (owner)
-        m_tray = owner->owner;
+    m_tray = m_x11->selectionOwner(selection);
     if (hasTray()) {
         const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(m_x11->get(), m_tray, XCB_CW_EVENT_MASK, &events);
@@ -226,6 +200,12 @@ XEmbedIcon::Look XEmbedIcon::lookForTray() {
 }
 
 void XEmbedIcon::dock() {
+    createWindow();
+    describeWindow();
+    askToBeTakenIn();
+}
+
+void XEmbedIcon::createWindow() {
     auto* const x11 = m_x11->get();
     m_look = lookForTray();
     m_window = xcb_generate_id(x11);
@@ -246,7 +226,10 @@ void XEmbedIcon::dock() {
         xcb_change_window_attributes(x11, m_window, XCB_CW_BACK_PIXMAP, &parentsBackground);
     }
     xcb_create_gc(x11, m_gc, m_window, 0, nullptr);
+}
 
+void XEmbedIcon::describeWindow() {
+    auto* const x11 = m_x11->get();
     const std::string name = ApplicationId;
     const auto classes = name + '\0' + name + '\0';
     xcb_change_property(x11, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
@@ -256,7 +239,9 @@ void XEmbedIcon::dock() {
                         m_x11->atom("_XEMBED_INFO"), 32, embedding.size(), embedding.data());
     setTitle(m_title);
     askForSquare(firstSize);
+}
 
+void XEmbedIcon::askToBeTakenIn() {
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
     request.format = 32;
@@ -265,7 +250,7 @@ void XEmbedIcon::dock() {
     request.data.data32[0] = XCB_CURRENT_TIME;
     request.data.data32[1] = dockRequest;
     request.data.data32[2] = m_window;
-    xcb_send_event(x11, 0, m_tray, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&request));
+    xcb_send_event(m_x11->get(), 0, m_tray, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&request));
     m_x11->flush();
 }
 

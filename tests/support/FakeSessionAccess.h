@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/desktop/SessionAccess.h"
+
+namespace talvera::test {
+
+/// A session that lets us do what the test says.
+class FakeSessionAccess final : public SessionAccess {
+public:
+    bool trusted = true; ///< nothing is lacking
+    bool inputMonitoring = true;
+
+    std::vector<SessionLack> lacks() override {
+        return trusted ? std::vector<SessionLack>() : std::vector{SessionLack::ActiveWindow};
+    }
+    bool canWatchKeys() override { return inputMonitoring; }
+};
+
+} // namespace talvera::test
