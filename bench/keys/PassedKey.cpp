@@ -2,6 +2,7 @@
 // passed_key [KEYS]: how long a key takes from the keyboard to the focused window, with the agent and without
 // it, in turns. The hotkey itself too: a modifier alone is seen by the agent and passed on.
 #include "RigInput.h"
+#include "keys.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
 #include "support/KeyWindow.h"
@@ -18,7 +19,7 @@ using namespace talvera::bench;
 
 namespace {
 
-constexpr int letterA = 38; // X keycode
+constexpr int letterA = test::Key::a;
 constexpr int rounds = 4;
 
 void tap(int keycode, int times, test::RigInput& hands, KeyWindow& window, Figure& figure) {

@@ -3,6 +3,7 @@
 // everything that it can show has been shown and is closed again, and whether it grows when that happens
 // again and again.
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/posix/SingleInstance.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
@@ -26,7 +27,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int escape = 9; // X keycode
+constexpr int escape = test::Key::escape;
 
 /// The panel fades in or out, and the agent frees what it needs no longer.
 constexpr auto settling = 400ms;

@@ -2,6 +2,7 @@
 // panel_opening [TIMES]: how soon the status panel is painted when the program is started a second time. What
 // the second process takes to come up doesn't count: the first is told in the same way by us.
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/posix/SingleInstance.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
@@ -19,7 +20,7 @@ using namespace talvera::bench;
 
 namespace {
 
-constexpr int escape = 9; // X keycode
+constexpr int escape = test::Key::escape;
 
 /// The panel closes, and the agent does what it does then.
 constexpr std::chrono::milliseconds settling{1000};

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/keyboard/VirtualKey.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -21,7 +23,7 @@ public:
     /// Modifiers and a key.
     struct Chord {
         std::uint64_t modifiers = 0; ///< KeyFlag bits, all of which must be held
-        std::uint16_t keyCode = 0;   ///< virtual key code
+        VirtualKey keyCode = {};
 
         bool operator==(const Chord&) const = default;
     };
@@ -35,7 +37,7 @@ public:
     /// Control + Option + Space.
     HotkeyBinding() = default;
 
-    static HotkeyBinding chord(std::uint64_t modifiers, std::uint16_t keyCode);
+    static HotkeyBinding chord(std::uint64_t modifiers, VirtualKey keyCode);
     static HotkeyBinding holdSpecial(SpecialKey key);
 
     const Chord* asChord() const { return std::get_if<Chord>(&m_value); }
@@ -49,20 +51,21 @@ public:
     /// Reads the persisted form; throws DecodingError.
     static HotkeyBinding decoded(const QByteArray& data);
 
-    /// The name shown to the user. It follows the layout that is active now. Main thread only.
+    /// The name shown to the user, in the words of the loaded catalogs. It follows the layout that is active
+    /// now. Main thread only.
     QString displayString(KeyboardLayout& layout) const;
 
     /// The name of a key, which stands at the end of a chord's display string. Main thread only.
-    static QString keyName(std::uint16_t keyCode, KeyboardLayout& layout);
+    static QString keyName(VirtualKey key, KeyboardLayout& layout);
 
     /// What the key writes without modifiers; nothing when that is no text. Main thread only.
-    static std::optional<QString> layoutCharacter(std::uint16_t keyCode, KeyboardLayout& layout);
+    static std::optional<QString> layoutCharacter(VirtualKey key, KeyboardLayout& layout);
 
 private:
     explicit HotkeyBinding(std::variant<Chord, SpecialKey> value)
         : m_value(value) {}
 
-    std::variant<Chord, SpecialKey> m_value = Chord{0xC0000, 49};
+    std::variant<Chord, SpecialKey> m_value = Chord{KeyFlag::Control | KeyFlag::Option, VirtualKey::Space};
 };
 
 /// What is wrong with a persisted binding.
@@ -87,8 +90,8 @@ QString rawValue(HotkeyBinding::SpecialKey key);
 /// The special key whose persisted form is exactly `raw`, if there is one.
 std::optional<HotkeyBinding::SpecialKey> specialKeyFromRawValue(const QString& raw);
 
-/// The virtual key code of a special key.
-std::uint16_t keyCode(HotkeyBinding::SpecialKey key);
+/// The key that a special key is.
+VirtualKey keyCode(HotkeyBinding::SpecialKey key);
 /// The flag bit that tells that the key is held. It may be shared with the key's left twin.
 std::uint64_t heldFlag(HotkeyBinding::SpecialKey key);
 

@@ -79,7 +79,7 @@ QByteArray HotkeyBinding::encoded() const {
     if (const auto* chord = asChord())
         return QStringLiteral(R"({"chord":{"modifiers":%1,"keyCode":%2}})")
             .arg(chord->modifiers)
-            .arg(chord->keyCode)
+            .arg(static_cast<std::uint16_t>(chord->keyCode))
             .toUtf8();
     return QStringLiteral(R"({"holdSpecial":{"_0":"%1"}})").arg(rawValue(*asSpecialKey())).toUtf8();
 }
@@ -99,7 +99,8 @@ HotkeyBinding HotkeyBinding::decoded(const QByteArray& data) {
     if (document.contains(CodingKeys::chord)) {
         const auto& fields = nestedObject(document, CodingKeys::chord);
         const auto modifiers = unsignedNumber<std::uint64_t>(fields, ChordCodingKeys::modifiers);
-        return chord(modifiers, unsignedNumber<std::uint16_t>(fields, ChordCodingKeys::keyCode));
+        const auto keyCode = unsignedNumber<std::uint16_t>(fields, ChordCodingKeys::keyCode);
+        return chord(modifiers, VirtualKey(keyCode));
     }
 
     const auto& value = member(nestedObject(document, CodingKeys::holdSpecial), HoldSpecialCodingKeys::_0);

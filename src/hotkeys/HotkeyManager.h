@@ -49,7 +49,7 @@ private:
 
     std::unique_ptr<EventTap> m_eventTap;
     bool m_isPressed = false;
-    std::mutex m_bindingLock; // guards the binding
+    std::mutex m_bindingLock; // guards the binding, should taps come to call back on threads of their own
     HotkeyBinding m_binding;
 };
 

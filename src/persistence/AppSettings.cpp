@@ -73,9 +73,8 @@ HotkeyBinding loadHotkey(const PreferenceStore& store) {
 }
 
 std::optional<HotkeyBinding> loadTranslateToggle(const PreferenceStore& store) {
-    constexpr std::uint16_t keyT = 17;
     if (!store.boolean(Key::translateToggleBindingSet))
-        return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, keyT);
+        return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, VirtualKey::T);
     return loadBinding(store, Key::translateToggleBinding);
 }
 

@@ -42,7 +42,7 @@ Answer bindingDisplay(const Request& request) {
             if (!isNumber)
                 throw BadRequest("\"layout\" must have key codes as its names");
             if (!character.is_null())
-                layout.characters[keyCode] = toText(character, key);
+                layout.characters[VirtualKey(keyCode)] = toText(character, key);
         }
     }
     return {{"text", bindingFrom(request).displayString(layout).toStdString()}};
@@ -64,7 +64,7 @@ KeyEvent eventFrom(const Request& request) {
     KeyEvent event{.type = request.named("type", eventTypeFrom)};
     if (event.type == KeyEventType::TapDisabledByTimeout)
         return event;
-    event.keyCode = request.integer<std::uint16_t>("keyCode");
+    event.keyCode = VirtualKey(request.integer<std::uint16_t>("keyCode"));
     event.flags = request.optionalInteger<std::uint64_t>("flags").value_or(0);
     event.autorepeat = request.has("autorepeat") && request.truth("autorepeat");
     return event;

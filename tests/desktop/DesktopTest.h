@@ -7,6 +7,7 @@
 #include "RigInput.h"
 #include "Speech.h"
 #include "Voice.h"
+#include "keys.h"
 #include "receivers/Receiver.h"
 
 #include <QtGlobal>
@@ -35,13 +36,12 @@ using Samples = std::vector<std::int16_t>;
 /// Afterwards the agent is ended, and checked to have left nothing behind.
 class DesktopTest : public testing::Test {
 protected:
-    // X keycodes of the rig's keyboards
-    static constexpr int RightCtrl = 105; ///< the hotkey as long as no other is set
-    static constexpr int LeftCtrl = 37;
-    static constexpr int LeftAlt = 64;
-    static constexpr int Space = 65;
-    static constexpr int H = 43;
-    static constexpr int V = 55;
+    static constexpr int RightCtrl = Key::rightControl; ///< the hotkey as long as no other is set
+    static constexpr int LeftCtrl = Key::leftControl;
+    static constexpr int LeftAlt = Key::leftAlt;
+    static constexpr int Space = Key::space;
+    static constexpr int H = Key::h;
+    static constexpr int V = Key::v;
 
     /// Ends the agent, if it still runs, and checks that it is clean.
     void TearDown() override;

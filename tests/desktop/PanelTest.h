@@ -15,10 +15,9 @@ namespace talvera::test {
 /// A test in which the user works with the status panel.
 class PanelTest : public DesktopTest {
 protected:
-    // X keycodes
-    static constexpr int Escape = 9;
-    static constexpr int Tab = 23;
-    static constexpr int Return = 36;
+    static constexpr int Escape = Key::escape;
+    static constexpr int Tab = Key::tab;
+    static constexpr int Return = Key::enter;
 
     /// Where the panel is, in pixels; nothing while it isn't on the screen.
     static std::optional<QRect> panel();

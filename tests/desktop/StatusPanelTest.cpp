@@ -9,10 +9,9 @@ using namespace talvera::test;
 
 namespace {
 
-// X keycodes
-constexpr int E = 26;
-constexpr int N = 57;
-constexpr int G = 42;
+constexpr int E = Key::e;
+constexpr int N = Key::n;
+constexpr int G = Key::g;
 
 class StatusPanel : public PanelTest, public testing::WithParamInterface<Tray::Kind> {
 protected:

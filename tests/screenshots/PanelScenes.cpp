@@ -88,7 +88,7 @@ private:
     FakeSessionAccess m_access;
     FakeLanguageModel m_languageModel;
     FakeSettingsPanels m_settingsPanels;
-    FakeKeyboardLayout m_layout{{{17, "t"}}};
+    FakeKeyboardLayout m_layout{{{VirtualKey::T, "t"}}};
     FakeProgramActivation m_activation;
 
 public:
@@ -120,7 +120,7 @@ void photographPanel(Stage& stage) {
     panel.photograph("ready");
     stage.settings.aiCleanupEnabled.set(true);
     stage.settings.targetLanguageCode.set("pt-BR");
-    stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, 17));
+    stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::T));
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
     QCursor::setPos(place + QPoint(MenuPanelWidth / 2, 345)); // over one of the lower rows

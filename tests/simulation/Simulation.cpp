@@ -8,9 +8,6 @@ namespace talvera::simulation {
 namespace {
 
 constexpr int roundsPerLife = 40;
-constexpr std::uint16_t capsLockKey = 57;
-constexpr std::uint16_t controlKey = 59;
-constexpr std::uint16_t optionKey = 58;
 
 } // namespace
 
@@ -110,7 +107,7 @@ HotkeyBinding Simulation::randomBinding() {
     case 0:
     case 1:
     case 2:
-        return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option, 49);
+        return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option, VirtualKey::Space);
     case 3:
         return HotkeyBinding::holdSpecial(Key::RightOption);
     case 4:
@@ -126,8 +123,8 @@ void Simulation::keyDown() {
     m_heldBinding = m_world.settings.hotkeyBinding.get();
     auto& keyboard = m_world.keyboard;
     if (const auto* chord = m_heldBinding->asChord()) {
-        keyboard.press(controlKey);
-        keyboard.press(optionKey);
+        keyboard.press(VirtualKey::Control);
+        keyboard.press(VirtualKey::Option);
         keyboard.press(chord->keyCode);
         if (m_dice.chance(0.2))
             keyboard.repeat(chord->keyCode);
@@ -135,7 +132,7 @@ void Simulation::keyDown() {
     }
     const auto key = keyCode(*m_heldBinding->asSpecialKey());
     keyboard.press(key);
-    if (key == capsLockKey)
+    if (key == VirtualKey::CapsLock)
         keyboard.release(key);
 }
 
@@ -147,15 +144,15 @@ void Simulation::keyUp() {
     if (const auto* chord = held->asChord()) {
         const bool modifierFirst = m_dice.chance(0.3);
         if (modifierFirst)
-            keyboard.release(controlKey);
+            keyboard.release(VirtualKey::Control);
         keyboard.release(chord->keyCode);
-        keyboard.release(optionKey);
+        keyboard.release(VirtualKey::Option);
         if (!modifierFirst)
-            keyboard.release(controlKey);
+            keyboard.release(VirtualKey::Control);
         return;
     }
     const auto key = keyCode(*held->asSpecialKey());
-    if (key == capsLockKey)
+    if (key == VirtualKey::CapsLock)
         keyboard.press(key);
     keyboard.release(key);
 }
@@ -164,7 +161,7 @@ void Simulation::keyUp() {
 void Simulation::letGo() {
     keyUp();
     if (m_world.agent().hotkey.isPressed())
-        m_world.keyboard.tap(capsLockKey);
+        m_world.keyboard.tap(VirtualKey::CapsLock);
 }
 
 void Simulation::bringToRest() {

@@ -1,18 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "FakeEventTap.h"
 
-#include "platform/keyboard/VirtualKeys.h"
-
 #include <algorithm>
 #include <utility>
 
 namespace talvera::test {
-
-namespace {
-
-constexpr std::uint16_t capsLockKey = 57;
-
-} // namespace
 
 FakeEventTap::FakeEventTap(FakeKeyboard& keyboard, Callback callback)
     : m_keyboard(keyboard)
@@ -48,7 +40,7 @@ WatchResult FakeEventTap::watchChord(const KeyChord& chord) {
                                                                  : WatchResult::Watching;
 }
 
-WatchResult FakeEventTap::watchKey(std::uint16_t keyCode) {
+WatchResult FakeEventTap::watchKey(VirtualKey keyCode) {
     if (m_key != keyCode)
         m_pressTold.reset();
     m_key = keyCode;
@@ -111,8 +103,8 @@ void FakeKeyboard::listenAgain() {
     }
 }
 
-bool FakeKeyboard::isOn(std::uint16_t keyCode) const {
-    return keyCode == capsLockKey ? m_capsLock : m_held.contains(keyCode);
+bool FakeKeyboard::isOn(VirtualKey keyCode) const {
+    return keyCode == VirtualKey::CapsLock ? m_capsLock : m_held.contains(keyCode);
 }
 
 std::uint64_t FakeKeyboard::flags() const {
@@ -122,9 +114,9 @@ std::uint64_t FakeKeyboard::flags() const {
     return flags;
 }
 
-void FakeKeyboard::press(std::uint16_t keyCode) {
+void FakeKeyboard::press(VirtualKey keyCode) {
     m_held.insert(keyCode);
-    if (keyCode == capsLockKey) {
+    if (keyCode == VirtualKey::CapsLock) {
         m_capsLockEnds = m_capsLock;
         m_capsLock = true;
     }
@@ -132,19 +124,19 @@ void FakeKeyboard::press(std::uint16_t keyCode) {
     send({.type = type, .keyCode = keyCode, .flags = flags()});
 }
 
-void FakeKeyboard::repeat(std::uint16_t keyCode) {
+void FakeKeyboard::repeat(VirtualKey keyCode) {
     send({.type = KeyEventType::KeyDown, .keyCode = keyCode, .flags = flags(), .autorepeat = true});
 }
 
-void FakeKeyboard::release(std::uint16_t keyCode) {
+void FakeKeyboard::release(VirtualKey keyCode) {
     m_held.erase(keyCode);
-    if (keyCode == capsLockKey && m_capsLockEnds)
+    if (keyCode == VirtualKey::CapsLock && m_capsLockEnds)
         m_capsLock = false;
     const auto type = isModifierKey(keyCode) ? KeyEventType::FlagsChanged : KeyEventType::KeyUp;
     send({.type = type, .keyCode = keyCode, .flags = flags()});
 }
 
-void FakeKeyboard::tap(std::uint16_t keyCode) {
+void FakeKeyboard::tap(VirtualKey keyCode) {
     press(keyCode);
     release(keyCode);
 }

@@ -19,12 +19,12 @@ public:
 
     void setEnabled(bool enabled) override;
     WatchResult watchChord(const KeyChord& chord) override;
-    WatchResult watchKey(std::uint16_t keyCode) override;
+    WatchResult watchKey(VirtualKey keyCode) override;
     void watchNothing() override;
 
     bool isEnabled() const { return m_isEnabled; }
     const std::optional<KeyChord>& watchedChord() const { return m_chord; }
-    const std::optional<std::uint16_t>& watchedKey() const { return m_key; }
+    const std::optional<VirtualKey>& watchedKey() const { return m_key; }
 
 private:
     friend class FakeKeyboard;
@@ -37,7 +37,7 @@ private:
     bool m_timedOut = false;
     bool m_hasMissedKeys = false; // since it was last enabled
     std::optional<KeyChord> m_chord;
-    std::optional<std::uint16_t> m_key;
+    std::optional<VirtualKey> m_key;
     std::optional<KeyEvent> m_pressTold; // of what the tap waits for
 };
 
@@ -50,7 +50,7 @@ public:
     bool refusesTaps = false;
     /// Chords that other programs hold.
     std::vector<KeyChord> takenChords;
-    std::set<std::uint16_t> missingKeys;
+    std::set<VirtualKey> missingKeys;
 
     /// Taps that exist, the oldest first.
     const std::vector<FakeEventTap*>& taps() const { return m_taps; }
@@ -59,11 +59,11 @@ public:
     /// One event as it stands; answers whether the application gets it.
     Verdict send(const KeyEvent& event);
 
-    /// Keys by their virtual codes, with the events that a real keyboard has for them.
-    void press(std::uint16_t keyCode);
-    void repeat(std::uint16_t keyCode);
-    void release(std::uint16_t keyCode);
-    void tap(std::uint16_t keyCode);
+    /// Keys, with the events that a real keyboard has for them.
+    void press(VirtualKey keyCode);
+    void repeat(VirtualKey keyCode);
+    void release(VirtualKey keyCode);
+    void tap(VirtualKey keyCode);
 
     /// What reached the focused application.
     const std::vector<KeyEvent>& passed() const { return m_passed; }
@@ -76,13 +76,13 @@ private:
     friend class FakeEventTap;
 
     /// What the key means is on: it is held, or its lock is set.
-    bool isOn(std::uint16_t keyCode) const;
+    bool isOn(VirtualKey keyCode) const;
     std::uint64_t flags() const;
     Verdict offer(const KeyEvent& event);
 
     std::vector<FakeEventTap*> m_taps;
     int m_tapsCreated = 0;
-    std::set<std::uint16_t> m_held;
+    std::set<VirtualKey> m_held;
     bool m_capsLock = false;
     bool m_capsLockEnds = false; // with the release of the key
     bool m_isListening = true;

@@ -11,13 +11,13 @@ namespace talvera::test {
 class FakeKeyboardLayout final : public KeyboardLayout {
 public:
     FakeKeyboardLayout() = default;
-    explicit FakeKeyboardLayout(std::map<std::uint16_t, QString> keys)
+    explicit FakeKeyboardLayout(std::map<VirtualKey, QString> keys)
         : characters(std::move(keys)) {}
 
-    std::map<std::uint16_t, QString> characters;
+    std::map<VirtualKey, QString> characters;
 
-    std::optional<QString> character(std::uint16_t keyCode) override {
-        const auto found = characters.find(keyCode);
+    std::optional<QString> character(VirtualKey key) override {
+        const auto found = characters.find(key);
         return found == characters.end() ? std::nullopt : std::optional(found->second);
     }
 };

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "linux/keyboard/KeyEventMailbox.h"
 
-#include "platform/keyboard/VirtualKeys.h"
-
 #include <utility>
 
 namespace talvera {
@@ -37,7 +35,7 @@ bool KeyEventMailbox::hasGivenUp() const {
     return m_gaveUp;
 }
 
-std::set<std::uint16_t> KeyEventMailbox::heardPresses() const {
+std::set<VirtualKey> KeyEventMailbox::heardPresses() const {
     const std::scoped_lock lock(m_mutex);
     return m_heardPresses;
 }

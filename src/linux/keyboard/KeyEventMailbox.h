@@ -39,8 +39,8 @@ public:
     /// main actor has been told. Any thread.
     bool giveUpIfOverdue();
 
-    /// The virtual key codes of the presses that the main actor was handed, but not their ends. Any thread.
-    std::set<std::uint16_t> heardPresses() const;
+    /// The keys whose presses the main actor was handed, but not their ends. Any thread.
+    std::set<VirtualKey> heardPresses() const;
 
     /// The main actor still has to be told that it was given up. Any thread.
     bool hasGivenUp() const;
@@ -68,7 +68,7 @@ private:
     std::deque<Letter> m_waiting;
     bool m_isDelivering = false; // the main actor has been asked to look
     bool m_gaveUp = false;
-    std::set<std::uint16_t> m_heardPresses;
+    std::set<VirtualKey> m_heardPresses;
 };
 
 } // namespace talvera

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/keyboard/VirtualKey.h"
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -16,30 +18,26 @@ enum class KeyEventType : std::uint32_t {
     TapDisabledByUserInput = 0xFFFFFFFF,
 };
 
-/// Modifier bits of key events and bindings.
-namespace KeyFlag {
-inline constexpr std::uint64_t CapsLock = 0x10000;
-inline constexpr std::uint64_t Shift = 0x20000;
-inline constexpr std::uint64_t Control = 0x40000;
-inline constexpr std::uint64_t Option = 0x80000;   ///< Alt
-inline constexpr std::uint64_t Command = 0x100000; ///< Super
-inline constexpr std::uint64_t Fn = 0x800000;
-} // namespace KeyFlag
-
 /// A key event of the user's keyboards; what we type ourselves is not among them.
 struct KeyEvent {
     KeyEventType type = KeyEventType::KeyDown;
-    std::uint16_t keyCode = 0; ///< virtual key code: the physical key, whatever the layout
-    std::uint64_t flags = 0;   ///< KeyFlag bits after this event
+    VirtualKey keyCode = {};
+    std::uint64_t flags = 0; ///< KeyFlag bits after this event
     bool autorepeat = false;
 };
+
+/// The event begins a press of its key, or shows that one goes on; otherwise it ends one.
+constexpr bool isPress(const KeyEvent& event) {
+    return event.type == KeyEventType::KeyDown || (event.type == KeyEventType::FlagsChanged &&
+                                                   (event.flags & flagOfModifierKey(event.keyCode)) != 0);
+}
 
 enum class Verdict { Pass, Swallow };
 
 /// A key together with at least these modifiers.
 struct KeyChord {
     std::uint64_t modifiers = 0; ///< KeyFlag bits
-    std::uint16_t keyCode = 0;
+    VirtualKey keyCode = {};
 
     bool operator==(const KeyChord&) const = default;
 };
@@ -72,7 +70,7 @@ public:
     virtual WatchResult watchChord(const KeyChord& chord) = 0;
 
     /// Waits for a key held alone: the callback gets at least its flag changes, which it can only pass.
-    virtual WatchResult watchKey(std::uint16_t keyCode) = 0;
+    virtual WatchResult watchKey(VirtualKey key) = 0;
 
     virtual void watchNothing() = 0;
 };

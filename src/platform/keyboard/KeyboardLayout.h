@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/keyboard/VirtualKey.h"
+
 #include <QString>
 
-#include <cstdint>
 #include <optional>
 
 namespace talvera {
@@ -13,9 +14,8 @@ class KeyboardLayout {
 public:
     virtual ~KeyboardLayout() = default;
 
-    /// What the key with this virtual key code writes without modifiers; nothing for keys without a character
-    /// and for dead keys.
-    virtual std::optional<QString> character(std::uint16_t keyCode) = 0;
+    /// What the key writes without modifiers; nothing for keys without a character and for dead keys.
+    virtual std::optional<QString> character(VirtualKey key) = 0;
 };
 
 } // namespace talvera

@@ -13,19 +13,6 @@ using namespace talvera;
 
 namespace {
 
-namespace Code {
-constexpr std::uint16_t a = 0;
-constexpr std::uint16_t space = 49;
-constexpr std::uint16_t rightCommand = 54;
-constexpr std::uint16_t leftCommand = 55;
-constexpr std::uint16_t shift = 56;
-constexpr std::uint16_t capsLock = 57;
-constexpr std::uint16_t option = 58;
-constexpr std::uint16_t control = 59;
-constexpr std::uint16_t rightOption = 61;
-constexpr std::uint16_t fn = 63;
-} // namespace Code
-
 constexpr std::uint64_t controlOption = KeyFlag::Control | KeyFlag::Option;
 
 /// A session with keyboards, an application and taps. Keys are named by their virtual codes; what reaches the
@@ -35,17 +22,17 @@ struct FakeSession {
     std::size_t taken = 0;
 
     EventTapFactory& taps() { return keyboard; }
-    void press(std::uint16_t key) { keyboard.press(key); }
-    void release(std::uint16_t key) { keyboard.release(key); }
+    void press(VirtualKey key) { keyboard.press(key); }
+    void release(VirtualKey key) { keyboard.release(key); }
     void settle() {}
-    std::vector<std::uint16_t> reachedApplication() {
-        std::vector<std::uint16_t> keys;
+    std::vector<VirtualKey> reachedApplication() {
+        std::vector<VirtualKey> keys;
         for (; taken < keyboard.passed().size(); ++taken)
             keys.push_back(keyboard.passed()[taken].keyCode);
         return keys;
     }
     void letAnotherProgramHold(const KeyChord& chord) { keyboard.takenChords.push_back(chord); }
-    void removeKey(std::uint16_t key) { keyboard.missingKeys.insert(key); }
+    void removeKey(VirtualKey key) { keyboard.missingKeys.insert(key); }
     void stopListening() { keyboard.stopListening(); }
     void awaitTimeout() {}
     void listenAgain() { keyboard.listenAgain(); }
@@ -58,31 +45,32 @@ struct RealSession {
     std::unique_ptr<X11Connection> other = X11Connection::open();
     bool isListening = true;
 
-    static std::uint8_t keycode(std::uint16_t key) { return X11KeyCodes::fromVirtual(key).front(); }
+    static int keycode(VirtualKey key) { return static_cast<int>(X11KeyCodes::fromVirtual(key).front()); }
 
     EventTapFactory& taps() { return keyboard.taps(); }
-    void press(std::uint16_t key) { keyboard.keys.press(keycode(key)); }
-    void release(std::uint16_t key) { keyboard.keys.release(keycode(key)); }
+    void press(VirtualKey key) { keyboard.keys.press(keycode(key)); }
+    void release(VirtualKey key) { keyboard.keys.release(keycode(key)); }
     void settle() {
         if (isListening)
             keyboard.settle();
     }
-    std::vector<std::uint16_t> reachedApplication() {
-        std::vector<std::uint16_t> keys;
+    std::vector<VirtualKey> reachedApplication() {
+        std::vector<VirtualKey> keys;
         for (const auto& key : keyboard.window().takeKeys())
-            keys.push_back(*X11KeyCodes::toVirtual(static_cast<std::uint8_t>(std::stoi(key.substr(1)))));
+            keys.push_back(*X11KeyCodes::toVirtual(XKeycode(std::stoi(key.substr(1)))));
         return keys;
     }
     void letAnotherProgramHold(const KeyChord& chord) const {
         xcb_grab_key(other->get(), 0, other->root(), *X11KeyCodes::modifiersFromFlags(chord.modifiers),
-                     keycode(chord.keyCode), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                     static_cast<xcb_keycode_t>(keycode(chord.keyCode)), XCB_GRAB_MODE_ASYNC,
+                     XCB_GRAB_MODE_ASYNC);
         ASSERT_TRUE(other->roundTrip());
     }
-    void removeKey(std::uint16_t key) const { ASSERT_TRUE(X11KeyCodes::fromVirtual(key).empty()); }
+    void removeKey(VirtualKey key) const { ASSERT_TRUE(X11KeyCodes::fromVirtual(key).empty()); }
     void stopListening() { isListening = false; }
     /// The main thread is here, so it does not listen; a disabled tap gives back the chord.
     void awaitTimeout() {
-        while (!keyboard.canBeGrabbed(keycode(Code::space), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1))
+        while (!keyboard.canBeGrabbed(keycode(VirtualKey::Space), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1))
             std::this_thread::yield();
     }
     void listenAgain() {
@@ -124,7 +112,7 @@ struct Owner {
         key.reset();
         return tap->watchChord(wanted);
     }
-    WatchResult watchKey(std::uint16_t wanted) {
+    WatchResult watchKey(VirtualKey wanted) {
         key = wanted;
         chord.reset();
         return tap->watchKey(wanted);
@@ -146,7 +134,7 @@ struct Owner {
 
     std::unique_ptr<EventTap> tap;
     std::optional<KeyChord> chord;
-    std::optional<std::uint16_t> key;
+    std::optional<VirtualKey> key;
     std::vector<KeyEvent> events; // of what is watched
     bool isPressed = false;
     bool enablesAgain = true;
@@ -161,13 +149,13 @@ protected:
             release({key});
     }
 
-    void press(std::initializer_list<std::uint16_t> keys) {
+    void press(std::initializer_list<VirtualKey> keys) {
         for (const auto key : keys) {
             held.insert(key);
             session.press(key);
         }
     }
-    void release(std::initializer_list<std::uint16_t> keys) {
+    void release(std::initializer_list<VirtualKey> keys) {
         for (const auto key : keys) {
             held.erase(key);
             session.release(key);
@@ -175,14 +163,14 @@ protected:
     }
     void waitForControlOptionSpace() {
         owner.tap->setEnabled(true);
-        ASSERT_EQ(owner.watchChord({controlOption, Code::space}), WatchResult::Watching);
+        ASSERT_EQ(owner.watchChord({controlOption, VirtualKey::Space}), WatchResult::Watching);
     }
 
-    using Keys = std::vector<std::uint16_t>;
+    using Keys = std::vector<VirtualKey>;
 
     Session session;
     Owner owner{session};
-    std::set<std::uint16_t> held;
+    std::set<VirtualKey> held;
 };
 
 using Sessions = testing::Types<FakeSession, RealSession>;
@@ -190,64 +178,67 @@ TYPED_TEST_SUITE(EventTapContract, Sessions);
 
 TYPED_TEST(EventTapContract, chord_isToldOnceDownAndOnceUpAndSwallowed) {
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), (std::vector{KeyEventType::KeyDown, KeyEventType::KeyUp}));
     EXPECT_EQ(this->owner.events.at(0).flags & controlOption, controlOption);
     EXPECT_FALSE(this->owner.events.at(0).autorepeat);
     EXPECT_EQ(this->session.reachedApplication(),
-              (std::vector<std::uint16_t>{Code::control, Code::option, Code::option, Code::control}));
+              (std::vector<VirtualKey>{VirtualKey::Control, VirtualKey::Option, VirtualKey::Option,
+                                       VirtualKey::Control}));
 }
 
 TYPED_TEST(EventTapContract, chordWithFurtherModifiers_isTheSame) {
     this->waitForControlOptionSpace();
-    this->press({Code::shift, Code::control, Code::option, Code::leftCommand, Code::space});
+    this->press(
+        {VirtualKey::Shift, VirtualKey::Control, VirtualKey::Option, VirtualKey::Command, VirtualKey::Space});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), std::vector{KeyEventType::KeyDown});
     EXPECT_EQ(this->owner.events.at(0).flags, controlOption | KeyFlag::Shift | KeyFlag::Command);
-    this->release({Code::space, Code::leftCommand, Code::option, Code::control, Code::shift});
+    this->release(
+        {VirtualKey::Space, VirtualKey::Command, VirtualKey::Option, VirtualKey::Control, VirtualKey::Shift});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), (std::vector{KeyEventType::KeyDown, KeyEventType::KeyUp}));
 }
 
 TYPED_TEST(EventTapContract, modifierLetGoFirst_changesNothing) {
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::control, Code::option});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Control, VirtualKey::Option});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), std::vector{KeyEventType::KeyDown});
-    this->release({Code::space});
+    this->release({VirtualKey::Space});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), (std::vector{KeyEventType::KeyDown, KeyEventType::KeyUp}));
     EXPECT_EQ(this->owner.events.at(1).flags & controlOption, 0U);
-    EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), Code::space), 0);
+    EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), VirtualKey::Space), 0);
 }
 
 TYPED_TEST(EventTapContract, keyWithTooFewModifiers_reachesTheApplication) {
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::space});
-    this->release({Code::space, Code::control});
-    this->press({Code::space, Code::control, Code::option});
-    this->release({Code::space, Code::control, Code::option});
+    this->press({VirtualKey::Control, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Control});
+    this->press({VirtualKey::Space, VirtualKey::Control, VirtualKey::Option});
+    this->release({VirtualKey::Space, VirtualKey::Control, VirtualKey::Option});
     this->session.settle();
     EXPECT_FALSE(this->owner.isPressed);
-    EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), Code::space), 4);
+    EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), VirtualKey::Space), 4);
 }
 
 TYPED_TEST(EventTapContract, otherKeys_reachTheApplication) {
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::option, Code::a});
-    this->release({Code::a, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::A});
+    this->release({VirtualKey::A, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_TRUE(this->owner.events.empty());
     EXPECT_EQ(this->session.reachedApplication().size(), 6U);
 }
 
 TYPED_TEST(EventTapContract, specialKey_isToldHeldAndLetGoAndReachesTheApplication) {
-    const std::vector<std::pair<std::uint16_t, std::uint64_t>> keys{{Code::rightCommand, KeyFlag::Command},
-                                                                    {Code::rightOption, KeyFlag::Option},
-                                                                    {Code::fn, KeyFlag::Fn}};
+    const std::vector<std::pair<VirtualKey, std::uint64_t>> keys{{VirtualKey::RightCommand, KeyFlag::Command},
+                                                                 {VirtualKey::RightOption, KeyFlag::Option},
+                                                                 {VirtualKey::Fn, KeyFlag::Fn}};
     this->owner.tap->setEnabled(true);
     for (const auto& [key, flag] : keys) {
         this->owner.events.clear();
@@ -255,42 +246,42 @@ TYPED_TEST(EventTapContract, specialKey_isToldHeldAndLetGoAndReachesTheApplicati
         this->press({key});
         this->release({key});
         this->session.settle();
-        EXPECT_EQ(this->owner.types(), std::vector(2, KeyEventType::FlagsChanged)) << key;
-        EXPECT_EQ(this->owner.shows(flag), (std::vector{true, false})) << key;
+        EXPECT_EQ(this->owner.types(), std::vector(2, KeyEventType::FlagsChanged)) << flag;
+        EXPECT_EQ(this->owner.shows(flag), (std::vector{true, false})) << flag;
         EXPECT_EQ(this->session.reachedApplication(), (std::vector{key, key}));
     }
 }
 
 TYPED_TEST(EventTapContract, capsLock_isOnWithItsPressAndOffWithItsNextRelease) {
     this->owner.tap->setEnabled(true);
-    ASSERT_EQ(this->owner.watchKey(Code::capsLock), WatchResult::Watching);
+    ASSERT_EQ(this->owner.watchKey(VirtualKey::CapsLock), WatchResult::Watching);
     for (int i = 0; i < 2; ++i) {
-        this->press({Code::capsLock});
+        this->press({VirtualKey::CapsLock});
         this->session.settle();
-        this->release({Code::capsLock});
+        this->release({VirtualKey::CapsLock});
         this->session.settle();
     }
     EXPECT_EQ(this->owner.types(), std::vector(4, KeyEventType::FlagsChanged));
     EXPECT_EQ(this->owner.shows(KeyFlag::CapsLock), (std::vector{true, true, true, false}));
-    EXPECT_EQ(this->session.reachedApplication(), std::vector(4, Code::capsLock));
+    EXPECT_EQ(this->session.reachedApplication(), std::vector(4, VirtualKey::CapsLock));
 }
 
 TYPED_TEST(EventTapContract, twinOfASpecialKey_isNotItButHoldsItsFlag) {
     this->owner.tap->setEnabled(true);
-    ASSERT_EQ(this->owner.watchKey(Code::rightCommand), WatchResult::Watching);
-    this->press({Code::leftCommand});
+    ASSERT_EQ(this->owner.watchKey(VirtualKey::RightCommand), WatchResult::Watching);
+    this->press({VirtualKey::Command});
     this->session.settle();
     EXPECT_TRUE(this->owner.events.empty());
-    this->press({Code::rightCommand});
-    this->release({Code::rightCommand, Code::leftCommand});
+    this->press({VirtualKey::RightCommand});
+    this->release({VirtualKey::RightCommand, VirtualKey::Command});
     this->session.settle();
     EXPECT_EQ(this->owner.shows(KeyFlag::Command), (std::vector{true, true}));
 }
 
 TYPED_TEST(EventTapContract, disabledTap_tellsAndSwallowsNothing) {
-    ASSERT_EQ(this->owner.watchChord({controlOption, Code::space}), WatchResult::Watching);
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    ASSERT_EQ(this->owner.watchChord({controlOption, VirtualKey::Space}), WatchResult::Watching);
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_TRUE(this->owner.events.empty());
     EXPECT_EQ(this->session.reachedApplication().size(), 6U);
@@ -300,59 +291,60 @@ TYPED_TEST(EventTapContract, tapThatWaitsForNothing_swallowsNothing) {
     this->waitForControlOptionSpace();
     this->owner.tap->watchNothing();
     this->owner.chord.reset();
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_EQ(this->session.reachedApplication().size(), 6U);
 }
 
 TYPED_TEST(EventTapContract, otherChordNamed_theFormerOneReachesTheApplication) {
     this->waitForControlOptionSpace();
-    ASSERT_EQ(this->owner.watchChord({controlOption, Code::a}), WatchResult::Watching);
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space});
-    this->press({Code::a});
-    this->release({Code::a});
+    ASSERT_EQ(this->owner.watchChord({controlOption, VirtualKey::A}), WatchResult::Watching);
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space});
+    this->press({VirtualKey::A});
+    this->release({VirtualKey::A});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), (std::vector{KeyEventType::KeyDown, KeyEventType::KeyUp}));
     const auto keys = this->session.reachedApplication();
-    EXPECT_EQ(std::ranges::count(keys, Code::space), 2);
-    EXPECT_EQ(std::ranges::count(keys, Code::a), 0);
+    EXPECT_EQ(std::ranges::count(keys, VirtualKey::Space), 2);
+    EXPECT_EQ(std::ranges::count(keys, VirtualKey::A), 0);
 }
 
 TYPED_TEST(EventTapContract, otherChordNamedDuringAPress_theRestReachesTheApplication) {
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::option, Code::space});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
     this->session.settle();
-    ASSERT_EQ(this->owner.watchChord({controlOption, Code::a}), WatchResult::Watching);
-    this->release({Code::space});
+    ASSERT_EQ(this->owner.watchChord({controlOption, VirtualKey::A}), WatchResult::Watching);
+    this->release({VirtualKey::Space});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), std::vector{KeyEventType::KeyDown});
     EXPECT_EQ(this->session.reachedApplication(),
-              (std::vector<std::uint16_t>{Code::control, Code::option, Code::space}));
+              (std::vector<VirtualKey>{VirtualKey::Control, VirtualKey::Option, VirtualKey::Space}));
 }
 
 TYPED_TEST(EventTapContract, chordOfAnotherProgram_isRefused) {
-    this->session.letAnotherProgramHold({controlOption, Code::space});
+    this->session.letAnotherProgramHold({controlOption, VirtualKey::Space});
     this->owner.tap->setEnabled(true);
-    EXPECT_EQ(this->owner.watchChord({controlOption, Code::space}), WatchResult::ChordTaken);
-    EXPECT_EQ(this->owner.watchChord({controlOption, Code::a}), WatchResult::Watching);
+    EXPECT_EQ(this->owner.watchChord({controlOption, VirtualKey::Space}), WatchResult::ChordTaken);
+    EXPECT_EQ(this->owner.watchChord({controlOption, VirtualKey::A}), WatchResult::Watching);
 }
 
 TYPED_TEST(EventTapContract, keyThatNoKeyboardHas_isUnavailable) {
-    this->session.removeKey(200);
+    const VirtualKey nowhere{200};
+    this->session.removeKey(nowhere);
     this->owner.tap->setEnabled(true);
-    EXPECT_EQ(this->owner.watchChord({controlOption, 200}), WatchResult::Unavailable);
-    EXPECT_EQ(this->owner.watchKey(200), WatchResult::Unavailable);
+    EXPECT_EQ(this->owner.watchChord({controlOption, nowhere}), WatchResult::Unavailable);
+    EXPECT_EQ(this->owner.watchKey(nowhere), WatchResult::Unavailable);
 }
 
 TYPED_TEST(EventTapContract, twoTapsOnOneChord_theNewestSeesItFirst) {
     Owner newer(this->session);
     newer.tap->setEnabled(true);
-    ASSERT_EQ(newer.watchChord({KeyFlag::Control, Code::space}), WatchResult::Watching);
+    ASSERT_EQ(newer.watchChord({KeyFlag::Control, VirtualKey::Space}), WatchResult::Watching);
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_EQ(newer.types(), (std::vector{KeyEventType::KeyDown, KeyEventType::KeyUp}));
     EXPECT_TRUE(this->owner.events.empty());
@@ -361,20 +353,20 @@ TYPED_TEST(EventTapContract, twoTapsOnOneChord_theNewestSeesItFirst) {
 TYPED_TEST(EventTapContract, mainActorThatDoesNotAnswer_losesTheKeysAndHearsOfTheTimeout) {
     this->waitForControlOptionSpace();
     this->session.stopListening();
-    this->press({Code::control, Code::option, Code::space});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
     this->session.awaitTimeout();
-    this->release({Code::space});
+    this->release({VirtualKey::Space});
     this->session.reachedApplication();
-    this->press({Code::space});
-    this->release({Code::space, Code::option, Code::control});
-    EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), Code::space), 2);
+    this->press({VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
+    EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), VirtualKey::Space), 2);
     EXPECT_EQ(this->owner.timeouts, 0);
 
     this->session.listenAgain();
     EXPECT_EQ(this->owner.timeouts, 1);
     EXPECT_TRUE(this->owner.events.empty());
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_EQ(this->owner.types(), (std::vector{KeyEventType::KeyDown, KeyEventType::KeyUp}));
     EXPECT_EQ(this->owner.timeouts, 1);
@@ -382,11 +374,11 @@ TYPED_TEST(EventTapContract, mainActorThatDoesNotAnswer_losesTheKeysAndHearsOfTh
 
 TYPED_TEST(EventTapContract, pressThatEndedDuringATimeout_isToldAsEndedAfterwards) {
     this->waitForControlOptionSpace();
-    this->press({Code::control, Code::option, Code::space});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
     this->session.settle();
     ASSERT_EQ(this->owner.types(), std::vector{KeyEventType::KeyDown});
     this->session.stopListening();
-    this->release({Code::space, Code::option, Code::control});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.awaitTimeout();
     this->session.listenAgain();
     EXPECT_EQ(this->owner.timeouts, 1);
@@ -397,13 +389,13 @@ TYPED_TEST(EventTapContract, tapThatIsNotEnabledAgain_staysSilent) {
     this->waitForControlOptionSpace();
     this->owner.enablesAgain = false;
     this->session.stopListening();
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.awaitTimeout();
     this->session.listenAgain();
     EXPECT_EQ(this->owner.timeouts, 1);
-    this->press({Code::control, Code::option, Code::space});
-    this->release({Code::space, Code::option, Code::control});
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
     this->session.settle();
     EXPECT_TRUE(this->owner.events.empty());
 }

@@ -4,6 +4,7 @@
 #include "RealKeyboard.h"
 #include "RecordingConsole.h"
 #include "hotkeys/HotkeyManager.h"
+#include "keys.h"
 #include "linux/x11/server/XcbXkb.h"
 
 #include <gtest/gtest.h>
@@ -16,23 +17,6 @@
 #include <xcb/xtest.h>
 
 namespace talvera::test {
-
-/// Keycodes.
-namespace Key {
-inline constexpr int a = 38;
-inline constexpr int leftControl = 37;
-inline constexpr int rightControl = 105;
-inline constexpr int leftShift = 50;
-inline constexpr int leftAlt = 64;
-inline constexpr int rightAlt = 108;
-inline constexpr int leftSuper = 133;
-inline constexpr int rightSuper = 134;
-inline constexpr int space = 65;
-inline constexpr int capsLock = 66;
-inline constexpr int numLock = 77;
-inline constexpr int scrollLock = 78;
-inline constexpr int wakeUp = 151;
-} // namespace Key
 
 /// A hotkey on real keyboards, with an application that has the focus.
 class HotkeyOnX11 : public testing::Test {

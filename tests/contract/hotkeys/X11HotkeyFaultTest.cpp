@@ -118,12 +118,12 @@ TEST_F(X11HotkeyFault, serverThatGoesAway_takesNobodyWithIt) {
     const auto eventTap = taps.create([](const KeyEvent&) { return Verdict::Pass; });
     ASSERT_NE(eventTap, nullptr);
     eventTap->setEnabled(true);
-    EXPECT_EQ(eventTap->watchChord({0xC0000, 49}), WatchResult::Watching);
+    EXPECT_EQ(eventTap->watchChord({0xC0000, VirtualKey::Space}), WatchResult::Watching);
     server.kill();
     ASSERT_TRUE(server.waitForFinished(-1));
-    while (eventTap->watchChord({0xC0000, 49}) != WatchResult::Unavailable)
+    while (eventTap->watchChord({0xC0000, VirtualKey::Space}) != WatchResult::Unavailable)
         std::this_thread::yield();
-    EXPECT_EQ(eventTap->watchKey(54), WatchResult::Unavailable);
+    EXPECT_EQ(eventTap->watchKey(VirtualKey::RightCommand), WatchResult::Unavailable);
 }
 
 } // namespace

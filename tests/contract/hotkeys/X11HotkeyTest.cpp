@@ -94,10 +94,10 @@ TEST_F(X11Hotkey, chord_isOursInTheSecondGroup) {
 }
 
 TEST_F(X11Hotkey, chordOnALetter_isThePhysicalKeyOnEveryLayout) {
-    install(HotkeyBinding::chord(KeyFlag::Control, 16)); // where us has Y, and de has Z
+    install(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::Y)); // where us has Y, and de has Z
     const KeyMap map({QStringLiteral("-layout"), QStringLiteral("de")});
-    pressAll({Key::leftControl, 29});
-    releaseAll({29, Key::leftControl});
+    pressAll({Key::leftControl, Key::y});
+    releaseAll({Key::y, Key::leftControl});
     EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
     EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+37", "-37"}));
 }
@@ -133,7 +133,7 @@ TEST_F(X11Hotkey, keyOnTwoKeyboards_isHeldUntilBothLetGo) {
 
 TEST_F(X11Hotkey, repeats_areSwallowedWithTheirKey) {
     X11ChordGrabs grabs(X11Connection::open());
-    ASSERT_EQ(grabs.hold({{0xC0000, 49}}), std::vector{WatchResult::Watching});
+    ASSERT_EQ(grabs.hold({{0xC0000, VirtualKey::Space}}), std::vector{WatchResult::Watching});
     pressAll({Key::leftControl, Key::leftAlt, Key::space});
     for (int keyDowns = 0; keyDowns < 4;) {
         if (grabs.nextKeyDown())
@@ -150,7 +150,7 @@ TEST_F(X11Hotkey, bindingChangedDuringAPress_endsItAndTheKeyUpReachesTheApplicat
     pressAll({Key::leftControl, Key::leftAlt, Key::space});
     EXPECT_EQ(takeCalls(), Calls{"start"});
     keyboard.window().takeKeys();
-    hotkey.setBinding(HotkeyBinding::chord(KeyFlag::Control, 0));
+    hotkey.setBinding(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::A));
     EXPECT_EQ(takeCalls(), Calls{"end"});
     release(Key::space);
     EXPECT_EQ(takeCalls(), Calls{});
@@ -374,7 +374,7 @@ TEST_F(X11Hotkey, furtherModifiersOfAnotherProgram_stayWithIt) {
 }
 
 TEST_F(X11Hotkey, keyThatNoKeyboardHas_isToldAndDoesNoHarm) {
-    install(HotkeyBinding::chord(0xC0000, 4000));
+    install(HotkeyBinding::chord(0xC0000, VirtualKey(4000)));
     EXPECT_EQ(takeCalls(), Calls{});
     EXPECT_EQ(refused, std::vector{WatchResult::Unavailable});
     hotkey.setBinding(HotkeyBinding());
@@ -382,7 +382,7 @@ TEST_F(X11Hotkey, keyThatNoKeyboardHas_isToldAndDoesNoHarm) {
 }
 
 TEST_F(X11Hotkey, modifiersThatNoKeyboardHas_leaveTheKeyToTheApplication) {
-    install(HotkeyBinding::chord(0xC0000 | 0x20, 49));
+    install(HotkeyBinding::chord(0xC0000 | 0x20, VirtualKey::Space));
     tapChord();
     EXPECT_EQ(takeCalls(), Calls{});
     EXPECT_EQ(refused, std::vector{WatchResult::Unavailable});
@@ -390,10 +390,10 @@ TEST_F(X11Hotkey, modifiersThatNoKeyboardHas_leaveTheKeyToTheApplication) {
 }
 
 TEST_F(X11Hotkey, chordWithoutModifiers_isOurs) {
-    install(HotkeyBinding::chord(0, 96));
-    tap(71);
+    install(HotkeyBinding::chord(0, VirtualKey::F5));
+    tap(Key::f5);
     press(Key::leftShift);
-    tap(71);
+    tap(Key::f5);
     release(Key::leftShift);
     EXPECT_EQ(takeCalls(), (Calls{"start", "end", "start", "end"}));
     EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+50", "-50"}));

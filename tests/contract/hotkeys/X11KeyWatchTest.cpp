@@ -4,11 +4,13 @@
 #include "KeyLogWindow.h"
 #include "KeyMap.h"
 #include "RigInput.h"
+#include "keys.h"
 
 #include <gtest/gtest.h>
 
 using namespace talvera;
 using talvera::test::KeyMap;
+namespace Key = talvera::test::Key;
 
 namespace {
 
@@ -27,26 +29,27 @@ protected:
 };
 
 TEST_F(X11KeyWatchTest, keysThatNobodyWaitsFor_areNotTold) {
-    ASSERT_EQ(watch->waitFor({KeyInterest(std::uint16_t(54)), KeyInterest(KeyChord{0xC0000, 49})}),
+    ASSERT_EQ(watch->waitFor(
+                  {KeyInterest(VirtualKey::RightCommand), KeyInterest(KeyChord{0xC0000, VirtualKey::Space})}),
               std::vector(2, WatchResult::Watching));
     for (int keycode = 9; keycode < 97; ++keycode) {
-        if (keycode != 65 && keycode != 66) // Space, and Caps Lock for the sake of the next test
+        if (keycode != Key::space && keycode != Key::capsLock) // that one for the sake of the next test
             keys.tap(keycode);
     }
-    keys.tap(65); // without its modifiers
-    keys.tap(77); // Num Lock off again
+    keys.tap(Key::space);   // without its modifiers
+    keys.tap(Key::numLock); // Num Lock off again
     readAll();
     EXPECT_TRUE(told.empty());
 }
 
 TEST_F(X11KeyWatchTest, keyThatBecomesAModifierLater_showsInTheFlags) {
-    watch->waitFor({KeyInterest(std::uint16_t(54))});
+    watch->waitFor({KeyInterest(VirtualKey::RightCommand)});
     const KeyMap map({QStringLiteral("-option"), QStringLiteral("ctrl:nocaps")});
     readAll();
-    keys.press(66);
-    keys.press(134);
-    keys.release(134);
-    keys.release(66);
+    keys.press(Key::capsLock);
+    keys.press(Key::rightSuper);
+    keys.release(Key::rightSuper);
+    keys.release(Key::capsLock);
     readAll();
     ASSERT_EQ(told.size(), 2U);
     EXPECT_EQ(told[0].flags, KeyFlag::Command | KeyFlag::Control);
@@ -54,10 +57,10 @@ TEST_F(X11KeyWatchTest, keyThatBecomesAModifierLater_showsInTheFlags) {
 }
 
 TEST_F(X11KeyWatchTest, tapReadOnlyAfterItsEnd_isToldWhole) {
-    watch->waitFor({KeyInterest(KeyChord{0xC0000, 49})});
-    for (const int key : {37, 64, 65})
+    watch->waitFor({KeyInterest(KeyChord{0xC0000, VirtualKey::Space})});
+    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
-    for (const int key : {65, 64, 37})
+    for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
     readAll();
     ASSERT_EQ(told.size(), 2U);
@@ -67,11 +70,11 @@ TEST_F(X11KeyWatchTest, tapReadOnlyAfterItsEnd_isToldWhole) {
 }
 
 TEST_F(X11KeyWatchTest, suspendedWatch_tellsNothingAndHasNoChords) {
-    watch->waitFor({KeyInterest(KeyChord{0xC0000, 49})});
+    watch->waitFor({KeyInterest(KeyChord{0xC0000, VirtualKey::Space})});
     watch->suspend({});
-    for (const int key : {37, 64, 65})
+    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
-    for (const int key : {65, 64, 37})
+    for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
     readAll();
     EXPECT_TRUE(told.empty());
@@ -79,13 +82,13 @@ TEST_F(X11KeyWatchTest, suspendedWatch_tellsNothingAndHasNoChords) {
 }
 
 TEST_F(X11KeyWatchTest, specialKeyLetGoDuringASuspension_isToldAfterwards) {
-    const std::vector interests{KeyInterest(std::uint16_t(61))};
+    const std::vector interests{KeyInterest(VirtualKey::RightOption)};
     watch->waitFor(interests);
-    keys.press(108);
+    keys.press(Key::rightAlt);
     readAll();
     ASSERT_EQ(told.size(), 1U);
-    watch->suspend({61});
-    keys.release(108);
+    watch->suspend({VirtualKey::RightOption});
+    keys.release(Key::rightAlt);
     readAll();
     EXPECT_EQ(told.size(), 1U);
     watch->resume();

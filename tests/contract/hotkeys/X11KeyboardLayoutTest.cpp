@@ -21,62 +21,62 @@ protected:
 };
 
 TEST_F(X11KeyboardLayoutTest, letters_followTheLayout) {
-    EXPECT_EQ(layout.character(0), "a");
-    EXPECT_EQ(layout.character(16), "y");
+    EXPECT_EQ(layout.character(VirtualKey::A), "a");
+    EXPECT_EQ(layout.character(VirtualKey::Y), "y");
     {
         const auto map = layoutOf("de");
-        EXPECT_EQ(layout.character(16), "z");
-        EXPECT_EQ(layout.character(27), "ß");
-        EXPECT_EQ(layout.character(39), "ä");
+        EXPECT_EQ(layout.character(VirtualKey::Y), "z");
+        EXPECT_EQ(layout.character(VirtualKey::Minus), "ß");
+        EXPECT_EQ(layout.character(VirtualKey::Quote), "ä");
     }
     {
         const auto map = layoutOf("fr");
-        EXPECT_EQ(layout.character(0), "q");
+        EXPECT_EQ(layout.character(VirtualKey::A), "q");
     }
     {
         const auto map = layoutOf("us(dvorak)");
-        EXPECT_EQ(layout.character(1), "o");
+        EXPECT_EQ(layout.character(VirtualKey::S), "o");
     }
-    EXPECT_EQ(layout.character(0), "a");
+    EXPECT_EQ(layout.character(VirtualKey::A), "a");
 }
 
 TEST_F(X11KeyboardLayoutTest, group_isTheOneInUse) {
     const auto map = layoutOf("us,ru");
-    EXPECT_EQ(layout.character(0), "a");
+    EXPECT_EQ(layout.character(VirtualKey::A), "a");
     lock(0, 1);
-    EXPECT_EQ(layout.character(0), "ф");
+    EXPECT_EQ(layout.character(VirtualKey::A), "ф");
 }
 
 TEST_F(X11KeyboardLayoutTest, deadKey_hasNoCharacter) {
     const auto map = layoutOf("de");
-    EXPECT_EQ(layout.character(24), std::nullopt);
+    EXPECT_EQ(layout.character(VirtualKey::Equal), std::nullopt);
 }
 
 TEST_F(X11KeyboardLayoutTest, capsLock_changesNothing) {
     lock(XCB_MOD_MASK_LOCK, 0);
-    EXPECT_EQ(layout.character(0), "a");
+    EXPECT_EQ(layout.character(VirtualKey::A), "a");
 }
 
 TEST_F(X11KeyboardLayoutTest, keypad_hasItsDigits) {
-    EXPECT_EQ(layout.character(82), "0");
+    EXPECT_EQ(layout.character(VirtualKey::Keypad0), "0");
     lock(XCB_MOD_MASK_2, 0);
-    EXPECT_EQ(layout.character(82), "0");
+    EXPECT_EQ(layout.character(VirtualKey::Keypad0), "0");
 }
 
 TEST_F(X11KeyboardLayoutTest, keysWithoutText_haveNoCharacter) {
-    for (const std::uint16_t key : {36, 48, 51, 53, 54, 105, 122, 123, 200, 65535})
-        EXPECT_EQ(layout.character(key), std::nullopt) << key;
+    for (const int key : {36, 48, 51, 53, 54, 105, 122, 123, 200, 65535})
+        EXPECT_EQ(layout.character(VirtualKey(key)), std::nullopt) << key;
 }
 
 TEST_F(X11KeyboardLayoutTest, noServer_hasNoCharacters) {
     X11KeyboardLayout nowhere("unix:/nowhere");
-    EXPECT_EQ(nowhere.character(0), std::nullopt);
+    EXPECT_EQ(nowhere.character(VirtualKey::A), std::nullopt);
 }
 
 TEST_F(X11KeyboardLayoutTest, bindings_readAsTheKeyboardWrites) {
     const auto map = layoutOf("de");
-    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Command, 16).displayString(layout), "⌘Z");
-    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Control, 24).displayString(layout), "⌃Key 24");
+    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Command, VirtualKey::Y).displayString(layout), "⌘Z");
+    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::Equal).displayString(layout), "⌃Key 24");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "receivers/Receiver.h"
 
@@ -19,7 +20,6 @@ using namespace talvera::test;
 
 namespace {
 
-constexpr int CapsLockKey = 66;
 constexpr int Patience = 20'000;
 
 /// Waits until a process that need not be a child of ours has ended.
@@ -74,7 +74,7 @@ TEST(AgentKilled, withShiftDown_shiftIsReleased) {
 TEST(AgentKilled, whileCapsLockIsLifted_itIsLockedAgain) {
     setLayout("us");
     RigInput keys;
-    keys.tap(CapsLockKey);
+    keys.tap(Key::capsLock);
     TypingAgent agent;
     const pid_t companion = agent.companion();
     agent.tell("begin abc");
@@ -83,7 +83,7 @@ TEST(AgentKilled, whileCapsLockIsLifted_itIsLockedAgain) {
     agent.kill();
     ASSERT_TRUE(awaitEnd(companion));
     EXPECT_EQ(keyboardState(), "locked 2 ");
-    keys.tap(CapsLockKey);
+    keys.tap(Key::capsLock);
 }
 
 TEST(AgentKilled, itsLastCharactersAreStillReadRight) {

@@ -2,6 +2,7 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "receivers/Receiver.h"
@@ -12,19 +13,6 @@ using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-constexpr int LeftShift = 50;
-constexpr int RightShift = 62;
-constexpr int LeftControl = 37;
-constexpr int RightControl = 105;
-constexpr int LeftAlt = 64;
-constexpr int RightAlt = 108;
-constexpr int LeftSuper = 133;
-constexpr int RightSuper = 134;
-constexpr int CapsLockKey = 66;
-constexpr int NumLockKey = 77;
-constexpr int LetterA = 38;
-constexpr int SpaceKey = 65;
 
 const QString Text = QStringLiteral("hello Wörld 123 @ мир");
 
@@ -39,7 +27,7 @@ public:
     void expectArrived(const QString& expected = Text) {
         EXPECT_TRUE(receiver.waitForText(expected)) << receiver.text().toStdString();
         EXPECT_EQ(keyboardState(), "");
-        keys.tap(LetterA);
+        keys.tap(Key::a);
         EXPECT_TRUE(receiver.waitForText(expected + QLatin1Char('a'))) << receiver.text().toStdString();
     }
 
@@ -65,19 +53,19 @@ void expectHeldKeyStaysOut(Receiver::Kind kind, int key, const std::string& layo
 
 #define TALVERA_HELD(suite, kind)                                                                            \
     TEST(suite, shift_staysOut) {                                                                            \
-        expectHeldKeyStaysOut(kind, LeftShift);                                                              \
+        expectHeldKeyStaysOut(kind, Key::leftShift);                                                         \
     }                                                                                                        \
     TEST(suite, control_staysOut) {                                                                          \
-        expectHeldKeyStaysOut(kind, LeftControl);                                                            \
+        expectHeldKeyStaysOut(kind, Key::leftControl);                                                       \
     }                                                                                                        \
     TEST(suite, alt_staysOutAndOpensNoMenu) {                                                                \
-        expectHeldKeyStaysOut(kind, LeftAlt);                                                                \
+        expectHeldKeyStaysOut(kind, Key::leftAlt);                                                           \
     }                                                                                                        \
     TEST(suite, super_staysOut) {                                                                            \
-        expectHeldKeyStaysOut(kind, LeftSuper);                                                              \
+        expectHeldKeyStaysOut(kind, Key::leftSuper);                                                         \
     }                                                                                                        \
     TEST(suite, altGr_staysOut) {                                                                            \
-        expectHeldKeyStaysOut(kind, RightAlt, "de");                                                         \
+        expectHeldKeyStaysOut(kind, Key::rightAlt, "de");                                                    \
     }
 
 TALVERA_HELD(HeldInQt, Receiver::Kind::Qt)
@@ -85,7 +73,7 @@ TALVERA_HELD(HeldInGtk, Receiver::Kind::Gtk)
 TALVERA_HELD(HeldInTerminal, Receiver::Kind::Terminal)
 
 TEST(HeldInQt, keysOfTheRightHand_stayOut) {
-    for (const int key : {RightShift, RightControl, RightSuper, RightAlt}) {
+    for (const int key : {Key::rightShift, Key::rightControl, Key::rightSuper, Key::rightAlt}) {
         expectHeldKeyStaysOut(Receiver::Kind::Qt, key);
     }
 }
@@ -94,11 +82,11 @@ TEST(MovingKeys, modifierPressedAndReleasedMeanwhile_staysOut) {
     TypingScene scene;
     typeText(scene.poster, Text, [&](qsizetype chunk) {
         if (chunk % 4 == 1) {
-            scene.keys.press(LeftShift);
-            scene.keys.press(LeftControl);
+            scene.keys.press(Key::leftShift);
+            scene.keys.press(Key::leftControl);
         } else if (chunk % 4 == 3) {
-            scene.keys.release(LeftShift);
-            scene.keys.release(LeftControl);
+            scene.keys.release(Key::leftShift);
+            scene.keys.release(Key::leftControl);
         }
     });
     scene.expectArrived();
@@ -106,10 +94,10 @@ TEST(MovingKeys, modifierPressedAndReleasedMeanwhile_staysOut) {
 
 TEST(MovingKeys, heldModifierReleasedMeanwhile_isNotStuck) {
     TypingScene scene;
-    scene.keys.press(LeftShift);
+    scene.keys.press(Key::leftShift);
     typeText(scene.poster, Text, [&](qsizetype chunk) {
         if (chunk == 7) {
-            scene.keys.release(LeftShift);
+            scene.keys.release(Key::leftShift);
         }
     });
     scene.expectArrived();
@@ -119,22 +107,22 @@ TEST(MovingKeys, modifierHeldBeyondTheEnd_isNotStuckWhenReleased) {
     TypingScene scene;
     typeText(scene.poster, Text, [&](qsizetype chunk) {
         if (chunk == 7) {
-            scene.keys.press(LeftControl);
+            scene.keys.press(Key::leftControl);
         }
     });
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
-    scene.keys.release(LeftControl);
+    scene.keys.release(Key::leftControl);
     scene.expectArrived();
 }
 
 TEST(MovingKeys, heldLetter_stopsRepeating) {
     TypingScene scene;
-    scene.keys.press(LetterA);
+    scene.keys.press(Key::a);
     const QString expected = QLatin1Char('a') + Text;
     ASSERT_TRUE(scene.receiver.waitForText(QStringLiteral("a")));
     typeText(scene.poster, Text);
     EXPECT_TRUE(scene.receiver.waitForText(expected)) << scene.receiver.text().toStdString();
-    scene.keys.release(LetterA);
+    scene.keys.release(Key::a);
     scene.expectArrived(expected);
 }
 
@@ -143,24 +131,24 @@ TEST(MovingKeys, secondKeyboardInUse_makesNoDifference) {
     typeText(scene.poster, mixedText(), [&](qsizetype chunk) {
         const int keyboard = static_cast<int>(chunk % 2);
         if (chunk % 8 < 2) {
-            scene.keys.press(LeftShift, keyboard);
+            scene.keys.press(Key::leftShift, keyboard);
         } else if (chunk % 8 >= 6) {
-            scene.keys.release(LeftShift, keyboard);
+            scene.keys.release(Key::leftShift, keyboard);
         }
     });
-    scene.keys.release(LeftShift, 0);
-    scene.keys.release(LeftShift, 1);
+    scene.keys.release(Key::leftShift, 0);
+    scene.keys.release(Key::leftShift, 1);
     scene.expectArrived(mixedText());
 }
 
 TEST(Locks, capsLock_makesNoDifferenceAndStaysOn) {
     TypingScene scene;
-    scene.keys.tap(CapsLockKey);
+    scene.keys.tap(Key::capsLock);
     ASSERT_EQ(keyboardState(), "locked 2 ");
     typeText(scene.poster, Text);
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 2 ");
-    scene.keys.tap(CapsLockKey);
+    scene.keys.tap(Key::capsLock);
     scene.expectArrived();
 }
 
@@ -168,21 +156,21 @@ TEST(Locks, capsLockPressedMeanwhile_staysOutAndIsOnAfterwards) {
     TypingScene scene;
     typeText(scene.poster, Text, [&](qsizetype chunk) {
         if (chunk == 7) {
-            scene.keys.tap(CapsLockKey);
+            scene.keys.tap(Key::capsLock);
         }
     });
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 2 ");
-    scene.keys.tap(CapsLockKey);
+    scene.keys.tap(Key::capsLock);
     scene.expectArrived();
 }
 
 TEST(Locks, capsLockSwitchedOffMeanwhile_isOffAfterwards) {
     TypingScene scene;
-    scene.keys.tap(CapsLockKey);
+    scene.keys.tap(Key::capsLock);
     typeText(scene.poster, Text, [&](qsizetype chunk) {
         if (chunk == 7) {
-            scene.keys.tap(CapsLockKey);
+            scene.keys.tap(Key::capsLock);
         }
     });
     scene.expectArrived();
@@ -190,12 +178,12 @@ TEST(Locks, capsLockSwitchedOffMeanwhile_isOffAfterwards) {
 
 TEST(Locks, numLock_isLeftAlone) {
     TypingScene scene;
-    scene.keys.tap(NumLockKey);
+    scene.keys.tap(Key::numLock);
     ASSERT_EQ(keyboardState(), "locked 16 ");
     typeText(scene.poster, Text);
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 16 ");
-    scene.keys.tap(NumLockKey);
+    scene.keys.tap(Key::numLock);
     scene.expectArrived();
 }
 
@@ -204,16 +192,16 @@ TEST(HeldHotkey, chordStillDownAsTypingBegins_staysOut) {
     const auto connection = X11Connection::open();
     for (const std::uint16_t locks : {0, 2, 16, 18}) {
         xcb_grab_key(connection->get(), 0, connection->root(),
-                     static_cast<std::uint16_t>(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | locks), SpaceKey,
+                     static_cast<std::uint16_t>(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | locks), Key::space,
                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     }
     ASSERT_TRUE(connection->roundTrip());
-    scene.keys.press(LeftControl);
-    scene.keys.press(LeftAlt);
-    scene.keys.press(SpaceKey);
+    scene.keys.press(Key::leftControl);
+    scene.keys.press(Key::leftAlt);
+    scene.keys.press(Key::space);
     typeText(scene.poster, Text);
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
-    for (const int key : {SpaceKey, LeftAlt, LeftControl}) {
+    for (const int key : {Key::space, Key::leftAlt, Key::leftControl}) {
         scene.keys.release(key);
     }
     scene.expectArrived();
@@ -223,7 +211,7 @@ TEST(PasteWithHeldKeys, eachModifier_staysOut) {
     TypingScene scene;
     X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
     QString expected;
-    for (const int key : {LeftShift, LeftControl, LeftAlt, LeftSuper, RightAlt}) {
+    for (const int key : {Key::leftShift, Key::leftControl, Key::leftAlt, Key::leftSuper, Key::rightAlt}) {
         SCOPED_TRACE(key);
         scene.keys.press(key);
         pasteText(scene.poster, pasteboard, Text);
@@ -237,9 +225,9 @@ TEST(PasteWithHeldKeys, eachModifier_staysOut) {
 TEST(PasteWithHeldKeys, capsLock_staysOn) {
     TypingScene scene;
     X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
-    scene.keys.tap(CapsLockKey);
+    scene.keys.tap(Key::capsLock);
     pasteText(scene.poster, pasteboard, Text);
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 2 ");
-    scene.keys.tap(CapsLockKey);
+    scene.keys.tap(Key::capsLock);
 }

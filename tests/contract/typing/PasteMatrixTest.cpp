@@ -2,6 +2,7 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/server/FocusedWindow.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
@@ -69,9 +70,9 @@ void expectSelectionIsReplaced(Receiver::Kind kind) {
     X11KeyEventPoster poster;
     typeText(poster, QStringLiteral("old"));
     ASSERT_TRUE(receiver.waitForText(QStringLiteral("old")));
-    keys.press(37);
-    keys.tap(38);
-    keys.release(37);
+    keys.press(Key::leftControl);
+    keys.tap(Key::a);
+    keys.release(Key::leftControl);
     pasteText(poster, pasteboard, QStringLiteral("new"));
     EXPECT_TRUE(receiver.waitForText(QStringLiteral("new"))) << receiver.text().toStdString();
 }

@@ -2,6 +2,7 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "linux/x11/typing/X11Keyboard.h"
@@ -95,7 +96,7 @@ void expectKeyboardsKeepTheirLayouts(Receiver::Kind kind) {
     X11KeyEventPoster poster;
     typeText(poster, mixedText(), [&](qsizetype chunk) {
         if (chunk % 5 == 0) { // the layout in use is the one of the keyboard used last
-            keys.tap(50, static_cast<int>(chunk % 2));
+            keys.tap(Key::leftShift, static_cast<int>(chunk % 2));
         }
     });
     expectArrives(receiver, mixedText());
@@ -151,10 +152,10 @@ TEST(ChangingKeyboard, userSwitchesToAnotherLayoutMeanwhile_textIsRight) {
     const QString text = QStringLiteral("hello World, привет Мир, hello again");
     typeText(poster, text, [&](qsizetype chunk) {
         if (chunk == 5 || chunk == 20) {
-            keys.press(64);
-            keys.press(50);
-            keys.release(50);
-            keys.release(64);
+            keys.press(Key::leftAlt);
+            keys.press(Key::leftShift);
+            keys.release(Key::leftShift);
+            keys.release(Key::leftAlt);
         }
     });
     expectArrives(receiver, text);
@@ -165,15 +166,15 @@ TEST(ChangingKeyboard, secondGroupInUse_textIsRight) {
     setLayout("us,ru -option grp:alt_shift_toggle");
     Receiver receiver(Receiver::Kind::Gtk);
     RigInput keys;
-    keys.press(64);
-    keys.press(50);
-    keys.release(50);
-    keys.release(64);
+    keys.press(Key::leftAlt);
+    keys.press(Key::leftShift);
+    keys.release(Key::leftShift);
+    keys.release(Key::leftAlt);
     X11KeyEventPoster poster;
     const QString text = QStringLiteral("hello World, привет Мир");
     typeText(poster, text);
     expectArrives(receiver, text);
-    keys.tap(38);
+    keys.tap(Key::a);
     expectArrives(receiver, text + QStringLiteral("ф"));
     setLayout("us -option");
 }

@@ -253,23 +253,23 @@ TEST_F(Lifecycle, translateHotkey_changesNothingOfADictationInFlight) {
 
 TEST_F(Lifecycle, newBinding_reachesTheHotkey) {
     launch();
-    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, 49));
+    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::Space));
     world.actor.settle();
     ASSERT_EQ(world.keyboard.taps().size(), 1U);
-    EXPECT_EQ(world.keyboard.taps().front()->watchedChord(), (KeyChord{KeyFlag::Control, 49}));
+    EXPECT_EQ(world.keyboard.taps().front()->watchedChord(), (KeyChord{KeyFlag::Control, VirtualKey::Space}));
 }
 
 TEST_F(Lifecycle, bindingThatAnotherProgramHolds_isToldToTheUser) {
     launch();
-    world.keyboard.takenChords = {{KeyFlag::Control, 49}};
-    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, 49));
+    world.keyboard.takenChords = {{KeyFlag::Control, VirtualKey::Space}};
+    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::Space));
     world.actor.settle();
     EXPECT_EQ(story({"hud"}),
               QStringList({"hud notice Another program uses your hotkey — choose another one warn 6.0"}));
 }
 
 TEST_F(Lifecycle, bindingThatNoKeyboardHas_isToldToTheUser) {
-    world.keyboard.missingKeys = {63};
+    world.keyboard.missingKeys = {VirtualKey::Fn};
     launch();
     world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
     world.actor.settle();
@@ -288,22 +288,22 @@ TEST_F(Lifecycle, launchWithAHotkeyOfTheUsers_neverWaitsForAnother) {
 
 TEST_F(Lifecycle, hotkeyOfAKeyboard_dictates) {
     launch();
-    world.keyboard.press(54);
+    world.keyboard.press(VirtualKey::RightCommand);
     advance(1.5);
     EXPECT_EQ(state(), State::Recording);
-    world.keyboard.release(54);
+    world.keyboard.release(VirtualKey::RightCommand);
     runToRest();
     EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
 }
 
 TEST_F(Lifecycle, rebindingDuringAHold_endsThePress) {
     launch();
-    world.keyboard.press(54);
+    world.keyboard.press(VirtualKey::RightCommand);
     advance(1.5);
     world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightOption));
     world.actor.settle();
     EXPECT_EQ(state(), State::Transcribing);
-    world.keyboard.release(54);
+    world.keyboard.release(VirtualKey::RightCommand);
     runToRest();
     EXPECT_EQ(story({"type"}).size(), 1);
 }

@@ -2,7 +2,6 @@
 #include "hotkeys/HotkeyBinding.h"
 
 #include "FakeKeyboardLayout.h"
-#include "platform/keyboard/EventTap.h"
 
 #include <gtest/gtest.h>
 
@@ -30,28 +29,31 @@ Failure failureOf(const char* json) {
 }
 
 TEST(HotkeyBinding, default_isControlOptionSpace) {
-    EXPECT_EQ(HotkeyBinding(), HotkeyBinding::chord(0xC0000, 49));
+    EXPECT_EQ(HotkeyBinding(), HotkeyBinding::chord(0xC0000, VirtualKey::Space));
     test::FakeKeyboardLayout layout;
     EXPECT_EQ(HotkeyBinding().displayString(layout), "⌃⌥Space");
 }
 
 TEST(HotkeyBinding, sameKeyOtherModifiers_isAnotherBinding) {
-    EXPECT_NE(HotkeyBinding::chord(0x40000, 49), HotkeyBinding::chord(0x80000, 49));
-    EXPECT_NE(HotkeyBinding::chord(0x40000, 49), HotkeyBinding::chord(0x40000, 48));
+    EXPECT_NE(HotkeyBinding::chord(0x40000, VirtualKey::Space),
+              HotkeyBinding::chord(0x80000, VirtualKey::Space));
+    EXPECT_NE(HotkeyBinding::chord(0x40000, VirtualKey::Space),
+              HotkeyBinding::chord(0x40000, VirtualKey::Tab));
 }
 
 TEST(HotkeyBinding, holdFn_neverEqualsAChord) {
     const auto fn = HotkeyBinding::holdSpecial(Key::Fn);
-    EXPECT_NE(fn, HotkeyBinding::chord(0, 0));
-    EXPECT_NE(fn, HotkeyBinding::chord(0x800000, 63));
+    EXPECT_NE(fn, HotkeyBinding::chord(0, VirtualKey::A));
+    EXPECT_NE(fn, HotkeyBinding::chord(0x800000, VirtualKey::Fn));
     EXPECT_NE(fn, HotkeyBinding::holdSpecial(Key::RightCommand));
     EXPECT_EQ(fn, HotkeyBinding::holdSpecial(Key::Fn));
 }
 
 TEST(HotkeyBinding, hash_goesByCaseAndPayload) {
     const std::unordered_set<HotkeyBinding> bindings{
-        HotkeyBinding(), HotkeyBinding::chord(0xC0000, 49), HotkeyBinding::chord(0xC0000, 48),
-        HotkeyBinding::holdSpecial(Key::Fn), HotkeyBinding::holdSpecial(Key::CapsLock)};
+        HotkeyBinding(), HotkeyBinding::chord(0xC0000, VirtualKey::Space),
+        HotkeyBinding::chord(0xC0000, VirtualKey::Tab), HotkeyBinding::holdSpecial(Key::Fn),
+        HotkeyBinding::holdSpecial(Key::CapsLock)};
     EXPECT_EQ(bindings.size(), 4U);
 }
 
@@ -74,7 +76,7 @@ TEST(HotkeyBinding, specialKeys_haveTheirCodesFlagsAndNames) {
         EXPECT_EQ(HotkeyBinding::allSpecialKeys[i], row.key);
         EXPECT_EQ(rawValue(row.key), row.raw);
         EXPECT_EQ(specialKeyFromRawValue(row.raw), row.key);
-        EXPECT_EQ(keyCode(row.key), row.code);
+        EXPECT_EQ(keyCode(row.key), VirtualKey(row.code));
         EXPECT_EQ(heldFlag(row.key), row.flag);
         EXPECT_EQ(HotkeyBinding::holdSpecial(row.key).displayString(layout), row.name);
     }
@@ -91,10 +93,10 @@ TEST(HotkeyBindingCoding, specialKey_isWrittenByItsRawValue) {
 }
 
 TEST(HotkeyBindingCoding, everyBinding_comesBackAsItWas) {
-    std::vector<HotkeyBinding> bindings{HotkeyBinding(), HotkeyBinding::chord(0, 0),
-                                        HotkeyBinding::chord(UINT64_MAX, UINT16_MAX),
-                                        HotkeyBinding::chord((std::uint64_t(1) << 53) + 1, 1),
-                                        HotkeyBinding::chord((std::uint64_t(1) << 63) + 1, 1)};
+    std::vector<HotkeyBinding> bindings{HotkeyBinding(), HotkeyBinding::chord(0, VirtualKey::A),
+                                        HotkeyBinding::chord(UINT64_MAX, VirtualKey(UINT16_MAX)),
+                                        HotkeyBinding::chord((std::uint64_t(1) << 53) + 1, VirtualKey::S),
+                                        HotkeyBinding::chord((std::uint64_t(1) << 63) + 1, VirtualKey::S)};
     for (const auto key : HotkeyBinding::allSpecialKeys)
         bindings.push_back(HotkeyBinding::holdSpecial(key));
     for (const auto& binding : bindings)
@@ -158,34 +160,36 @@ TEST(HotkeyBindingCoding, noJson_isRefused) {
 }
 
 TEST(HotkeyBindingDisplay, commandA_onALayoutWhoseKey0WritesA) {
-    test::FakeKeyboardLayout layout({{0, "a"}});
-    EXPECT_EQ(HotkeyBinding::chord(0x100000, 0).displayString(layout), "⌘A");
+    test::FakeKeyboardLayout layout({{VirtualKey::A, "a"}});
+    EXPECT_EQ(HotkeyBinding::chord(0x100000, VirtualKey::A).displayString(layout), "⌘A");
 }
 
 TEST(HotkeyBindingDisplay, layoutSwitched_readsDifferently) {
-    const auto binding = HotkeyBinding::chord(0x40000, 16);
-    test::FakeKeyboardLayout layout({{16, "y"}});
+    const auto binding = HotkeyBinding::chord(0x40000, VirtualKey::Y);
+    test::FakeKeyboardLayout layout({{VirtualKey::Y, "y"}});
     EXPECT_EQ(binding.displayString(layout), "⌃Y");
-    layout.characters[16] = "z";
+    layout.characters[VirtualKey::Y] = "z";
     EXPECT_EQ(binding.displayString(layout), "⌃Z");
-    layout.characters[16] = "н";
+    layout.characters[VirtualKey::Y] = "н";
     EXPECT_EQ(binding.displayString(layout), "⌃Н");
 }
 
 TEST(HotkeyBindingDisplay, shiftAndControl_readControlFirst) {
     test::FakeKeyboardLayout layout;
-    EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Shift | KeyFlag::Control, 49).displayString(layout), "⌃⇧Space");
+    EXPECT_EQ(
+        HotkeyBinding::chord(KeyFlag::Shift | KeyFlag::Control, VirtualKey::Space).displayString(layout),
+        "⌃⇧Space");
 }
 
 TEST(HotkeyBindingDisplay, allModifiers_readInTheirOrderAndOtherBitsAreIgnored) {
     test::FakeKeyboardLayout layout;
-    EXPECT_EQ(HotkeyBinding::chord(UINT64_MAX, 36).displayString(layout), "⌃⌥⇧⌘Return");
+    EXPECT_EQ(HotkeyBinding::chord(UINT64_MAX, VirtualKey::Return).displayString(layout), "⌃⌥⇧⌘Return");
 }
 
 TEST(HotkeyBindingDisplay, keyWithoutCharacter_readsItsCode) {
-    test::FakeKeyboardLayout layout({{10, ""}});
-    EXPECT_EQ(HotkeyBinding::keyName(105, layout), "Key 105");
-    EXPECT_EQ(HotkeyBinding::keyName(10, layout), "Key 10");
+    test::FakeKeyboardLayout layout({{VirtualKey::Section, ""}});
+    EXPECT_EQ(HotkeyBinding::keyName(VirtualKey(105), layout), "Key 105");
+    EXPECT_EQ(HotkeyBinding::keyName(VirtualKey(10), layout), "Key 10");
 }
 
 TEST(HotkeyBindingDisplay, namedKeys_doNotAskTheLayout) {
@@ -194,14 +198,14 @@ TEST(HotkeyBindingDisplay, namedKeys_doNotAskTheLayout) {
                                                      {124, "→"},     {125, "↓"},  {126, "↑"}};
     test::FakeKeyboardLayout layout;
     for (const auto& [code, name] : names) {
-        layout.characters[code] = "x";
-        EXPECT_EQ(HotkeyBinding::keyName(code, layout), name);
+        layout.characters[VirtualKey(code)] = "x";
+        EXPECT_EQ(HotkeyBinding::keyName(VirtualKey(code), layout), name);
     }
 }
 
 TEST(HotkeyBindingDisplay, characterOfSeveralLetters_isUpperCasedWhole) {
-    test::FakeKeyboardLayout layout({{27, "ß"}});
-    EXPECT_EQ(HotkeyBinding::keyName(27, layout), "SS");
+    test::FakeKeyboardLayout layout({{VirtualKey::Minus, "ß"}});
+    EXPECT_EQ(HotkeyBinding::keyName(VirtualKey::Minus, layout), "SS");
 }
 
 } // namespace

@@ -38,7 +38,7 @@ TEST(AppSettings, everySetting_survivesARelaunch) {
     AppSettings first(store);
     first.targetLanguageCode.set(text("ko"));
     first.sourceLanguageCode.set(text("uk"));
-    first.hotkeyBinding.set(HotkeyBinding::chord(0xC0000, 49));
+    first.hotkeyBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::Space));
     first.aiCleanupEnabled.set(true);
     first.hasOnboarded.set(true);
     first.showMenuBarIcon.set(false);
@@ -50,12 +50,12 @@ TEST(AppSettings, everySetting_survivesARelaunch) {
     first.protectFocusTarget.set(false);
     first.focusProtectionMode.set(FocusProtectionMode::ClipboardOnly);
     first.appLanguage.set(text("zh-Hans"));
-    first.translateToggleBinding.set(HotkeyBinding::chord(0x100000, 3));
+    first.translateToggleBinding.set(HotkeyBinding::chord(0x100000, VirtualKey::F));
     const AppSettings second(store);
     EXPECT_EQ(second.targetLanguageCode.get(), u"ko");
     EXPECT_EQ(second.lastTargetLanguageCode.get(), u"ko");
     EXPECT_EQ(second.sourceLanguageCode.get(), u"uk");
-    EXPECT_EQ(second.hotkeyBinding.get(), HotkeyBinding::chord(0xC0000, 49));
+    EXPECT_EQ(second.hotkeyBinding.get(), HotkeyBinding::chord(0xC0000, VirtualKey::Space));
     EXPECT_TRUE(second.aiCleanupEnabled.get());
     EXPECT_TRUE(second.hasOnboarded.get());
     EXPECT_FALSE(second.showMenuBarIcon.get());
@@ -67,7 +67,7 @@ TEST(AppSettings, everySetting_survivesARelaunch) {
     EXPECT_FALSE(second.protectFocusTarget.get());
     EXPECT_EQ(second.focusProtectionMode.get(), FocusProtectionMode::ClipboardOnly);
     EXPECT_EQ(second.appLanguage.get(), u"zh-Hans");
-    EXPECT_EQ(second.translateToggleBinding.get(), HotkeyBinding::chord(0x100000, 3));
+    EXPECT_EQ(second.translateToggleBinding.get(), HotkeyBinding::chord(0x100000, VirtualKey::F));
     EXPECT_EQ(store.values.at(text("typewriterThresholdSeconds")), PreferenceValue(12.0));
 }
 

@@ -9,7 +9,7 @@ using test::InMemoryPreferenceStore;
 
 namespace {
 
-const auto defaultShortcut = HotkeyBinding::chord(0x1C0000, 17);
+const auto defaultShortcut = HotkeyBinding::chord(0x1C0000, VirtualKey::T);
 const auto defaultShortcutData = QByteArrayLiteral(R"({"chord":{"modifiers":1835008,"keyCode":17}})");
 const auto fnData = QByteArrayLiteral(R"({"holdSpecial":{"_0":"fn"}})");
 
@@ -99,7 +99,7 @@ TEST(AppSettings, fullStore_isLoadedAsItStands) {
     EXPECT_EQ(settings.targetLanguageCode.get(), u"pt-BR");
     EXPECT_EQ(settings.lastTargetLanguageCode.get(), u"ja");
     EXPECT_EQ(settings.sourceLanguageCode.get(), u"de");
-    EXPECT_EQ(settings.hotkeyBinding.get(), HotkeyBinding::chord(786432, 49));
+    EXPECT_EQ(settings.hotkeyBinding.get(), HotkeyBinding::chord(786432, VirtualKey::Space));
     EXPECT_TRUE(settings.aiCleanupEnabled.get());
     EXPECT_TRUE(settings.hasOnboarded.get());
     EXPECT_FALSE(settings.showMenuBarIcon.get());

@@ -2,7 +2,6 @@
 #include "linux/x11/keys/X11ChordGrabs.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
-#include "platform/keyboard/VirtualKeys.h"
 
 #include <algorithm>
 #include <iterator>
@@ -56,7 +55,7 @@ X11ChordGrabs::Combinations X11ChordGrabs::withFurtherModifiers(const KeyChord& 
     const auto* setup = xcb_get_setup(m_connection->get());
     Combinations combinations;
     for (const auto keycode : X11KeyCodes::fromVirtual(chord.keyCode)) {
-        if (keycode < setup->min_keycode || keycode > setup->max_keycode)
+        if (keycode < XKeycode(setup->min_keycode) || keycode > XKeycode(setup->max_keycode))
             continue;
         for (std::uint16_t more = 0; more <= allModifiers; ++more) {
             if ((more & ~further) == 0)
@@ -73,7 +72,8 @@ void X11ChordGrabs::grab(const Combinations& combinations) {
     for (const auto& [keycode, modifiers] : combinations)
         requests.emplace_back(Combination{keycode, modifiers},
                               xcb_grab_key_checked(m_connection->get(), 0, m_connection->root(), modifiers,
-                                                   keycode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+                                                   static_cast<xcb_keycode_t>(keycode), XCB_GRAB_MODE_ASYNC,
+                                                   XCB_GRAB_MODE_ASYNC));
     const bool answered = m_connection->roundTrip();
     for (const auto& [combination, cookie] : requests) {
         if (!answered) {
@@ -87,7 +87,8 @@ void X11ChordGrabs::grab(const Combinations& combinations) {
 }
 
 void X11ChordGrabs::letGo(const Combination& combination) {
-    xcb_ungrab_key(m_connection->get(), combination.first, m_connection->root(), combination.second);
+    xcb_ungrab_key(m_connection->get(), static_cast<xcb_keycode_t>(combination.first), m_connection->root(),
+                   combination.second);
     m_held.erase(combination);
 }
 
@@ -101,7 +102,7 @@ std::optional<X11ChordGrabs::KeyDown> X11ChordGrabs::nextKeyDown() {
         if ((event->response_type & 0x7F) != XCB_KEY_PRESS)
             continue;
         const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
-        return KeyDown{press.detail, press.time, press.state};
+        return KeyDown{XKeycode(press.detail), press.time, press.state};
     }
     return std::nullopt;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/XKeycode.h"
 #include "platform/keyboard/EventTap.h"
 
 #include <memory>
@@ -22,7 +23,7 @@ class X11ChordGrabs {
 public:
     /// A key down that came to us. The same event has the same time wherever it is told.
     struct KeyDown {
-        std::uint8_t keycode;
+        XKeycode keycode;
         xcb_timestamp_t time;
         std::uint16_t state; ///< the modifiers
     };
@@ -43,7 +44,7 @@ public:
     X11Connection& connection() { return *m_connection; }
 
 private:
-    using Combination = std::pair<std::uint8_t, std::uint16_t>; ///< keycode and modifiers
+    using Combination = std::pair<XKeycode, std::uint16_t>; ///< with the modifiers
     using Combinations = std::set<Combination>;
 
     Combinations withFurtherModifiers(const KeyChord& chord, std::uint16_t further) const;

@@ -1,38 +1,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/keys/X11KeyWatch.h"
+#include "linux/x11/keys/X11TapGroup.h"
 #include "platform/keyboard/EventTap.h"
 
-#include <optional>
+#include <memory>
 
 namespace talvera {
 
-class X11EventTapFactory;
-
-/// One tap of an X11EventTapFactory.
+/// A member of a group of taps, which outlives it.
 class X11EventTap final : public EventTap {
 public:
-    X11EventTap(X11EventTapFactory& factory, Callback callback);
+    X11EventTap(X11TapGroup& group, std::shared_ptr<X11Tap> tap);
     X11EventTap(const X11EventTap&) = delete;
     X11EventTap& operator=(const X11EventTap&) = delete;
     ~X11EventTap() override;
 
     void setEnabled(bool enabled) override;
     WatchResult watchChord(const KeyChord& chord) override;
-    WatchResult watchKey(std::uint16_t keyCode) override;
+    WatchResult watchKey(VirtualKey key) override;
     void watchNothing() override;
 
 private:
-    friend class X11EventTapFactory;
-
     WatchResult watch(const std::optional<KeyInterest>& interest);
-    bool isWaitingFor(const KeyEvent& event) const;
 
-    X11EventTapFactory& m_factory;
-    Callback m_callback;
-    bool m_isEnabled = false;
-    std::optional<KeyInterest> m_interest;
+    X11TapGroup& m_group;
+    const std::shared_ptr<X11Tap> m_tap;
 };
 
 } // namespace talvera

@@ -2,14 +2,18 @@
 #include "linux/x11/keys/X11HeldKeys.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
-#include "platform/keyboard/EventTap.h"
-#include "platform/keyboard/VirtualKeys.h"
 
 namespace talvera {
 
 namespace {
-constexpr std::uint16_t rightCommand = 54;
+
+/// Such a key counts by its place, also where the layout gives it another meaning: Right Alt is no modifier at
+/// all in the maps of layouts that make it AltGr.
+bool isModifierByPlace(VirtualKey key) {
+    return key == VirtualKey::RightCommand || key == VirtualKey::RightOption || key == VirtualKey::Fn;
 }
+
+} // namespace
 
 void X11HeldKeys::loadModifiers(X11Connection& connection) {
     m_flagOf.fill(0);
@@ -23,33 +27,32 @@ void X11HeldKeys::loadModifiers(X11Connection& connection) {
         }
     }
     m_flagOf[0] = 0; // stands for no key in the map
-    for (std::size_t keycode = 0; keycode < m_flagOf.size(); ++keycode) {
-        // The keys that can be hotkeys alone count by their place, also where the layout gives them another
-        // meaning: Right Alt is no modifier at all in the maps of layouts that make it AltGr.
-        const auto key = X11KeyCodes::toVirtual(static_cast<std::uint8_t>(keycode));
-        if ((key == 54 && keycode != X11KeyCodes::rightControl) || key == 61 || key == 63)
-            m_flagOf[keycode] |= flagOfModifierKey(*key);
+    for (std::size_t index = 0; index < m_flagOf.size(); ++index) {
+        const auto keycode = XKeycode(index);
+        const auto key = X11KeyCodes::toVirtual(keycode);
+        if (key && isModifierByPlace(*key) && keycode != X11KeyCodes::rightControl)
+            m_flagOf[index] |= flagOfModifierKey(*key);
     }
 }
 
-bool X11HeldKeys::isModifier(std::uint8_t keycode) const {
-    return m_flagOf[keycode] != 0;
+bool X11HeldKeys::isModifier(XKeycode keycode) const {
+    return m_flagOf[indexOf(keycode)] != 0;
 }
 
 void X11HeldKeys::keepDevices(const std::set<std::uint16_t>& devices) {
     std::erase_if(m_held, [&](const auto& held) { return !devices.contains(held.second); });
 }
 
-bool X11HeldKeys::isHeld(std::uint8_t keycode) const {
+bool X11HeldKeys::isHeld(XKeycode keycode) const {
     const auto first = m_held.lower_bound({keycode, 0});
     return first != m_held.end() && first->first == keycode;
 }
 
-std::uint64_t X11HeldKeys::flags(std::uint16_t about) const {
+std::uint64_t X11HeldKeys::flags(VirtualKey about) const {
     std::uint64_t flags = 0;
     for (const auto& [keycode, device] : m_held) {
-        const bool isCommand = about == rightCommand && keycode == X11KeyCodes::rightControl;
-        flags |= isCommand ? KeyFlag::Command : m_flagOf[keycode];
+        const bool isCommand = about == VirtualKey::RightCommand && keycode == X11KeyCodes::rightControl;
+        flags |= isCommand ? KeyFlag::Command : m_flagOf[indexOf(keycode)];
     }
     return flags;
 }

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/XKeycode.h"
+#include "platform/keyboard/VirtualKey.h"
 
 #include <array>
 #include <cstdint>
@@ -18,22 +20,22 @@ public:
     void loadModifiers(X11Connection& connection);
 
     /// The key is a modifier, on this keyboard map or by its place.
-    bool isModifier(std::uint8_t keycode) const;
+    bool isModifier(XKeycode keycode) const;
 
-    void press(std::uint16_t device, std::uint8_t keycode) { m_held.emplace(keycode, device); }
-    void release(std::uint16_t device, std::uint8_t keycode) { m_held.erase({keycode, device}); }
+    void press(std::uint16_t device, XKeycode keycode) { m_held.emplace(keycode, device); }
+    void release(std::uint16_t device, XKeycode keycode) { m_held.erase({keycode, device}); }
     /// Forgets what keyboards hold that are no longer there.
     void keepDevices(const std::set<std::uint16_t>& devices);
 
-    bool isHeld(std::uint8_t keycode) const;
+    bool isHeld(XKeycode keycode) const;
 
-    /// The KeyFlag bits of what is held, as an event about the virtual key `about` shows them: for key 54,
-    /// Right Ctrl counts as Command, otherwise as Control. Locks are not among them.
-    std::uint64_t flags(std::uint16_t about) const;
+    /// The KeyFlag bits of what is held, as an event about `about` shows them: for RightCommand, Right
+    /// Ctrl counts as Command, otherwise as Control. Locks are not among them.
+    std::uint64_t flags(VirtualKey about) const;
 
 private:
-    std::array<std::uint64_t, 256> m_flagOf{};               // by keycode
-    std::set<std::pair<std::uint8_t, std::uint16_t>> m_held; // keycode, device
+    std::array<std::uint64_t, xKeycodeCount> m_flagOf{};
+    std::set<std::pair<XKeycode, std::uint16_t>> m_held; // with the device
 };
 
 } // namespace talvera

@@ -2,7 +2,6 @@
 #include "linux/x11/keys/X11KeyWatch.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
-#include "platform/keyboard/VirtualKeys.h"
 
 #include <algorithm>
 #include <utility>
@@ -17,9 +16,9 @@ namespace {
 constexpr std::uint16_t neededMajor = 2;
 constexpr std::uint16_t neededMinor = 1;
 
-std::uint16_t keyOf(const KeyInterest& interest) {
+VirtualKey keyOf(const KeyInterest& interest) {
     const auto* chord = std::get_if<KeyChord>(&interest);
-    return chord ? chord->keyCode : std::get<std::uint16_t>(interest);
+    return chord ? chord->keyCode : std::get<VirtualKey>(interest);
 }
 
 } // namespace
@@ -84,7 +83,7 @@ std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& in
 /// True when there is a chord's press among them.
 bool X11KeyWatch::forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests) {
     bool hasChord = false;
-    std::erase_if(m_toldPresses, [&](std::uint16_t key) {
+    std::erase_if(m_toldPresses, [&](VirtualKey key) {
         const bool isKept = std::ranges::any_of(interests, [&](const KeyInterest& interest) {
             return keyOf(interest) == key && std::ranges::count(m_interests, interest) > 0;
         });
@@ -101,10 +100,11 @@ void X11KeyWatch::chooseRelevantKeys() {
         auto& keys = std::holds_alternative<KeyChord>(interest) ? m_chordKeys : m_aloneKeys;
         keys.insert(keyOf(interest));
     }
-    for (std::size_t keycode = 0; keycode < m_relevantKeys.size(); ++keycode) {
-        const auto key = X11KeyCodes::toVirtual(static_cast<std::uint8_t>(keycode));
-        m_relevantKeys[keycode] = m_heldKeys.isModifier(static_cast<std::uint8_t>(keycode)) ||
-                                  (key && (m_chordKeys.contains(*key) || m_aloneKeys.contains(*key)));
+    for (std::size_t index = 0; index < m_relevantKeys.size(); ++index) {
+        const auto keycode = XKeycode(index);
+        const auto key = X11KeyCodes::toVirtual(keycode);
+        m_relevantKeys[index] = m_heldKeys.isModifier(keycode) ||
+                                (key && (m_chordKeys.contains(*key) || m_aloneKeys.contains(*key)));
     }
 }
 
@@ -132,7 +132,7 @@ std::vector<KeyChord> X11KeyWatch::chords() const {
     return chords;
 }
 
-void X11KeyWatch::suspend(const std::set<std::uint16_t>& heardPresses) {
+void X11KeyWatch::suspend(const std::set<VirtualKey>& heardPresses) {
     m_isSuspended = true;
     m_toldPresses = heardPresses;
     m_rawKeyDown.reset();
@@ -207,14 +207,14 @@ void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
     if (key.detail >= m_relevantKeys.size() || !m_relevantKeys[key.detail] ||
         m_devices.isPosted(key.sourceid))
         return;
-    const auto keycode = static_cast<std::uint8_t>(key.detail);
+    const auto keycode = XKeycode(key.detail);
     if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
         pressed(key.sourceid, keycode, key.time);
     else if (event.event_type == XCB_INPUT_RAW_KEY_RELEASE)
         released(key.sourceid, keycode);
 }
 
-void X11KeyWatch::pressed(std::uint16_t device, std::uint8_t keycode, xcb_timestamp_t time) {
+void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time) {
     m_heldKeys.press(device, keycode);
     const auto key = X11KeyCodes::toVirtual(keycode);
     if (!key || m_isSuspended)
@@ -228,7 +228,7 @@ void X11KeyWatch::pressed(std::uint16_t device, std::uint8_t keycode, xcb_timest
     }
 }
 
-void X11KeyWatch::released(std::uint16_t device, std::uint8_t keycode) {
+void X11KeyWatch::released(std::uint16_t device, XKeycode keycode) {
     m_heldKeys.release(device, keycode);
     const auto key = X11KeyCodes::toVirtual(keycode);
     if (!key || m_isSuspended)
@@ -256,12 +256,12 @@ void X11KeyWatch::startChordIfBothSay() {
         tellChordEnd(key); // a short tap: the other connection was ahead
 }
 
-void X11KeyWatch::tellChordEnd(std::uint16_t keyCode) {
+void X11KeyWatch::tellChordEnd(VirtualKey keyCode) {
     m_toldPresses.erase(keyCode);
     m_tell({.type = KeyEventType::KeyUp, .keyCode = keyCode, .flags = flags(keyCode)});
 }
 
-void X11KeyWatch::tellHeldKey(std::uint16_t keyCode) {
+void X11KeyWatch::tellHeldKey(VirtualKey keyCode) {
     const KeyEvent event{.type = KeyEventType::FlagsChanged, .keyCode = keyCode, .flags = flags(keyCode)};
     if (isPress(event))
         m_toldPresses.insert(keyCode);
@@ -272,7 +272,7 @@ void X11KeyWatch::tellHeldKey(std::uint16_t keyCode) {
 
 /// The program that held a chord may have ended. The user asks for the chord now, so that the next press can
 /// be ours.
-void X11KeyWatch::retryTakenChords(std::uint16_t keyCode) {
+void X11KeyWatch::retryTakenChords(VirtualKey keyCode) {
     if (!m_hasTakenChords)
         return;
     const auto held = m_heldKeys.flags(keyCode);
@@ -283,18 +283,18 @@ void X11KeyWatch::retryTakenChords(std::uint16_t keyCode) {
         applyInterests();
 }
 
-bool X11KeyWatch::isHeld(std::uint16_t keyCode) const {
+bool X11KeyWatch::isHeld(VirtualKey keyCode) const {
     return std::ranges::any_of(X11KeyCodes::fromVirtual(keyCode),
-                               [this](std::uint8_t keycode) { return m_heldKeys.isHeld(keycode); });
+                               [this](XKeycode keycode) { return m_heldKeys.isHeld(keycode); });
 }
 
 /// The press that was told for this key has not ended.
-bool X11KeyWatch::isOn(std::uint16_t keyCode) {
+bool X11KeyWatch::isOn(VirtualKey keyCode) {
     return m_chordKeys.contains(keyCode) ? isHeld(keyCode)
                                          : (flags(keyCode) & flagOfModifierKey(keyCode)) != 0;
 }
 
-std::uint64_t X11KeyWatch::flags(std::uint16_t about) {
+std::uint64_t X11KeyWatch::flags(VirtualKey about) {
     return m_heldKeys.flags(about) | lockFlag();
 }
 

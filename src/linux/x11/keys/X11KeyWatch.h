@@ -18,8 +18,8 @@
 
 namespace talvera {
 
-/// What somebody waits for: a chord, or the virtual key code of a key held alone.
-using KeyInterest = std::variant<KeyChord, std::uint16_t>;
+/// What a tap waits for: a chord, or a key held alone.
+using KeyInterest = std::variant<KeyChord, VirtualKey>;
 
 /// Makes key events of what the X server tells about the user's keyboards.
 ///
@@ -43,9 +43,8 @@ public:
     std::vector<WatchResult> waitFor(const std::vector<KeyInterest>& interests);
 
     /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the focused
-    /// application. `heardPresses` are the virtual key codes of the presses that were told and heard, but not
-    /// their ends.
-    void suspend(const std::set<std::uint16_t>& heardPresses);
+    /// application. `heardPresses` are the keys whose presses were told and heard, but not their ends.
+    void suspend(const std::set<VirtualKey>& heardPresses);
     /// Ends that with the next `waitFor`, which also tells the ends of presses that have been missed.
     void resume();
 
@@ -63,25 +62,25 @@ private:
     bool readGrabbedEvent();
     void handleInput(const xcb_ge_generic_event_t& event);
 
-    void pressed(std::uint16_t device, std::uint8_t keycode, xcb_timestamp_t time);
-    void released(std::uint16_t device, std::uint8_t keycode);
+    void pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time);
+    void released(std::uint16_t device, XKeycode keycode);
     void startChordIfBothSay();
-    void tellHeldKey(std::uint16_t keyCode);
-    void tellChordEnd(std::uint16_t keyCode);
+    void tellHeldKey(VirtualKey keyCode);
+    void tellChordEnd(VirtualKey keyCode);
     void tellMissedEnds();
 
     bool forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests);
-    void retryTakenChords(std::uint16_t keyCode);
+    void retryTakenChords(VirtualKey keyCode);
     std::vector<WatchResult> applyInterests();
     void chooseRelevantKeys();
-    bool isHeld(std::uint16_t keyCode) const;
-    bool isOn(std::uint16_t keyCode);
-    std::uint64_t flags(std::uint16_t about);
+    bool isHeld(VirtualKey keyCode) const;
+    bool isOn(VirtualKey keyCode);
+    std::uint64_t flags(VirtualKey about);
     std::uint64_t lockFlag();
     std::vector<KeyChord> chords() const;
 
     struct RawKeyDown {
-        std::uint8_t keycode;
+        XKeycode keycode;
         xcb_timestamp_t time;
         bool isReleased = false; // since then
     };
@@ -98,13 +97,13 @@ private:
     bool m_isSuspended = false;
     bool m_hasMissedEnds = false;
     bool m_hasTakenChords = false;
-    std::bitset<256> m_relevantKeys;     // by keycode: those that m_heldKeys hears of
-    std::set<std::uint16_t> m_chordKeys; // of m_interests, by virtual key code, and so on
-    std::set<std::uint16_t> m_aloneKeys;
+    std::bitset<xKeycodeCount> m_relevantKeys; // those that m_heldKeys hears of
+    std::set<VirtualKey> m_chordKeys;          // of m_interests, and so on
+    std::set<VirtualKey> m_aloneKeys;
 
     std::optional<RawKeyDown> m_rawKeyDown;
     std::optional<X11ChordGrabs::KeyDown> m_grabbedKeyDown;
-    std::set<std::uint16_t> m_toldPresses; // virtual key codes; their ends have not been told yet
+    std::set<VirtualKey> m_toldPresses; // their ends have not been told yet
 };
 
 } // namespace talvera

@@ -31,9 +31,10 @@ State atRest(const Keymap& keymap, xcb_connection_t* connection, std::int32_t de
     return rest;
 }
 
-QString textOf(const State& state, std::uint8_t keycode) {
+QString textOf(const State& state, XKeycode keycode) {
     std::array<char, 64> text{};
-    const auto size = xkb_state_key_get_utf8(state.get(), keycode, text.data(), text.size());
+    const auto size =
+        xkb_state_key_get_utf8(state.get(), static_cast<xkb_keycode_t>(keycode), text.data(), text.size());
     return size > 0 && static_cast<std::size_t>(size) < text.size() ? QString::fromUtf8(text.data(), size)
                                                                     : QString();
 }
@@ -56,8 +57,8 @@ bool X11KeyboardLayout::connect() {
                                        nullptr, nullptr, nullptr, nullptr) != 0;
 }
 
-std::optional<QString> X11KeyboardLayout::character(std::uint16_t keyCode) {
-    const auto keycodes = X11KeyCodes::fromVirtual(keyCode);
+std::optional<QString> X11KeyboardLayout::character(VirtualKey key) {
+    const auto keycodes = X11KeyCodes::fromVirtual(key);
     if (keycodes.empty() || !m_context || !connect())
         return std::nullopt;
     auto* connection = m_connection->get();

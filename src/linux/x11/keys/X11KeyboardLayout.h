@@ -21,7 +21,7 @@ public:
     ~X11KeyboardLayout() override;
 
     /// Keys of the keypad write what they do with Num Lock on.
-    std::optional<QString> character(std::uint16_t keyCode) override;
+    std::optional<QString> character(VirtualKey key) override;
 
 private:
     bool connect();

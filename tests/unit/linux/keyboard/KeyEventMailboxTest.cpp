@@ -10,9 +10,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::uint16_t space = 49;
-constexpr std::uint16_t rightCommand = 54;
-
 class KeyEventMailboxTest : public testing::Test {
 protected:
     std::shared_ptr<KeyEventMailbox> mailbox(Duration bound) {
@@ -23,8 +20,8 @@ protected:
         });
     }
 
-    static KeyEvent down() { return {.type = KeyEventType::KeyDown, .keyCode = space}; }
-    static KeyEvent up() { return {.type = KeyEventType::KeyUp, .keyCode = space}; }
+    static KeyEvent down() { return {.type = KeyEventType::KeyDown, .keyCode = VirtualKey::Space}; }
+    static KeyEvent up() { return {.type = KeyEventType::KeyUp, .keyCode = VirtualKey::Space}; }
 
     using Types = std::vector<KeyEventType>;
 
@@ -77,12 +74,12 @@ TEST_F(KeyEventMailboxTest, eventInHand_countsAsUnansweredUntilItIsHandled) {
     whileHandling = [&] {
         if (heard.size() == 1) {
             EXPECT_TRUE(box->giveUpIfOverdue());
-            EXPECT_EQ(box->heardPresses(), std::set{space});
+            EXPECT_EQ(box->heardPresses(), std::set{VirtualKey::Space});
         }
     };
     actor.settle();
     EXPECT_EQ(heard, (Types{KeyEventType::KeyDown, KeyEventType::TapDisabledByTimeout}));
-    EXPECT_EQ(box->heardPresses(), std::set{space});
+    EXPECT_EQ(box->heardPresses(), std::set{VirtualKey::Space});
 }
 
 TEST_F(KeyEventMailboxTest, pressThatWasNeverHandedOver_isNotHeard) {
@@ -95,10 +92,12 @@ TEST_F(KeyEventMailboxTest, pressThatWasNeverHandedOver_isNotHeard) {
 
 TEST_F(KeyEventMailboxTest, heardPresses_goByFlagsForModifierKeys) {
     const auto box = mailbox(1h);
-    box->send({.type = KeyEventType::FlagsChanged, .keyCode = rightCommand, .flags = KeyFlag::Command});
+    box->send(
+        {.type = KeyEventType::FlagsChanged, .keyCode = VirtualKey::RightCommand, .flags = KeyFlag::Command});
     actor.settle();
-    EXPECT_EQ(box->heardPresses(), std::set{rightCommand});
-    box->send({.type = KeyEventType::FlagsChanged, .keyCode = rightCommand, .flags = KeyFlag::Control});
+    EXPECT_EQ(box->heardPresses(), std::set{VirtualKey::RightCommand});
+    box->send(
+        {.type = KeyEventType::FlagsChanged, .keyCode = VirtualKey::RightCommand, .flags = KeyFlag::Control});
     actor.settle();
     EXPECT_TRUE(box->heardPresses().empty());
 }

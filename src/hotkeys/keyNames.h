@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "hotkeys/HotkeyBinding.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+namespace talvera {
+
+// What keys are called, in the words of the loaded catalogs. The catalogs fit the names to the keyboards of
+// the desktop. Main thread only.
+
+/// A special key that is held alone.
+QString specialKeyName(HotkeyBinding::SpecialKey key);
+
+/// The names of the modifiers among these KeyFlag bits, one after the other, as they stand before a key's name.
+QString modifierNames(std::uint64_t modifiers);
+
+/// The name of a key that is called the same on every layout; nothing for others.
+std::optional<QString> fixedKeyName(VirtualKey key);
+
+/// The name of a key that writes no character.
+QString nameOfKeyWithoutCharacter(VirtualKey key);
+
+} // namespace talvera
