@@ -1,41 +1,61 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyPresets.h"
 
+#include "text/Localization.h"
+
 namespace talvera {
 
-const std::array<HotkeyPreset, 4>& hotkeyPresets() {
-    using Key = HotkeyBinding::SpecialKey;
-    static const std::array<HotkeyPreset, 4> presets{{
-        {"rcmd",
-         HotkeyBinding::holdSpecial(Key::RightCommand),
-         {QStringLiteral("Right ⌘")},
-         true,
-         {"settings.hotkey.preset.rcmd", "Right Command hold"},
-         {"onboarding.hotkey.preset.rcmd.label", "Right Command"},
-         {"onboarding.hotkey.preset.rcmd.desc", "Hold right ⌘. No system conflicts on any Apple hardware."}},
-        {"fn",
-         HotkeyBinding::holdSpecial(Key::Fn),
-         {QStringLiteral("fn")},
-         false,
-         {"settings.hotkey.preset.fn", "Globe / Fn hold"},
-         {"onboarding.hotkey.preset.fn.label", "Globe / Fn"},
-         {"onboarding.hotkey.preset.fn.desc", "Hold the globe key. One hand, no conflicts."}},
-        {"default",
-         HotkeyBinding::chord(0xC0000, 49),
-         {QStringLiteral("⌃"), QStringLiteral("⌥"), QStringLiteral("Space")},
-         false,
-         {"settings.hotkey.preset.default", "Control + Option + Space"},
-         {"onboarding.hotkey.preset.default.label", "Control + Option + Space"},
-         {"onboarding.hotkey.preset.default.desc", "Classic chord. Press and hold."}},
-        {"caps",
-         HotkeyBinding::holdSpecial(Key::CapsLock),
-         {QStringLiteral("⇪")},
-         false,
-         {"settings.hotkey.preset.caps", "Caps Lock hold"},
-         {"onboarding.hotkey.preset.caps.label", "Caps Lock"},
-         {"onboarding.hotkey.preset.caps.desc", "Repurposes caps lock."}},
-    }};
-    return presets;
+namespace {
+
+using Special = HotkeyBinding::SpecialKey;
+
+HotkeyPreset rightCommand() {
+    return {.id = QStringLiteral("rcmd"),
+            .binding = HotkeyBinding::holdSpecial(Special::RightCommand),
+            .keys = {localized("hotkey.cap.rightCommand", "Right ⌘")},
+            .recommended = true,
+            .settingsLabel = localized("settings.hotkey.preset.rcmd", "Right Command hold"),
+            .onboardingLabel = localized("onboarding.hotkey.preset.rcmd.label", "Right Command"),
+            .onboardingDescription = localized("onboarding.hotkey.preset.rcmd.desc",
+                                               "Hold right ⌘. No system conflicts on any Apple hardware.")};
+}
+
+HotkeyPreset fn() {
+    return {.id = QStringLiteral("fn"),
+            .binding = HotkeyBinding::holdSpecial(Special::Fn),
+            .keys = {localized("hotkey.cap.fn", "fn")},
+            .settingsLabel = localized("settings.hotkey.preset.fn", "Globe / Fn hold"),
+            .onboardingLabel = localized("onboarding.hotkey.preset.fn.label", "Globe / Fn"),
+            .onboardingDescription =
+                localized("onboarding.hotkey.preset.fn.desc", "Hold the globe key. One hand, no conflicts.")};
+}
+
+HotkeyPreset controlOptionSpace() {
+    return {.id = QStringLiteral("default"),
+            .binding = HotkeyBinding(),
+            .keys = {localized("hotkey.cap.control", "⌃"), localized("hotkey.cap.option", "⌥"),
+                     localized("hotkey.key.space", "Space")},
+            .settingsLabel = localized("settings.hotkey.preset.default", "Control + Option + Space"),
+            .onboardingLabel =
+                localized("onboarding.hotkey.preset.default.label", "Control + Option + Space"),
+            .onboardingDescription =
+                localized("onboarding.hotkey.preset.default.desc", "Classic chord. Press and hold.")};
+}
+
+HotkeyPreset capsLock() {
+    return {.id = QStringLiteral("caps"),
+            .binding = HotkeyBinding::holdSpecial(Special::CapsLock),
+            .keys = {localized("hotkey.cap.capsLock", "⇪")},
+            .settingsLabel = localized("settings.hotkey.preset.caps", "Caps Lock hold"),
+            .onboardingLabel = localized("onboarding.hotkey.preset.caps.label", "Caps Lock"),
+            .onboardingDescription =
+                localized("onboarding.hotkey.preset.caps.desc", "Repurposes caps lock.")};
+}
+
+} // namespace
+
+std::array<HotkeyPreset, 4> hotkeyPresets() {
+    return {rightCommand(), fn(), controlOptionSpace(), capsLock()};
 }
 
 } // namespace talvera

@@ -3,30 +3,25 @@
 
 #include "hotkeys/HotkeyBinding.h"
 
+#include <QString>
 #include <QStringList>
 
 #include <array>
 
 namespace talvera {
 
-/// A binding that the settings window and the wizard offer. Texts are pairs of a dotted key and its English
-/// default.
+/// A binding that the settings window and the wizard offer.
 struct HotkeyPreset {
-    struct Text {
-        const char* key;
-        const char* defaultText;
-    };
-
-    const char* id;
+    QString id;
     HotkeyBinding binding;
     QStringList keys; ///< the key caps drawn for it
-    bool recommended;
-    Text settingsLabel;
-    Text onboardingLabel;
-    Text onboardingDescription;
+    bool recommended = false;
+    QString settingsLabel;
+    QString onboardingLabel;
+    QString onboardingDescription;
 };
 
-/// In the order in which they are offered.
-const std::array<HotkeyPreset, 4>& hotkeyPresets();
+/// In the order in which they are offered, in the words of the loaded catalogs. Main thread only.
+std::array<HotkeyPreset, 4> hotkeyPresets();
 
 } // namespace talvera

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyPresets.h"
 
+#include "PrintQt.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,16 +14,19 @@ using namespace talvera;
 
 namespace {
 
+/// What a user reads of a preset.
+QStringList textsOf(const HotkeyPreset& preset) {
+    return QStringList{preset.id, preset.keys.join(u'|'), preset.settingsLabel, preset.onboardingLabel,
+                       preset.onboardingDescription};
+}
+
 TEST(HotkeyPresets, order_isRightCommandFnChordCapsLock) {
     using Key = HotkeyBinding::SpecialKey;
-    const auto& presets = hotkeyPresets();
-    EXPECT_STREQ(presets[0].id, "rcmd");
+    const auto presets = hotkeyPresets();
     EXPECT_EQ(presets[0].binding, HotkeyBinding::holdSpecial(Key::RightCommand));
-    EXPECT_STREQ(presets[1].id, "fn");
     EXPECT_EQ(presets[1].binding, HotkeyBinding::holdSpecial(Key::Fn));
-    EXPECT_STREQ(presets[2].id, "default");
-    EXPECT_EQ(presets[2].binding, HotkeyBinding());
-    EXPECT_STREQ(presets[3].id, "caps");
+    EXPECT_EQ(presets[2].binding,
+              HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option, VirtualKey::Space));
     EXPECT_EQ(presets[3].binding, HotkeyBinding::holdSpecial(Key::CapsLock));
 }
 
@@ -35,14 +43,43 @@ TEST(HotkeyPresets, rightOption_isInNone) {
                                      [&](const auto& preset) { return preset.binding == rightOption; }));
 }
 
-TEST(HotkeyPresets, texts_areKeysWithTheirDefaults) {
-    const auto& chord = hotkeyPresets()[2];
-    EXPECT_EQ(chord.keys, (QStringList{"⌃", "⌥", "Space"}));
-    EXPECT_STREQ(chord.settingsLabel.key, "settings.hotkey.preset.default");
-    EXPECT_STREQ(chord.settingsLabel.defaultText, "Control + Option + Space");
-    EXPECT_STREQ(chord.onboardingLabel.key, "onboarding.hotkey.preset.default.label");
-    EXPECT_STREQ(chord.onboardingDescription.key, "onboarding.hotkey.preset.default.desc");
-    EXPECT_STREQ(chord.onboardingDescription.defaultText, "Classic chord. Press and hold.");
+TEST(HotkeyPresets, withoutACatalog_readTheirDefaults) {
+    const auto presets = hotkeyPresets();
+    EXPECT_EQ(textsOf(presets[0]), QStringList({"rcmd", "Right ⌘", "Right Command hold", "Right Command",
+                                                "Hold right ⌘. No system conflicts on any Apple hardware."}));
+    EXPECT_EQ(textsOf(presets[1]), QStringList({"fn", "fn", "Globe / Fn hold", "Globe / Fn",
+                                                "Hold the globe key. One hand, no conflicts."}));
+    EXPECT_EQ(textsOf(presets[2]),
+              QStringList({"default", "⌃|⌥|Space", "Control + Option + Space", "Control + Option + Space",
+                           "Classic chord. Press and hold."}));
+    EXPECT_EQ(textsOf(presets[3]),
+              QStringList({"caps", "⇪", "Caps Lock hold", "Caps Lock", "Repurposes caps lock."}));
+}
+
+/// Tells each text's key in place of a text.
+class KeysAsTexts final : public QTranslator {
+public:
+    QString translate(const char*, const char* key, const char*, int) const override {
+        return QStringLiteral("<%1>").arg(QLatin1String(key));
+    }
+    bool isEmpty() const override { return false; }
+};
+
+TEST(HotkeyPresets, inTheCatalogs_haveTheirKeys) {
+    int argc = 1;
+    char name[] = "test";
+    char* argv[] = {name, nullptr};
+    const QCoreApplication application(argc, argv);
+    KeysAsTexts catalog;
+    ASSERT_TRUE(QCoreApplication::installTranslator(&catalog));
+    const auto presets = hotkeyPresets();
+    for (const auto& preset : presets) {
+        EXPECT_EQ(preset.settingsLabel, "<settings.hotkey.preset." + preset.id + ">");
+        EXPECT_EQ(preset.onboardingLabel, "<onboarding.hotkey.preset." + preset.id + ".label>");
+        EXPECT_EQ(preset.onboardingDescription, "<onboarding.hotkey.preset." + preset.id + ".desc>");
+    }
+    EXPECT_EQ(presets[2].keys,
+              QStringList({"<hotkey.cap.control>", "<hotkey.cap.option>", "<hotkey.key.space>"}));
 }
 
 } // namespace
