@@ -2,16 +2,20 @@
 #include "linux/posix/ChildLauncher.h"
 
 #include "platform/system/PlatformError.h"
+#include "text/wiping.h"
 
 #include <QFile>
 
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstring>
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
@@ -63,6 +67,30 @@ Pipe makeRoomyPipe() {
     return pipe;
 }
 
+/// The program's file says that it takes the value of its private option from a descriptor.
+bool takesDescriptors(const QString& executable) {
+    constexpr QByteArrayView mark("talvera: takes --prompt /dev/fd/N");
+    QFile file(executable);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return false;
+    const auto size = static_cast<std::size_t>(file.size());
+    const auto* content = file.map(0, file.size());
+    return content != nullptr && ::memmem(content, size, mark.data(), static_cast<std::size_t>(mark.size()));
+}
+
+/// A descriptor that holds these bytes, in memory.
+FileDescriptor descriptorOf(const QByteArray& bytes) {
+    FileDescriptor made(::memfd_create("argument", MFD_CLOEXEC));
+    if (!made.isOpen())
+        fail(errno, QStringLiteral("argument"));
+    auto descriptor = aboveStandardStreams(made.release());
+    const auto written =
+        ::pwrite(descriptor.get(), bytes.constData(), static_cast<std::size_t>(bytes.size()), 0);
+    if (written != bytes.size())
+        fail(written < 0 ? errno : ENOSPC, QStringLiteral("argument"));
+    return descriptor;
+}
+
 /// The strings of a request in the form that exec takes.
 class ExecArguments {
 public:
@@ -71,14 +99,24 @@ public:
         m_strings.push_back(encoded(request.executable));
         for (const auto& argument : request.arguments)
             m_strings.push_back(encoded(argument));
+        hidePrivateValue(request);
         for (auto& string : m_strings)
             m_pointers.push_back(string.data());
         m_pointers.push_back(nullptr);
+    }
+    ExecArguments(const ExecArguments&) = delete;
+    ExecArguments& operator=(const ExecArguments&) = delete;
+    ~ExecArguments() {
+        for (auto& string : m_strings)
+            wipe(string);
     }
 
     const char* directory() const { return m_directory.constData(); }
     const char* program() const { return m_pointers.front(); }
     char* const* pointers() const { return m_pointers.data(); }
+
+    /// What the program gets besides its standard streams; -1 for nothing.
+    int descriptor() const { return m_privateValue.get(); }
 
 private:
     /// An argument with a NUL inside can't be handed over, and must not arrive cut.
@@ -88,9 +126,21 @@ private:
         return QFile::encodeName(text);
     }
 
+    void hidePrivateValue(const ChildProcessRequest& request) {
+        const auto option =
+            request.privateOption.isEmpty() ? -1 : request.arguments.lastIndexOf(request.privateOption);
+        if (option < 0 || option + 1 >= request.arguments.size() || !takesDescriptors(request.executable))
+            return;
+        auto& value = m_strings[static_cast<std::size_t>(option) + 2]; // behind the program and the option
+        m_privateValue = descriptorOf(value);
+        wipe(value);
+        value = "/dev/fd/" + QByteArray::number(m_privateValue.get());
+    }
+
     QByteArray m_directory;
     std::vector<QByteArray> m_strings;
     std::vector<char*> m_pointers;
+    FileDescriptor m_privateValue;
 };
 
 /// Blocks all signals, so that none of our handlers runs in the child before it is another program.
@@ -130,6 +180,10 @@ void resetSignals() {
         ::dup2(error, STDERR_FILENO) >= 0) {
         // Also what some library of ours has opened without care stays here.
         ::close_range(STDERR_FILENO + 1, UINT_MAX, CLOSE_RANGE_CLOEXEC);
+        if (arguments.descriptor() >= 0)
+            ::fcntl(arguments.descriptor(), F_SETFD, 0);
+        const rlimit none{0, 0}; // what it works on shall not come to lie in a core file
+        ::setrlimit(RLIMIT_CORE, &none);
         resetSignals();
         ::execv(arguments.program(), arguments.pointers());
     }
@@ -177,6 +231,7 @@ LaunchedChild launchChild(const ChildProcessRequest& request) {
     auto output = makeRoomyPipe();
     auto error = makeRoomyPipe();
     auto report = makePipe();
+    ::fcntl(output.readEnd.get(), F_SETFL, O_NONBLOCK);
     ::fcntl(error.readEnd.get(), F_SETFL, O_NONBLOCK);
 
     LaunchedChild child;

@@ -13,10 +13,13 @@ struct LaunchedChild {
     pid_t pid = -1;                ///< also its process group
     FileDescriptor handle;         ///< readable when it has ended
     FileDescriptor standardOutput; ///< our end of its pipe
-    FileDescriptor standardError;  ///< the same; reading never waits
+    FileDescriptor standardError;  ///< the same; reading from both never waits
 };
 
-/// Starts the program. Throws PlatformError (domain "ChildProcess", code errno); no child is left then.
+/// Starts the program. A file that says "talvera: takes --prompt /dev/fd/N" gets the value of the request's
+/// private option as an open descriptor, whose path stands for it in the command line; all others get the
+/// value itself. The program leaves no core file. Throws PlatformError (domain "ChildProcess", code errno);
+/// no child is left then.
 LaunchedChild launchChild(const ChildProcessRequest& request);
 
 } // namespace talvera

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <ctime>
 
 #include <poll.h>
@@ -21,7 +22,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr qsizetype mostErrorBytes = 1 << 20;
+/// Of each of the two streams.
+constexpr qsizetype mostBytes = 1 << 20;
 
 /// How often within the idle limit we look whether the child has worked.
 constexpr int looksPerIdleLimit = 6;
@@ -29,11 +31,10 @@ constexpr int looksPerIdleLimit = 6;
 /// A killed child ends at once, unless the kernel can't let go of it.
 constexpr milliseconds patienceWithAKilledChild = std::chrono::seconds(5);
 
-/// Keeps what the child writes to its standard error, and reads on beyond the limit, so that it never waits
-/// for us.
-class ErrorCollector {
+/// Keeps what the child writes, up to a limit, and reads on beyond it.
+class Collector {
 public:
-    explicit ErrorCollector(FileDescriptor pipe)
+    explicit Collector(FileDescriptor pipe)
         : m_pipe(std::move(pipe)) {}
 
     /// -1 once nothing more can come.
@@ -45,12 +46,13 @@ public:
         while (m_pipe.isOpen()) {
             const auto count = ::read(m_pipe.get(), piece.data(), piece.size());
             if (count > 0)
-                m_text.append(piece.data(), std::min<qsizetype>(count, mostErrorBytes - m_text.size()));
+                m_text.append(piece.data(), std::min<qsizetype>(count, mostBytes - m_text.size()));
             else if (count == 0)
                 m_pipe.reset();
             else if (errno != EINTR)
-                return; // nothing more for now
+                break; // nothing more for now
         }
+        ::explicit_bzero(piece.data(), piece.size());
     }
 
     const QByteArray& text() const { return m_text; }
@@ -106,7 +108,7 @@ enum class News { None, ChildEnded, EndAll };
 constexpr int nothingToWatch = -1; // passed over by poll()
 
 /// Waits for the child's end, for a piece of its standard error or for the end of everything.
-News waitForNews(const LaunchedChild& child, ErrorCollector& errors, int ending, milliseconds atMost) {
+News waitForNews(const LaunchedChild& child, Collector& errors, int ending, milliseconds atMost) {
     std::array<pollfd, 3> events = {
         {{child.handle.get(), POLLIN, 0}, {errors.descriptor(), POLLIN, 0}, {ending, POLLIN, 0}}};
     if (::poll(events.data(), events.size(), static_cast<int>(atMost.count())) <= 0)
@@ -118,7 +120,7 @@ News waitForNews(const LaunchedChild& child, ErrorCollector& errors, int ending,
 }
 
 /// Ends the child and all that it has started.
-void killAndAwait(const LaunchedChild& child, ErrorCollector& errors) {
+void killAndAwait(const LaunchedChild& child, Collector& errors) {
     ::kill(-child.pid, SIGKILL);
     const auto givingUp = Clock::now() + patienceWithAKilledChild;
     while (Clock::now() < givingUp &&
@@ -128,7 +130,7 @@ void killAndAwait(const LaunchedChild& child, ErrorCollector& errors) {
 
 enum class Ending { ByItself, Hung, WithEverything };
 
-Ending awaitEnd(const LaunchedChild& child, ErrorCollector& errors, int ending,
+Ending awaitEnd(const LaunchedChild& child, Collector& errors, int ending,
                 const PosixChildProcess::Limits& limits) {
     Watchdog watchdog(child.pid, limits);
     for (;;) {
@@ -155,7 +157,8 @@ void PosixChildProcess::endAll() {
 
 ChildProcessResult PosixChildProcess::run(const ChildProcessRequest& request) {
     auto child = launchChild(request);
-    ErrorCollector errors(std::move(child.standardError));
+    Collector errors(std::move(child.standardError));
+    Collector output(std::move(child.standardOutput));
     ChildProcessResult result;
     const auto ending = awaitEnd(child, errors, m_ending.get(), m_limits);
     result.hung = ending == Ending::Hung;
@@ -166,7 +169,9 @@ ChildProcessResult PosixChildProcess::run(const ChildProcessRequest& request) {
         waited = ::waitpid(child.pid, &status, ending == Ending::ByItself ? 0 : WNOHANG);
     } while (waited < 0 && errno == EINTR);
     errors.drain();
+    output.drain();
     result.standardError = errors.text();
+    result.standardOutput = output.text();
 
     if (waited < 0)
         throw PlatformError(QStringLiteral("ChildProcess"), errno, qt_error_string(errno));

@@ -10,9 +10,10 @@ namespace talvera {
 
 /// Programs of this machine, run with exec and without a shell.
 ///
-/// The child inherits the environment and standard input as they are, and no other descriptor. Its standard
-/// output is a pipe that stays open to its end and is never read. It dies when the thread that started it
-/// does, so a dead agent leaves no tool running. If it hangs, it is killed together with what it has started.
+/// The child inherits the environment and standard input as they are, and no other descriptor but that of a
+/// private option. Its standard output is a pipe that is read at its end. It dies when the thread that
+/// started it does, so a dead agent leaves no tool running. If it hangs, it is killed together with what it
+/// has started.
 class PosixChildProcess final : public ChildProcess {
 public:
     /// When a child counts as hung.

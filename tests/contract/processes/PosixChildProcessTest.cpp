@@ -15,6 +15,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -72,6 +73,79 @@ TEST_F(PosixChildProcessTest, statusAndStandardError_areHandedOn) {
     EXPECT_EQ(result.status, 10);
     EXPECT_FALSE(result.signalled);
     EXPECT_EQ(result.standardError, "err\xFF");
+}
+
+TEST_F(PosixChildProcessTest, standardOutput_isWhatThePipeHeldAtTheEnd) {
+    const auto result = shell("printf ' \\303\\266\\n\\377'; echo err >&2");
+    EXPECT_EQ(result.standardOutput, " \303\266\n\377");
+    EXPECT_EQ(result.standardError, "err\n");
+    EXPECT_EQ(shell("exec >&-").standardOutput, "");
+}
+
+TEST_F(PosixChildProcessTest, standardOutputOfAFailedRun_isThereToo) {
+    EXPECT_EQ(shell("echo out; exit 3").standardOutput, "out\n");
+    EXPECT_EQ(shell("echo out; kill -KILL $$").standardOutput, "out\n");
+}
+
+TEST_F(PosixChildProcessTest, child_leavesNoCoreFile) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_CORE, &before);
+    rlimit open{before.rlim_max, before.rlim_max};
+    ::setrlimit(RLIMIT_CORE, &open);
+    EXPECT_EQ(shell("ulimit -c; ulimit -Hc").standardOutput, "0\n0\n");
+    rlimit own{};
+    ::getrlimit(RLIMIT_CORE, &own);
+    EXPECT_EQ(own.rlim_cur, open.rlim_cur) << "ours stays";
+    ::setrlimit(RLIMIT_CORE, &before);
+}
+
+/// What a program that takes descriptors says in its file, as part of a shell script.
+const auto mark = QByteArrayLiteral("# talvera: takes --prompt /dev/fd/N\n");
+
+class PrivateOptionTest : public PosixChildProcessTest {
+protected:
+    void toolIs(const QByteArray& script) {
+        QFile file(at("tool"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("#!/bin/sh\n" + script);
+        file.close();
+        ::chmod(at("tool").toLocal8Bit().constData(), 0700);
+    }
+
+    ChildProcessResult runTool(const QStringList& arguments) {
+        return process.run({at("tool"), arguments, temporary.path(), "--prompt"});
+    }
+};
+
+TEST_F(PrivateOptionTest, programThatTakesDescriptors_getsTheValueOutOfSight) {
+    toolIs(mark + "cat $3; echo; tr '\\0' ' ' </proc/$$/cmdline; exec ls -1 /proc/self/fd >descriptors");
+    const auto before = openDescriptors();
+    const auto lines = runTool({"-l", "--prompt", "größer\nand \"more\""}).standardOutput.split('\n');
+    ASSERT_EQ(lines.size(), 3) << lines.join('|').toStdString();
+    EXPECT_EQ(lines[0] + lines[1], "größerand \"more\"");
+    EXPECT_TRUE(lines[2].contains("-l --prompt /dev/fd/")) << lines[2].toStdString();
+    EXPECT_FALSE(lines[2].contains("more")) << lines[2].toStdString();
+    EXPECT_EQ(contents("descriptors").count('\n'), 5)
+        << "the streams, the value and the directory that is listed";
+    EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST_F(PrivateOptionTest, anyOtherProgram_getsTheValueAsItStands) {
+    toolIs("printf %s \"$3\"");
+    EXPECT_EQ(runTool({"-l", "--prompt", "said before"}).standardOutput, "said before");
+}
+
+TEST_F(PrivateOptionTest, optionThatIsNotThereOrHasNoValue_isNoTrouble) {
+    toolIs(mark + "printf '<%s>' \"$@\"");
+    EXPECT_EQ(runTool({"-l", "en"}).standardOutput, "<-l><en>");
+    EXPECT_EQ(runTool({"-l", "--prompt"}).standardOutput, "<-l><--prompt>");
+    EXPECT_EQ(runTool({}).standardOutput, "<>");
+}
+
+TEST_F(PrivateOptionTest, emptyAndLongValues_arriveWhole) {
+    toolIs(mark + "cat $2 | wc -c");
+    EXPECT_EQ(runTool({"--prompt", ""}).standardOutput.trimmed(), "0");
+    EXPECT_EQ(runTool({"--prompt", QString(300'000, u'x')}).standardOutput.trimmed(), "300000");
 }
 
 TEST_F(PosixChildProcessTest, signal_isItsNumber) {
