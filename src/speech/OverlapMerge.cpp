@@ -34,21 +34,21 @@ qsizetype overlapLength(const QStringList& before, const QStringList& after) {
 } // namespace
 
 QString mergeOverlap(const QString& text, const QString& next) {
-    const auto textWords = lastWords(text, mostOverlapWords);
-    const auto nextWords = words(next);
-    if (textWords.isEmpty() || nextWords.isEmpty()) {
+    const auto aWords = lastWords(text, mostOverlapWords);
+    const auto bWords = words(next);
+    if (aWords.isEmpty() || bWords.isEmpty()) {
         if (text.isEmpty())
             return next;
         if (next.isEmpty())
             return text;
         return text + u' ' + next;
     }
-    const auto overlap = overlapLength(textWords, nextWords);
+    const auto overlap = overlapLength(aWords, bWords);
     if (overlap == 0)
         return text + u' ' + next;
-    if (overlap == nextWords.size())
+    if (overlap == bWords.size())
         return text;
-    return text + u' ' + nextWords.mid(overlap).join(u' ');
+    return text + u' ' + bWords.mid(overlap).join(u' ');
 }
 
 QString mergeAll(const QStringList& texts) {

@@ -2,6 +2,7 @@
 #include "speech/TranscriptRules.h"
 
 #include "text/Characters.h"
+#include "text/icuText.h"
 
 #include <QSet>
 #include <QStringList>
@@ -68,19 +69,14 @@ QString replaced(const QString& text, const Rule& rule) {
     const auto result = matcher.replaceAll(icu::UnicodeString(rule.replacement), status);
     if (U_FAILURE(status))
         qFatal("a transcript rule is broken: %s", u_errorName(status));
-    return QString::fromUtf16(result.getBuffer(), result.length());
-}
-
-bool isLineBreak(QChar unit) {
-    const auto code = unit.unicode();
-    return (code >= 0x0A && code <= 0x0D) || code == 0x85 || code == 0x2028 || code == 0x2029;
+    return toQString(result);
 }
 
 QStringList nonEmptyLines(const QString& text) {
     QStringList lines;
     qsizetype begin = 0;
     for (qsizetype i = 0; i <= text.size(); ++i) {
-        if (i < text.size() && !isLineBreak(text[i]))
+        if (i < text.size() && !isLineBreak(text[i].unicode()))
             continue;
         if (i > begin)
             lines.append(text.mid(begin, i - begin));

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "speech/WhisperArguments.h"
 
+#include "speech/WavWriter.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -9,7 +11,6 @@ namespace talvera {
 
 namespace {
 
-constexpr qint64 wavHeaderBytes = 44;
 constexpr double wavBytesPerSecond = 32000.0;
 
 /// Below this the decoder is greedy and doesn't try again; from here on it spends a beam search.

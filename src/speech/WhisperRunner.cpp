@@ -4,8 +4,12 @@
 #include "platform/system/PlatformError.h"
 #include "speech/TranscriptRules.h"
 #include "speech/WhisperArguments.h"
+#include "text/wiping.h"
 
 #include <QStringDecoder>
+
+#include <algorithm>
+#include <iterator>
 
 namespace talvera {
 
@@ -20,60 +24,80 @@ std::optional<QString> decodedUtf8(const QByteArray& bytes) {
     return decoder.hasError() ? std::nullopt : std::optional(text);
 }
 
+QByteArray withoutBlanks(const QByteArray& text) {
+    QByteArray rest;
+    rest.reserve(text.size());
+    std::copy_if(text.begin(), text.end(), std::back_inserter(rest),
+                 [](char byte) { return static_cast<unsigned char>(byte) > ' '; });
+    return rest;
+}
+
+/// On a full disk the file ends early, or is empty, and the tool doesn't notice: it has printed the same
+/// text, and goes on where the file ends. Where both say the same, or different things, the file is as it
+/// should be.
+bool wasCut(const QByteArray& written, const QByteArray& printed) {
+    auto inFile = withoutBlanks(written);
+    const WipedAtEnd wipedFile(inFile);
+    auto onStream = withoutBlanks(printed);
+    const WipedAtEnd wipedStream(onStream);
+    return inFile.size() < onStream.size() && onStream.startsWith(inFile);
+}
+
 } // namespace
 
 WhisperRunner::WhisperRunner(ChildProcess& processes, FileSystem& files, QString temporaryDirectory,
-                             QString binaryPath, QString modelPath)
+                             QString binaryURL, QString modelURL)
     : m_processes(processes)
     , m_files(files)
     , m_temporaryDirectory(std::move(temporaryDirectory))
-    , m_binaryPath(std::move(binaryPath))
-    , m_modelPath(std::move(modelPath)) {}
+    , m_binaryURL(std::move(binaryURL))
+    , m_modelURL(std::move(modelURL)) {}
 
 WhisperRunner WhisperRunner::makeDefault(ChildProcess& processes, FileSystem& files,
-                                         const Directories& directories, const QString& modelPath) {
+                                         const Directories& directories, const QString& modelURL) {
     return {processes, files, directories.temporary,
-            directories.resources + QStringLiteral("/Resources/whisper-cli"), modelPath};
+            directories.resources + QStringLiteral("/Resources/whisper-cli"), modelURL};
 }
 
 QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QString& language,
                                   const std::optional<QString>& prompt) const {
-    if (!m_files.isExecutableFile(m_binaryPath))
+    if (!m_files.isExecutableFile(m_binaryURL))
         throw WhisperError::missingBinary();
-    if (!m_files.exists(m_modelPath))
+    if (!m_files.exists(m_modelURL))
         throw WhisperError::missingModel();
 
     std::optional<double> duration;
     if (const auto bytes = m_files.size(wav))
         duration = wavDurationSeconds(*bytes);
-    const auto result =
-        m_processes.run({m_binaryPath, whisperArguments(wav, m_modelPath, duration, mode, language, prompt),
-                         m_temporaryDirectory});
+    auto result =
+        m_processes.run({m_binaryURL, whisperArguments(wav, m_modelURL, duration, mode, language, prompt),
+                         m_temporaryDirectory, QStringLiteral("--prompt")});
+    const WipedAtEnd wipedOutput(result.standardOutput);
     if (result.status != 0) {
         throw WhisperError::processFailed(
             result.status, decodedUtf8(result.standardError).value_or(QStringLiteral("<non-utf8>")));
     }
-    return postProcess(takeOutput(outputBase(wav) + QStringLiteral(".txt")));
-}
-
-/// The text that the tool left at `path`. The tool exits with 0 also when it could not read the sound; only
-/// the file tells that it has worked.
-QString WhisperRunner::takeOutput(const QString& path) const {
-    std::optional<QString> text;
-    try {
-        if (m_files.size(path).value_or(0) <= longestOutputBytes)
-            text = decodedUtf8(m_files.read(path));
-    } catch (const PlatformError&) {
-        throw WhisperError::outputUnreadable();
-    }
+    const auto path = outputBase(wav) + QStringLiteral(".txt");
+    auto written = takeOutput(path);
+    const WipedAtEnd wipedFile(written);
+    auto text = decodedUtf8(wasCut(written, result.standardOutput) ? result.standardOutput : written);
     if (!text)
         throw WhisperError::outputUnreadable();
+    const WipedAtEnd wipedText(*text);
+    removeIfPossible(m_files, path); // in our private directory; the transcript matters more
+    return postProcess(*text);
+}
+
+/// What the tool left at `path`. It exits with 0 also when it could not read the sound; only the file tells
+/// that it has worked.
+QByteArray WhisperRunner::takeOutput(const QString& path) const {
     try {
-        m_files.remove(path);
+        if (m_files.size(path).value_or(0) <= longestOutputBytes)
+            return m_files.read(path);
     } catch (const PlatformError&) {
-        // It lies in our private directory; the transcript matters more.
+        // As if it were too long.
     }
-    return *text;
+    throw WhisperError::outputUnreadable();
 }
 
 } // namespace talvera

@@ -13,17 +13,19 @@
 
 namespace talvera {
 
-/// Turns one WAV file into one finished transcript, by one run of the recognition tool. It keeps no state:
-/// one runner serves any number of runs, on any thread, also at the same time for different files.
+/// Turns one WAV file into one finished transcript, by one run of the recognition tool. The text file that
+/// the tool leaves is what counts; what it has printed stands in only where a full disk has cut that file. It
+/// keeps no state: one runner serves any number of runs, on any thread, also at the same time for different
+/// files.
 class WhisperRunner {
 public:
     /// The tool runs in `temporaryDirectory`, which must be private: it loads plug-ins from where it runs.
-    WhisperRunner(ChildProcess& processes, FileSystem& files, QString temporaryDirectory, QString binaryPath,
-                  QString modelPath);
+    WhisperRunner(ChildProcess& processes, FileSystem& files, QString temporaryDirectory, QString binaryURL,
+                  QString modelURL);
 
     /// The runner of the tool that was installed with the program.
     static WhisperRunner makeDefault(ChildProcess& processes, FileSystem& files,
-                                     const Directories& directories, const QString& modelPath);
+                                     const Directories& directories, const QString& modelURL);
 
     /// Blocks until the tool has ended; the text may be empty. `language` is a code as the tool takes it,
     /// "auto" or empty. An absent `prompt` stands for the default of the language. The WAV stays where it is.
@@ -31,17 +33,18 @@ public:
     QString transcribe(const QString& wav, WhisperMode mode, const QString& language,
                        const std::optional<QString>& prompt = std::nullopt) const;
 
-    const QString& binaryPath() const { return m_binaryPath; }
-    const QString& modelPath() const { return m_modelPath; }
+    /// Their paths.
+    const QString& binaryURL() const { return m_binaryURL; }
+    const QString& modelURL() const { return m_modelURL; }
 
 private:
-    QString takeOutput(const QString& path) const;
+    QByteArray takeOutput(const QString& path) const;
 
     ChildProcess& m_processes;
     FileSystem& m_files;
     QString m_temporaryDirectory;
-    QString m_binaryPath;
-    QString m_modelPath;
+    QString m_binaryURL;
+    QString m_modelURL;
 };
 
 } // namespace talvera

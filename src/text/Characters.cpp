@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "text/Characters.h"
 
+#include "text/icuText.h"
+
 #include <unicode/brkiter.h>
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -16,10 +18,6 @@ namespace {
 /// A view of the text's own memory, for the length of one call.
 icu::UnicodeString aliased(QStringView text) {
     return {false, text.utf16(), static_cast<int32_t>(text.size())};
-}
-
-QString toQString(const icu::UnicodeString& text) {
-    return QString::fromUtf16(text.getBuffer(), text.length());
 }
 
 std::unique_ptr<icu::BreakIterator> characterBreaks() {
@@ -67,11 +65,6 @@ QString trimmed(const QString& text, Predicate drops) {
 
 bool isBlank(UChar32 codePoint) {
     return codePoint == u'\t' || u_charType(codePoint) == U_SPACE_SEPARATOR;
-}
-
-bool isLineBreak(UChar32 codePoint) {
-    return (codePoint >= 0x0A && codePoint <= 0x0D) || codePoint == 0x85 || codePoint == 0x2028 ||
-           codePoint == 0x2029;
 }
 
 } // namespace
@@ -148,12 +141,19 @@ bool isWhitespace(QStringView character) {
     return u_isUWhiteSpace(static_cast<UChar32>(firstCodePoint(character)));
 }
 
+bool isLineBreak(char32_t codePoint) {
+    return (codePoint >= 0x0A && codePoint <= 0x0D) || codePoint == 0x85 || codePoint == 0x2028 ||
+           codePoint == 0x2029;
+}
+
 QString trimmedBlanks(const QString& text) {
     return trimmed(text, isBlank);
 }
 
 QString trimmedWhitespace(const QString& text) {
-    return trimmed(text, [](UChar32 codePoint) { return isBlank(codePoint) || isLineBreak(codePoint); });
+    return trimmed(text, [](UChar32 codePoint) {
+        return isBlank(codePoint) || isLineBreak(static_cast<char32_t>(codePoint));
+    });
 }
 
 QString trimmedPunctuation(const QString& text) {

@@ -37,6 +37,9 @@ bool isLetter(QStringView character);
 /// The character begins with white space, line breaks included.
 bool isWhitespace(QStringView character);
 
+/// One that ends a line of a text.
+bool isLineBreak(char32_t codePoint);
+
 /// `text` without blanks and tabs at both ends; line breaks stay.
 QString trimmedBlanks(const QString& text);
 

@@ -232,7 +232,9 @@ void Judge::seeText(const QByteArray& bytes, const QString& path) {
     if (!path.endsWith(QStringLiteral(".txt")) || !m_inFlight)
         return;
     auto& flight = *m_inFlight;
-    const auto text = utf8(bytes);
+    // A disk that has cut the file costs no word: the tool has printed them.
+    const auto& said = m_world.tool.lastText();
+    const auto text = utf8(said.startsWith(bytes) ? said : bytes);
     if (!text) {
         flight.toolFailed = true;
         m_expectedLeaks.insert(path); // it stays where the tool has put it
@@ -262,7 +264,7 @@ bool Judge::isOneOf(const std::string& state, std::initializer_list<const char*>
 
 bool Judge::toolIsMissing() const {
     return !m_world.agent().models.isReady() ||
-           !m_world.disk.isExecutableFile(m_world.agent().whisper.binaryPath());
+           !m_world.disk.isExecutableFile(m_world.agent().whisper.binaryURL());
 }
 
 void Judge::judgeEnd(bool failed) {

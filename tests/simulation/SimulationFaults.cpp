@@ -48,7 +48,7 @@ void Simulation::breakSomething() {
         break;
     case 4:
         did(QStringLiteral("the recogniser is gone"));
-        if (const auto path = m_world.agent().whisper.binaryPath(); m_world.disk.exists(path))
+        if (const auto path = m_world.agent().whisper.binaryURL(); m_world.disk.exists(path))
             m_world.disk.remove(path);
         break;
     case 5:
@@ -244,7 +244,7 @@ void Simulation::mendEverything() {
     m_world.recordingsFail = false;
     m_world.disk.failWriteAfter(std::numeric_limits<int>::max(), ENOSPC);
     m_world.files.removalsFail = false;
-    m_world.disk.addExecutable(m_world.agent().whisper.binaryPath());
+    m_world.disk.addExecutable(m_world.agent().whisper.binaryURL());
     m_world.setModelReady(true);
     m_world.converters.refuses = false;
     m_world.workspace.activation = test::FakeWorkspace::Activation::Works;

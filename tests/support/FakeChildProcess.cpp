@@ -35,20 +35,25 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     m_mainActor.blockFor(script.duration);
     m_running = false;
     if (script.status != 0)
-        return {script.status, script.signalled, script.hung, script.standardError};
+        return {script.status, script.signalled, script.hung, script.standardError,
+                script.standardOutput.value_or(QByteArray())};
     const auto wavBytes = m_files.size(tool.wav);
     if (!wavBytes)
         return {2, false, false, "error: input file not found '" + tool.wav.toUtf8() + "'\n"};
-    if (*wavBytes > wavHeaderBytes && !script.leavesNoFile)
+    const bool hears = *wavBytes > wavHeaderBytes && !script.leavesNoFile;
+    if (hears) {
+        m_lastText = script.text;
         leaveText(tool, script);
-    return {0, false, false, script.standardError};
+    }
+    const auto printed = hears ? '\n' + script.text : QByteArray();
+    return {0, false, false, script.standardError, script.standardOutput.value_or(printed)};
 }
 
 void FakeChildProcess::leaveText(const ToolRequest& request, const ToolRun& script) {
     const auto path = valueOf(request.process.arguments, QStringLiteral("-of")).value_or(request.wav) +
                       QStringLiteral(".txt");
     try {
-        m_files.write(path, script.text);
+        m_files.write(path, script.text.left(script.diskEndsAt.value_or(script.text.size())));
     } catch (const PlatformError&) {
         try {
             m_files.write(path, {}); // the tool doesn't look at errors of its writes

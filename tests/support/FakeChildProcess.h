@@ -21,6 +21,8 @@ struct ToolRun {
     bool signalled = false;
     bool hung = false;
     bool leavesNoFile = false;                    ///< ends well, but without a text file
+    std::optional<qsizetype> diskEndsAt{};        ///< so many bytes of the text get into the file
+    std::optional<QByteArray> standardOutput{};   ///< what it prints; as a rule its text
     std::optional<PlatformError> launchFailure{}; ///< can't be started at all
 };
 
@@ -36,8 +38,8 @@ struct ToolRequest {
 
 /// A recognition tool that answers from a script, over the same file system as the program: a missing WAV
 /// ends it with status 2, one without samples makes it leave no file, and on a full disk its text file is
-/// empty. Runs take time on the main actor's clock, so that a simulated background job lasts as long as the
-/// tool.
+/// empty. It prints the text, too. Runs take time on the main actor's clock, so that a simulated background
+/// job lasts as long as the tool.
 class FakeChildProcess final : public ChildProcess {
 public:
     FakeChildProcess(MainActor& mainActor, FileSystem& files)
@@ -56,6 +58,9 @@ public:
     const std::vector<ToolRequest>& requests() const { return m_requests; }
     void forgetRequests() { m_requests.clear(); }
 
+    /// The text of the last run that had one, whether or not the disk took it.
+    const QByteArray& lastText() const { return m_lastText; }
+
     /// A run is under way.
     bool isRunning() const { return m_running; }
 
@@ -69,6 +74,7 @@ private:
     std::size_t m_next = 0;
     std::vector<ToolRequest> m_requests;
     std::function<void(const ToolRequest&)> m_onRun;
+    QByteArray m_lastText;
     bool m_running = false;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/system/PlatformError.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -30,5 +32,15 @@ public:
     virtual bool isExecutableFile(const QString& path) = 0;
     virtual std::optional<qint64> size(const QString& path) = 0;
 };
+
+/// Removes the file, or leaves it where that fails: for what lies in the private directory, where nobody
+/// could do anything about it and the next start takes it away.
+inline void removeIfPossible(FileSystem& files, const QString& path) {
+    try {
+        files.remove(path);
+    } catch (const PlatformError&) {
+        // As said above.
+    }
+}
 
 } // namespace talvera

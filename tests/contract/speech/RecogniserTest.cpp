@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "RecordingConsole.h"
 #include "Speech.h"
+#include "TinyDisk.h"
 #include "concurrency/QtMainActor.h"
 #include "concurrency/ThreadQueues.h"
 #include "failureOf.h"
 #include "linux/audio/SndFileReader.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/posix/PosixFileSystem.h"
+#include "platform/system/PlatformError.h"
 #include "speech/ChunkedTranscription.h"
 #include "speech/WavWriter.h"
 #include "speech/WhisperRunner.h"
@@ -109,6 +111,26 @@ TEST_F(RecogniserTest, recordingThatWasCutOff_isUnderstoodAsFarAsItGoes) {
     const auto kept = spoken("Good morning.").size() + 8000;
     files.write(wav, wavBytes(speech, 16000).left(44 + static_cast<qsizetype>(kept) * 2));
     EXPECT_EQ(runner().transcribe(wav, WhisperMode::Transcribe, "en"), "Good morning.");
+}
+
+TEST_F(RecogniserTest, diskThatIsFullAfterTheRecording_losesNoWord) {
+    const TinyDisk disk(temporary.path() + "/small", 256 * 1024);
+    if (!disk.isMounted())
+        GTEST_SKIP() << "only root may mount a disk";
+    wav = temporary.path() + "/small/talvera-1.wav";
+    const auto speech = spoken("Please send the report tomorrow.");
+    writeWAV(files, speech, 16000, wav);
+    files.write(temporary.path() + "/small/talvera-1.txt", {}); // its name takes room as well
+    qsizetype filling = 1 << 20;
+    while (filling > 0) { // down to the last byte
+        try {
+            files.write(temporary.path() + "/small/filler", QByteArray(filling, 'x'));
+            break;
+        } catch (const PlatformError&) {
+            filling -= 4096;
+        }
+    }
+    EXPECT_EQ(runner().transcribe(wav, WhisperMode::Transcribe, "en"), "Please send the report tomorrow.");
 }
 
 TEST_F(RecogniserTest, modelThatIsNone_fails) {

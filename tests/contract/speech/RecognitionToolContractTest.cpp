@@ -102,13 +102,20 @@ TYPED_TEST(RecognitionToolContract, missingDirectory_leavesNoTextAndNoError) {
     EXPECT_FALSE(this->tool.files.exists(this->at("none/a.txt")));
 }
 
-TYPED_TEST(RecognitionToolContract, fullDisk_leavesAnEmptyTextAndNoError) {
+TYPED_TEST(RecognitionToolContract, goodRun_printsTheSameText) {
+    writeWAV(this->tool.files, spoken("Good morning."), 16000, this->at("a.wav"));
+    EXPECT_EQ(this->run(this->at("a.wav"), this->at("a")).standardOutput.trimmed(), "Good morning.");
+}
+
+TYPED_TEST(RecognitionToolContract, fullDisk_leavesAnEmptyTextAndNoErrorButPrintsIt) {
     const auto wav = this->at("a.wav");
     writeWAV(this->tool.files, spoken("Good morning."), 16000, wav);
     if (!this->tool.fillDisk())
         GTEST_SKIP() << "only root may mount a disk";
-    EXPECT_EQ(this->run(wav, this->at("a")).status, 0);
+    const auto result = this->run(wav, this->at("a"));
+    EXPECT_EQ(result.status, 0);
     EXPECT_EQ(this->tool.files.read(this->at("a.txt")), "");
+    EXPECT_EQ(result.standardOutput.trimmed(), "Good morning.");
 }
 
 } // namespace

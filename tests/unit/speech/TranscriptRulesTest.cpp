@@ -198,4 +198,14 @@ TEST(FixQuestionMark, everyStarter_isKnown) {
         EXPECT_EQ(fixQuestionMark(QString::fromUtf16(other)), QString::fromUtf16(other));
 }
 
+/// Qt takes these for byte-order marks where it may.
+TEST(TranscriptRules, textThatBeginsLikeAByteOrderMark_staysAsItIs) {
+    for (const auto mark : {u'\uFEFF', u'\uFFFE'}) {
+        const auto text = mark + QStringLiteral("hello new line world");
+        EXPECT_EQ(normalize(text), mark + QStringLiteral("hello \nworld")) << static_cast<int>(mark);
+        EXPECT_EQ(postProcess(text), mark + QStringLiteral("hello \nworld"));
+        EXPECT_EQ(fixQuestionMark(text), text);
+    }
+}
+
 } // namespace

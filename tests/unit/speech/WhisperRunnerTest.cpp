@@ -150,6 +150,57 @@ TEST_F(WhisperRunnerTest, noTextFile_throwsOutputUnreadable) {
     EXPECT_EQ(failure().kind(), WhisperError::Kind::OutputUnreadable);
 }
 
+TEST_F(WhisperRunnerTest, fileThatAFullDiskHasCut_isMadeGoodByWhatTheToolHasPrinted) {
+    ToolRun run;
+    run.text = " Hello wörld\n and more\n";
+    for (const qsizetype length : {0, 1, 6, 8, 9, 14, 20}) { // 9: in the middle of a letter
+        run.diskEndsAt = length;
+        tool.setRuns({run});
+        EXPECT_EQ(transcribe(), "Hello wörld and more") << length;
+        EXPECT_FALSE(files.exists(textFile));
+    }
+}
+
+TEST_F(WhisperRunnerTest, fileThatIsWhole_countsWhateverIsPrinted) {
+    ToolRun run;
+    run.text = " Hello\n";
+    for (const auto* printed : {"", "Hel", "progress 100 %\n Hello world\n", "\n Hello", "\xFF"}) {
+        run.standardOutput = printed;
+        tool.setRuns({run});
+        EXPECT_EQ(transcribe(), "Hello") << printed;
+    }
+}
+
+TEST_F(WhisperRunnerTest, silence_isSilenceOnBothSides) {
+    ToolRun run;
+    run.standardOutput = "\n \n\n";
+    tool.setRuns({run});
+    EXPECT_EQ(transcribe(), "");
+}
+
+TEST_F(WhisperRunnerTest, toolThatFails_givesNoTextThoughItHasPrintedOne) {
+    ToolRun run;
+    run.status = 10;
+    run.standardOutput = "Hello";
+    tool.setRuns({run});
+    EXPECT_EQ(failure().kind(), WhisperError::Kind::ProcessFailed);
+}
+
+TEST_F(WhisperRunnerTest, noFileAtAll_isNoTextThoughOneWasPrinted) {
+    ToolRun run;
+    run.leavesNoFile = true;
+    run.standardOutput = "Hello";
+    tool.setRuns({run});
+    EXPECT_EQ(failure().kind(), WhisperError::Kind::OutputUnreadable);
+}
+
+TEST_F(WhisperRunnerTest, prompt_isAnArgumentThatNobodyElseShallRead) {
+    runner.transcribe(wav, WhisperMode::Transcribe, "auto", QStringLiteral("said before"));
+    const auto& process = tool.requests().front().process;
+    EXPECT_EQ(process.privateOption, "--prompt");
+    EXPECT_EQ(process.arguments.mid(process.arguments.size() - 2), (QStringList{"--prompt", "said before"}));
+}
+
 TEST_F(WhisperRunnerTest, textThatIsNoUtf8_throwsOutputUnreadableAndStays) {
     for (const auto& bytes : {QByteArray("ab\xFFyz"), QByteArray("ab\xE2\x82"), QByteArray("\xC0\xAF"),
                               QByteArray("\xED\xA0\x80")}) {
@@ -197,8 +248,8 @@ TEST_F(WhisperRunnerTest, pathWithBlanksAndQuotes_isOneArgument) {
 TEST_F(WhisperRunnerTest, makeDefault_looksBesideTheProgram) {
     const Directories directories{"/tmp", "/data", "/config", "/app"};
     const auto made = WhisperRunner::makeDefault(tool, files, directories, model);
-    EXPECT_EQ(made.binaryPath(), binary);
-    EXPECT_EQ(made.modelPath(), model);
+    EXPECT_EQ(made.binaryURL(), binary);
+    EXPECT_EQ(made.modelURL(), model);
     made.transcribe(wav, WhisperMode::Transcribe, "en");
     EXPECT_EQ(tool.requests().front().process.workingDirectory, "/tmp");
 }

@@ -79,4 +79,9 @@ TEST(Characters, firstAndLastOfNone_areEmpty) {
     EXPECT_EQ(lastCharacters("", 3), "");
 }
 
+TEST(Characters, wordThatBeginsLikeAByteOrderMark_isComparedAsItIs) {
+    for (const auto mark : {u'\uFEFF', u'\uFFFE'})
+        EXPECT_EQ(foldedForComparison(mark + QStringLiteral("Ab")), mark + QStringLiteral("ab"));
+}
+
 } // namespace
