@@ -3,6 +3,8 @@
 
 #include <pthread.h>
 
+#include <system_error>
+
 namespace talvera {
 
 ThreadSerialQueue::ThreadSerialQueue(std::string label)
@@ -50,15 +52,24 @@ void ThreadBackgroundPool::run(std::function<void()> work, std::function<void()>
         const std::scoped_lock lock(m_mutex);
         ++m_running;
     }
-    std::thread([this, work = std::move(work), done = std::move(done)]() mutable {
-        pthread_setname_np(pthread_self(), "background");
-        work();
-        work = nullptr; // what it holds may not outlive the pool
-        m_mainActor.post(std::move(done));
-        const std::scoped_lock lock(m_mutex);
-        if (--m_running == 0)
-            m_idle.notify_all();
-    }).detach();
+    try {
+        std::thread([this, work = std::move(work), done = std::move(done)]() mutable {
+            pthread_setname_np(pthread_self(), "background");
+            work();
+            work = nullptr; // what it holds may not outlive the pool
+            m_mainActor.post(std::move(done));
+            countDown();
+        }).detach();
+    } catch (const std::system_error&) {
+        countDown(); // it has never run
+        throw;
+    }
+}
+
+void ThreadBackgroundPool::countDown() {
+    const std::scoped_lock lock(m_mutex);
+    if (--m_running == 0)
+        m_idle.notify_all();
 }
 
 void ThreadBackgroundPool::finish() {

@@ -42,12 +42,15 @@ public:
         : m_mainActor(mainActor) {}
     ~ThreadBackgroundPool() override { finish(); }
 
+    /// Throws std::system_error when the system has no thread to give; the work isn't done then.
     void run(std::function<void()> work, std::function<void()> done) override;
 
     /// Waits until all work has ended.
     void finish();
 
 private:
+    void countDown();
+
     MainActor& m_mainActor;
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_idle;

@@ -3,9 +3,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <ctime>
+#include <mutex>
 
+#include <poll.h>
 #include <unistd.h>
 
 namespace talvera {
@@ -38,13 +41,23 @@ private:
     bool m_wasPending = false;
 };
 
+/// A pipe that says so takes as much as PIPE_BUF without waiting.
+bool takesMore(int stream) {
+    pollfd room{stream, POLLOUT, 0};
+    return ::poll(&room, 1, 0) > 0;
+}
+
 void writeLine(int stream, const QString& line) {
+    static std::mutex one; // two that find room for one would wait
+    const std::scoped_lock lock(one);
     const BrokenPipeShield shield;
     const auto bytes = line.toUtf8() + '\n';
     qsizetype written = 0;
     while (written < bytes.size()) {
-        const auto count =
-            ::write(stream, bytes.constData() + written, static_cast<size_t>(bytes.size() - written));
+        const auto piece = std::min<qsizetype>(bytes.size() - written, PIPE_BUF);
+        if (!takesMore(stream))
+            return;
+        const auto count = ::write(stream, bytes.constData() + written, static_cast<size_t>(piece));
         if (count < 0 && errno != EINTR)
             return;
         written += std::max<ssize_t>(count, 0);

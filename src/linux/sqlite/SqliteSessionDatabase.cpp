@@ -5,6 +5,7 @@
 #include "platform/system/PlatformError.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -99,8 +100,12 @@ void makePrivateFile(const QString& path) {
     file.open(QIODevice::NewOnly, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
-/// It holds something that isn't SQLite's. SQLite itself would take a short file for an empty one.
+/// It holds something that isn't SQLite's, or is no file at all: a pipe would keep whoever opens it waiting
+/// for ever. SQLite itself would take a short file for an empty one.
 bool isNoise(const QString& path) {
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile())
+        return true;
     QFile file(path);
     constexpr QByteArrayView beginning("SQLite format 3\0", 16);
     return file.open(QIODevice::ReadOnly) && file.size() > 0 && file.read(beginning.size()) != beginning;

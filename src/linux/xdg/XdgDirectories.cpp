@@ -63,6 +63,10 @@ QString homeOfUser() {
 
 } // namespace
 
+QString XdgDirectories::home() {
+    return absoluteOr(QFile::decodeName(qgetenv("HOME")), homeOfUser());
+}
+
 XdgDirectories::Environment XdgDirectories::environment() {
     const auto variable = [](const char* name) { return QFile::decodeName(qgetenv(name)); };
     return {variable("HOME"),

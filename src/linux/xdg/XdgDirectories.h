@@ -22,6 +22,9 @@ public:
 
     XdgDirectories() = delete;
 
+    /// The user's home: $HOME, or where that isn't set what the system knows.
+    static QString home();
+
     /// The environment of this process.
     static Environment environment();
 

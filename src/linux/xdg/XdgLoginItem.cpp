@@ -3,6 +3,7 @@
 
 #include "linux/support/ApplicationId.h"
 #include "linux/support/replaceFile.h"
+#include "linux/xdg/XdgDirectories.h"
 #include "platform/system/PlatformError.h"
 
 #include <QDir>
@@ -153,7 +154,7 @@ XdgLoginItem::Session XdgLoginItem::session() {
     const auto variable = [](const char* name) { return QFile::decodeName(qgetenv(name)); };
     auto home = variable("XDG_CONFIG_HOME");
     if (!QDir::isAbsolutePath(home))
-        home = QDir::homePath() + QStringLiteral("/.config");
+        home = XdgDirectories::home() + QStringLiteral("/.config");
     auto dirs = variable("XDG_CONFIG_DIRS").split(u':', Qt::SkipEmptyParts);
     if (dirs.isEmpty())
         dirs << QStringLiteral("/etc/xdg");

@@ -11,6 +11,9 @@
 
 #include <optional>
 
+#include <pwd.h>
+#include <unistd.h>
+
 using namespace talvera;
 
 namespace {
@@ -210,6 +213,19 @@ TEST_F(XdgLoginItemTest, switchOfTheSettings_setsWhatItShows) {
     home.write(home.userEntry(), "[Desktop Entry]\nType=Application\nExec=talvera\nHidden=true\n");
     setLaunchAtLogin(item, true);
     EXPECT_TRUE(item.isRegistered());
+}
+
+TEST(XdgLoginItemSession, withoutHomeOrXdgVariables_itIsTheUsersHomeThatCounts) {
+    const auto home = qgetenv("HOME");
+    const auto config = qgetenv("XDG_CONFIG_HOME");
+    qunsetenv("HOME");
+    qunsetenv("XDG_CONFIG_HOME");
+    const auto session = XdgLoginItem::session();
+    qputenv("HOME", home);
+    if (!config.isNull())
+        qputenv("XDG_CONFIG_HOME", config);
+    const QString known = QFile::decodeName(::getpwuid(::geteuid())->pw_dir);
+    EXPECT_EQ(session.configHome, known + "/.config");
 }
 
 } // namespace

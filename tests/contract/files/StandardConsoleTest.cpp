@@ -7,10 +7,12 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
 #include <fcntl.h>
+#include <termios.h>
 #include <unistd.h>
 
 using namespace talvera;
@@ -41,6 +43,13 @@ public:
         if (m_readEnd >= 0)
             ::close(m_readEnd);
         m_readEnd = -1;
+    }
+
+    /// Reads so much.
+    void take(std::size_t bytes) {
+        std::vector<char> taken(bytes);
+        for (std::size_t count = 0; count < bytes;)
+            count += static_cast<std::size_t>(::read(m_readEnd, taken.data() + count, bytes - count));
     }
 
     QByteArray text() {
@@ -109,6 +118,57 @@ TEST(StandardConsole, readerThatHasGone_doesNotEndTheProgram) {
     sigset_t pending;
     ::sigpending(&pending);
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
+}
+
+/// Fills the pipe behind the stream up to the last byte.
+void fill(int stream) {
+    const int flags = ::fcntl(stream, F_GETFL);
+    ::fcntl(stream, F_SETFL, flags | O_NONBLOCK);
+    const std::vector<char> noise(1 << 16, 'x');
+    for (auto size = noise.size(); size > 0;) {
+        if (::write(stream, noise.data(), size) < 0)
+            size /= 2;
+    }
+    ::fcntl(stream, F_SETFL, flags);
+}
+
+TEST(StandardConsole, readerThatDoesNotKeepUp_holdsNobodyUp) {
+    CapturedStream output(STDOUT_FILENO);
+    fill(STDOUT_FILENO);
+    StandardConsole console;
+    for (const int length : {10, 5000, 3'000'000})
+        console.print(QString(length, u'y')); // returns
+    EXPECT_FALSE(output.text().contains('y'));
+}
+
+TEST(StandardConsole, lineForWhichThereIsRoomAgain_arrives) {
+    CapturedStream output(STDOUT_FILENO);
+    fill(STDOUT_FILENO);
+    StandardConsole console;
+    console.print(QStringLiteral("lost"));
+    output.take(1 << 16);
+    console.print(QStringLiteral("seen"));
+    EXPECT_TRUE(output.text().endsWith("xseen\n"));
+}
+
+TEST(StandardConsole, longLine_isWhole) {
+    CapturedStream output(STDOUT_FILENO);
+    StandardConsole().print(QString(200'000, u'y'));
+    EXPECT_EQ(output.text(), QByteArray(200'000, 'y') + '\n');
+}
+
+TEST(StandardConsole, terminalThatIsStopped_holdsNobodyUp) {
+    const int user = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(user >= 0 && ::grantpt(user) == 0 && ::unlockpt(user) == 0);
+    const int terminal = ::open(::ptsname(user), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_GE(terminal, 0);
+    ASSERT_EQ(::tcflow(terminal, TCOOFF), 0); // as Ctrl+S does
+    const int before = ::dup(STDOUT_FILENO);
+    ::dup2(terminal, STDOUT_FILENO);
+    StandardConsole().print(QStringLiteral("nobody sees this")); // returns
+    ::dup2(before, STDOUT_FILENO);
+    for (const int descriptor : {before, terminal, user})
+        ::close(descriptor);
 }
 
 } // namespace

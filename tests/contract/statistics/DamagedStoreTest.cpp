@@ -141,6 +141,15 @@ TEST_F(DamagedStore, directoryInItsPlace_isSetAside) {
     EXPECT_EQ(names(), QStringList{QStringLiteral("talvera.store.broken-1")});
 }
 
+TEST_F(DamagedStore, pipeInItsPlace_isSetAsideAndKeepsNobodyWaiting) {
+    QDir().mkpath(QFileInfo(path()).path());
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path()).constData(), 0600), 0);
+    dictateOnce();
+    struct stat status {};
+    ASSERT_EQ(::stat(QFile::encodeName(path() + ".broken-1").constData(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+}
+
 TEST_F(DamagedStore, storeThatAnotherProgramHolds_isLeftAlone) {
     dictateOnce();
     {

@@ -11,8 +11,11 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <utility>
+
+#include <pthread.h>
 
 using namespace talvera;
 
@@ -63,6 +66,40 @@ TEST_F(ThreadBackgroundPoolTest, finish_leavesDoneToTheMainActor) {
 
 TEST_F(ThreadBackgroundPoolTest, workAfterFinish_isDoneAsEver) {
     pool->finish();
+    bool done = false;
+    pool->run([] {}, [&done] { done = true; });
+    while (!done)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+/// While it lives the system has no room for another thread's stack.
+class NoMoreThreads {
+public:
+    NoMoreThreads() {
+        pthread_getattr_default_np(&m_before);
+        pthread_attr_t huge;
+        pthread_getattr_default_np(&huge);
+        pthread_attr_setstacksize(&huge, std::size_t{1} << 47U);
+        pthread_setattr_default_np(&huge);
+        pthread_attr_destroy(&huge);
+    }
+    NoMoreThreads(const NoMoreThreads&) = delete;
+    NoMoreThreads& operator=(const NoMoreThreads&) = delete;
+    ~NoMoreThreads() {
+        pthread_setattr_default_np(&m_before);
+        pthread_attr_destroy(&m_before);
+    }
+
+private:
+    pthread_attr_t m_before;
+};
+
+TEST_F(ThreadBackgroundPoolTest, workThatGetsNoThread_isRefusedAndNotWaitedFor) {
+    {
+        const NoMoreThreads none;
+        EXPECT_THROW(pool->run([] { ADD_FAILURE() << "run all the same"; }, [] {}), std::system_error);
+    }
+    pool->finish(); // returns
     bool done = false;
     pool->run([] {}, [&done] { done = true; });
     while (!done)
