@@ -5,7 +5,7 @@
 
 namespace talvera::test {
 
-/// Takes the sample of the first channel that is nearest in time: exact where the rates are the same.
+/// Takes the sample of the loudest channel that is nearest in time: exact where the rates are the same.
 class FakeAudioConverter final : public AudioConverter {
 public:
     FakeAudioConverter(const AudioFormat& from, const AudioFormat& to)

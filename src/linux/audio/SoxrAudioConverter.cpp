@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "linux/audio/SoxrAudioConverter.h"
 
+#include "linux/audio/LoudestChannel.h"
+#include "text/wiping.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -51,6 +54,7 @@ public:
     /// Without a resampler the rate stays.
     SoxrAudioConverter(const AudioFormat& from, Resampler resampler)
         : m_from(from)
+        , m_loudest(static_cast<std::size_t>(from.channels))
         , m_resampler(std::move(resampler)) {}
 
     std::optional<std::vector<std::int16_t>> convert(const AudioBuffer& buffer,
@@ -90,24 +94,25 @@ private:
     }
 
     void forget(std::size_t frames) {
+        if (frames == m_waiting.size())
+            return wipe(m_waiting);
         m_waiting.erase(m_waiting.begin(), m_waiting.begin() + static_cast<std::ptrdiff_t>(frames));
     }
 
     template <typename Sample>
     void appendMono(const Sample* samples, std::size_t frames) {
         const auto channels = static_cast<std::size_t>(m_from.channels);
+        const auto chosen =
+            m_loudest.choose(frames, [samples](std::size_t index) { return normalized(samples[index]); });
         m_waiting.reserve(m_waiting.size() + frames);
-        for (std::size_t frame = 0; frame < frames; ++frame) {
-            float sum = 0;
-            for (std::size_t channel = 0; channel < channels; ++channel)
-                sum += normalized(samples[frame * channels + channel]);
-            m_waiting.push_back(sum / static_cast<float>(channels));
-        }
+        for (std::size_t frame = 0; frame < frames; ++frame)
+            m_waiting.push_back(normalized(samples[frame * channels + chosen]));
     }
 
     AudioFormat m_from;
+    LoudestChannel m_loudest;
     Resampler m_resampler;
-    std::vector<float> m_waiting; // for room in the output; usually empty between the calls
+    WipedVector<float> m_waiting; // for room in the output; usually empty between the calls
 };
 
 } // namespace

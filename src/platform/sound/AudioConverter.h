@@ -9,7 +9,8 @@
 
 namespace talvera {
 
-/// Converts a stream of buffers to 16-bit mono at one rate; the filter's state is kept between the buffers.
+/// Converts a stream of buffers to 16-bit mono at one rate: of several channels the loudest, since they may
+/// be microphones that cancel each other. The filter's state is kept between the buffers.
 class AudioConverter {
 public:
     virtual ~AudioConverter() = default;

@@ -101,6 +101,30 @@ TYPED_TEST(AudioConverterContract, bufferWithoutFrames_yieldsNothingAndChangesNo
     EXPECT_NEAR(static_cast<double>(result.size()), 16000.0, 80.0);
 }
 
+/// What the converter makes of a tone that each channel has at its own amplitude.
+template <typename Factory>
+int peakOf(Factory& factory, const std::vector<float>& amplitudes) {
+    const AudioFormat format{48000.0, static_cast<int>(amplitudes.size()), SampleType::Float32};
+    std::vector<float> samples;
+    for (const auto value : tone(440.0, 1.0, format.sampleRate, 1, 1.0)) {
+        for (const auto amplitude : amplitudes)
+            samples.push_back(value * amplitude);
+    }
+    const auto converter = factory.make(format, target);
+    const auto result = converted(*converter, format, samples, {4096});
+    return *std::max_element(result.begin() + 1000, result.end());
+}
+
+TYPED_TEST(AudioConverterContract, secondMicrophoneUpsideDown_doesNotCancelTheFirst) {
+    EXPECT_NEAR(peakOf(this->factory, {0.5F, -0.5F}), 16384, 200);
+}
+
+TYPED_TEST(AudioConverterContract, oneInputOfMany_isHeardAtItsFullLoudness) {
+    EXPECT_NEAR(peakOf(this->factory, {0.5F, 0, 0, 0, 0, 0, 0, 0}), 16384, 200);
+    EXPECT_NEAR(peakOf(this->factory, {0, 0, 0, 0, 0, 0.5F, 0, 0}), 16384, 200);
+    EXPECT_NEAR(peakOf(this->factory, {0.01F, 0.5F}), 16384, 200);
+}
+
 struct Fit {
     double amplitude; // of 32768
     double worstError;
@@ -176,16 +200,31 @@ INSTANTIATE_TEST_SUITE_P(SoxrAudioConverter, DeviceFormats,
                                     std::to_string(test.param.channels) + "Channels";
                          });
 
-TEST(SoxrAudioConverter, channels_areAveraged) {
+TEST(SoxrAudioConverter, channelThatIsALittleLouder_doesNotTakeOver) {
     const AudioFormat format{16000.0, 2, SampleType::Int16};
     SoxrAudioConverterFactory factory;
     const auto converter = factory.make(format, target);
     std::vector<std::int16_t> samples;
     for (int i = 0; i < 1000; ++i) {
-        samples.push_back(10000);
-        samples.push_back(-4000);
+        samples.push_back(5000);
+        samples.push_back(-9000);
     }
-    EXPECT_EQ(converted(*converter, format, samples, {100}), std::vector<std::int16_t>(1000, 3000));
+    EXPECT_EQ(converted(*converter, format, samples, {100}), std::vector<std::int16_t>(1000, 5000));
+}
+
+TEST(SoxrAudioConverter, speakerWhoTurnsToTheOtherMicrophone_isFollowed) {
+    const AudioFormat format{16000.0, 2, SampleType::Int16};
+    SoxrAudioConverterFactory factory;
+    const auto converter = factory.make(format, target);
+    std::vector<std::int16_t> samples;
+    for (int i = 0; i < 64000; ++i) {
+        const bool atFirst = i < 32000;
+        samples.push_back(atFirst ? 8000 : 100);
+        samples.push_back(atFirst ? 100 : -8000);
+    }
+    const auto result = converted(*converter, format, samples, {4096});
+    EXPECT_EQ(result.front(), 8000);
+    EXPECT_EQ(result.back(), -8000);
 }
 
 TEST(SoxrAudioConverter, whatTheTargetCantHold_isKeptOut) {
