@@ -20,7 +20,10 @@ std::unique_ptr<MenuPanelWindow> QuickWindows::makeMenuPanel(MenuPanelModel& mod
 }
 
 std::unique_ptr<OnboardingWindow> QuickWindows::makeOnboardingWindow() {
-    return std::make_unique<AbsentOnboardingWindow>(m_parts.console);
+    return std::make_unique<AbsentOnboardingWindow>(m_parts.console, [this] {
+        if (onSetupDue)
+            onSetupDue();
+    });
 }
 
 ViewEngine& QuickWindows::views() {

@@ -4,6 +4,7 @@
 #include "core/WindowFactory.h"
 #include "views/ViewEngine.h"
 
+#include <functional>
 #include <optional>
 
 namespace talvera {
@@ -33,6 +34,9 @@ public:
     std::unique_ptr<HUDPanel> makeHUDPanel(StateHolder& holder) override;
     std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel& model) override;
     std::unique_ptr<OnboardingWindow> makeOnboardingWindow() override;
+
+    /// Called where the wizard would come up; there is none yet.
+    std::function<void()> onSetupDue;
 
 private:
     ViewEngine& views();
