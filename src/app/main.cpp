@@ -2,12 +2,14 @@
 #include "app/LinuxMachine.h"
 #include "app/QuickWindows.h"
 #include "app/StateTrace.h"
+#include "app/tellWhatIsMissing.h"
 #include "core/Agent.h"
 #include "linux/posix/SingleInstance.h"
 #include "linux/posix/StandardConsole.h"
 #include "linux/posix/TerminationSignals.h"
 #include "linux/posix/leftRecordings.h"
 #include "linux/support/ApplicationId.h"
+#include "linux/support/privateMemory.h"
 #include "linux/xdg/XdgDirectories.h"
 #include "platform/system/PlatformError.h"
 #include "views/ViewEngine.h"
@@ -30,6 +32,7 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, S
     QuickWindows windows({actor, console, settings, linuxMachine.appearance(), linuxMachine.overlays(),
                           linuxMachine.panels()});
     Agent agent(machine, settings, windows);
+    windows.onSetupDue = [&] { tellWhatIsMissing(machine.system.files, agent.models, agent.hud); };
     std::optional<StateTrace> trace;
     instance.onSecondStart([&agent] { agent.startedAgain(); });
     actor.post([&] {
@@ -82,6 +85,7 @@ int run(int argc, char** argv, StandardConsole& console, const Directories& dire
 } // namespace
 
 int main(int argc, char** argv) {
+    leaveNoCoreFile();
     StandardConsole console;
     try {
         return run(argc, argv, console, XdgDirectories::directories());

@@ -60,6 +60,7 @@ Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& w
 Agent::~Agent() = default;
 
 void Agent::launch() {
+    recorder.setOnLost([this] { tellOfLostMicrophone(); });
     delegate->applicationDidFinishLaunching();
 }
 
@@ -162,6 +163,12 @@ std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
         hud.showNotice(text, DictationHUDState::NoticeTone::Warn, noticeTime);
     };
     return m_windows.makeMenuPanel(model);
+}
+
+/// What has been said is used; what is being said isn't heard.
+void Agent::tellOfLostMicrophone() {
+    hud.showNotice(localized("hud.microphone.lost", "The microphone is gone. What you said before is kept."),
+                   DictationHUDState::NoticeTone::Warn, noticeTime);
 }
 
 /// Until there is a window for them, the settings are the file that holds them.

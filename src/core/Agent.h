@@ -87,6 +87,7 @@ private:
     std::unique_ptr<MenuPanelController> makeMenuPanel();
     std::unique_ptr<MenuPanelWindow> makePanelWindow();
     void openSettings();
+    void tellOfLostMicrophone();
     Trace trace();
 
     const Machine m_machine;

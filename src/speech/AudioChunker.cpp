@@ -4,8 +4,10 @@
 #include "platform/system/PlatformError.h"
 #include "speech/WavWriter.h"
 #include "speech/WhisperArguments.h"
+#include "text/wiping.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <new>
 
@@ -32,6 +34,8 @@ bool isLong(std::int64_t frames, double sampleRate, const AudioChunker::Lengths&
 }
 
 std::int16_t toInt16(float sample) {
+    if (std::isnan(sample))
+        return 0;
     return static_cast<std::int16_t>(std::clamp(sample, -1.0F, 1.0F) * 32767.0F);
 }
 
@@ -80,7 +84,8 @@ AudioChunker::split(AudioFileReader& reader, FileSystem& files, const QString& w
     if (!isLong(file->length(), sampleRate, lengths))
         return std::nullopt;
 
-    const auto samples = readSamples(*file);
+    auto samples = readSamples(*file);
+    const WipedAtEnd wiped(samples);
     const auto base = outputBase(wav);
     std::vector<Chunk> chunks;
     for (const auto& cut : cuts(static_cast<std::int64_t>(samples.size()), sampleRate, lengths)) {
@@ -93,17 +98,13 @@ AudioChunker::split(AudioFileReader& reader, FileSystem& files, const QString& w
 }
 
 void AudioChunker::cleanup(FileSystem& files, const std::vector<Chunk>& chunks) {
-    for (const auto& chunk : chunks) {
-        try {
-            files.remove(chunk.path);
-        } catch (const PlatformError&) {
-            // The next one may still go.
-        }
-    }
+    for (const auto& chunk : chunks)
+        removeIfPossible(files, chunk.url);
 }
 
 std::vector<std::int16_t> AudioChunker::readSamples(AudioFile& file) {
     std::vector<std::byte> bytes;
+    const WipedAtEnd wiped(bytes);
     try {
         bytes = file.readAll();
     } catch (const std::bad_alloc&) {

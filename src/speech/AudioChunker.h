@@ -33,7 +33,7 @@ public:
 
     /// A piece in a WAV file of its own.
     struct Chunk {
-        QString path;
+        QString url; ///< the file's path
         double startSeconds;
         double durationSeconds;
     };

@@ -22,6 +22,7 @@ AudioRecorder::AudioRecorder(AudioEngine& engine, AudioConverterFactory& convert
 
 AudioRecorder::~AudioRecorder() {
     m_engine.removeTap();
+    m_engine.setOnLost(nullptr);
     if (m_isRecording)
         m_engine.stop();
 }
@@ -29,7 +30,7 @@ AudioRecorder::~AudioRecorder() {
 void AudioRecorder::start() {
     if (m_isRecording)
         return;
-    m_samples.clear(); // keeps its memory
+    wipe(m_samples); // what could not be written last time; the memory stays for the next
     const auto format = m_engine.inputFormat();
     m_converter = m_converters.make(format, {targetSampleRate, 1, SampleType::Int16});
     m_engine.installTap(tapFrames, format, [this](const AudioBuffer& buffer) {
@@ -48,12 +49,23 @@ double AudioRecorder::stop(const QString& path) {
     m_isRecording = false;
     const auto kept = trimTrailingSilence(m_samples, targetSampleRate);
     writeWAV(m_files, kept, static_cast<int>(targetSampleRate), path);
-    return static_cast<double>(kept.size()) / targetSampleRate;
+    const auto seconds = static_cast<double>(kept.size()) / targetSampleRate;
+    wipe(m_samples);
+    return seconds;
 }
 
 void AudioRecorder::setOnLevel(LevelObserver observer) {
     const std::scoped_lock lock(m_onLevelMutex);
     m_onLevel = std::move(observer);
+}
+
+void AudioRecorder::setOnLost(std::function<void()> lost) {
+    m_onLost = std::move(lost);
+    const std::function<void()> tell = m_lifetime.ifAlive([this] {
+        if (m_isRecording)
+            m_onLost();
+    });
+    m_engine.setOnLost([&actor = m_mainActor, tell] { actor.post(tell); });
 }
 
 void AudioRecorder::append(const AudioBuffer& buffer) {
@@ -62,8 +74,10 @@ void AudioRecorder::append(const AudioBuffer& buffer) {
     const auto ratio = targetSampleRate / buffer.format.sampleRate;
     const auto capacity =
         static_cast<std::size_t>(ratio * static_cast<double>(buffer.frameLength)) + spareFrames;
-    if (const auto converted = m_converter->convert(buffer, capacity))
+    if (auto converted = m_converter->convert(buffer, capacity)) {
         m_samples.insert(m_samples.end(), converted->begin(), converted->end());
+        wipe(*converted);
+    }
 }
 
 void AudioRecorder::postLevel(const AudioBuffer& buffer) {

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/MainActor.h"
 #include "platform/sound/AudioConverter.h"
 #include "platform/sound/AudioEngine.h"
 #include "platform/system/FileSystem.h"
+#include "text/wiping.h"
 
 #include <QString>
 
@@ -12,12 +14,12 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 namespace talvera {
 
 /// Records the microphone, and leaves a WAV file that the recognition tool can read. Conversion runs live, so
-/// that little is left to do at the stop. Main thread only; what it is given must outlive it.
+/// that little is left to do at the stop. Once the file is written, nothing of the recording stays in memory.
+/// Main thread only; what it is given must outlive it.
 class AudioRecorder {
 public:
     /// Hears the input level, from 0 to 1.
@@ -41,6 +43,10 @@ public:
     /// Called on the main thread, once per captured buffer, from the next buffer on.
     void setOnLevel(LevelObserver observer);
 
+    /// Called on the main thread when the microphone goes away during a recording: what comes after that
+    /// isn't heard. To be set once.
+    void setOnLost(std::function<void()> lost);
+
 private:
     void append(const AudioBuffer& buffer);
     void postLevel(const AudioBuffer& buffer);
@@ -56,12 +62,14 @@ private:
     // These two belong to the tap's thread while a tap is installed, and to the main thread otherwise; the
     // engine's installTap() and removeTap() order the one before the other.
     std::unique_ptr<AudioConverter> m_converter;
-    std::vector<std::int16_t> m_samples;
+    WipedVector<std::int16_t> m_samples;
 
     bool m_isRecording = false;
 
     std::mutex m_onLevelMutex; // the owner may change the observer during a recording
     LevelObserver m_onLevel;
+    std::function<void()> m_onLost; // main thread
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

@@ -4,6 +4,7 @@
 #include "concurrency/onBackground.h"
 #include "speech/OverlapMerge.h"
 #include "text/Characters.h"
+#include "text/wiping.h"
 
 #include <QStringList>
 
@@ -69,7 +70,7 @@ Task<QString> ChunkedTranscription::transcribeChunks(const WhisperRunner& runner
     for (const auto& chunk : chunks) {
         const auto prompt = texts.isEmpty() ? std::nullopt : tailPrompt(texts.last());
         const auto started = m_mainActor.now();
-        const auto text = co_await run(runner, chunk.path, mode, language, prompt);
+        const auto text = co_await run(runner, chunk.url, mode, language, prompt);
         const auto decoded = toSeconds(m_mainActor.now() - started);
         texts.append(text);
         m_console.print(QString::asprintf("TALVERA_PERF chunk_%s %d/%d audio=%.1fs decode=%.2fs chars=%d",
@@ -78,6 +79,8 @@ Task<QString> ChunkedTranscription::transcribeChunks(const WhisperRunner& runner
                                           static_cast<int>(characterCount(text))));
     }
     const auto merged = mergeAll(texts);
+    for (auto& text : texts)
+        wipe(text);
     m_console.print(QString::asprintf("TALVERA_PERF chunked_%s_total stage=%.2fs chunks=%d chars=%d",
                                       word.constData(), toSeconds(m_mainActor.now() - stageStarted),
                                       static_cast<int>(chunks.size()),

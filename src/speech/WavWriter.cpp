@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "speech/WavWriter.h"
 
+#include "text/wiping.h"
+
 #include <QtEndian>
 
 #include <limits>
@@ -12,7 +14,6 @@ namespace {
 constexpr quint16 pcm = 1;
 constexpr quint16 channels = 1;
 constexpr quint16 bytesPerSample = 2;
-constexpr qsizetype headerBytes = 44;
 
 class LittleEndianWriter {
 public:
@@ -39,14 +40,14 @@ private:
 
 QByteArray wavBytes(std::span<const std::int16_t> samples, int sampleRate) {
     constexpr auto overhead =
-        static_cast<quint32>(headerBytes) - 8; // what the first size counts besides data
+        static_cast<quint32>(wavHeaderBytes) - 8; // what the first size counts besides data
     if (samples.size() > (std::numeric_limits<quint32>::max() - overhead) / bytesPerSample)
         qFatal("a recording is too long for a WAV file");
     const auto dataBytes = static_cast<quint32>(samples.size() * bytesPerSample);
     const auto rate = static_cast<quint32>(sampleRate);
 
     QByteArray bytes;
-    bytes.reserve(headerBytes + static_cast<qsizetype>(dataBytes));
+    bytes.reserve(wavHeaderBytes + static_cast<qsizetype>(dataBytes));
     LittleEndianWriter(bytes)
         .tag("RIFF")
         .integer(overhead + dataBytes)
@@ -61,16 +62,18 @@ QByteArray wavBytes(std::span<const std::int16_t> samples, int sampleRate) {
         .integer(quint16{8 * bytesPerSample})
         .tag("data")
         .integer(dataBytes);
-    bytes.resize(headerBytes + static_cast<qsizetype>(dataBytes));
+    bytes.resize(wavHeaderBytes + static_cast<qsizetype>(dataBytes));
     if (!samples.empty()) { // else its pointer may be null
         qToLittleEndian<qint16>(samples.data(), static_cast<qsizetype>(samples.size()),
-                                bytes.data() + headerBytes);
+                                bytes.data() + wavHeaderBytes);
     }
     return bytes;
 }
 
 void writeWAV(FileSystem& files, std::span<const std::int16_t> samples, int sampleRate, const QString& path) {
-    files.write(path, wavBytes(samples, sampleRate));
+    auto bytes = wavBytes(samples, sampleRate);
+    const WipedAtEnd wiped(bytes);
+    files.write(path, bytes);
 }
 
 } // namespace talvera

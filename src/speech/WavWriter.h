@@ -11,7 +11,10 @@
 
 namespace talvera {
 
-/// A whole WAV file of 16-bit mono sound: a header of 44 bytes, then the samples. `sampleRate` is in samples
+/// What stands before the samples in every file that we write.
+constexpr qsizetype wavHeaderBytes = 44;
+
+/// A whole WAV file of 16-bit mono sound: a header, then the samples. `sampleRate` is in samples
 /// per second. More samples than the format's 32-bit sizes can tell end the program.
 QByteArray wavBytes(std::span<const std::int16_t> samples, int sampleRate);
 

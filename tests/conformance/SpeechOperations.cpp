@@ -195,7 +195,7 @@ Answer split(const Request& request) {
         return {{"chunks", nullptr}};
     auto chunks = Answer::array();
     for (const auto& piece : *pieces) {
-        chunks.push_back({{"path", piece.path.toStdString()},
+        chunks.push_back({{"path", piece.url.toStdString()},
                           {"startSeconds", piece.startSeconds},
                           {"durationSeconds", piece.durationSeconds}});
     }

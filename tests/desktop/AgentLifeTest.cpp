@@ -6,10 +6,13 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <csignal>
 #include <random>
+
+#include <sys/resource.h>
 
 using namespace talvera::test;
 
@@ -52,6 +55,42 @@ TEST_F(AgentLife, recogniserKilled_isAnErrorForFourSecondsAndNoMore) {
 
     gate.letIn();
     dictateInto(editor);
+}
+
+TEST_F(AgentLife, crash_leavesNothingOfWhatWasSaidInACoreFile) {
+    rlimit before{};
+    ::getrlimit(RLIMIT_CORE, &before);
+    const rlimit wide{before.rlim_max, before.rlim_max};
+    ::setrlimit(RLIMIT_CORE, &wide); // which the agent inherits
+    startAgent();
+    ::setrlimit(RLIMIT_CORE, &before);
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateInto(editor);
+    agent->signal(SIGSEGV);
+    EXPECT_NE(agent->awaitEnd(), 0);
+    EXPECT_EQ(leftFiles(), QStringList()) << "a core file would lie where the agent runs";
+}
+
+TEST_F(AgentLife, pressWithoutAModel_saysWhatIsMissing) {
+    const QTemporaryDir data;
+    const auto models = data.filePath("Talvera/models");
+    ASSERT_TRUE(QDir().mkpath(models));
+    home.set("XDG_DATA_HOME", data.path());
+    startAgent();
+    agent->await("hud notice warn: The speech model is missing: " + models + "/ggml-medium-q5_0.bin");
+    agent->await("hud hidden");
+    keys.press(RightCtrl);
+    agent->await("hud notice warn: The speech model is missing: ");
+    keys.release(RightCtrl);
+
+    QFile model(models + "/ggml-medium-q5_0.bin");
+    ASSERT_TRUE(model.open(QIODevice::WriteOnly) && model.write("model") > 0);
+    model.close();
+    keys.press(RightCtrl);
+    agent->await("hud notice warn: A directory of the speech model is missing: " + models +
+                 "/ggml-medium-encoder.mlmodelc");
+    keys.release(RightCtrl);
+    EXPECT_EQ(agent->count("state recording"), 0);
 }
 
 TEST_F(AgentLife, secondStart_endsAtOnceAndTheFirstStays) {

@@ -19,6 +19,20 @@ QByteArray contentsOf(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// The process runs in this desktop. One that lets nobody look into it runs where its parent does.
+bool runsHere(const QString& process) {
+    const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
+    QString looked = process;
+    while (looked.toInt() > 1) {
+        const auto environment = contentsOf("/proc/" + looked + "/environ");
+        if (!environment.isEmpty())
+            return environment.split('\0').contains(ours);
+        const auto status = contentsOf("/proc/" + looked + "/stat");
+        looked = QString::fromUtf8(status.mid(status.lastIndexOf(')') + 2).split(' ').value(1));
+    }
+    return false;
+}
+
 } // namespace
 
 void DesktopTest::TearDown() {
@@ -99,12 +113,10 @@ QStringList DesktopTest::leftFiles() {
 }
 
 std::vector<pid_t> DesktopTest::processes(const QByteArray& name) {
-    const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
     std::vector<pid_t> found;
     for (const auto& process : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
         const QString directory = "/proc/" + process;
-        if (contentsOf(directory + "/comm") == name + '\n' &&
-            contentsOf(directory + "/environ").split('\0').contains(ours))
+        if (contentsOf(directory + "/comm") == name + '\n' && runsHere(process))
             found.push_back(process.toInt());
     }
     return found;

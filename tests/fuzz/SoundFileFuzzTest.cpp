@@ -72,7 +72,7 @@ TEST(SoundFileFuzz, spoiledFile_isCutOrRefusedAndLeavesNothingBehind) {
             if (const auto chunks = AudioChunker::split(reader, files, path, {0.2, 0.05, 0.3})) {
                 ++cut;
                 for (const auto& chunk : *chunks)
-                    ASSERT_GT(files.size(chunk.path).value_or(0), 44);
+                    ASSERT_GT(files.size(chunk.url).value_or(0), 44);
                 AudioChunker::cleanup(files, *chunks);
                 ASSERT_EQ(QDir(directory.path()).entryList(QDir::Files),
                           QStringList{QStringLiteral("speech.wav")});

@@ -5,6 +5,7 @@
 #include "platform/system/PlatformError.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -18,6 +19,13 @@ public:
     void removeTap() override;
     void start() override;
     void stop() override;
+    void setOnLost(std::function<void()> lost) override { m_onLost = std::move(lost); }
+
+    /// The device goes away.
+    void lose() const {
+        if (m_onLost)
+            m_onLost();
+    }
 
     /// Hands the tap these interleaved samples, in buffers as long as it asked for; without a capture they
     /// are lost.
@@ -41,6 +49,7 @@ private:
     void deliverInBuffers(const std::vector<Sample>& samples);
 
     Tap m_tap;
+    std::function<void()> m_onLost;
     std::size_t m_bufferFrames = 0;
     bool m_running = false;
 };

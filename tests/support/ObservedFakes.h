@@ -96,6 +96,7 @@ public:
         if (onStopped)
             onStopped();
     }
+    void setOnLost(std::function<void()> lost) override { m_microphone.setOnLost(std::move(lost)); }
 
 private:
     FakeAudioEngine& m_microphone;

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "platform/sound/AudioEngine.h"
+#include "text/wiping.h"
 
 #include <cstddef>
-#include <vector>
 
 namespace talvera {
 
@@ -28,7 +28,7 @@ private:
     AudioFormat m_format;
     AudioEngine::Tap m_tap;
     std::size_t m_frameBytes;
-    std::vector<std::byte> m_buffer;
+    WipedVector<std::byte> m_buffer;
     std::size_t m_filled = 0; // bytes
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/pulse/PulseAudioInput.h"
 
+#include "linux/support/privateMemory.h"
 #include "platform/system/PlatformError.h"
 
 #include <pulse/rtclock.h>
@@ -64,6 +65,7 @@ void PulseAudioInput::removeTap() {
 }
 
 void PulseAudioInput::start() {
+    keepMemoryPrivate(); // from the first word on
     const auto deadline = monotonicNow() + patience;
     const PulseLoop::Lock lock(m_connection.loop());
     if (m_stream && m_stream->isAlive())
@@ -102,6 +104,8 @@ void PulseAudioInput::open(const Microphone& microphone, PulseRecordStream::Rout
     const auto ended = [this] {
         if (m_tap)
             m_tap->flush();
+        if (m_onLost)
+            m_onLost();
     };
     try {
         m_stream.emplace(m_connection, microphone, routing, m_streamFormat, receive, ended);
@@ -110,6 +114,11 @@ void PulseAudioInput::open(const Microphone& microphone, PulseRecordStream::Rout
         m_stream.reset();
         throw;
     }
+}
+
+void PulseAudioInput::setOnLost(std::function<void()> onLost) {
+    const PulseLoop::Lock lock(m_connection.loop());
+    m_onLost = std::move(onLost);
 }
 
 void PulseAudioInput::stop() {

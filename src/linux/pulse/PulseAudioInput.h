@@ -6,6 +6,7 @@
 #include "linux/pulse/PulseRecordStream.h"
 #include "platform/sound/AudioEngine.h"
 
+#include <functional>
 #include <optional>
 
 namespace talvera {
@@ -25,6 +26,7 @@ public:
     void removeTap() override;
     void start() override;
     void stop() override;
+    void setOnLost(std::function<void()> onLost) override;
 
 private:
     void open(const Microphone& microphone, PulseRecordStream::Routing routing, Duration limit);
@@ -33,6 +35,7 @@ private:
 
     // Under the connection's lock.
     std::optional<FrameAssembler> m_tap;
+    std::function<void()> m_onLost;
     std::optional<PulseRecordStream> m_stream;
     AudioFormat m_streamFormat;
 };

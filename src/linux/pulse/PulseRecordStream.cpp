@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/pulse/PulseRecordStream.h"
 
+#include "linux/pulse/sampleSpec.h"
 #include "platform/sound/AudioEngine.h"
 #include "platform/system/PlatformError.h"
 
@@ -44,11 +45,6 @@ AudioEngineFailure classify(int error) {
     default:
         return AudioEngineFailure::Refused;
     }
-}
-
-pa_sample_spec specOf(const AudioFormat& format) {
-    return {format.sampleType == SampleType::Float32 ? PA_SAMPLE_FLOAT32NE : PA_SAMPLE_S16NE,
-            static_cast<std::uint32_t>(format.sampleRate), static_cast<std::uint8_t>(format.channels)};
 }
 
 } // namespace

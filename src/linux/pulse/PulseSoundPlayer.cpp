@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/pulse/PulseSoundPlayer.h"
 
+#include "linux/pulse/sampleSpec.h"
 #include "platform/system/PlatformError.h"
 
 #include <pulse/proplist.h>
@@ -14,11 +15,6 @@ namespace {
 
 /// How much the server wants to have in hand: little, so that the sound is heard at once.
 constexpr pa_usec_t latency = 40'000;
-
-pa_sample_spec specOf(const AudioFormat& format) {
-    return {format.sampleType == SampleType::Float32 ? PA_SAMPLE_FLOAT32NE : PA_SAMPLE_S16NE,
-            static_cast<std::uint32_t>(format.sampleRate), static_cast<std::uint8_t>(format.channels)};
-}
 
 } // namespace
 

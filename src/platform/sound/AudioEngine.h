@@ -37,8 +37,13 @@ public:
 
     /// Starts the capture. Throws PlatformError (domain "AudioEngine", codes above) when the sound server is
     /// away, has no input, refuses or doesn't answer within a second; the tap stays installed then,
-    /// but isn't called. Does nothing while capturing. A device that goes away later just delivers no more.
+    /// but isn't called. Does nothing while capturing. A device that goes away later delivers no more, and
+    /// `onLost` is told.
     virtual void start() = 0;
+
+    /// Called on the engine's own thread when a device or the server goes away during a capture, once for
+    /// each. To be set before start().
+    virtual void setOnLost(std::function<void()> onLost) = 0;
 
     /// Lets go of the device. Harmless when not capturing.
     virtual void stop() = 0;

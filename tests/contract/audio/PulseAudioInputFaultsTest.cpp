@@ -4,6 +4,8 @@
 #include "SoundServerTest.h"
 #include "listening.h"
 
+#include <atomic>
+
 using namespace talvera;
 using namespace talvera::test;
 using namespace std::chrono_literals;
@@ -107,19 +109,25 @@ TEST_P(PulseAudioInputFaultsTest, serverDiesDuringARecording_keepsWhatCameDownTo
     const auto voice = speak();
     voice->count();
     PulseAudioInput input(connection());
+    std::atomic<int> lost = 0;
+    input.setOnLost([&] { ++lost; });
     Ear ear;
     record(input, ear);
     ASSERT_TRUE(ear.waitForFrames(3 * 4096));
+    EXPECT_EQ(lost, 0);
     server.kill();
     ASSERT_TRUE(ear.waitUntil([](const Ear::Heard& heard) { return heard.bufferLengths.back() < 4096; }))
         << "the rest comes by itself";
     EXPECT_LT(stopRecording(input), 500ms);
     EXPECT_EQ(Voice::gapsIn(ear.heard().samples), 0);
+    EXPECT_EQ(lost, 1);
 }
 
 TEST_P(PulseAudioInputFaultsTest, serverRestarts_nextRecordingWorks) {
     startWithMicrophone();
     PulseAudioInput input(connection());
+    std::atomic<int> lost = 0;
+    input.setOnLost([&] { ++lost; });
     recordFrames(input, 4096);
     for (int restart = 0; restart < 3; ++restart) {
         server.kill();
@@ -127,6 +135,7 @@ TEST_P(PulseAudioInputFaultsTest, serverRestarts_nextRecordingWorks) {
         startWithMicrophone();
         recordFrames(input, 4096); // with no question for the status in between
     }
+    EXPECT_EQ(lost, 0) << "nobody was recording";
 }
 
 TEST_P(PulseAudioInputFaultsTest, microphoneUnplugged_endsTheRecordingAndNeverListensToTheLoudspeaker) {
@@ -134,6 +143,8 @@ TEST_P(PulseAudioInputFaultsTest, microphoneUnplugged_endsTheRecordingAndNeverLi
     const auto voice = speak();
     Voice music(server.address(), "speaker", 48000, 2);
     PulseAudioInput input(connection());
+    std::atomic<int> lost = 0;
+    input.setOnLost([&] { ++lost; });
     Ear ear;
     record(input, ear);
     ASSERT_TRUE(ear.waitForFrames(2 * 4096));
@@ -144,6 +155,7 @@ TEST_P(PulseAudioInputFaultsTest, microphoneUnplugged_endsTheRecordingAndNeverLi
     const auto samples = ear.heard().samples;
     EXPECT_GE(samples.size(), 2U * 4096);
     EXPECT_TRUE(isSilent(samples));
+    EXPECT_EQ(lost, 1);
 }
 
 TEST_P(PulseAudioInputFaultsTest, suspendedMicrophone_releaseReturnsSoon) {

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include <sys/prctl.h>
+
 using namespace talvera;
 using namespace talvera::test;
 using namespace std::chrono_literals;
@@ -262,6 +264,19 @@ TEST_P(PulseAudioInputTest, hundredRecordings_leakNoThreadDescriptorOrMemory) {
     if (!sanitized) {
         EXPECT_LT(residentKilobytes() - memory, 2000);
     }
+}
+
+TEST_P(PulseAudioInputTest, fromTheFirstRecordingOn_nobodyLooksIntoTheMemory) {
+    startWithMicrophone();
+    const int before = ::prctl(PR_GET_DUMPABLE);
+    ::prctl(PR_SET_DUMPABLE, 1);
+    PulseAudioInput input(connection());
+    EXPECT_EQ(::prctl(PR_GET_DUMPABLE), 1) << "the desktop may still ask what we are";
+    Ear ear;
+    record(input, ear, 64);
+    EXPECT_EQ(::prctl(PR_GET_DUMPABLE), 0);
+    input.removeTap();
+    ::prctl(PR_SET_DUMPABLE, before);
 }
 
 INSTANTIATE_TEST_SUITE_P(, PulseAudioInputTest,

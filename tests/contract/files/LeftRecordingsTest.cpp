@@ -54,6 +54,14 @@ TEST_F(LeftRecordingsTest, filesThatCantBeReadOrAreNoFiles_areDeletedToo) {
     EXPECT_EQ(left(), std::vector<QString>{});
 }
 
+TEST_F(LeftRecordingsTest, coreFiles_areDeleted) {
+    for (const auto* name : {"core", "core.1234", "core.talvera.1000"})
+        makeFile(name);
+    makeFile("corel");
+    removeLeftRecordings(directory.path());
+    EXPECT_EQ(left(), std::vector<QString>{"corel"});
+}
+
 TEST_F(LeftRecordingsTest, everythingElse_stays) {
     makeFile("agent.lock");
     makeFile("other-talvera-a.wav");

@@ -53,10 +53,10 @@ TEST_F(AudioChunkerTest, oneSampleMore_givesChunksAtZeroAndTwentyThree) {
     const auto chunks = split();
     ASSERT_TRUE(chunks);
     ASSERT_EQ(chunks->size(), 2U);
-    EXPECT_EQ(chunks->at(0).path, "/tmp/talvera-1-chunk0.wav");
+    EXPECT_EQ(chunks->at(0).url, "/tmp/talvera-1-chunk0.wav");
     EXPECT_EQ(chunks->at(0).startSeconds, 0.0);
     EXPECT_EQ(chunks->at(0).durationSeconds, 25.0);
-    EXPECT_EQ(chunks->at(1).path, "/tmp/talvera-1-chunk1.wav");
+    EXPECT_EQ(chunks->at(1).url, "/tmp/talvera-1-chunk1.wav");
     EXPECT_EQ(chunks->at(1).startSeconds, 23.0);
     EXPECT_EQ(chunks->at(1).durationSeconds, 80001 / 16000.0);
 }
@@ -132,9 +132,9 @@ TEST_F(AudioChunkerTest, fullDiskAtTheSecondChunk_throwsAndTheFirstStays) {
 TEST_F(AudioChunkerTest, cleanup_goesThroughTheWholeList) {
     record(448001);
     const auto chunks = split();
-    files.failRemovals(chunks->at(0).path, EACCES);
+    files.failRemovals(chunks->at(0).url, EACCES);
     AudioChunker::cleanup(files, *chunks);
-    EXPECT_EQ(files.files(), (QStringList{chunks->at(0).path, wav}));
+    EXPECT_EQ(files.files(), (QStringList{chunks->at(0).url, wav}));
 }
 
 /// A file that reads as the test says.

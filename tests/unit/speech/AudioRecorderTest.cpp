@@ -212,6 +212,7 @@ public:
     }
     void start() override {}
     void stop() override {}
+    void setOnLost(std::function<void()>) override {}
 
     std::atomic<int> delivered = 0;
 
@@ -270,6 +271,42 @@ TEST(AudioRecorderThreads, everyBufferDelivered_isInTheFile) {
         EXPECT_EQ(files.size(path), 44 + engine.delivered * 8192);
     }
     EXPECT_GT(threadSafeActor.posts.count(), 0U);
+}
+
+TEST_F(AudioRecorderTest, microphoneThatGoesAway_isToldInALaterTurnOfTheMainThread) {
+    int lost = 0;
+    recorder.setOnLost([&] { ++lost; });
+    recorder.start();
+    deliver(Samples(16000, 5000));
+    engine.lose();
+    EXPECT_EQ(lost, 0);
+    actor.settle();
+    EXPECT_EQ(lost, 1);
+    EXPECT_EQ(recorder.stop(path), 1.0) << "what had been said is kept";
+}
+
+TEST_F(AudioRecorderTest, microphoneThatGoesAwayAtTheEnd_isNoNews) {
+    int lost = 0;
+    recorder.setOnLost([&] { ++lost; });
+    engine.lose();
+    actor.settle();
+    recorder.start();
+    engine.lose();
+    recorder.stop(path);
+    actor.settle();
+    EXPECT_EQ(lost, 0);
+}
+
+TEST_F(AudioRecorderTest, microphoneThatGoesAwayWithTheRecorder_tellsNobody) {
+    {
+        AudioRecorder other(engine, converters, files, actor);
+        other.setOnLost([] { ADD_FAILURE() << "told"; });
+        other.start();
+        engine.lose();
+    }
+    actor.settle();
+    engine.lose();
+    actor.settle();
 }
 
 } // namespace

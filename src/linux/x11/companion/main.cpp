@@ -5,14 +5,13 @@
 // killed. If the agent has died while it was typing, the companion releases its keys and puts the keymap
 // right. It takes its texts from the socket that it was started with as descriptor 3.
 
+#include "linux/support/privateMemory.h"
 #include "linux/x11/clipboard/ClipboardService.h"
 #include "linux/x11/typing/TargetBarrier.h"
 #include "linux/x11/typing/TypingLedger.h"
 
 #include <csignal>
 #include <cstdlib>
-#include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/signalfd.h>
 
 using namespace talvera;
@@ -32,13 +31,6 @@ int endOfSession() {
     return ::signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-/// Nobody who finds a core file, and no other process of the user, reads what was dictated.
-void keepToOurselves() {
-    const rlimit none{0, 0};
-    ::setrlimit(RLIMIT_CORE, &none);
-    ::prctl(PR_SET_DUMPABLE, 0);
-}
-
 void putKeyboardRight() {
     const auto connection = X11Connection::open();
     const auto barrierConnection = X11Connection::open();
@@ -51,7 +43,8 @@ void putKeyboardRight() {
 } // namespace
 
 int main() {
-    keepToOurselves();
+    leaveNoCoreFile();
+    keepMemoryPrivate(); // it holds what was dictated
     const int end = endOfSession();
     const auto connection = X11Connection::open();
     if (connection->isBroken())
