@@ -15,6 +15,9 @@ using Kind = FocusNotice::Kind;
 constexpr Duration keyHold = seconds(0.002);
 constexpr Duration keyPause = seconds(0.025);
 constexpr Duration pasteHold = seconds(0.01);
+// Programs ask for what they paste some 10 ms after the chord.
+constexpr Duration requestPoll = seconds(0.02);
+constexpr Duration requestPatience = seconds(1.0);
 
 /// Why delivery ends here; nothing as long as it goes on.
 std::optional<Kind> endOf(PostResult result) {
@@ -35,7 +38,7 @@ std::optional<Kind> endOf(PostResult result) {
 /// The jobs themselves, on the typing queue.
 class DeliveryQueue::Worker {
 public:
-    Worker(const Platform& platform, std::weak_ptr<const OnNotice> onNotice)
+    Worker(const Platform& platform, OnNotice onNotice)
         : m_platform(platform)
         , m_onNotice(std::move(onNotice)) {}
 
@@ -52,8 +55,10 @@ public:
 
     void paste(const QString& text, const TypingTargetPtr& target) {
         // What the clipboard held is not brought back: the text stays there for the user to paste again.
-        if (!m_platform.pasteboard.setString(text)) {
-            // The chord would paste something else, but keys may still be had.
+        const bool isSet = m_platform.pasteboard.setString(text);
+        const auto before = isSet ? m_platform.pasteboard.state() : Pasteboard::State{};
+        if (!before.isHeld) {
+            // The chord would paste what somebody else has put there, but keys may still be had.
             TypedText typed{target};
             type(typed, text);
             return;
@@ -64,6 +69,8 @@ public:
             result = m_platform.keys.postPaste(KeyPhase::Up, target);
         if (result != PostResult::Posted)
             tell(endOf(result).value_or(Kind::ClipboardNotPossible));
+        else if (!isAskedFor(before.requests))
+            tell(Kind::ClipboardNotTaken);
     }
 
     void copy(const QString& text) {
@@ -93,25 +100,32 @@ private:
         return hasTyped ? std::nullopt : std::optional(Kind::ClipboardNotPossible);
     }
 
+    /// That somebody asks for the text is the only proof that it was pasted.
+    bool isAskedFor(std::uint32_t requestsBefore) {
+        for (Duration waited{}; waited < requestPatience; waited += requestPoll) {
+            if (m_platform.pasteboard.state().requests != requestsBefore)
+                return true;
+            m_platform.typing.sleep(requestPoll);
+        }
+        return false;
+    }
+
     void leaveOnClipboard(const QString& text, Kind reason) {
         tell(m_platform.pasteboard.setString(text) ? reason : Kind::Undelivered);
     }
 
     void tell(Kind kind) {
-        m_platform.actor.post([onNotice = m_onNotice, kind] {
-            if (const auto listener = onNotice.lock())
-                (*listener)({kind});
-        });
+        m_platform.actor.post([onNotice = m_onNotice, kind] { onNotice({kind}); });
     }
 
     Platform m_platform;
-    std::weak_ptr<const OnNotice> m_onNotice;
+    OnNotice m_onNotice;
 };
 
 DeliveryQueue::DeliveryQueue(Platform platform, OnNotice onNotice)
-    : m_platform(platform)
-    , m_onNotice(std::make_shared<OnNotice>(std::move(onNotice)))
-    , m_worker(std::make_shared<Worker>(platform, m_onNotice)) {}
+    : m_platform(platform) {
+    m_worker = std::make_shared<Worker>(platform, m_lifetime.ifAlive(std::move(onNotice)));
+}
 
 void DeliveryQueue::prepare() {
     m_platform.typing.async([&keys = m_platform.keys] { keys.prepare(); });

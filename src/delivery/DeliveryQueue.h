@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "delivery/FocusNotice.h"
 #include "platform/keyboard/KeyEventPoster.h"
 
@@ -51,8 +52,8 @@ private:
     class Worker;
 
     Platform m_platform;
-    std::shared_ptr<const OnNotice> m_onNotice;
     std::shared_ptr<Worker> m_worker;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

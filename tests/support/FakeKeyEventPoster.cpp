@@ -67,11 +67,10 @@ std::unique_ptr<TypingSession> FakeKeyEventPoster::beginTyping(const QStringList
 }
 
 PostResult FakeKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& target) {
-    return post({PostedKeyEvent::Kind::PasteChord, phase, {}}, m_pasteboard.string().value_or(QString()),
-                target);
+    return post({PostedKeyEvent::Kind::PasteChord, phase, {}}, {}, target);
 }
 
-PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& received,
+PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& typed,
                                     const TypingTargetPtr& target) {
     if (m_isCutOff) {
         return PostResult::CutOff;
@@ -88,9 +87,13 @@ PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& 
         m_keysDown = std::max(0, m_keysDown - 1);
     } else {
         ++m_keysDown;
-        m_texts[applicationOf(m_focused)] += received;
-        if (onText) {
-            onText(m_focused, received);
+        const bool isPaste = event.kind == PostedKeyEvent::Kind::PasteChord;
+        if (!isPaste || takesPastes) {
+            const QString text = isPaste ? m_pasteboard.paste() : typed;
+            m_texts[applicationOf(m_focused)] += text;
+            if (onText) {
+                onText(m_focused, text);
+            }
         }
     }
     if (onPost) {

@@ -41,6 +41,9 @@ public:
     void focus(const QString& receiver) { m_focused = receiver; }
     const QString& focusedReceiver() const { return m_focused; }
 
+    /// Whether the applications know the chord that pastes.
+    bool takesPastes = true;
+
     /// From now on no event can be posted any more.
     void cutOff() { m_isCutOff = true; }
 
@@ -72,7 +75,7 @@ private:
     class Session;
     struct Target;
 
-    PostResult post(const PostedKeyEvent& event, const QString& received, const TypingTargetPtr& target);
+    PostResult post(const PostedKeyEvent& event, const QString& typed, const TypingTargetPtr& target);
 
     FakePasteboard& m_pasteboard;
     QString m_focused = firstReceiver;

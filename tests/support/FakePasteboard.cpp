@@ -7,9 +7,21 @@ bool FakePasteboard::setString(const QString& text) {
     if (m_refuses)
         return false;
     const std::scoped_lock lock(m_mutex);
-    m_string = text;
+    m_string = m_taker.value_or(text);
+    m_state = {!m_taker.has_value(), 0};
     m_history.append(text);
     return true;
+}
+
+Pasteboard::State FakePasteboard::state() {
+    const std::scoped_lock lock(m_mutex);
+    return m_state;
+}
+
+QString FakePasteboard::paste() {
+    const std::scoped_lock lock(m_mutex);
+    m_state.requests += m_string ? 1 : 0;
+    return m_string.value_or(QString());
 }
 
 std::optional<QString> FakePasteboard::string() const {
@@ -25,6 +37,7 @@ QStringList FakePasteboard::history() const {
 void FakePasteboard::setImage() {
     const std::scoped_lock lock(m_mutex);
     m_string.reset();
+    m_state = {};
 }
 
 } // namespace talvera::test

@@ -15,12 +15,19 @@ namespace talvera::test {
 class FakePasteboard final : public Pasteboard {
 public:
     bool setString(const QString& text) override;
+    State state() override;
+
+    /// What a program gets that pastes now; it counts as a request.
+    QString paste();
 
     /// What a paste would give now; nothing while something other than text is on the clipboard.
     std::optional<QString> string() const;
 
     /// Every text that was put here, oldest first.
     QStringList history() const;
+
+    /// Another program takes the clipboard as soon as a text is put here.
+    void beTakenBy(const QString& text) { m_taker = text; }
 
     /// From now on nothing can be put here.
     void refuse() { m_refuses = true; }
@@ -32,6 +39,8 @@ private:
     mutable std::mutex m_mutex;
     std::atomic<bool> m_refuses = false;
     std::optional<QString> m_string;
+    std::optional<QString> m_taker;
+    State m_state;
     QStringList m_history;
 };
 

@@ -136,6 +136,7 @@ public:
 
     std::function<void(const QString& text)> onText;
 
+    State state() override { return m_pasteboard.state(); }
     bool setString(const QString& text) override {
         const bool isSet = m_pasteboard.setString(text);
         if (isSet && onText)

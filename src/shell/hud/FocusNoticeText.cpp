@@ -57,6 +57,10 @@ FocusNoticeText focusNoticeText(const FocusNotice& notice) {
     case FocusNotice::Kind::ClipboardNotPossible:
         return warning(localized("hud.focus.clipboard.notPossible",
                                  "Couldn't insert the text — it is on the clipboard. Press ⌘V to paste."));
+    case FocusNotice::Kind::ClipboardNotTaken:
+        return warning(
+            localized("hud.focus.clipboard.notTaken",
+                      "The app hasn't taken the text — it is on the clipboard. Press ⌘V to paste."));
     case FocusNotice::Kind::Undelivered:
         return warning(
             localized("hud.focus.undelivered", "The text is lost: it could neither be inserted nor copied."));

@@ -11,28 +11,12 @@
 
 #include <csignal>
 #include <filesystem>
-#include <poll.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-constexpr int Patience = 20'000;
-
-/// Waits until a process that need not be a child of ours has ended.
-bool awaitEnd(pid_t process) {
-    const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
-    if (descriptor < 0) {
-        return true;
-    }
-    pollfd ended{descriptor, POLLIN, 0};
-    const bool hasEnded = ::poll(&ended, 1, Patience) > 0;
-    ::close(descriptor);
-    return hasEnded;
-}
 
 void pressPasteChord() {
     X11KeyEventPoster poster;

@@ -6,9 +6,11 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <poll.h>
 #include <spawn.h>
 #include <stdexcept>
 #include <string_view>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -99,6 +101,18 @@ pid_t TypingAgent::companion() const {
         }
     }
     throw std::runtime_error("the agent has no companion");
+}
+
+bool awaitEnd(pid_t process) {
+    constexpr int patience = 20'000;
+    const int descriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));
+    if (descriptor < 0) {
+        return true;
+    }
+    pollfd ended{descriptor, POLLIN, 0};
+    const bool hasEnded = ::poll(&ended, 1, patience) > 0;
+    ::close(descriptor);
+    return hasEnded;
 }
 
 } // namespace talvera::test

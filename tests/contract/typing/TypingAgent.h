@@ -33,4 +33,7 @@ private:
     std::FILE* m_answers = nullptr;
 };
 
+/// Waits until a process that need not be a child of ours has ended; false when it doesn't in time.
+bool awaitEnd(pid_t process);
+
 } // namespace talvera::test

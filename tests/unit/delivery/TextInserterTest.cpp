@@ -287,6 +287,24 @@ TEST_F(TextInserterTest, pasteThatTheClipboardRefuses_isTypedInstead) {
     EXPECT_TRUE(shown.empty());
 }
 
+TEST_F(TextInserterTest, clipboardTakenByAnotherProgramBeforeTheChord_isNotPasted) {
+    pasteboard.beTakenBy("somebody else's");
+    inserter.insert("long text", ResolvedMode::Paste, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "long text") << "typed";
+    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(TextInserterTest, pasteThatNobodyAsksFor_isToldAfterASecond) {
+    keys.takesPastes = false;
+    inserter.insert("long text", ResolvedMode::Paste, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "");
+    EXPECT_EQ(pasteboard.string(), "long text");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotTaken}}));
+    EXPECT_NEAR(actor.elapsed(), 1.01, 0.05);
+}
+
 TEST_F(TextInserterTest, imageOnTheClipboardBeforeAPaste_isGoneAfterwards) {
     pasteboard.setImage();
     inserter.insert("text", ResolvedMode::Paste, editorSnapshot);

@@ -54,7 +54,7 @@ void ClipboardHolder::hangUp() {
 }
 
 std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& program,
-                                                          const std::string& display) {
+                                                          const X11Server& server) {
     const auto sockets = makeSockets();
     if (!sockets)
         return nullptr;
@@ -81,7 +81,7 @@ std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& pro
     posix_spawnattr_setflags(&attributes,
                              POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
 
-    std::vector<std::string> environment = companionEnvironment(display);
+    std::vector<std::string> environment = companionEnvironment(server.display());
     std::vector<char*> environmentPointers;
     for (std::string& entry : environment)
         environmentPointers.push_back(entry.data());
@@ -115,8 +115,8 @@ void CompanionProcess::giveUp() {
     }
 }
 
-std::unique_ptr<ClipboardThread> ClipboardThread::start(const std::string& display) {
-    std::shared_ptr<X11Connection> connection = X11Connection::open(display);
+std::unique_ptr<ClipboardThread> ClipboardThread::start(const X11Server& server) {
+    const std::shared_ptr<X11Connection> connection = server.connect();
     const auto sockets = connection->isBroken() ? std::nullopt : makeSockets();
     if (!sockets)
         return nullptr;

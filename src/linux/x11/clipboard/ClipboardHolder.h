@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/server/X11Server.h"
+
 #include <memory>
 #include <string>
 #include <sys/types.h>
@@ -34,7 +36,7 @@ private:
 class CompanionProcess final : public ClipboardHolder {
 public:
     /// Null when it can't be started.
-    static std::unique_ptr<CompanionProcess> start(const std::string& program, const std::string& display);
+    static std::unique_ptr<CompanionProcess> start(const std::string& program, const X11Server& server);
     ~CompanionProcess() override;
 
     /// Ends it.
@@ -52,7 +54,7 @@ private:
 class ClipboardThread final : public ClipboardHolder {
 public:
     /// Null when there is no X server.
-    static std::unique_ptr<ClipboardThread> start(const std::string& display);
+    static std::unique_ptr<ClipboardThread> start(const X11Server& server);
     ~ClipboardThread() override;
 
 private:

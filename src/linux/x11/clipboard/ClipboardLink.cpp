@@ -54,27 +54,45 @@ std::string_view bytesOf(const Record& record) {
 
 } // namespace
 
+namespace {
+
+std::optional<ClipboardAnswer> request(int socket, const RequestHead& head, std::string_view utf8,
+                                       std::chrono::milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    if (!sendAll(socket, bytesOf(head), deadline) || !sendAll(socket, utf8, deadline))
+        return std::nullopt;
+    ClipboardAnswer answer;
+    do { // an answer that came too late for its own request is passed over
+        if (!receiveAll(socket, reinterpret_cast<char*>(&answer), sizeof answer, deadline))
+            return std::nullopt;
+    } while (answer.serial != head.serial);
+    return answer;
+}
+
+} // namespace
+
 bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit) {
     if (utf8.size() > longestClipboardText)
         return false;
-    const auto deadline = Clock::now() + limit;
-    const TextHead head{serial, static_cast<std::uint32_t>(utf8.size())};
-    if (!sendAll(socket, bytesOf(head), deadline) || !sendAll(socket, utf8, deadline))
-        return false;
-    OwnedAnswer answer;
-    do { // an answer that came too late for its own text is passed over
-        if (!receiveAll(socket, reinterpret_cast<char*>(&answer), sizeof answer, deadline))
-            return false;
-    } while (answer.serial != serial);
-    return answer.owned == 1;
+    const RequestHead head{serial, ClipboardRequest::Hold, static_cast<std::uint32_t>(utf8.size())};
+    const auto answer = request(socket, head, utf8, limit);
+    return answer && answer->isHeld == 1;
 }
 
-std::optional<TextReader::Arrival> TextReader::read() {
+std::optional<ClipboardAnswer> askReport(int socket, std::uint32_t serial, std::chrono::milliseconds limit) {
+    return request(socket, {serial, ClipboardRequest::Report, 0}, {}, limit);
+}
+
+std::optional<RequestReader::Arrival> RequestReader::read() {
     if (!fill(reinterpret_cast<char*>(&m_head), sizeof m_head, m_headFilled))
         return std::nullopt;
     if (m_head.length > longestClipboardText) {
         m_state = State::HungUp;
         return std::nullopt;
+    }
+    if (m_head.request == ClipboardRequest::Report) {
+        m_headFilled = 0;
+        return Arrival{m_head.serial, nullptr};
     }
     if (!m_text) {
         m_text = makeWipedText(m_head.length);
@@ -86,7 +104,7 @@ std::optional<TextReader::Arrival> TextReader::read() {
     return Arrival{m_head.serial, std::exchange(m_text, nullptr)};
 }
 
-bool TextReader::fill(char* bytes, std::size_t size, std::size_t& filled) {
+bool RequestReader::fill(char* bytes, std::size_t size, std::size_t& filled) {
     while (filled < size) {
         const ssize_t count = ::recv(m_socket, bytes + filled, size - filled, MSG_DONTWAIT);
         if (count > 0) {
@@ -101,8 +119,8 @@ bool TextReader::fill(char* bytes, std::size_t size, std::size_t& filled) {
     return true;
 }
 
-void TextReader::answer(std::uint32_t serial, bool owned) const {
-    const OwnedAnswer answer{serial, owned ? 1U : 0U};
+void RequestReader::answer(std::uint32_t serial, const SelectionOwner::Report& report) const {
+    const ClipboardAnswer answer{serial, report.isHeld ? 1U : 0U, report.requests};
     // Small enough to find room. If the agent is gone, nobody misses it.
     (void)::send(m_socket, &answer, sizeof answer, MSG_NOSIGNAL | MSG_DONTWAIT);
 }

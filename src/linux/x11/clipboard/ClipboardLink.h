@@ -11,17 +11,25 @@
 
 namespace talvera {
 
-// The agent sends a text: a TextHead, then its bytes in UTF-8. The companion answers with an OwnedAnswer as
-// soon as the clipboard is its own. Both ends are on one machine, of one build.
+// The agent sends requests: a RequestHead, and behind that of a text the text in UTF-8. The companion answers
+// each with an Answer; that to a text says that the clipboard is its own. Both ends are on one machine, of
+// one build.
 
-struct TextHead {
-    std::uint32_t serial = 0; ///< comes back in the answer
-    std::uint32_t length = 0; ///< bytes
+enum class ClipboardRequest : std::uint32_t {
+    Hold,   ///< take the clipboard for this text
+    Report, ///< tell how the last one fares
 };
 
-struct OwnedAnswer {
+struct RequestHead {
+    std::uint32_t serial = 0; ///< comes back in the answer
+    ClipboardRequest request = ClipboardRequest::Hold;
+    std::uint32_t length = 0; ///< of the text, in bytes
+};
+
+struct ClipboardAnswer {
     std::uint32_t serial = 0;
-    std::uint32_t owned = 0; ///< 1: a paste anywhere now gives the text
+    std::uint32_t isHeld = 0;   ///< 1: a paste anywhere gives the text
+    std::uint32_t requests = 0; ///< how often somebody has got it so far
 };
 
 inline constexpr std::size_t longestClipboardText = 256U * 1024 * 1024;
@@ -30,30 +38,33 @@ inline constexpr std::size_t longestClipboardText = 256U * 1024 * 1024;
 /// or when the other end is gone or says no.
 bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit);
 
+/// Asks how the last text fares. Nothing when that takes longer than `limit` or the other end is gone.
+std::optional<ClipboardAnswer> askReport(int socket, std::uint32_t serial, std::chrono::milliseconds limit);
+
 /// The companion's end: takes in what has arrived, without waiting.
-class TextReader {
+class RequestReader {
 public:
     struct Arrival {
         std::uint32_t serial = 0;
-        WipedText text;
+        WipedText text; ///< null: a report is asked for
     };
     enum class State { Open, HungUp };
 
-    explicit TextReader(int socket)
+    explicit RequestReader(int socket)
         : m_socket(socket) {}
 
-    /// The next text that is complete; nothing if none is. After that, `state()` tells whether more can come.
+    /// The next request that is complete; nothing if none is. After that, `state()` tells whether more can come.
     std::optional<Arrival> read();
     State state() const { return m_state; }
 
-    void answer(std::uint32_t serial, bool owned) const;
+    void answer(std::uint32_t serial, const SelectionOwner::Report& report) const;
 
 private:
     bool fill(char* bytes, std::size_t size, std::size_t& filled);
 
     int m_socket;
     State m_state = State::Open;
-    TextHead m_head;
+    RequestHead m_head;
     std::size_t m_headFilled = 0;
     std::shared_ptr<std::string> m_text;
     std::size_t m_textFilled = 0;

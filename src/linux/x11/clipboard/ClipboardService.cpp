@@ -22,9 +22,9 @@ int millisecondsUntil(std::optional<Clock::time_point> moment) {
 } // namespace
 
 bool ClipboardService::serveLink(int stop) {
-    while (m_reader.state() == TextReader::State::Open && step(m_socket, stop, std::nullopt))
-        takeTexts();
-    return m_reader.state() == TextReader::State::HungUp;
+    while (m_reader.state() == RequestReader::State::Open && step(m_socket, stop, std::nullopt))
+        answerRequests();
+    return m_reader.state() == RequestReader::State::HungUp;
 }
 
 void ClipboardService::serveRest(int stop) {
@@ -56,9 +56,13 @@ bool ClipboardService::step(int socket, int stop, std::optional<Clock::time_poin
     return !m_connection.isBroken() && sources[2].revents == 0;
 }
 
-void ClipboardService::takeTexts() {
-    while (auto arrival = m_reader.read())
-        m_reader.answer(arrival->serial, m_owner.own(std::move(arrival->text)));
+void ClipboardService::answerRequests() {
+    while (auto arrival = m_reader.read()) {
+        if (arrival->text)
+            m_reader.answer(arrival->serial, {m_owner.own(std::move(arrival->text)), 0});
+        else
+            m_reader.answer(arrival->serial, m_owner.report());
+    }
 }
 
 } // namespace talvera

@@ -32,11 +32,11 @@ public:
 private:
     /// Waits for the next event and handles it. False when `stop` can be read or the X server is gone.
     bool step(int socket, int stop, std::optional<SelectionOwner::Clock::time_point> limit);
-    void takeTexts();
+    void answerRequests();
 
     X11Connection& m_connection;
     int m_socket;
-    TextReader m_reader;
+    RequestReader m_reader;
     SelectionOwner m_owner;
 };
 

@@ -2,6 +2,7 @@
 #include "linux/x11/clipboard/SelectionOwner.h"
 
 #include "linux/x11/server/FocusedWindow.h"
+#include "linux/x11/server/serverTime.h"
 
 #include <algorithm>
 #include <cstring>
@@ -14,7 +15,6 @@ namespace {
 
 constexpr std::size_t pieceSize = 128 * 1024; // any server takes requests of this size
 constexpr std::chrono::seconds transferPatience{15};
-constexpr std::chrono::seconds timePatience{1};
 
 void wipe(std::string* text) {
     ::explicit_bzero(text->data(), text->size());
@@ -71,51 +71,39 @@ SelectionOwner::SelectionOwner(X11Connection& connection)
 }
 
 bool SelectionOwner::own(WipedText text) {
-    const auto time = serverTime();
+    const auto time = serverTime(m_connection);
     if (!time)
         return false;
     m_text = std::move(text);
     m_since = *time;
+    m_requests = 0;
     m_handOver = HandOver::None;
     auto& [clipboard, primary] = m_holdings;
-    if (isMarkedInFocusedWindow())
-        return take(clipboard);
+    primary.isWanted = !isMarkedInFocusedWindow();
     const bool tookClipboard = take(clipboard);
-    return take(primary) && tookClipboard;
+    return (!primary.isWanted || take(primary)) && tookClipboard;
 }
 
 bool SelectionOwner::take(Holding& holding) {
     xcb_set_selection_owner(m_connection.get(), m_window, holding.selection, m_since);
-    const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(m_connection.get(), holding.selection));
-    holding.isOurs = owner && owner->owner == m_window;
+    holding.isOurs = m_connection.selectionOwner(holding.selection) == m_window;
     return holding.isOurs;
 }
 
 bool SelectionOwner::isMarkedInFocusedWindow() {
-    const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(m_connection.get(), XCB_ATOM_PRIMARY));
+    const xcb_window_t owner = m_connection.selectionOwner(XCB_ATOM_PRIMARY);
     const xcb_window_t focused = focusedWindow(m_connection);
-    const std::uint32_t clientBits = ~xcb_get_setup(m_connection.get())->resource_id_mask;
-    const bool isFocusedClient = owner && owner->owner != XCB_NONE && focused != XCB_NONE &&
-                                 (owner->owner & clientBits) == (focused & clientBits);
+    const std::uint32_t clientBits = ~m_connection.setup().resource_id_mask;
+    const bool isFocusedClient =
+        owner != XCB_NONE && focused != XCB_NONE && (owner & clientBits) == (focused & clientBits);
     return isFocusedClient && !mayBeTerminal(processOfWindow(m_connection, focused));
 }
 
-std::optional<xcb_timestamp_t> SelectionOwner::serverTime() {
-    // A change that changes nothing, for the time that stands in its notice.
-    const xcb_atom_t property = m_connection.atom("_TALVERA_TIME");
-    xcb_change_property(m_connection.get(), XCB_PROP_MODE_APPEND, m_window, property, XCB_ATOM_CARDINAL, 32,
-                        0, nullptr);
-    const auto deadline = Clock::now() + timePatience;
-    while (const XcbEvent event = m_connection.waitForEvent(deadline)) {
-        const auto* change = reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
-        if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY && change->window == m_window &&
-            change->atom == property)
-            return change->time;
-        handle(*event);
-    }
-    return std::nullopt;
+SelectionOwner::Report SelectionOwner::report() {
+    bool isHeld = m_text != nullptr;
+    for (const Holding& holding : m_holdings)
+        isHeld = isHeld && (!holding.isWanted || m_connection.selectionOwner(holding.selection) == m_window);
+    return {isHeld, m_requests};
 }
 
 bool SelectionOwner::isNeeded() const {
@@ -189,6 +177,9 @@ void SelectionOwner::onRequest(const xcb_selection_request_event_t& request) {
     answer.target = request.target;
     const bool given = isOurs && !isLate && convert(request.requestor, request.target, property);
     answer.property = given ? property : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    const bool isAboutText =
+        request.target != m_connection.atom("TARGETS") && request.target != m_connection.atom("TIMESTAMP");
+    m_requests += given && isAboutText ? 1 : 0;
     xcb_send_event(m_connection.get(), 0, request.requestor, XCB_EVENT_MASK_NO_EVENT,
                    reinterpret_cast<const char*>(&answer));
 }
@@ -325,9 +316,7 @@ void SelectionOwner::listenTo(xcb_window_t requestor, bool listen) {
 
 bool SelectionOwner::beginHandOver() {
     const xcb_atom_t manager = m_connection.atom("CLIPBOARD_MANAGER");
-    const auto owner = m_connection.reply<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(m_connection.get(), manager));
-    if (!m_holdings[0].isOurs || !owner || owner->owner == XCB_NONE)
+    if (!m_holdings[0].isOurs || m_connection.selectionOwner(manager) == XCB_WINDOW_NONE)
         return false;
     const xcb_atom_t property = m_connection.atom("_TALVERA_SAVE");
     giveAtoms(m_window, property, XCB_ATOM_ATOM,

@@ -36,6 +36,13 @@ public:
     /// meanwhile.
     bool own(WipedText text);
 
+    /// How the text fares that was taken in last.
+    struct Report {
+        bool isHeld = false;        ///< a paste anywhere still gives it
+        std::uint32_t requests = 0; ///< how often it has been given to somebody
+    };
+    Report report();
+
     /// One of the selections is still ours, or somebody is still being given what was.
     bool isNeeded() const;
 
@@ -58,6 +65,7 @@ private:
 
     struct Holding {
         xcb_atom_t selection = XCB_ATOM_NONE;
+        bool isWanted = true;
         bool isOurs = false;
     };
 
@@ -71,7 +79,6 @@ private:
         Clock::time_point deadline;
     };
 
-    std::optional<xcb_timestamp_t> serverTime();
     bool take(Holding& holding);
     bool isMarkedInFocusedWindow();
     void onRequest(const xcb_selection_request_event_t& request);
@@ -96,6 +103,7 @@ private:
     std::array<Holding, 2> m_holdings;
     xcb_timestamp_t m_since = XCB_CURRENT_TIME;
     WipedText m_text;
+    std::uint32_t m_requests = 0;
     std::vector<Transfer> m_transfers;
     HandOver m_handOver = HandOver::None;
 };

@@ -15,11 +15,11 @@ constexpr std::chrono::milliseconds answerLimit{2000};
 
 } // namespace
 
-X11Pasteboard::X11Pasteboard(Console& console, std::string companionProgram, std::string display)
+X11Pasteboard::X11Pasteboard(Console& console, std::string companionProgram, X11Server server)
     : m_console(console)
     , m_companionProgram(std::move(companionProgram))
-    , m_display(std::move(display))
-    , m_holder(CompanionProcess::start(m_companionProgram, m_display)) {}
+    , m_server(std::move(server))
+    , m_holder(CompanionProcess::start(m_companionProgram, m_server)) {}
 
 X11Pasteboard::~X11Pasteboard() = default;
 
@@ -29,14 +29,20 @@ bool X11Pasteboard::setString(const QString& text) {
     const std::string_view utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
     if (offer(utf8))
         return true;
-    replaceHolder(CompanionProcess::start(m_companionProgram, m_display));
+    replaceHolder(CompanionProcess::start(m_companionProgram, m_server));
     if (offer(utf8))
         return true;
-    replaceHolder(ClipboardThread::start(m_display));
+    replaceHolder(ClipboardThread::start(m_server));
     if (offer(utf8))
         return true;
     m_console.log(QStringLiteral("[pasteboard] the clipboard can't be set"));
     return false;
+}
+
+Pasteboard::State X11Pasteboard::state() {
+    const std::scoped_lock lock(m_mutex);
+    const auto answer = m_holder ? askReport(m_holder->socket(), ++m_serial, answerLimit) : std::nullopt;
+    return answer ? State{answer->isHeld == 1, answer->requests} : State{};
 }
 
 bool X11Pasteboard::offer(std::string_view utf8) {

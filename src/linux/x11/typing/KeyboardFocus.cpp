@@ -30,6 +30,12 @@ std::shared_ptr<const X11Target> KeyboardFocus::current() {
         target->isPopup = isPopup(target->outermost);
         target->process = processOfWindow(m_connection, now.focus);
     }
+    const bool isOnItsWay = isWindow(now.active) && !isOfApplication(*target, now.active);
+    if (isOnItsWay) { // the window manager has made its choice, and the focus follows
+        target->focus = target->outermost = now.active;
+        target->isPopup = false;
+        target->process = processOfWindow(m_connection, now.active);
+    }
     return target;
 }
 
@@ -76,19 +82,12 @@ KeyDestination KeyboardFocus::destination(const X11Target& target) {
 }
 
 KeyboardFocus::Place KeyboardFocus::place() {
-    xcb_connection_t* xcb = m_connection.get();
-    const auto activeQuestion =
-        xcb_get_property(xcb, 0, m_connection.root(), m_connection.atom("_NET_ACTIVE_WINDOW"),
-                         XCB_GET_PROPERTY_TYPE_ANY, 0, 1);
-    const auto focusQuestion = xcb_get_input_focus(xcb);
-    const auto active = m_connection.reply<xcb_get_property_reply_t>(activeQuestion);
+    const auto activeQuestion = m_connection.askProperty(m_connection.root(), "_NET_ACTIVE_WINDOW", 1);
+    const auto focusQuestion = xcb_get_input_focus(m_connection.get());
+    const auto active = m_connection.read(activeQuestion).items();
     const auto focus = m_connection.reply<xcb_get_input_focus_reply_t>(focusQuestion);
-    Place place;
-    if (active && active->format == 32 && xcb_get_property_value_length(active.get()) > 0)
-        place.active = *static_cast<const xcb_window_t*>(xcb_get_property_value(active.get()));
-    if (focus)
-        place.focus = focus->focus;
-    return place;
+    return {active.empty() ? xcb_window_t{XCB_NONE} : active.front(),
+            focus ? focus->focus : xcb_window_t{XCB_NONE}};
 }
 
 /// The server tells the window with the focus that a grab has taken the keys from it, or has given them back.

@@ -42,6 +42,12 @@ xkb_keysym_t symbolFor(char32_t character) {
     }
 }
 
+xkb_keysym_t plainSymbolFor(char32_t character) {
+    constexpr xkb_keysym_t unicode = 0x01000000;
+    return character >= U' ' && character != 0x7f ? unicode + static_cast<xkb_keysym_t>(character)
+                                                  : symbolFor(character);
+}
+
 TypingLayout::TypingLayout(X11Keyboard& keyboard)
     : m_keyboard(keyboard)
     , m_context(xkb_context_new(XKB_CONTEXT_NO_DEFAULT_INCLUDES)) {

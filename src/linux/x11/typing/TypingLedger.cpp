@@ -8,9 +8,10 @@ namespace talvera {
 
 namespace {
 
-// A property of the root window: lifted modifiers, modifiers to lock, then pairs of keycode and symbol.
+// A property of the root window: lifted modifiers, modifiers to lock, filters to switch on, then pairs of
+// keycode and symbol.
 constexpr std::string_view propertyName = "_TALVERA_TYPING";
-constexpr std::size_t headLength = 2;
+constexpr std::size_t headLength = 3;
 
 constexpr std::chrono::seconds catchUpLimit{10};
 
@@ -45,15 +46,20 @@ void TypingLedger::noteLocks(std::uint8_t lifted, std::uint8_t locked) {
     write();
 }
 
+void TypingLedger::noteFilters(std::uint32_t lifted) {
+    m_filters = lifted;
+    write();
+}
+
 void TypingLedger::write() {
     X11Connection& connection = m_keyboard.connection();
-    if (m_keys.empty() && m_lifted == 0) {
+    if (m_keys.empty() && m_lifted == 0 && m_filters == 0) {
         if (m_written)
             eraseLedger(connection);
         m_written = false;
         return;
     }
-    std::vector<std::uint32_t> items{m_lifted, m_locked};
+    std::vector<std::uint32_t> items{m_lifted, m_locked, m_filters};
     for (const auto& [key, symbol] : m_keys) {
         items.push_back(key);
         items.push_back(symbol);
@@ -79,6 +85,8 @@ void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
         returnLentKeys(keyboard, keys);
     }
     keyboard.setLockedModifiers(static_cast<std::uint8_t>(items[0]), static_cast<std::uint8_t>(items[1]));
+    if (items[2] != 0)
+        keyboard.setTypingFilters(items[2], items[2]);
     eraseLedger(keyboard.connection());
     keyboard.connection().roundTrip();
 }

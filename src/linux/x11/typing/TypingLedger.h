@@ -25,6 +25,9 @@ public:
     /// The modifiers whose locks are lifted from now on, and those that have to be locked in the end.
     void noteLocks(std::uint8_t lifted, std::uint8_t locked);
 
+    /// The filters that are switched off for the typing device from now on, as a set of XKB controls.
+    void noteFilters(std::uint32_t lifted);
+
     /// Pays back what a ledger at the server still owes, and releases keys that were left down. With
     /// `barrier`, the focused application first gets the time to read the keys that were typed last.
     static void settle(X11Keyboard& keyboard, TargetBarrier* barrier = nullptr);
@@ -36,6 +39,7 @@ private:
     LentKeys m_keys;
     std::uint8_t m_lifted = 0;
     std::uint8_t m_locked = 0;
+    std::uint32_t m_filters = 0;
     bool m_written = false;
 };
 

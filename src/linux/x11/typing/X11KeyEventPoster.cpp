@@ -28,7 +28,7 @@ public:
     X11TypingSession(std::unique_ptr<X11Typist> typist, const QStringList& chunks,
                      const TypingTargetPtr& target)
         : m_typist(std::move(typist)) {
-        m_typist->begin(symbolsOf(chunks), x11Target(target));
+        m_typist->begin(symbolsOf(chunks, m_typist->isInputMethodThere()), x11Target(target));
     }
 
     PostResult post(qsizetype index, KeyPhase phase) override {
@@ -49,12 +49,12 @@ public:
     }
 
 private:
-    X11Typist::Symbols symbolsOf(const QStringList& chunks) {
+    X11Typist::Symbols symbolsOf(const QStringList& chunks, bool isInputMethodThere) {
         X11Typist::Symbols symbols;
         for (const QString& chunk : chunks) {
             m_starts.push_back(symbols.size());
             for (const char32_t character : typeableCharacters(chunk))
-                symbols.push_back(symbolFor(character));
+                symbols.push_back(isInputMethodThere ? plainSymbolFor(character) : symbolFor(character));
         }
         m_starts.push_back(symbols.size());
         return symbols;
@@ -66,13 +66,13 @@ private:
 
 } // namespace
 
-X11KeyEventPoster::X11KeyEventPoster(const std::string& display)
-    : m_connection(X11Connection::open(display))
-    , m_barrierConnection(X11Connection::open(display))
-    , m_focusConnection(X11Connection::open(display))
+X11KeyEventPoster::X11KeyEventPoster(const X11Server& server)
+    : m_connection(server.connect())
+    , m_barrierConnection(server.connect())
+    , m_focusConnection(server.connect())
+    , m_barrier(std::make_unique<TargetBarrier>(*m_barrierConnection))
     , m_focus(std::make_unique<KeyboardFocus>(*m_focusConnection)) {
     m_keyboard = X11Keyboard::open(*m_connection);
-    m_barrier = std::make_unique<TargetBarrier>(*m_barrierConnection);
     if (m_keyboard)
         TypingLedger::settle(*m_keyboard);
 }

@@ -3,12 +3,12 @@
 
 #include "platform/keyboard/KeyEventPoster.h"
 
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/KeyboardFocus.h"
 #include "linux/x11/typing/TargetBarrier.h"
 #include "linux/x11/typing/X11Keyboard.h"
 
 #include <memory>
-#include <string>
 
 namespace talvera {
 
@@ -18,8 +18,8 @@ class X11Typist;
 /// let us post keys, no event can be made.
 class X11KeyEventPoster final : public KeyEventPoster {
 public:
-    /// Also pays back what a former process of ours has left undone. `display` empty: that of the session.
-    explicit X11KeyEventPoster(const std::string& display = {});
+    /// Also pays back what a former process of ours has left undone.
+    explicit X11KeyEventPoster(const X11Server& server = X11Server());
     ~X11KeyEventPoster() override;
 
     void prepare() override;

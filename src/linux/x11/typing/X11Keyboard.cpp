@@ -1,45 +1,35 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/typing/X11Keyboard.h"
 
+#include "linux/x11/server/X11InputDevices.h"
 #include "linux/x11/server/XcbXkb.h"
+
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
-#include <string_view>
+#include <optional>
 
 namespace talvera {
 
 namespace {
 
 constexpr int firstKeycode = 8;
+constexpr std::uint32_t allFilters = XCB_XKB_BOOL_CTRL_SLOW_KEYS | XCB_XKB_BOOL_CTRL_BOUNCE_KEYS;
 
-bool hasExtension(X11Connection& connection, xcb_extension_t& extension) {
-    const xcb_query_extension_reply_t* answer = xcb_get_extension_data(connection.get(), &extension);
-    return answer && answer->present;
-}
-
-/// Calls `visit` for each device of the server.
-template <typename Visitor>
-void forEachDevice(X11Connection& connection, Visitor visit) {
-    const auto answer = connection.reply<xcb_input_xi_query_device_reply_t>(
-        xcb_input_xi_query_device(connection.get(), XCB_INPUT_DEVICE_ALL));
-    if (!answer)
-        return;
-    for (auto infos = xcb_input_xi_query_device_infos_iterator(answer.get()); infos.rem > 0;
-         xcb_input_xi_device_info_next(&infos)) {
-        const std::string_view name(
-            xcb_input_xi_device_info_name(infos.data),
-            static_cast<std::size_t>(xcb_input_xi_device_info_name_length(infos.data)));
-        visit(*infos.data, name);
-    }
+/// The keyboard that belongs to a pointer, and so to the keys that we post.
+std::uint16_t masterOf(const X11InputDevices& devices, std::optional<std::uint16_t> pointer) {
+    for (const X11InputDevice& device : devices.all())
+        if (device.use == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER && (!pointer || device.id == *pointer))
+            return device.attachment;
+    return 0;
 }
 
 } // namespace
 
 std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection) {
     xcb_connection_t* xcb = connection.get();
-    if (!hasExtension(connection, xcb_test_id) || !hasExtension(connection, xcb_xkb_id) ||
-        !hasExtension(connection, xcb_input_id))
+    const auto* keyboards = connection.extension(xcb_xkb_id);
+    if (!keyboards || !connection.extension(xcb_test_id) || !connection.extension(xcb_input_id))
         return nullptr;
     const auto xkbCookie = xcb_xkb_use_extension(xcb, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION);
     const auto inputCookie = xcb_input_xi_query_version(xcb, 2, 2);
@@ -52,24 +42,15 @@ std::unique_ptr<X11Keyboard> X11Keyboard::open(X11Connection& connection) {
 
     // What we type arrives by the keyboard that belongs to our pointer, if the session should have several,
     // and to the first pointer unless one was chosen for us.
-    std::uint16_t master = 0;
-    forEachDevice(connection, [&](const xcb_input_xi_device_info_t& device, std::string_view) {
-        const bool chosen = pointer->set ? device.deviceid == pointer->deviceid : master == 0;
-        if (chosen && device.type == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER)
-            master = device.attachment;
-    });
-    std::unique_ptr<X11Keyboard> keyboard(new X11Keyboard(connection, master));
-    keyboard->m_eventType = xcb_get_extension_data(xcb, &xcb_xkb_id)->first_event;
-    keyboard->findTypingDevice();
-    return keyboard->m_typingDevice != 0 ? std::move(keyboard) : nullptr;
-}
-
-void X11Keyboard::findTypingDevice() {
-    forEachDevice(m_connection, [&](const xcb_input_xi_device_info_t& device, std::string_view name) {
-        if (device.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master &&
-            name.find("XTEST keyboard") != std::string_view::npos)
-            m_typingDevice = device.deviceid;
-    });
+    X11InputDevices devices;
+    devices.load(connection);
+    const std::uint16_t master =
+        masterOf(devices, pointer->set ? std::optional(pointer->deviceid) : std::nullopt);
+    const auto typingDevice = devices.postingKeyboard(master);
+    if (!typingDevice)
+        return nullptr;
+    return std::unique_ptr<X11Keyboard>(
+        new X11Keyboard(connection, master, *typingDevice, keyboards->first_event));
 }
 
 void X11Keyboard::watchKeymaps(bool watch) {
@@ -88,14 +69,14 @@ bool X11Keyboard::isKeymapChange(const xcb_generic_event_t& event) const {
 }
 
 std::vector<std::uint16_t> X11Keyboard::devices() {
-    std::vector<std::uint16_t> devices;
-    forEachDevice(m_connection, [&](const xcb_input_xi_device_info_t& device, std::string_view) {
-        const bool ours =
-            device.type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master;
-        if (ours || device.deviceid == m_master)
-            devices.push_back(device.deviceid);
-    });
-    return devices;
+    X11InputDevices devices;
+    devices.load(m_connection);
+    std::vector<std::uint16_t> ours;
+    for (const X11InputDevice& device : devices.all())
+        if (device.id == m_master ||
+            (device.use == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && device.attachment == m_master))
+            ours.push_back(device.id);
+    return ours;
 }
 
 void X11Keyboard::fake(std::uint8_t type, xcb_keycode_t key) {
@@ -121,6 +102,19 @@ X11KeyboardState X11Keyboard::state() {
 
 void X11Keyboard::setLockedModifiers(std::uint8_t mask, std::uint8_t locked, std::uint8_t latches) {
     xcb_xkb_latch_lock_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, mask, locked, 0, 0, latches, 0, 0);
+}
+
+std::uint32_t X11Keyboard::typingFilters() {
+    const auto controls = m_connection.reply<xcb_xkb_get_controls_reply_t>(
+        xcb_xkb_get_controls(m_connection.get(), m_typingDevice));
+    return controls ? controls->enabledControls & allFilters : 0;
+}
+
+void X11Keyboard::setTypingFilters(std::uint32_t mask, std::uint32_t filters) {
+    const std::uint8_t noKeyRepeats[32] = {};
+    xcb_xkb_set_controls(m_connection.get(), m_typingDevice, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, mask, filters,
+                         XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                         noKeyRepeats);
 }
 
 void X11Keyboard::releaseStranded() {

@@ -50,22 +50,29 @@ public:
     /// Locks and unlocks the modifiers of `mask` as `locked` says. Latched modifiers of `latches` are let go.
     void setLockedModifiers(std::uint8_t mask, std::uint8_t locked, std::uint8_t latches = 0);
 
+    /// Which of Slow Keys and Bounce Keys are on for the typing device, as a set of XKB controls.
+    std::uint32_t typingFilters();
+    /// Switches those of `mask` on or off for the typing device alone.
+    void setTypingFilters(std::uint32_t mask, std::uint32_t filters);
+
     /// Releases the keys that the typing device still holds, after somebody has died between a press and its
     /// release.
     void releaseStranded();
 
 private:
-    X11Keyboard(X11Connection& connection, std::uint16_t master)
+    X11Keyboard(X11Connection& connection, std::uint16_t master, std::uint16_t typingDevice,
+                std::uint8_t eventType)
         : m_connection(connection)
-        , m_master(master) {}
+        , m_master(master)
+        , m_typingDevice(typingDevice)
+        , m_eventType(eventType) {}
 
     void fake(std::uint8_t type, xcb_keycode_t key);
-    void findTypingDevice();
 
     X11Connection& m_connection;
     std::uint16_t m_master;
-    std::uint16_t m_typingDevice = 0;
-    std::uint8_t m_eventType = 0;
+    std::uint16_t m_typingDevice;
+    std::uint8_t m_eventType;
 };
 
 /// As long as it lives, events tell of changed keymaps. No event is left behind: an idle connection that

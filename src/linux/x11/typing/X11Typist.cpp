@@ -10,26 +10,34 @@ namespace talvera {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
 // For an application that hangs. Keys that it reads later than that may come out as others.
 constexpr std::chrono::seconds fullPatience{10};
-constexpr std::chrono::milliseconds lostPatience{100};
+constexpr milliseconds lostPatience{100};
 
-constexpr std::chrono::milliseconds focusPoll{5};
+constexpr milliseconds keyboardPoll{5};
+// For chords of the user's own, and for grabs of the keyboard. What is held longer than that is let go, since
+// it may never end by itself; a grab may end with it.
+constexpr milliseconds chordPatience{2000};
+constexpr milliseconds grabPatience{2300};
+constexpr milliseconds nobodyPatience{300};
+constexpr milliseconds elsewherePatience{50}; // some window managers have the focus themselves in between
 
 /// How long the keys may go astray until the target counts as lost.
-std::chrono::milliseconds patienceWith(KeyDestination destination) {
-    using std::chrono::milliseconds;
+milliseconds patienceWith(KeyDestination destination) {
     switch (destination) {
     case KeyDestination::Target:
         break;
     case KeyDestination::Nobody:
-        return milliseconds(300);
+        return nobodyPatience;
     case KeyDestination::Grab:
-        return milliseconds(2000);
+        return grabPatience;
     case KeyDestination::Elsewhere:
-        return milliseconds(50); // some window managers give the focus to one of their own in between
+        return elsewherePatience;
     }
-    return milliseconds::max();
+    return std::chrono::hours(1);
 }
 
 } // namespace
@@ -70,7 +78,9 @@ void X11Typist::begin(Symbols symbols, std::shared_ptr<const X11Target> target) 
     if (m_target)
         m_focus.watch(*m_target);
     m_barrier.begin();
-    m_group = m_keyboard.state().group;
+    m_filterGuard.emplace(m_keyboard, m_ledger);
+    m_guard.letGo(m_spares.neutralKey());
+    m_group = m_guard.look().group;
     followKeyboard();
     lendFrom(0);
 }
@@ -88,25 +98,23 @@ X11Typist::~X11Typist() {
 
 PostResult X11Typist::press(std::size_t position, bool withShift) {
     release();
-    m_group = m_guard.clear(m_spares.neutralKey());
+    if (const auto refusal = awaitKeyboard())
+        return *refusal;
     followKeyboard();
     const xkb_keysym_t symbol = m_symbols[position];
     std::optional<KeyStroke> stroke = findStroke(symbol);
     if (!stroke && symbol != XKB_KEY_NoSymbol) {
         lendFrom(position);
-        m_group = m_guard.clear(m_spares.neutralKey()); // that has taken its time
+        if (const auto refusal = awaitKeyboard()) // that has taken its time
+            return *refusal;
         stroke = findStroke(symbol);
     }
     if (stroke && withShift) {
         const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
         stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
     }
-    if (m_keyboard.connection().isBroken())
-        return PostResult::CutOff;
     if (!stroke)
         return PostResult::NotMakeable;
-    if (!keysGoToTarget())
-        return m_keyboard.connection().isBroken() ? PostResult::CutOff : PostResult::TargetLost;
     for (const xcb_keycode_t modifier : stroke->modifiers)
         m_keyboard.press(modifier);
     m_keyboard.press(stroke->key);
@@ -116,17 +124,23 @@ PostResult X11Typist::press(std::size_t position, bool withShift) {
     return PostResult::Posted;
 }
 
-bool X11Typist::keysGoToTarget() {
-    if (!m_target)
-        return true;
-    using Clock = std::chrono::steady_clock;
-    for (const auto start = Clock::now();;) {
-        const KeyDestination destination = m_focus.destination(*m_target);
-        if (destination == KeyDestination::Target)
-            return true;
-        if (Clock::now() - start >= patienceWith(destination))
-            return false;
-        std::this_thread::sleep_for(focusPoll);
+std::optional<PostResult> X11Typist::awaitKeyboard() {
+    bool hasLetGo = false;
+    for (const auto start = Clock::now();; std::this_thread::sleep_for(keyboardPoll)) {
+        const ModifierGuard::Look keyboard = m_guard.look();
+        const auto destination = m_target ? m_focus.destination(*m_target) : KeyDestination::Target;
+        const auto waited = Clock::now() - start;
+        if (m_keyboard.connection().isBroken())
+            return PostResult::CutOff;
+        m_group = keyboard.group;
+        if (!keyboard.isInUseByUser && destination == KeyDestination::Target)
+            return std::nullopt;
+        if (waited >= patienceWith(destination))
+            return PostResult::TargetLost;
+        if (waited >= chordPatience && (keyboard.isInUseByUser || !hasLetGo)) {
+            m_guard.letGo(m_spares.neutralKey());
+            hasLetGo = true;
+        }
     }
 }
 

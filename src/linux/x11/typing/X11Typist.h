@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/typing/InputMethods.h"
+#include "linux/x11/typing/KeyFilterGuard.h"
 #include "linux/x11/typing/KeyboardFocus.h"
 #include "linux/x11/typing/ModifierGuard.h"
 #include "linux/x11/typing/SpareKeycodes.h"
@@ -10,6 +12,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace talvera {
@@ -32,6 +35,9 @@ public:
     /// goes anywhere else.
     void begin(Symbols symbols, std::shared_ptr<const X11Target> target);
 
+    /// Whether what is typed may be composed to something else on its way.
+    bool isInputMethodThere() { return talvera::isInputMethodThere(m_keyboard.connection()); }
+
     /// Presses the key of the symbol at `position`, with Shift if `withShift` or if the symbol needs it. What
     /// was pressed before is released. Waits while the keys don't go to the target only for the moment.
     PostResult press(std::size_t position, bool withShift = false);
@@ -44,7 +50,8 @@ private:
     std::optional<KeyStroke> findStroke(xkb_keysym_t symbol);
     void lendFrom(std::size_t position);
     void awaitReading();
-    bool keysGoToTarget();
+    /// Waits until the next key comes alone and goes to the target. Answers why it can't, if so.
+    std::optional<PostResult> awaitKeyboard();
 
     X11Keyboard& m_keyboard;
     TargetBarrier& m_barrier;
@@ -56,6 +63,7 @@ private:
     TypingLayout m_layout;
     SpareKeycodes m_spares;
     ModifierGuard m_guard;
+    std::optional<KeyFilterGuard> m_filterGuard; ///< once typing has begun
     std::uint8_t m_group = 0;
     std::optional<KeyStroke> m_pressed;
     bool m_hasTyped = false; ///< something since the last barrier

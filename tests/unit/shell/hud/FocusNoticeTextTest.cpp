@@ -43,6 +43,10 @@ TEST(FocusNoticeText, everyKind_hasItsTextToneAndTime) {
          "Couldn't insert the text — it is on the clipboard. Press ⌘V to paste.",
          Tone::Warn,
          6},
+        {{Kind::ClipboardNotTaken},
+         "The app hasn't taken the text — it is on the clipboard. Press ⌘V to paste.",
+         Tone::Warn,
+         6},
         {{Kind::Undelivered}, "The text is lost: it could neither be inserted nor copied.", Tone::Warn, 6},
     };
     for (const auto& row : rows) {

@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+//
+// What the user does with the keyboard while a text is typed is theirs: a chord is never torn, and no key of
+// ours falls into it.
+
+#include "TypingAgent.h"
+#include "Program.h"
+#include "TypingTools.h"
+
+#include "RigInput.h"
+#include "linux/x11/clipboard/X11Pasteboard.h"
+#include "linux/x11/server/XcbXkb.h"
+#include "linux/x11/typing/X11KeyEventPoster.h"
+#include "linux/x11/typing/X11Keyboard.h"
+#include "receivers/Receiver.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+constexpr int LeftControl = 37;
+constexpr int LeftAlt = 64;
+constexpr int Space = 65;
+constexpr int Tab = 23;
+constexpr int LetterS = 39;
+constexpr int F8 = 74;
+
+const QString Text = QStringLiteral("A sentence that takes a while to type.");
+constexpr qsizetype Middle = 10;
+
+/// Fingers that press and let go at the pace of fingers, while a text is typed.
+class UserChord : public ::testing::Test {
+protected:
+    UserChord() { setLayout("us"); }
+    ~UserChord() override {
+        if (m_fingers.joinable()) {
+            m_fingers.join();
+        }
+    }
+
+    /// Types the text; in its middle the keys go down one after another, and up in the other order.
+    PostResult typeWhilePressing(const std::vector<int>& chord, milliseconds hold = milliseconds(100)) {
+        const auto result = typeText(poster, Text, [&](qsizetype chunk) {
+            if (chunk == Middle) {
+                m_fingers = std::thread([this, chord, hold] {
+                    for (const int key : chord) {
+                        keys.press(key);
+                        std::this_thread::sleep_for(milliseconds(60));
+                    }
+                    std::this_thread::sleep_for(hold);
+                    for (auto key = chord.rbegin(); key != chord.rend(); ++key) {
+                        keys.release(*key);
+                    }
+                });
+            }
+        });
+        m_fingers.join();
+        EXPECT_EQ(keyboardState(), "");
+        return result;
+    }
+
+    RigInput keys;
+    X11KeyEventPoster poster;
+
+private:
+    std::thread m_fingers;
+};
+
+/// Switches Slow Keys or Bounce Keys on for all keyboards, and off in the end.
+class KeyFilter {
+public:
+    explicit KeyFilter(std::uint32_t control)
+        : m_control(control) {
+        set(control);
+    }
+    ~KeyFilter() { set(0); }
+    KeyFilter(const KeyFilter&) = delete;
+    KeyFilter& operator=(const KeyFilter&) = delete;
+
+    /// On the device that posted keys come from.
+    bool isOnForPostedKeys() {
+        const auto keyboard = X11Keyboard::open(*m_connection);
+        return keyboard && (keyboard->typingFilters() & m_control) != 0;
+    }
+
+private:
+    void set(std::uint32_t controls) {
+        const auto keyboard = X11Keyboard::open(*m_connection); // makes the extension known
+        ASSERT_TRUE(keyboard);
+        const std::uint8_t noKeyRepeats[32] = {};
+        xcb_xkb_set_controls(m_connection->get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                             m_control, controls, XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                             0, 0, 0, 0, 0, noKeyRepeats);
+        EXPECT_TRUE(m_connection->roundTrip());
+    }
+
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::uint32_t m_control;
+};
+
+void expectTypedAndPasted(std::uint32_t control, Receiver::Kind kind) {
+    setLayout("us");
+    Receiver receiver(kind);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    KeyFilter filter(control);
+    ASSERT_TRUE(filter.isOnForPostedKeys());
+    const QString text = QStringLiteral("Hello all, book and Wörld: жжж");
+    {
+        X11KeyEventPoster poster;
+        EXPECT_EQ(typeText(poster, text), PostResult::Posted);
+        EXPECT_TRUE(receiver.waitForText(text)) << receiver.text().toStdString();
+        EXPECT_TRUE(filter.isOnForPostedKeys());
+        pasteText(poster, pasteboard, text);
+        EXPECT_TRUE(receiver.waitForText(text + text)) << receiver.text().toStdString();
+    }
+    EXPECT_TRUE(filter.isOnForPostedKeys());
+}
+
+} // namespace
+
+TEST_F(UserChord, hotkeyChord_isHeardAndStaysOutOfTheText) {
+    Receiver receiver(Receiver::Kind::Qt);
+    Program other;
+    other.grabChord(Space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1);
+    EXPECT_EQ(typeWhilePressing({LeftControl, LeftAlt, Space}), PostResult::Posted);
+    EXPECT_EQ(other.keyPresses(),
+              (std::vector<Program::KeyPress>{{Space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1}}));
+    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+}
+
+TEST_F(UserChord, hotkeyWithoutModifiersHeldForLong_textComesAllTheSame) {
+    Receiver receiver(Receiver::Kind::Gtk);
+    Program other;
+    other.grabChord(F8, 0);
+    EXPECT_EQ(typeWhilePressing({F8}, seconds(4)), PostResult::Posted);
+    EXPECT_EQ(other.keyPresses().size(), 1U);
+    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+}
+
+TEST_F(UserChord, shortcutOfTheApplication_arrivesAsSuch) {
+    Program program;
+    program.show(Program::Kind::Managed);
+    EXPECT_EQ(typeWhilePressing({LeftControl, LetterS}), PostResult::Posted);
+    const auto presses = program.keyPresses();
+    EXPECT_EQ(std::ranges::count(presses, Program::KeyPress{LetterS, XCB_MOD_MASK_CONTROL}), 1);
+    EXPECT_EQ(std::ranges::count_if(presses,
+                                    [](const Program::KeyPress& press) {
+                                        return press.key != LetterS &&
+                                               (press.modifiers & XCB_MOD_MASK_CONTROL) != 0;
+                                    }),
+              0);
+}
+
+TEST_F(UserChord, altTab_movesTheFocusAndStopsTheTyping) {
+    Receiver second(Receiver::Kind::Qt, QStringLiteral("second"));
+    Receiver first(Receiver::Kind::Gtk, QStringLiteral("first"));
+    EXPECT_EQ(typeWhilePressing({LeftAlt, Tab}), PostResult::TargetLost);
+    EXPECT_TRUE(first.waitFor([](const QString& text) { return !text.isEmpty() && Text.startsWith(text); }));
+    typeAnywhere(poster, QStringLiteral("."));
+    EXPECT_TRUE(second.waitForText(QStringLiteral("."))) << second.text().toStdString();
+}
+
+TEST_F(UserChord, modifierHeldForLong_isLetGoAfterAWhile) {
+    Receiver receiver(Receiver::Kind::Terminal);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(typeWhilePressing({LeftControl}, seconds(5)), PostResult::Posted);
+    EXPECT_GT(std::chrono::steady_clock::now() - start, seconds(2));
+    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+}
+
+TEST(SlowKeys, gtk_getsAllThatIsTypedAndPasted) {
+    expectTypedAndPasted(XCB_XKB_BOOL_CTRL_SLOW_KEYS, Receiver::Kind::Gtk);
+}
+TEST(SlowKeys, qt_getsAllThatIsTypedAndPasted) {
+    expectTypedAndPasted(XCB_XKB_BOOL_CTRL_SLOW_KEYS, Receiver::Kind::Qt);
+}
+TEST(BounceKeys, gtk_getsAllThatIsTypedAndPasted) {
+    expectTypedAndPasted(XCB_XKB_BOOL_CTRL_BOUNCE_KEYS, Receiver::Kind::Gtk);
+}
+TEST(BounceKeys, terminal_getsAllThatIsTypedAndPasted) {
+    expectTypedAndPasted(XCB_XKB_BOOL_CTRL_BOUNCE_KEYS, Receiver::Kind::Terminal);
+}
+
+TEST(SlowKeys, usersOwnKeys_staySlow) {
+    setLayout("us");
+    Receiver receiver(Receiver::Kind::Qt);
+    RigInput keys;
+    X11KeyEventPoster poster;
+    const KeyFilter filter(XCB_XKB_BOOL_CTRL_SLOW_KEYS);
+    EXPECT_EQ(typeText(poster, Text, [&](qsizetype) { keys.tap(LetterS); }), PostResult::Posted);
+    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+}
+
+TEST(SlowKeys, agentKilledWhileTyping_areBackForPostedKeys) {
+    setLayout("us");
+    KeyFilter filter(XCB_XKB_BOOL_CTRL_SLOW_KEYS);
+    TypingAgent agent;
+    const pid_t companion = agent.companion();
+    agent.tell("begin abc");
+    agent.tell("down 0");
+    ASSERT_FALSE(filter.isOnForPostedKeys());
+    agent.kill();
+    ASSERT_TRUE(awaitEnd(companion));
+    EXPECT_TRUE(filter.isOnForPostedKeys());
+}
