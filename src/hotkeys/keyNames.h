@@ -16,7 +16,8 @@ namespace talvera {
 /// A special key that is held alone.
 QString specialKeyName(HotkeyBinding::SpecialKey key);
 
-/// The names of the modifiers among these KeyFlag bits, one after the other, as they stand before a key's name.
+/// The names of the modifiers among these KeyFlag bits, one after the other, as they stand before a key's
+/// name.
 QString modifierNames(std::uint64_t modifiers);
 
 /// The name of a key that is called the same on every layout; nothing for others.

@@ -12,8 +12,8 @@
 
 namespace talvera {
 
-/// Our item in whatever tray this desktop has: over D-Bus where a panel shows such items, else as an icon in a
-/// tray of the old kind. Follows panels that come and go.
+/// Our item in whatever tray this desktop has: over D-Bus where a panel shows such items, else as an icon in
+/// a tray of the old kind. Follows panels that come and go.
 class TrayStatusItem final : public StatusItem {
 public:
     /// How long a session may take until its tray is there.

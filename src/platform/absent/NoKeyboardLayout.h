@@ -8,7 +8,7 @@ namespace talvera {
 /// A session that doesn't tell what its keys write.
 class NoKeyboardLayout final : public KeyboardLayout {
 public:
-    std::optional<QString> character(std::uint16_t) override { return std::nullopt; }
+    std::optional<QString> character(VirtualKey) override { return std::nullopt; }
 };
 
 } // namespace talvera

@@ -9,6 +9,7 @@ namespace talvera {
 class NoPasteboard final : public Pasteboard {
 public:
     bool setString(const QString&) override { return false; }
+    State state() override { return {}; }
 };
 
 } // namespace talvera

@@ -29,7 +29,8 @@ struct NoFocusedElement {};
 struct NotAnElement {};
 using FocusedElement = std::variant<NoFocusedElement, NotAnElement, std::unique_ptr<AccessibilityElement>>;
 
-/// The accessibility tree of the session. Main thread only. A hung application costs at most a bounded moment.
+/// The accessibility tree of the session. Main thread only. A hung application costs at most a bounded
+/// moment.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;

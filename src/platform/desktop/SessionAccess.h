@@ -12,8 +12,8 @@ class SessionAccess {
 public:
     virtual ~SessionAccess() = default;
 
-    /// What is lacking now for us to watch keys, post keys and see the active window; empty when all is there.
-    /// It may come and go.
+    /// What is lacking now for us to watch keys, post keys and see the active window; empty when all is
+    /// there. It may come and go.
     virtual std::vector<SessionLack> lacks() = 0;
 
     /// We may watch keys here, whatever else is lacking.

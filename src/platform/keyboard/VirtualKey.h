@@ -5,12 +5,12 @@
 
 namespace talvera {
 
-/// A key by its place on the keyboard, whatever the layout writes there: the same number for the same physical
-/// key everywhere. These are the numbers of stored bindings. A binding may hold any other number, too: that of
-/// a key which no keyboard here has.
+/// A key by its place on the keyboard, whatever the layout writes there: the same number for the same
+/// physical key everywhere. These are the numbers of stored bindings. A binding may hold any other number,
+/// too: that of a key which no keyboard here has.
 ///
-/// Letters and signs are called what the US layout has there. Command is the key that PC keyboards label Super
-/// or with a logo; their Right Ctrl stands in for RightCommand.
+/// Letters and signs are called what the US layout has there. Command is the key that PC keyboards label
+/// Super or with a logo; their Right Ctrl stands in for RightCommand.
 enum class VirtualKey : std::uint16_t {
     A = 0,
     S = 1,

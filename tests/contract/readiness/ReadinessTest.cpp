@@ -36,8 +36,8 @@ protected:
         connection.emplace(actor, server.address());
         connection->waitForAnswer(10s);
         microphone.emplace(*connection);
-        monitor.emplace(ReadinessMonitor::Parts{actor, *microphone, access, languageModel,
-                                                settingsPanels, activation});
+        monitor.emplace(
+            ReadinessMonitor::Parts{actor, *microphone, access, languageModel, settingsPanels, activation});
     }
     void startWindowManager() {
         manager.setProcessEnvironment([] {

@@ -198,7 +198,7 @@ TEST(HeldHotkey, chordStillDownAsTypingBegins_staysOut) {
     ASSERT_TRUE(connection->roundTrip());
     scene.keys.press(Key::leftControl);
     scene.keys.press(Key::leftAlt);
-    scene.keys.press(SpaceKey);
+    scene.keys.press(Key::space);
     scene.result = typeText(scene.poster, Text);
     EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
     for (const int key : {Key::space, Key::leftAlt, Key::leftControl}) {

@@ -273,12 +273,12 @@ TEST(Trouble, hungTarget_delaysTypingOnce) {
 }
 
 TEST(Trouble, noXServer_noEventCanBeMade) {
-    X11KeyEventPoster poster(":4711");
+    X11KeyEventPoster poster{X11Server(":4711")};
     const auto session = poster.beginTyping({QStringLiteral("a")}, nullptr);
     EXPECT_EQ(session->post(0, KeyPhase::Down), PostResult::CutOff);
     EXPECT_EQ(session->post(0, KeyPhase::Up), PostResult::CutOff);
     EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, ":4711");
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server(":4711"));
     EXPECT_FALSE(pasteboard.setString(QStringLiteral("lost, but nobody hangs")));
     EXPECT_EQ(console.logged(), QStringList{"[pasteboard] the clipboard can't be set"});
 }

@@ -3,8 +3,8 @@
 // What the user does with the keyboard while a text is typed is theirs: a chord is never torn, and no key of
 // ours falls into it.
 
-#include "TypingAgent.h"
 #include "Program.h"
+#include "TypingAgent.h"
 #include "TypingTools.h"
 
 #include "RigInput.h"

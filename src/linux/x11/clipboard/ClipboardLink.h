@@ -53,7 +53,8 @@ public:
     explicit RequestReader(int socket)
         : m_socket(socket) {}
 
-    /// The next request that is complete; nothing if none is. After that, `state()` tells whether more can come.
+    /// The next request that is complete; nothing if none is. After that, `state()` tells whether more can
+    /// come.
     std::optional<Arrival> read();
     State state() const { return m_state; }
 

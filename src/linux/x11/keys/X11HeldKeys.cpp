@@ -7,8 +7,8 @@ namespace talvera {
 
 namespace {
 
-/// Such a key counts by its place, also where the layout gives it another meaning: Right Alt is no modifier at
-/// all in the maps of layouts that make it AltGr.
+/// Such a key counts by its place, also where the layout gives it another meaning: Right Alt is no modifier
+/// at all in the maps of layouts that make it AltGr.
 bool isModifierByPlace(VirtualKey key) {
     return key == VirtualKey::RightCommand || key == VirtualKey::RightOption || key == VirtualKey::Fn;
 }

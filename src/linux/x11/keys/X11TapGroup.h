@@ -34,8 +34,8 @@ public:
     X11TapGroup& operator=(const X11TapGroup&) = delete;
     ~X11TapGroup();
 
-    /// A new tap, disabled and waiting for nothing; the first one starts the thread. Null when the session does
-    /// not let us watch keys.
+    /// A new tap, disabled and waiting for nothing; the first one starts the thread. Null when the session
+    /// does not let us watch keys.
     std::shared_ptr<X11Tap> add(EventTap::Callback callback);
     void remove(const std::shared_ptr<X11Tap>& tap);
 

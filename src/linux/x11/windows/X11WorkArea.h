@@ -19,8 +19,8 @@ public:
     /// `windows` asks on `connection`; both outlive it.
     X11WorkArea(X11Connection& connection, EwmhWindows& windows);
 
-    /// What panels leave free of the monitor with the active window, else of the one with the pointer. Nothing
-    /// where there is no monitor.
+    /// What panels leave free of the monitor with the active window, else of the one with the pointer.
+    /// Nothing where there is no monitor.
     std::optional<QRect> now();
 
 private:

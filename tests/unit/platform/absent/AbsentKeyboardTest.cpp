@@ -31,11 +31,13 @@ TEST(AbsentKeyEventPoster, text_canNeitherBeTypedNorPasted) {
 }
 
 TEST(AbsentPasteboard, text_isRefused) {
-    EXPECT_FALSE(NoPasteboard().setString(QStringLiteral("a")));
+    NoPasteboard pasteboard;
+    EXPECT_FALSE(pasteboard.setString(QStringLiteral("a")));
+    EXPECT_FALSE(pasteboard.state().isHeld);
 }
 
 TEST(AbsentKeyboardLayout, key_writesNothing) {
-    EXPECT_EQ(NoKeyboardLayout().character(17), std::nullopt);
+    EXPECT_EQ(NoKeyboardLayout().character(VirtualKey::T), std::nullopt);
 }
 
 TEST(AbsentSessionAccess, session_isNoneToWorkIn) {

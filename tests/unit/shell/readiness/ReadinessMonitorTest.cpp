@@ -22,8 +22,8 @@ class Readiness : public testing::Test {
 protected:
     ReadinessMonitor& monitor() {
         if (!made)
-            made.emplace(ReadinessMonitor::Parts{actor, microphone, access, languageModel,
-                                                 settingsPanels, activation});
+            made.emplace(ReadinessMonitor::Parts{actor, microphone, access, languageModel, settingsPanels,
+                                                 activation});
         return *made;
     }
 
