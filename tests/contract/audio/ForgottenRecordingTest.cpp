@@ -5,6 +5,7 @@
 #include "linux/audio/SoxrAudioConverter.h"
 #include "linux/posix/PosixFileSystem.h"
 #include "linux/pulse/FrameAssembler.h"
+#include "linux/support/FileDescriptor.h"
 #include "speech/AudioChunker.h"
 #include "speech/AudioRecorder.h"
 
@@ -13,9 +14,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
+#include <cstring>
 #include <fstream>
 #include <string>
+
+#include <fcntl.h>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -57,38 +63,52 @@ private:
     std::optional<FrameAssembler> m_frames;
 };
 
+using Piece = std::array<std::int16_t, 32>;
+
+/// The piece that is being looked for; found here it doesn't count.
+Piece wanted;
+
+/// Whether the piece stands in `block`, which was read from the address `begin`.
+bool isIn(const std::vector<char>& block, std::uintptr_t begin) {
+    const auto own = reinterpret_cast<std::uintptr_t>(&wanted);
+    for (std::size_t from = 0; from < block.size();) {
+        const auto* found = ::memmem(block.data() + from, block.size() - from, wanted.data(), sizeof wanted);
+        if (found == nullptr)
+            return false;
+        const auto at = static_cast<std::size_t>(static_cast<const char*>(found) - block.data());
+        if (begin + at != own)
+            return true;
+        from = at + 1;
+    }
+    return false;
+}
+
 /// How many of some pieces of what was said, of 2 ms each, stand somewhere in this process's memory.
 int piecesInMemory() {
-    constexpr std::size_t length = 32;
     constexpr std::array<std::size_t, 6> starts = {5, 4000, 70'001, 160'000, 300'017, seconds * 16000 - 40};
+    constexpr std::uintptr_t largest = 256 << 20; // beyond that it is a sanitizer's book-keeping
     std::array<bool, starts.size()> found{};
     std::ifstream maps("/proc/self/maps");
-    std::FILE* memory = std::fopen("/proc/self/mem", "rb");
-    std::vector<std::int16_t> block;
+    const FileDescriptor memory(::open("/proc/self/mem", O_RDONLY | O_CLOEXEC));
+    std::vector<char> block;
     for (std::string line; std::getline(maps, line);) {
         unsigned long begin = 0;
         unsigned long end = 0;
         char rights[5] = {};
-        if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, rights) != 3 || rights[1] != 'w')
+        if (std::sscanf(line.c_str(), "%lx-%lx %4s", &begin, &end, rights) != 3 || rights[1] != 'w' ||
+            end - begin > largest)
             continue;
-        block.resize((end - begin) / sizeof(std::int16_t));
-        if (std::fseek(memory, static_cast<long>(begin), SEEK_SET) != 0)
-            continue;
-        block.resize(std::fread(block.data(), sizeof(std::int16_t), block.size(), memory));
+        block.resize(end - begin);
+        const auto count = ::pread(memory.get(), block.data(), block.size(), static_cast<off_t>(begin));
+        block.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
         for (std::size_t piece = 0; piece < starts.size(); ++piece) {
-            const auto first = said(starts[piece]);
-            for (std::size_t at = 0; at + length <= block.size() && !found[piece]; ++at) {
-                std::size_t same = 0;
-                if (block[at] == first) {
-                    while (same < length && block[at + same] == said(starts[piece] + same))
-                        ++same;
-                }
-                found[piece] = same == length;
-            }
+            for (std::size_t i = 0; i < wanted.size(); ++i)
+                wanted[i] = said(starts[piece] + i);
+            found[piece] = found[piece] || isIn(block, begin);
+            wanted = {};
         }
-        std::fill(block.begin(), block.end(), std::int16_t{});
+        std::fill(block.begin(), block.end(), '\0');
     }
-    std::fclose(memory);
     return static_cast<int>(std::count(found.begin(), found.end(), true));
 }
 
