@@ -5,6 +5,7 @@
 Says "focused WIDGET" whenever one gets the focus, and "window active" or "window inactive". Obeys "focus WIDGET" and "window WIDGET" (a second window, with that
 widget in focus) on standard input, and ends with it.
 """
+import signal
 import sys
 
 import gi
@@ -81,6 +82,8 @@ def obey(channel, _):
     return bool(command)
 
 
+# GLib ends a program with this signal when the session bus is lost; this one outlives it, and is silent from then on.
+signal.signal(signal.SIGTERM, signal.SIG_IGN)
 windows = [Window(sys.argv[1])]
 GLib.io_add_watch(sys.stdin.fileno(), GLib.PRIORITY_DEFAULT, GLib.IO_IN | GLib.IO_HUP, obey)
 Gtk.main()
