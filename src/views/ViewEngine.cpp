@@ -37,7 +37,7 @@ void ViewEngine::prepareProcess() {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // Qt draws 5 ms after it was asked to; at once costs a wake-up less, which shows while the meter moves.
     qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
-    // Qt looks once, at the start, whether somebody wants accessibility, and screen readers may start later.
+    // Qt looks once, at the start, whether a program wants accessibility, and screen readers may start later.
     qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
 }
 

@@ -26,7 +26,7 @@ bool has(std::uint64_t states, int state) {
 
 } // namespace
 
-/// What comes back for a question. It outlives the bus when nobody waited for it.
+/// What comes back for a question. It outlives the bus when no caller waited for it.
 struct AtspiBus::Answer {
     bool done = false;
     GlibPtr<GVariant> value;
@@ -40,7 +40,7 @@ AtspiBus::~AtspiBus() {
     for (const auto& [subscription, onSignal] : m_subscriptions)
         g_dbus_connection_signal_unsubscribe(m_connection.get(), subscription);
     g_dbus_connection_close(m_connection.get(), nullptr, nullptr, nullptr);
-    // What nobody waited for comes to its end, at the latest with its deadline.
+    // What no caller waited for comes to its end, at the latest with its deadline.
     while (m_underWay > 0)
         g_main_context_iteration(m_answers.get(), TRUE);
 }

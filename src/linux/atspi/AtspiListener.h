@@ -43,7 +43,7 @@ private:
     using OnReply = std::function<void(GVariant* reply)>; ///< null when the call failed
 
     void run();
-    /// Calls `connected` with null when nobody is there.
+    /// Calls `connected` with null when no bus is there.
     void connectTo(const std::string& address,
                    void (AtspiListener::*connected)(GlibPtr<GDBusConnection> connection));
     void onSession(GlibPtr<GDBusConnection> connection);

@@ -80,7 +80,7 @@ void QuickHUDPanel::orderOut() {
 
 void QuickHUDPanel::fadeTo(double opacity) {
     m_fade.stop();
-    if (!m_parts.desktop.isComposited.get()) { // nobody would mix the two
+    if (!m_parts.desktop.isComposited.get()) { // nothing there is translucent
         m_window.setOpacity(1);
         return;
     }

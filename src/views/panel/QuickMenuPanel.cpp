@@ -124,9 +124,9 @@ void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {
     m_fade.start();
 }
 
-/// The content is made anew when it is needed again: until then its memory is worth more to others. So is the
+/// The content is made anew when it is needed again: until then it gives its memory back. So does the
 /// window: one that is merely hidden counts as having the keyboard for a while, and if it is shown again
-/// meanwhile nobody hears of its losing it.
+/// meanwhile we don't hear of its losing it.
 void QuickMenuPanel::faded() {
     if (!m_closing)
         return;

@@ -74,7 +74,7 @@ public:
     /// What the server has told of an extension, such as xcb_shape_id; null when it lacks it. Asked once.
     const xcb_query_extension_reply_t* extension(xcb_extension_t& extension);
 
-    /// Who owns the selection of that name; none when nobody does.
+    /// The window that owns the selection of that name; none when it has no owner.
     xcb_window_t selectionOwner(xcb_atom_t selection);
 
     /// Asks for a property. Several asked before the first of their answers is read cost one round trip

@@ -17,7 +17,7 @@ class X11Connection;
 
 /// What a window tells of itself.
 struct EwmhWindowFacts {
-    bool isPartOfDesktop = false; ///< the desktop's background or a panel: nobody writes there
+    bool isPartOfDesktop = false; ///< the desktop's background or a panel: no text goes there
     WindowIdentity identity;
 };
 

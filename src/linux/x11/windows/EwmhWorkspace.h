@@ -14,8 +14,8 @@ namespace talvera {
 class DesktopEntryCatalog;
 class X11Connection;
 
-/// The applications of an X11 session, by their windows. The desktop's background and its panels are nobody's
-/// front application, and nobody is in front of a locked screen. An application on another machine goes by a
+/// The applications of an X11 session, by their windows. The desktop's background and its panels are no
+/// application, and under a locked screen none is in front. An application on another machine goes by a
 /// negative process id.
 class EwmhWorkspace final : public Workspace {
 public:

@@ -63,7 +63,7 @@ void X11PanelDesktop::activate(QWindow& window) {
     m_connection->flush();
 }
 
-/// Raw events come beside the ordinary ones: nobody misses a press because we see it.
+/// Raw events come beside the ordinary ones: no program misses a press because we see it.
 Subscription X11PanelDesktop::watchPresses(std::function<void(QPoint place)> pressed) {
     auto observer = std::make_shared<std::function<void(QPoint)>>(std::move(pressed));
     m_pressed = observer;

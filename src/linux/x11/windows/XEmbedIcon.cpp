@@ -126,7 +126,7 @@ void XEmbedIcon::handle(const xcb_generic_event_t& event) {
             findTray();
         break;
     case XCB_REPARENT_NOTIFY:
-        // A tray that ends hands its icons back to the root window, where nobody wants to see them.
+        // A tray that ends hands its icons back to the root window, where they would lie about.
         if (const auto& moved = as<xcb_reparent_notify_event_t>(event);
             moved.window == m_window && moved.parent == m_x11->root())
             undock();
@@ -162,7 +162,7 @@ void XEmbedIcon::handle(const xcb_generic_event_t& event) {
 void XEmbedIcon::findTray() {
     undock();
     const auto selection = m_x11->atom("_NET_SYSTEM_TRAY_S0");
-    // Nobody may leave between the answer and our asking to be told of it.
+    // No tray may end between the answer and our asking to be told of its end.
     xcb_grab_server(m_x11->get());
     m_tray = m_x11->selectionOwner(selection);
     if (hasTray()) {
