@@ -45,7 +45,7 @@ SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts
     SessionBackEnds chosen;
     chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor);
     chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>();
-    chosen.keyPoster = std::make_unique<X11KeyEventPoster>();
+    chosen.keyPoster = std::make_unique<X11KeyEventPoster>(offer.server);
     chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion);
     chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
     chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);

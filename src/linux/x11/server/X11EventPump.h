@@ -12,8 +12,9 @@
 namespace talvera {
 
 /// Hands the events of a connection over on the event loop of the thread that makes it: those that arrive,
-/// and those that had been read already while an answer was waited for, which wake no event loop by themselves.
-/// Rests for good when the server is gone. On a thread without an event loop only drain() hands events over.
+/// and those that had been read already while an answer was waited for, which wake no event loop by
+/// themselves. Rests for good when the server is gone. On a thread without an event loop only drain() hands
+/// events over.
 class X11EventPump {
 public:
     using Handle = std::function<void(const xcb_generic_event_t& event)>;

@@ -14,7 +14,8 @@ namespace talvera {
 
 namespace {
 
-/// In units of four bytes. Texts of windows are cut here: no program's name is longer, whatever its window says.
+/// In units of four bytes. Texts of windows are cut here: no program's name is longer, whatever its window
+/// says.
 constexpr std::uint32_t longestText = 256;
 constexpr std::uint32_t mostTypes = 16;
 
