@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <csignal>
 #include <random>
+#include <stdexcept>
 
 #include <sys/resource.h>
 
@@ -68,7 +69,7 @@ TEST_F(AgentLife, crash_leavesNothingOfWhatWasSaidInACoreFile) {
     Receiver editor(Receiver::Kind::Gtk);
     dictateInto(editor);
     agent->signal(SIGSEGV);
-    EXPECT_NE(agent->awaitEnd(), 0);
+    EXPECT_THROW(agent->awaitEnd(), std::runtime_error) << "it did not crash";
     QDirIterator cores(qEnvironmentVariable("XDG_RUNTIME_DIR"), {"core*"}, QDir::Files | QDir::Hidden,
                        QDirIterator::Subdirectories); // where the agent runs
     EXPECT_FALSE(cores.hasNext()) << cores.next().toStdString();
