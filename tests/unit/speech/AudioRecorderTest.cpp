@@ -153,6 +153,17 @@ TEST_F(AudioRecorderTest, fullDisk_throwsAndLeavesNoFile) {
     EXPECT_FALSE(files.exists(path));
 }
 
+TEST_F(AudioRecorderTest, recordingAfterAFullDisk_hasNothingOfTheOneBefore) {
+    recorder.start();
+    deliver(Samples(16000, 5000));
+    files.setCapacity(100);
+    EXPECT_THROW(recorder.stop(path), PlatformError);
+    files.setCapacity(1'000'000);
+    recorder.start();
+    deliver(Samples(8000, 5000));
+    EXPECT_EQ(recorder.stop(path), 0.5);
+}
+
 TEST_F(AudioRecorderTest, level_arrivesOnTheMainThreadInALaterTurn) {
     std::vector<float> levels;
     recorder.setOnLevel([&](float level) { levels.push_back(level); });
