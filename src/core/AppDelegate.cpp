@@ -48,10 +48,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_parts.application.changeCurrentDirectory(m_parts.directories.temporary);
     m_parts.application.setActivationPolicy(ActivationPolicy::Accessory);
     applyLaunchAtLoginDefault();
-    m_parts.statusItem.onNoTray = [weak = weak_from_this()] {
-        if (const auto self = weak.lock())
-            self->sayHowToReachThePanel();
-    };
+    m_parts.statusItem.onNoTray = m_lifetime.ifAlive([this] { sayHowToReachThePanel(); });
     m_menuPanel = m_parts.makeMenuPanel();
     decideOnWizard();
     connectHotkeys();
@@ -84,28 +81,16 @@ void AppDelegate::decideOnWizard() {
 }
 
 void AppDelegate::connectHotkeys() {
-    const auto weak = weak_from_this();
-    m_parts.hotkey.onPressStart = [weak] {
-        if (const auto self = weak.lock())
-            self->m_parts.dictation->handlePressStart();
-    };
-    m_parts.hotkey.onPressEnd = [weak] {
-        if (const auto self = weak.lock())
-            self->m_parts.dictation->handlePressEnd();
-    };
-    m_parts.hotkey.onBindingRefused = [weak](WatchResult result) {
-        if (const auto self = weak.lock())
-            self->showBindingRefused(result);
-    };
+    m_parts.hotkey.onPressStart = m_lifetime.ifAlive([this] { m_parts.dictation->handlePressStart(); });
+    m_parts.hotkey.onPressEnd = m_lifetime.ifAlive([this] { m_parts.dictation->handlePressEnd(); });
+    m_parts.hotkey.onBindingRefused =
+        m_lifetime.ifAlive([this](WatchResult result) { showBindingRefused(result); });
     m_parts.hotkey.setBinding(m_parts.settings.hotkeyBinding.get());
     m_parts.hotkey.install();
 
-    m_parts.translateToggle.onTrigger = [weak, &actor = m_parts.actor] {
-        actor.post([weak] {
-            if (const auto self = weak.lock())
-                self->toggleTranslation();
-        });
-    };
+    m_parts.translateToggle.onTrigger = [&actor = m_parts.actor, toggle = m_lifetime.ifAlive([this] {
+        toggleTranslation();
+    })] { actor.post(toggle); };
     m_parts.translateToggle.setBinding(m_parts.settings.translateToggleBinding.get());
     m_parts.translateToggle.install();
 }
@@ -185,10 +170,7 @@ void AppDelegate::permissionHUDInputsMayHaveChanged() {
     m_lastPermissionHUDInputs = inputs;
     if (!inputs.done)
         return;
-    m_parts.actor.post([weak = weak_from_this()] {
-        if (const auto self = weak.lock())
-            self->m_parts.permissions->evaluatePermissionHUD();
-    });
+    m_parts.actor.post(m_lifetime.ifAlive([this] { m_parts.permissions->evaluatePermissionHUD(); }));
 }
 
 void AppDelegate::startedAgain() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
 #include "core/Trace.h"
 #include "platform/keyboard/EventTap.h"
@@ -34,7 +35,7 @@ struct Directories;
 
 /// Starts the agent and keeps its parts connected: what happens at launch, and which setting or permission
 /// concerns whom from then on. Everything that it starts holds it weakly. Main thread only.
-class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
+class AppDelegate {
 public:
     /// What the delegate works with; all that it does not own outlives it.
     struct Parts {
@@ -104,6 +105,7 @@ private:
     std::unique_ptr<MenuPanelController> m_menuPanel; ///< from the launch on
     std::optional<PermissionHUDInputs> m_lastPermissionHUDInputs;
     Cancellables m_cancellables;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

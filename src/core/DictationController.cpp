@@ -66,10 +66,7 @@ void DictationController::handlePressEnd() {
 
 /// Each step is a task of its own, in the order of the key events.
 void DictationController::start(void (DictationController::*step)()) {
-    m_parts.actor.post([weak = weak_from_this(), step] {
-        if (const auto self = weak.lock())
-            (self.get()->*step)();
-    });
+    m_parts.actor.post(m_lifetime.ifAlive([this, step] { (this->*step)(); }));
 }
 
 bool DictationController::passPressGate() {
@@ -101,15 +98,15 @@ void DictationController::startPressAfterHoldDelay() {
         return;
     const CancellationToken token;
     m_pendingRecordStart = token;
-    m_parts.actor.start([weak = weak_from_this(), &actor = m_parts.actor, token]() -> Task<void> {
-        if (weak.expired())
+    m_parts.actor.start([this, owner = m_lifetime.token(), &actor = m_parts.actor, token]() -> Task<void> {
+        if (!owner.isAlive())
             co_return;
         co_await actor.sleep(holdToRecordDelay, token);
         // A release may have come in between the end of the sleep and this turn.
         if (token.isCancelled())
             co_return;
-        if (const auto self = weak.lock())
-            self->beginRecording();
+        if (owner.isAlive())
+            beginRecording();
     });
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "concurrency/CancellationToken.h"
+#include "concurrency/Lifetime.h"
 #include "concurrency/Task.h"
 #include "concurrency/Time.h"
 #include "core/DictationRequest.h"
@@ -41,7 +42,7 @@ struct Directories;
 /// It alone holds the state of the press: when it began, its recording, whether it still waits. The state of
 /// the dictation, from idle through recording and transcribing back to idle, is MenuBarController's; this
 /// class asks it at every step and sets it. Main thread only.
-class DictationController : public std::enable_shared_from_this<DictationController> {
+class DictationController {
 public:
     /// What the controller works with; all that it does not own outlives it.
     struct Parts {
@@ -109,6 +110,7 @@ private:
     std::optional<Instant> m_pressStartedAt; ///< of the press, not of the recording
     std::optional<CancellationToken> m_pendingRecordStart;
     std::optional<FocusSnapshot> m_focusSnapshot; ///< of the moment at which the recording began
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

@@ -45,17 +45,8 @@ void PermissionPrompt::evaluatePermissionHUD() {
 }
 
 void PermissionPrompt::ask(Kind kind) {
-    const auto weak = weak_from_this();
-    m_parts.hud.showPermission(
-        kind,
-        [weak] {
-            if (const auto self = weak.lock())
-                self->dismiss();
-        },
-        [weak, kind] {
-            if (const auto self = weak.lock())
-                self->openSettings(kind);
-        });
+    m_parts.hud.showPermission(kind, m_lifetime.ifAlive([this] { dismiss(); }),
+                               m_lifetime.ifAlive([this, kind] { openSettings(kind); }));
 }
 
 void PermissionPrompt::dismiss() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "shell/hud/DictationHUDState.h"
 
 #include <memory>
@@ -15,7 +16,7 @@ class SessionAccess;
 
 /// Asks on the HUD for a permission that is missing: when a press needs it, and proactively when it is lost.
 /// Main thread only.
-class PermissionPrompt : public std::enable_shared_from_this<PermissionPrompt> {
+class PermissionPrompt {
 public:
     /// What the prompt works with; all of it outlives the prompt.
     struct Parts {
@@ -46,6 +47,7 @@ private:
 
     Parts m_parts;
     bool m_dismissed = false;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

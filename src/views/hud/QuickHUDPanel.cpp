@@ -59,8 +59,8 @@ void QuickHUDPanel::fadeIn() {
 void QuickHUDPanel::fadeOut(std::function<void()> completion) {
     fadeTo(0);
     m_parts.actor.startTimer(fadeDuration,
-                             [this, alive = std::weak_ptr(m_alive), completion = std::move(completion)] {
-                                 if (!alive.expired())
+                             [this, owner = m_lifetime.token(), completion = std::move(completion)] {
+                                 if (owner.isAlive())
                                      orderOut();
                                  completion();
                              });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
 #include "shell/hud/HUDModel.h"
 #include "shell/hud/HUDPanel.h"
@@ -63,7 +64,7 @@ private:
     Outline m_outline;
     QVariantAnimation m_fade;
     Subscription m_compositor;
-    std::shared_ptr<bool> m_alive = std::make_shared<bool>(true); ///< fades that end after us do nothing
+    Lifetime m_lifetime; ///< fades that end after us do nothing
 };
 
 } // namespace talvera
