@@ -241,7 +241,9 @@ std::optional<AtspiDescription> AtspiBus::findFocused(const AtspiObject& window,
         // A table makes its cells up when it is asked for them, all of a million if need be.
         if (!shown || has(stateBits, ATSPI_STATE_MANAGES_DESCENDANTS))
             continue;
-        const auto parts = children(visit.children).value_or(std::vector<AtspiObject>());
+        auto parts = children(visit.children).value_or(std::vector<AtspiObject>());
+        parts.resize(
+            std::min(parts.size(), mostObjects - asked - std::min(waiting.size(), mostObjects - asked)));
         waiting.insert(waiting.end(), parts.begin(), parts.end());
     }
     return vague;

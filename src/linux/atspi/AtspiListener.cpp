@@ -106,7 +106,7 @@ void AtspiListener::follow(GDBusConnection* session) {
         const char* owner = nullptr;
         g_variant_get(arguments, "(&s&s&s)", nullptr, nullptr, &owner);
         if (*owner)
-            static_cast<AtspiListener*>(listener)->findAccessibilityBus();
+            static_cast<AtspiListener*>(listener)->accessibilityStarted();
     };
     g_dbus_connection_signal_subscribe(session, "org.freedesktop.DBus", "org.freedesktop.DBus",
                                        "NameOwnerChanged", "/org/freedesktop/DBus", busName,
@@ -131,6 +131,13 @@ void AtspiListener::callSession(const char* interface, const char* method, GVari
     g_dbus_connection_call(m_session.get(), busName, busPath, interface, method, arguments, nullptr,
                            G_DBUS_CALL_FLAGS_NONE, -1, m_ending.get(), finish,
                            new Pending{this, std::move(onReply)});
+}
+
+/// The switch lives in that service and is off again when it has been restarted.
+void AtspiListener::accessibilityStarted() {
+    if (m_enabled)
+        setEnabled(*m_enabled, [](bool) {});
+    findAccessibilityBus();
 }
 
 void AtspiListener::findAccessibilityBus() {
@@ -220,6 +227,7 @@ std::optional<AtspiDescription> AtspiListener::focusedIn(const std::string& serv
 }
 
 void AtspiListener::setEnabled(bool enabled, std::function<void(bool)> done) {
+    m_enabled = enabled;
     if (m_connecting) {
         m_onceConnected.push_back([this, enabled, done = std::move(done)] { setEnabled(enabled, done); });
         return;

@@ -36,7 +36,8 @@ public:
     std::optional<AtspiDescription> focused(pid_t pid, AtspiBus::Deadline deadline);
 
     /// Tells all applications of the session that an assistive client is there, or no more, and then calls
-    /// `done` with the success. Starts the accessibility bus if need be, which takes its time.
+    /// `done` with the success. Starts the accessibility bus if need be, which takes its time. Holds also
+    /// when that service is restarted.
     void setEnabled(bool enabled, std::function<void(bool)> done);
 
 private:
@@ -50,6 +51,7 @@ private:
     void follow(GDBusConnection* session);
     void onAccessibilityBus(GlibPtr<GDBusConnection> connection);
     void callSession(const char* interface, const char* method, GVariant* arguments, OnReply onReply);
+    void accessibilityStarted();
     void findAccessibilityBus();
     void loseAccessibilityBus();
     std::vector<std::string> servicesOf(pid_t pid, AtspiBus::Deadline deadline);
@@ -62,6 +64,7 @@ private:
     std::vector<std::function<void()>> m_onceConnected; ///< or once it is clear that we never will be
     int m_underWay = 0;                                 ///< calls whose end would find us gone
     bool m_connecting = true;
+    std::optional<bool> m_enabled; ///< what was asked for last
     GlibPtr<GDBusConnection> m_session;
     std::unique_ptr<AtspiBus> m_bus;
     AtspiFocusMemory m_memory;
