@@ -11,15 +11,28 @@ Row {
     property bool running
     property string time: "00:00"
 
+    /// The calendar, in the same unit. It may be set while we count.
+    property var now: () => Date.now()
+    property double due: 0 ///< when the next tick is to come; 0 when none is
+    property double setForward: 0 ///< by how much the calendar has been set since the start
+
     function tick() {
-        const elapsed = Date.now() - startedAt;
+        const late = due > 0 ? now() - due : 0;
+        if (Math.abs(late) > 5000) // no tick comes so late or so early by itself
+            setForward += late;
+        const elapsed = now() - setForward - startedAt;
         time = model.recordingTime(elapsed);
         ticks.interval = 500 - Math.max(0, elapsed) % 500;
+        due = running ? now() + ticks.interval : 0;
         if (running)
             ticks.restart();
     }
     onRunningChanged: tick()
-    onStartedAtChanged: tick()
+    onStartedAtChanged: {
+        due = 0;
+        setForward = 0;
+        tick();
+    }
 
     FontMetrics {
         id: metrics

@@ -13,6 +13,8 @@
 #include <QAccessible>
 #include <QImage>
 #include <QPainter>
+#include <QQmlContext>
+#include <QQmlExpression>
 #include <QQuickItem>
 
 #include <gtest/gtest.h>
@@ -59,6 +61,28 @@ protected:
 
 TEST_F(HUDViews, root_hasThePanelsSize) {
     EXPECT_EQ(root->size(), QSizeF(560, 72));
+}
+
+/// The calendar jumps by a year, and the time goes on by its second.
+TEST_F(HUDViews, clockThatIsSetDuringARecording_leavesTheTimeAsItWas) {
+    const auto timers =
+        itemsBelow(*root, [](QQuickItem& item) { return item.property("setForward").isValid(); });
+    ASSERT_EQ(timers.size(), 1U);
+    auto& timer = *timers.front();
+    timer.setProperty("running", true);
+    const auto setClock = [&timer](const char* offset) {
+        QQmlExpression(qmlContext(&timer), &timer, QStringLiteral("now = () => Date.now() %1").arg(offset))
+            .evaluate();
+    };
+    for (const auto* year : {"+ 3.2e10", "- 3.2e10"}) {
+        setClock("");
+        holder.state.set(State::Listening{std::chrono::system_clock::now()});
+        ASSERT_EQ(timer.property("time").toString().toStdString(), "00:00");
+        setClock(year);
+        while (timer.property("time").toString() == "00:00")
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        EXPECT_EQ(timer.property("time").toString().toStdString(), "00:01") << year;
+    }
 }
 
 TEST_F(HUDViews, eachState_showsItsWordsWithinThePanel) {
