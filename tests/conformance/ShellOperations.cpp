@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "InMemoryPreferenceStore.h"
 #include "SimulatedMainActor.h"
+#include "UnseenHUDPanel.h"
 #include "language/unavailableReason.h"
 #include "operations.h"
 #include "persistence/AppSettings.h"
 #include "shell/MenuBarController.h"
 #include "shell/hud/DictationHUDController.h"
-#include "shell/hud/UnseenHUDPanel.h"
 #include "shell/panel/durationText.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
@@ -26,7 +26,7 @@ Answer aiState(const Request& request) {
 
 Answer hudLevels(const Request& request) {
     test::SimulatedMainActor actor;
-    DictationHUDController hud(actor, [] { return std::make_unique<UnseenHUDPanel>(); });
+    DictationHUDController hud(actor, [] { return std::make_unique<test::UnseenHUDPanel>(); });
     auto levels = Answer::array();
     for (const auto& input : request.array("inputs")) {
         if (input != "NaN" && !input.is_number())

@@ -4,8 +4,8 @@
 #include "FakeDesktopServices.h"
 #include "PrintQt.h"
 #include "SimulatedMainActor.h"
+#include "UnseenHUDPanel.h"
 #include "shell/hud/DictationHUDController.h"
-#include "shell/hud/UnseenHUDPanel.h"
 
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ protected:
     test::SimulatedMainActor actor;
     test::FakeUpdateService service{actor};
     test::FakeNotifier notifier{actor};
-    DictationHUDController hud{actor, [] { return std::make_unique<UnseenHUDPanel>(); }};
+    DictationHUDController hud{actor, [] { return std::make_unique<test::UnseenHUDPanel>(); }};
     std::optional<Updater> updater{std::in_place, service, notifier, hud};
 };
 

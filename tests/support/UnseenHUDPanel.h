@@ -3,9 +3,9 @@
 
 #include "shell/hud/HUDPanel.h"
 
-namespace talvera {
+namespace talvera::test {
 
-/// A panel that never comes on screen, for sessions in which there is nothing to show it on.
+/// A panel that never comes on screen.
 class UnseenHUDPanel final : public HUDPanel {
 public:
     bool isVisible() const override { return false; }
@@ -14,4 +14,4 @@ public:
     void setIgnoresMouseEvents(bool) override {}
 };
 
-} // namespace talvera
+} // namespace talvera::test
