@@ -39,6 +39,13 @@ std::string runtimeDirectory() {
     return qgetenv("XDG_RUNTIME_DIR").toStdString();
 }
 
+/// The private directory of the one agent that runs in this desktop.
+std::string agentsDirectory() {
+    for (const auto& entry : std::filesystem::directory_iterator(runtimeDirectory() + "/talvera"))
+        return entry.path();
+    throw std::runtime_error("the agent has no directory");
+}
+
 /// Keeps the recording that the agent is about to write, which it would delete.
 class RecordingKeeper {
 public:
@@ -76,7 +83,7 @@ private:
             std::filesystem::rename(taken, m_kept);
     }
 
-    std::string m_directory = runtimeDirectory() + "/talvera";
+    std::string m_directory = agentsDirectory();
     std::string m_kept = runtimeDirectory() + "/kept.wav";
     int m_watch;
 };

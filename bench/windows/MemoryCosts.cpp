@@ -4,7 +4,7 @@
 // again and again.
 #include "RigInput.h"
 #include "keys.h"
-#include "linux/posix/SingleInstance.h"
+#include "linux/x11/windows/X11DisplayClaim.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
 #include "support/KeyWindow.h"
@@ -36,7 +36,7 @@ class Panel {
 public:
     void openAndClose() {
         m_paint.forget();
-        if (!m_second.tellFirst())
+        if (!m_second.tellHolder())
             throw std::runtime_error("the agent doesn't listen");
         m_paint.await();
         std::this_thread::sleep_for(settling);
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    SingleInstance m_second{qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/talvera")};
+    X11DisplayClaim m_second{X11Server()};
     test::RigInput m_keys;
     PaintWitness m_paint;
 };

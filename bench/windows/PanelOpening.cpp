@@ -3,7 +3,7 @@
 // the second process takes to come up doesn't count: the first is told in the same way by us.
 #include "RigInput.h"
 #include "keys.h"
-#include "linux/posix/SingleInstance.h"
+#include "linux/x11/windows/X11DisplayClaim.h"
 #include "support/Dictating.h"
 #include "support/Figure.h"
 #include "support/PaintWitness.h"
@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
     const int times = argc > 1 ? std::max(std::atoi(argv[1]), 1) : 15;
     try {
         const Dictating agent({});
-        const SingleInstance second(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/talvera"));
+        X11DisplayClaim second{X11Server()};
         test::RigInput keys;
         PaintWitness paint;
         Figure first("the panel: told to open to the first paint, the first time");
@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
             std::this_thread::sleep_for(settling);
             paint.forget();
             const auto told = Clock::now();
-            if (!second.tellFirst())
+            if (!second.tellHolder())
                 throw std::runtime_error("the agent doesn't listen");
             (time == 0 ? first : later).add(milliseconds(paint.await() - told));
             std::this_thread::sleep_for(settling);

@@ -8,6 +8,7 @@
 #include "linux/x11/keys/X11KeyboardLayout.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
+#include "linux/x11/windows/X11DisplayClaim.h"
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "linux/x11/windows/X11PanelDesktop.h"
 #include "linux/x11/windows/X11SessionAccess.h"
@@ -76,7 +77,7 @@ SessionBackEnds absentBackEnds(const BackEndParts& parts) {
 
 SessionOffer SessionOffer::open() {
     const X11Server server;
-    return {.server = server, .x11 = server.connect()};
+    return {.server = server, .x11 = server.connect(), .claim = std::make_shared<X11DisplayClaim>(server)};
 }
 
 void SessionOffer::prepareToolkit() const {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "linux/x11/server/X11Server.h"
+#include "platform/desktop/DisplayClaim.h"
 #include "platform/desktop/OverlayDesktop.h"
 #include "platform/desktop/PanelDesktop.h"
 #include "platform/desktop/Pasteboard.h"
@@ -27,7 +28,8 @@ struct SessionOffer {
     static SessionOffer open();
 
     X11Server server;
-    std::unique_ptr<X11Connection> x11; ///< broken where no X server answers
+    std::unique_ptr<X11Connection> x11;    ///< broken where no X server answers
+    std::shared_ptr<DisplayClaim> claim{}; ///< to be the one agent there
 
     bool hasX11() const { return !x11->isBroken(); }
 

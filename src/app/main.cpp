@@ -4,7 +4,7 @@
 #include "app/StateTrace.h"
 #include "app/tellWhatIsMissing.h"
 #include "core/Agent.h"
-#include "linux/posix/SingleInstance.h"
+#include "linux/posix/AgentDirectory.h"
 #include "linux/posix/StandardConsole.h"
 #include "linux/posix/TerminationSignals.h"
 #include "linux/posix/leftRecordings.h"
@@ -26,7 +26,7 @@ namespace {
 constexpr Duration windowsDelay = seconds(0.5);
 
 /// Runs the agent on this machine until the event loop ends.
-int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, SingleInstance& instance) {
+int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
     QuickWindows windows({actor, console, settings, linuxMachine.appearance(), linuxMachine.overlays(),
@@ -34,7 +34,7 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, S
     Agent agent(machine, settings, windows);
     windows.onSetupDue = [&] { tellWhatIsMissing(machine.system.files, agent.models, agent.hud); };
     std::optional<StateTrace> trace;
-    instance.onSecondStart([&agent] { agent.startedAgain(); });
+    claim.onSecondStart([&agent] { agent.startedAgain(); });
     actor.post([&] {
 #ifdef TALVERA_DIAGNOSTICS
         if (StateTrace::isWanted())
@@ -49,36 +49,39 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, S
     return status;
 }
 
-/// Runs the one agent of this user until the session or the user ends it.
-int run(int argc, char** argv, StandardConsole& console, const Directories& directories) {
-    SingleInstance instance(directories.temporary);
-    if (!instance.isFirst()) {
-        console.print(instance.tellFirst() ? QStringLiteral("[app] Talvera is running already")
-                                           : QStringLiteral("[app] Talvera is running, but does not answer"));
-        return EXIT_SUCCESS;
-    }
-    removeLeftRecordings(directories.temporary);
-
+/// Runs the one agent of this display until the session or the user ends it.
+int run(int argc, char** argv, StandardConsole& console, Directories directories) {
     auto session = SessionOffer::open();
     if (!session.hasDisplay()) {
         console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
         return EXIT_FAILURE;
     }
+    const auto claim = session.claim;
+    if (!claim->isOurs()) {
+        console.print(claim->tellHolder() ? QStringLiteral("[app] Talvera is running already")
+                                          : QStringLiteral("[app] Talvera is running, but does not answer"));
+        return EXIT_SUCCESS;
+    }
+    // Static, to go with its recordings also when the toolkit calls exit(), as it does when the X server
+    // goes.
+    static AgentDirectory directory(directories.temporary);
+    removeLeftRecordings(directories.temporary); // of versions that had no directory of their own
+    directories.temporary = directory.path();
     session.prepareToolkit();
     ViewEngine::prepareProcess();
     QGuiApplication application(argc, argv);
     QGuiApplication::setDesktopFileName(QString::fromLatin1(ApplicationId));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     TerminationSignals termination([] { QCoreApplication::quit(); });
+    directory.keepInPlace();
 
     // Never destroyed: tasks that sleep when the program ends are its alone, and don't go on.
     static QtMainActor& actor = *new QtMainActor;
     int status = EXIT_SUCCESS;
     {
         LinuxMachine machine(actor, console, directories, std::move(session));
-        status = runAgent(actor, machine, console, instance);
+        status = runAgent(actor, machine, console, *claim);
     }
-    removeLeftRecordings(directories.temporary);
     return status;
 }
 

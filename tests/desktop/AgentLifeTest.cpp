@@ -7,6 +7,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
@@ -21,6 +22,32 @@ using namespace talvera::test;
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+/// An X server beside the desktop's, as of another session of the same user.
+class OtherDisplay {
+public:
+    OtherDisplay() {
+        m_server.setProgram("Xvfb");
+        m_server.setArguments(
+            {"-displayfd", "1", "-screen", "0", "640x480x24", "-ac", "-noreset", "-nolisten", "tcp"});
+        m_server.start();
+        while (!m_server.canReadLine()) {
+            if (!m_server.waitForReadyRead())
+                throw std::runtime_error("Xvfb does not start");
+        }
+        m_name = ":" + QString::fromLatin1(m_server.readLine()).trimmed();
+    }
+    ~OtherDisplay() {
+        m_server.kill();
+        m_server.waitForFinished();
+    }
+
+    const QString& name() const { return m_name; }
+
+private:
+    QProcess m_server;
+    QString m_name;
+};
 
 class AgentLife : public DesktopTest {
 protected:
@@ -101,6 +128,40 @@ TEST_F(AgentLife, secondStart_endsAtOnceAndTheFirstStays) {
     EXPECT_EQ(AgentProcess::startSecond(home), 0);
     agent->awaitRest();
     EXPECT_TRUE(agent->isRunning());
+}
+
+TEST_F(AgentLife, secondStartOnTheDisplayFromAnotherEnvironment_isNoSecondAgent) {
+    startAgent();
+    const QTemporaryDir elsewhere;
+    auto environment = home.environment();
+    environment.remove("XDG_RUNTIME_DIR"); // as with su, cron, an old terminal multiplexer
+    environment.insert("TMPDIR", elsewhere.path());
+    EXPECT_EQ(AgentProcess::startSecond(environment), 0);
+    EXPECT_TRUE(agent->isRunning());
+}
+
+TEST_F(AgentLife, otherDisplayOfTheSameUser_getsAnAgentThatLeavesTheFirstItsRecording) {
+    RecogniserGate gate;
+    startAgent({}, gate.program());
+    Receiver editor(Receiver::Kind::Gtk);
+    holdAndSay(spoken("Good morning."));
+    gate.awaitRun();
+    const OtherDisplay other;
+    AgentHome otherHome;
+    otherHome.set("DISPLAY", other.name());
+    const AgentProcess second(otherHome);
+    EXPECT_EQ(leftFiles().size(), 1);
+    gate.letIn();
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+}
+
+TEST_F(AgentLife, privateDirectoryCleanedUpByTheSystem_isThereAgainForTheNextDictation) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateInto(editor);
+    ASSERT_TRUE(QDir(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/talvera").removeRecursively());
+    dictateInto(editor);
+    EXPECT_TRUE(isClean());
 }
 
 TEST_F(AgentLife, endedDuringRecognition_leavesNeitherFileNorRecogniser) {

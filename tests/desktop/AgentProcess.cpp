@@ -50,9 +50,9 @@ AgentProcess::~AgentProcess() {
     kill();
 }
 
-int AgentProcess::startSecond(const AgentHome& home) {
+int AgentProcess::startSecond(const QProcessEnvironment& environment) {
     QProcess second;
-    second.setProcessEnvironment(home.environment());
+    second.setProcessEnvironment(environment);
     second.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     second.start(TALVERA_PROGRAM, QStringList());
     if (!second.waitForFinished(patience) || second.exitStatus() != QProcess::NormalExit)

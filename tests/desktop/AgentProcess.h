@@ -25,8 +25,10 @@ public:
     AgentProcess(const AgentProcess&) = delete;
     AgentProcess& operator=(const AgentProcess&) = delete;
 
-    /// Starts the program once more beside it, in the same home, and answers the exit status of that.
-    static int startSecond(const AgentHome& home);
+    /// Starts the program once more beside it, in this home, and answers the exit status of that, which ends
+    /// by itself when another agent is there.
+    static int startSecond(const AgentHome& home) { return startSecond(home.environment()); }
+    static int startSecond(const QProcessEnvironment& environment);
 
     /// Reads on until the agent traces something that begins so, e.g. "state recording" or "hud notice". What
     /// was read before is never looked at again, so that each of several waits is for a new event.

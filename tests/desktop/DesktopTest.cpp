@@ -2,6 +2,7 @@
 #include "DesktopTest.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 
 #include <thread>
@@ -105,10 +106,11 @@ testing::AssertionResult DesktopTest::isClean() {
 }
 
 QStringList DesktopTest::leftFiles() {
-    auto files = QDir(temporaryDirectory())
-                     .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
-    files.removeAll("agent.lock");
-    files.removeAll("agent.socket");
+    QStringList files;
+    QDirIterator each(temporaryDirectory(), QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                      QDirIterator::Subdirectories);
+    while (each.hasNext())
+        files.append(each.next());
     return files;
 }
 
