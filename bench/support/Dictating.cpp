@@ -44,7 +44,7 @@ void Dictating::release() {
 }
 
 void Dictating::awaitEnd() {
-    m_agent->await(QStringLiteral("state idle"));
+    m_agent->await(QStringLiteral("menu idle"));
     firstTyped();
     m_witness.awaitQuiet(quiet);
 }

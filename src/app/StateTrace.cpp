@@ -11,18 +11,12 @@ namespace talvera {
 
 namespace {
 
-using HUD = DictationHUDState;
-
-QString stateLine(const MenuBarController::State& state) {
-    return QStringLiteral("state ") + caseName(state);
+QString menuLine(const MenuBarController::State& state) {
+    return QStringLiteral("menu ") + caseName(state);
 }
 
-QString hudLine(const HUD& state) {
-    if (const auto* notice = state.as<HUD::Notice>())
-        return QStringLiteral("hud notice %1: %2").arg(caseName(notice->tone), notice->text);
-    if (const auto* card = state.as<HUD::PermissionRequired>())
-        return QStringLiteral("hud permission %1").arg(caseName(card->kind));
-    return QStringLiteral("hud ") + caseName(state);
+QString hudLine(const DictationHUDState& state) {
+    return QStringLiteral("hud ") + inWords(state);
 }
 
 QString microphoneLine(const AuthorizationStatus& status) {
@@ -51,7 +45,7 @@ bool StateTrace::isWanted() {
 
 StateTrace::StateTrace(const Parts& parts)
     : m_console(parts.console) {
-    follow(parts.menuBar.state, stateLine);
+    follow(parts.menuBar.state, menuLine);
     follow(parts.hud.stateHolder().state, hudLine);
     follow(parts.readiness.micStatus, microphoneLine);
     follow(parts.readiness.axTrusted, accessibilityLine);

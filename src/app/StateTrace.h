@@ -11,8 +11,8 @@ class MenuBarController;
 class ReadinessMonitor;
 
 /// Prints a line whenever the agent's state changes, for tests and for whoever looks for a fault:
-///   [trace] state idle|recording|transcribing|error
-///   [trace] hud hidden|listening|transcribing|translating|permission KIND|notice TONE: TEXT
+///   [trace] menu idle|recording|transcribing|error
+///   [trace] hud hidden|listening|transcribing|translating NAME|permissionRequired KIND|notice TEXT TONE
 ///   [trace] microphone authorized|denied|restricted|notDetermined
 ///   [trace] accessibility trusted|untrusted
 /// Only builds with tests have it. It begins with how things stand, and never tells what the user has said.

@@ -17,7 +17,7 @@ protected:
     void startAgentThatAsks() {
         home.setPreferences({});
         agent.emplace(home);
-        agent->await("hud permission accessibility");
+        agent->await("hud permissionRequired accessibility");
     }
     void startWindowManager() {
         manager.start("openbox", QStringList());
@@ -42,7 +42,7 @@ TEST_F(AccessibilityPermission, grantedWhileWeRun_bringsTheHotkey) {
     Receiver editor(Receiver::Kind::Gtk);
     holdAndSay(spoken("Good morning."));
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 }
 
 TEST_F(AccessibilityPermission, grantedWithTheCardOnScreen_hidesIt) {
@@ -58,5 +58,5 @@ TEST_F(AccessibilityPermission, settingsThatAreNotInstalled_areReplacedByWhatIsM
     home.set("PATH", QString());
     startAgentThatAsks();
     clickOn("push button", "Accessibility access needed");
-    agent->await("hud notice warn: The window manager doesn't tell which window is active");
+    agent->await("hud notice The window manager doesn't tell which window is active");
 }

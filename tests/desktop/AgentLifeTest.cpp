@@ -55,7 +55,7 @@ protected:
         const QString before = editor.text();
         holdAndSay(spoken("Good morning."));
         EXPECT_TRUE(editor.waitForText(before + "Good morning.")) << editor.text().toStdString();
-        agent->await("state idle");
+        agent->await("menu idle");
     }
 
     void expectNoRecogniserIsLeft() {
@@ -71,12 +71,12 @@ TEST_F(AgentLife, recogniserKilled_isAnErrorForFourSecondsAndNoMore) {
     Receiver editor(Receiver::Kind::Gtk);
     holdAndSay(spoken("Good morning."));
     ::kill(gate.awaitRun(), SIGKILL);
-    agent->await("state error");
+    agent->await("menu error");
     const auto failed = Clock::now();
-    agent->await("hud notice warn: Transcription failed");
+    agent->await("hud notice Transcription failed");
     EXPECT_TRUE(isClean());
     agent->await("hud hidden");
-    agent->await("state idle");
+    agent->await("menu idle");
     const auto shown = Clock::now() - failed;
     EXPECT_GT(shown, std::chrono::milliseconds(3800));
     EXPECT_LT(shown, std::chrono::seconds(8));
@@ -112,15 +112,15 @@ TEST_F(AgentLife, pressWithoutAModel_saysWhatIsMissing) {
     ASSERT_TRUE(model.open(QIODevice::WriteOnly) && model.write("model") > 0);
     model.close();
     keys.press(RightCtrl);
-    agent->await("hud notice warn: A directory of the speech model is missing: " + models +
+    agent->await("hud notice A directory of the speech model is missing: " + models +
                  "/ggml-medium-encoder.mlmodelc");
     keys.release(RightCtrl);
 
     ASSERT_TRUE(model.remove());
     keys.press(RightCtrl);
-    agent->await("hud notice warn: The speech model is missing: " + models + "/ggml-medium-q5_0.bin");
+    agent->await("hud notice The speech model is missing: " + models + "/ggml-medium-q5_0.bin");
     keys.release(RightCtrl);
-    EXPECT_EQ(agent->count("state recording"), 0);
+    EXPECT_EQ(agent->count("menu recording"), 0);
 }
 
 TEST_F(AgentLife, secondStart_endsAtOnceAndTheFirstStays) {
@@ -197,7 +197,7 @@ TEST_F(AgentLife, killedWithTheChordHeld_leavesAKeyboardThatWorks) {
     Receiver editor(Receiver::Kind::Gtk);
     for (const int key : {LeftCtrl, LeftAlt, Space})
         keys.press(key);
-    agent->await("state recording");
+    agent->await("menu recording");
     agent->kill();
     for (const int key : {Space, LeftAlt, LeftCtrl})
         keys.release(key);
@@ -208,12 +208,12 @@ TEST_F(AgentLife, killedWithTheChordHeld_leavesAKeyboardThatWorks) {
     startAgentAgain(); // and gets the chord again
     for (const int key : {LeftCtrl, LeftAlt, Space})
         keys.press(key);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     for (const int key : {Space, LeftAlt, LeftCtrl})
         keys.release(key);
     EXPECT_TRUE(editor.waitForText("hGood morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 }
 
 TEST_F(AgentLife, preferencesOfNoise_areSetAsideAndTheDefaultsApply) {

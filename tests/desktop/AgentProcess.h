@@ -30,7 +30,7 @@ public:
     static int startSecond(const AgentHome& home) { return startSecond(home.environment()); }
     static int startSecond(const QProcessEnvironment& environment);
 
-    /// Reads on until the agent traces something that begins so, e.g. "state recording" or "hud notice". What
+    /// Reads on until the agent traces something that begins so, e.g. "menu recording" or "hud notice". What
     /// was read before is never looked at again, so that each of several waits is for a new event.
     /// Answers what was traced.
     QString await(const QString& traced);

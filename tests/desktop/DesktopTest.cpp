@@ -67,10 +67,10 @@ QJsonObject DesktopTest::chordOfCtrlAltSpace() {
 
 void DesktopTest::holdAndSay(const Samples& speech) {
     keys.press(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(speech);
     keys.release(RightCtrl);
-    agent->await("state transcribing");
+    agent->await("menu transcribing");
 }
 
 bool DesktopTest::eventually(const std::function<bool()>& condition) {

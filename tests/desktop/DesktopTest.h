@@ -31,7 +31,7 @@ using Samples = std::vector<std::int16_t>;
 ///     Receiver editor(Receiver::Kind::Gtk);
 ///     holdAndSay(spoken("Good morning."));
 ///     EXPECT_TRUE(editor.waitForText("Good morning."));
-///     agent->await("state idle");
+///     agent->await("menu idle");
 ///
 /// Afterwards the agent is ended, and checked to have left nothing behind.
 class DesktopTest : public testing::Test {

@@ -32,7 +32,7 @@ TEST_F(FocusProtection, windowLeftDuringRecognition_isBroughtBackAndSaidSo) {
     dictateInto(editor);
     Receiver other(Receiver::Kind::Qt, "the other window");
     gate.letIn();
-    EXPECT_EQ(agent->await("hud notice"), "hud notice info: Pasted in Gtk-editor.py");
+    EXPECT_EQ(agent->await("hud notice"), "hud notice Pasted in Gtk-editor.py info");
     EXPECT_TRUE(editor->waitForText(sentence)) << editor->text().toStdString();
     EXPECT_EQ(other.text(), "");
 }
@@ -42,7 +42,7 @@ TEST_F(FocusProtection, windowLeftInClipboardMode_staysAndTheTextIsOnTheClipboar
     dictateInto(editor, {{"focusProtectionMode", "clipboardOnly"}});
     Receiver other(Receiver::Kind::Qt, "the other window");
     gate.letIn();
-    agent->await("hud notice warn: Focus changed" + onClipboard);
+    agent->await("hud notice Focus changed" + onClipboard);
     EXPECT_TRUE(clipboardBecomes(sentence));
 
     keys.press(LeftCtrl); // pasted where the user is now
@@ -57,7 +57,7 @@ TEST_F(FocusProtection, windowClosedDuringRecognition_textIsOnTheClipboard) {
     dictateInto(editor);
     editor.reset();
     gate.letIn();
-    agent->await("hud notice warn: Gtk-editor.py closed" + onClipboard);
+    agent->await("hud notice Gtk-editor.py closed" + onClipboard);
     EXPECT_TRUE(clipboardBecomes(sentence));
 }
 
@@ -65,7 +65,7 @@ TEST_F(FocusProtection, noWindowAtAll_textIsOnTheClipboard) {
     startAgent({}, gate.program());
     gate.letIn();
     holdAndSay(spoken(sentence));
-    agent->await("hud notice warn: No text field focused" + onClipboard);
+    agent->await("hud notice No text field focused" + onClipboard);
     EXPECT_TRUE(clipboardBecomes(sentence));
 }
 
@@ -81,7 +81,7 @@ TEST_F(FocusProtection, buttonInFocus_textIsOnTheClipboard) {
 
     gate.letIn();
     holdAndSay(spoken(sentence));
-    agent->await("hud notice warn: No text field focused" + onClipboard);
+    agent->await("hud notice No text field focused" + onClipboard);
     EXPECT_TRUE(clipboardBecomes(sentence));
     widgets.kill();
     widgets.waitForFinished();
@@ -92,11 +92,11 @@ TEST_F(FocusProtection, windowOpenedBetweenDictations_getsTheSecondOne) {
     dictateInto(editor);
     gate.letIn();
     EXPECT_TRUE(editor->waitForText(sentence));
-    agent->await("state idle");
+    agent->await("menu idle");
     Receiver other(Receiver::Kind::Qt, "the other window");
     gate.letIn();
     holdAndSay(spoken("Good morning."));
     EXPECT_TRUE(other.waitForText("Good morning.")) << other.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
     EXPECT_EQ(editor->text(), sentence);
 }

@@ -104,7 +104,7 @@ TEST_F(HUDWhileDictating, noticeOfSilence_goesByItself) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
     keys.press(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(Samples(16000, 0));
     keys.release(RightCtrl);
     agent->await("hud notice");

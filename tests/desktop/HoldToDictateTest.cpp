@@ -14,7 +14,7 @@ protected:
         Receiver editor(kind);
         holdAndSay(spoken(sentence));
         EXPECT_TRUE(editor.waitForText(sentence)) << editor.text().toStdString();
-        agent->await("state idle");
+        agent->await("menu idle");
         agent->await("hud hidden");
     }
 
@@ -53,8 +53,8 @@ TEST_F(HoldToDictate, severalInARow_areAppended) {
     Receiver editor(Receiver::Kind::Gtk);
     holdAndSay(spoken("Good morning."));
     EXPECT_TRUE(editor.waitForText("Good morning."));
-    agent->await("state idle");
+    agent->await("menu idle");
     holdAndSay(spoken("How are you?"));
     EXPECT_TRUE(editor.waitForText("Good morning.How are you?")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 }

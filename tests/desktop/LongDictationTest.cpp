@@ -19,7 +19,7 @@ TEST_F(LongDictation, ofFortySeconds_isJoinedWithoutDoubledWords) {
     startAgent({{"sourceLanguageCode", "en"}});
     Receiver editor(Receiver::Kind::Gtk);
     holdAndSay(speech);
-    agent->await("state idle");
+    agent->await("menu idle");
     ASSERT_TRUE(editor.waitFor([](const QString& text) { return !text.isEmpty(); })); // pasted whole
     const auto text = editor.text();
 

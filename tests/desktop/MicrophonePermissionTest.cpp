@@ -24,13 +24,13 @@ TEST_F(MicrophonePermission, card_takesClicksAndOpensTheSettings) {
     OtherWindow application({0, 0, 1280, 800}, Qt::darkGreen);
     application.activate();
     Microphone::unplug();
-    agent->await("hud permission microphone");
+    agent->await("hud permissionRequired microphone");
     clickOn("push button", "Microphone access needed");
     agent->await("hud hidden");
     EXPECT_TRUE(opens({"pavucontrol --tab=4"}));
 
     keys.tap(RightCtrl); // a press asks again
-    agent->await("hud permission microphone");
+    agent->await("hud permissionRequired microphone");
     clickOn("push button", "Dismiss");
     agent->await("hud hidden");
     EXPECT_TRUE(cardGoes());
@@ -48,9 +48,9 @@ TEST_F(MicrophonePermission, settingsThatAreNotInstalled_areReplacedByAdvice) {
     home.set("PATH", QString());
     startAgent();
     Microphone::unplug();
-    agent->await("hud permission microphone");
+    agent->await("hud permissionRequired microphone");
     clickOn("push button", "Microphone access needed");
-    agent->await("hud notice warn: Plug in a microphone");
+    agent->await("hud notice Plug in a microphone");
     agent->await("hud hidden");
     Microphone::plugIn();
     agent->await("microphone authorized");

@@ -27,32 +27,32 @@ TEST_F(Microphones, unplugged_isAskedForUntilItIsPluggedInAgain) {
     Receiver editor(Receiver::Kind::Gtk);
     Microphone::unplug();
     agent->await("microphone denied");
-    agent->await("hud permission microphone");
+    agent->await("hud permissionRequired microphone");
     keys.press(RightCtrl); // refused at once, without the hold delay
-    agent->await("hud permission microphone");
+    agent->await("hud permissionRequired microphone");
     keys.release(RightCtrl);
 
     Microphone::plugIn();
     agent->await("microphone authorized");
     agent->await("hud hidden");
-    EXPECT_EQ(agent->count("state recording"), 0);
+    EXPECT_EQ(agent->count("menu recording"), 0);
     holdAndSay(spoken("Good morning."));
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 }
 
 TEST_F(Microphones, unpluggedDuringARecording_leavesWhatWasSaidBefore) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
     keys.press(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     Microphone::unplug();
-    agent->await("hud notice warn: The microphone is gone. What you said before is kept.");
+    agent->await("hud notice The microphone is gone. What you said before is kept.");
     awaitDenial();
     keys.release(RightCtrl);
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
     Microphone::plugIn();
     agent->await("microphone authorized");
 }
@@ -61,17 +61,17 @@ TEST_F(SoundServerDeath, duringARecording_leavesWhatWasSaidBefore) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
     keys.press(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     for (const pid_t server : processes("pulseaudio"))
         ::kill(server, SIGKILL);
-    agent->await("hud notice warn: The microphone is gone. What you said before is kept.");
+    agent->await("hud notice The microphone is gone. What you said before is kept.");
     awaitDenial();
     keys.release(RightCtrl);
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 
     keys.press(RightCtrl); // nothing to record from: told at once
-    agent->await("hud permission microphone");
+    agent->await("hud permissionRequired microphone");
     keys.release(RightCtrl);
 }

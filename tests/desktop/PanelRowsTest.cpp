@@ -29,7 +29,7 @@ TEST_F(PanelRows, dictationAfterThePanel_arrivesAndRaisesTheStatistics) {
 
     holdAndSay(spoken("Please send the report tomorrow."));
     EXPECT_TRUE(editor.waitForText("Please send the report tomorrow.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 
     openPanel();
     EXPECT_TRUE(shows("DICTATIONS: 1"));
@@ -65,11 +65,11 @@ TEST_F(PanelRows, recordingWithThePanelOpen_isToldByIt) {
     startAgent();
     openPanel();
     keys.press(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     shown("image", "Recording");
     shown("label", "Listening…");
     keys.release(RightCtrl);
-    agent->await("state idle");
+    agent->await("menu idle");
     shown("image", "Idle, ready to record");
     closePanel();
 }

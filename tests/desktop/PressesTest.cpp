@@ -26,12 +26,12 @@ TEST_F(Presses, oneTapToBeginAndOneToEnd_dictate) {
     startAgent(tapping);
     Receiver editor(Receiver::Kind::Gtk);
     keys.tap(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(spoken("Can you check the invoice today?"));
     keys.tap(RightCtrl);
-    agent->await("state transcribing");
+    agent->await("menu transcribing");
     EXPECT_TRUE(editor.waitForText("Can you check the invoice today?")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 }
 
 TEST_F(Presses, ofThreeTenthsOfASecond_leaveNoTrace) {
@@ -44,7 +44,7 @@ TEST_F(Presses, ofThreeTenthsOfASecond_leaveNoTrace) {
     holdAndSay(spoken("Good morning."));
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("hud hidden");
-    EXPECT_EQ(agent->count("state recording"), 1);
+    EXPECT_EQ(agent->count("menu recording"), 1);
     EXPECT_EQ(agent->count("hud listening"), 1);
 }
 
@@ -53,11 +53,11 @@ TEST_F(Presses, ofAChordWhoseModifiersStayDown_dontGarbleTheText) {
     Receiver editor(Receiver::Kind::Qt);
     for (const int key : {LeftCtrl, LeftAlt, Space})
         keys.press(key);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     keys.release(Space);
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
     for (const int key : {LeftAlt, LeftCtrl})
         keys.release(key);
     keys.tap(H); // and nothing is stuck
@@ -73,14 +73,14 @@ TEST_F(Presses, duringARecognition_areIgnored) {
     press(std::chrono::milliseconds(800));
     gate.letIn();
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
     EXPECT_TRUE(isClean());
 
     gate.letIn();
     holdAndSay(spoken("How are you?"));
     EXPECT_TRUE(editor.waitForText("Good morning.How are you?")) << editor.text().toStdString();
-    agent->await("state idle");
-    EXPECT_EQ(agent->count("state recording"), 2);
+    agent->await("menu idle");
+    EXPECT_EQ(agent->count("menu recording"), 2);
 }
 
 TEST_F(Presses, ofTapModeDuringARecognition_areIgnored) {
@@ -88,7 +88,7 @@ TEST_F(Presses, ofTapModeDuringARecognition_areIgnored) {
     startAgent(tapping, gate.program());
     Receiver editor(Receiver::Kind::Gtk);
     keys.tap(RightCtrl);
-    agent->await("state recording");
+    agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     keys.tap(RightCtrl);
     gate.awaitRun();
@@ -96,5 +96,5 @@ TEST_F(Presses, ofTapModeDuringARecognition_areIgnored) {
     gate.letIn();
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("hud hidden");
-    EXPECT_EQ(agent->count("state recording"), 1);
+    EXPECT_EQ(agent->count("menu recording"), 1);
 }

@@ -15,7 +15,7 @@ protected:
         Receiver editor(Receiver::Kind::Gtk);
         holdAndSay(speech);
         EXPECT_TRUE(editor.waitForText(text)) << editor.text().toStdString();
-        agent->await("state idle");
+        agent->await("menu idle");
     }
 };
 
@@ -43,7 +43,7 @@ TEST_F(SpokenLanguage, newLine_breaksTheLine) {
     const QRegularExpression twoLines("^Tuesday \\n\\w.*\\.$");
     EXPECT_TRUE(editor.waitFor([&](const QString& text) { return twoLines.match(text).hasMatch(); }))
         << editor.text().toStdString();
-    agent->await("state idle");
+    agent->await("menu idle");
 }
 
 TEST_F(SpokenLanguage, newLineBeforeAMark_isTakenBackByIt) {
@@ -55,7 +55,7 @@ TEST_F(SpokenLanguage, silence_writesNothingAndSaysNothing) {
     startAgent();
     const Receiver editor(Receiver::Kind::Gtk);
     holdAndSay(Samples(16000));
-    agent->await("state idle");
+    agent->await("menu idle");
     agent->await("hud hidden");
     EXPECT_EQ(editor.text(), "");
 }

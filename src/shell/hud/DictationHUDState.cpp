@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/hud/DictationHUDState.h"
 
+#include <QStringList>
+
 #include <array>
 
 namespace talvera {
@@ -20,6 +22,17 @@ QString caseName(DictationHUDState::NoticeTone tone) {
 QString caseName(DictationHUDState::PermissionKind kind) {
     return kind == DictationHUDState::PermissionKind::Microphone ? QStringLiteral("microphone")
                                                                  : QStringLiteral("accessibility");
+}
+
+QString inWords(const DictationHUDState& state) {
+    QStringList words{caseName(state)};
+    if (const auto* translating = state.as<DictationHUDState::Translating>())
+        words << translating->targetDisplayName;
+    else if (const auto* notice = state.as<DictationHUDState::Notice>())
+        words << notice->text << caseName(notice->tone);
+    else if (const auto* card = state.as<DictationHUDState::PermissionRequired>())
+        words << caseName(card->kind);
+    return words.join(u' ');
 }
 
 } // namespace talvera

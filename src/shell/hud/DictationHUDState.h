@@ -68,4 +68,7 @@ QString caseName(const DictationHUDState& state);
 QString caseName(DictationHUDState::NoticeTone tone);
 QString caseName(DictationHUDState::PermissionKind kind);
 
+/// The state and what it shows, as in "notice Transcription failed warn": the words of traces and stories.
+QString inWords(const DictationHUDState& state);
+
 } // namespace talvera
