@@ -10,13 +10,13 @@ KeyFilterGuard::KeyFilterGuard(X11Keyboard& keyboard, TypingLedger& ledger)
     if (m_lifted == 0)
         return;
     m_ledger.noteFilters(m_lifted);
-    m_keyboard.setTypingFilters(m_lifted, 0);
+    m_keyboard.liftTypingFilters(m_lifted);
 }
 
 KeyFilterGuard::~KeyFilterGuard() {
     if (m_lifted == 0)
         return;
-    m_keyboard.setTypingFilters(m_lifted, m_lifted);
+    m_keyboard.restoreTypingFilters(m_lifted);
     m_ledger.noteFilters(0);
     m_keyboard.connection().flush();
 }

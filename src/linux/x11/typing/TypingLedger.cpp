@@ -86,7 +86,7 @@ void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
     }
     keyboard.setLockedModifiers(static_cast<std::uint8_t>(items[0]), static_cast<std::uint8_t>(items[1]));
     if (items[2] != 0)
-        keyboard.setTypingFilters(items[2], items[2]);
+        keyboard.restoreTypingFilters(items[2]);
     eraseLedger(keyboard.connection());
     keyboard.connection().roundTrip();
 }

@@ -104,17 +104,39 @@ void X11Keyboard::setLockedModifiers(std::uint8_t mask, std::uint8_t locked, std
     xcb_xkb_latch_lock_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, mask, locked, 0, 0, latches, 0, 0);
 }
 
-std::uint32_t X11Keyboard::typingFilters() {
-    const auto controls = m_connection.reply<xcb_xkb_get_controls_reply_t>(
-        xcb_xkb_get_controls(m_connection.get(), m_typingDevice));
+std::uint32_t X11Keyboard::filtersOf(std::uint16_t device) {
+    const auto controls =
+        m_connection.reply<xcb_xkb_get_controls_reply_t>(xcb_xkb_get_controls(m_connection.get(), device));
     return controls ? controls->enabledControls & allFilters : 0;
 }
 
-void X11Keyboard::setTypingFilters(std::uint32_t mask, std::uint32_t filters) {
+std::uint32_t X11Keyboard::typingFilters() {
+    return filtersOf(m_typingDevice);
+}
+
+void X11Keyboard::liftTypingFilters(std::uint32_t filters) {
+    setFilters(filters, 0);
+}
+
+void X11Keyboard::restoreTypingFilters(std::uint32_t filters) {
+    // The user may have switched them off meanwhile.
+    for (const std::uint16_t device : devices()) {
+        if (device == m_master || device == m_typingDevice)
+            continue;
+        setFilters(filters, filters & filtersOf(device));
+        return;
+    }
+    setFilters(filters, filters);
+}
+
+/// The master has the controls of the device that was used last: if that is ours, a change must reach both,
+/// and when the user's hands come back it takes over theirs again.
+void X11Keyboard::setFilters(std::uint32_t mask, std::uint32_t filters) {
     const std::uint8_t noKeyRepeats[32] = {};
-    xcb_xkb_set_controls(m_connection.get(), m_typingDevice, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, mask, filters,
-                         XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                         noKeyRepeats);
+    for (const std::uint16_t device : {m_typingDevice, m_master})
+        xcb_xkb_set_controls(m_connection.get(), device, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, mask, filters,
+                             XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                             noKeyRepeats);
 }
 
 void X11Keyboard::releaseStranded() {

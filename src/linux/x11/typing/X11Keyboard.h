@@ -52,8 +52,10 @@ public:
 
     /// Which of Slow Keys and Bounce Keys are on for the typing device, as a set of XKB controls.
     std::uint32_t typingFilters();
-    /// Switches those of `mask` on or off for the typing device alone.
-    void setTypingFilters(std::uint32_t mask, std::uint32_t filters);
+    /// Switches these off for the typing device alone, and on again as far as the user's own keyboards have
+    /// them.
+    void liftTypingFilters(std::uint32_t filters);
+    void restoreTypingFilters(std::uint32_t filters);
 
     /// Releases the keys that the typing device still holds, after somebody has died between a press and its
     /// release.
@@ -68,6 +70,8 @@ private:
         , m_eventType(eventType) {}
 
     void fake(std::uint8_t type, xcb_keycode_t key);
+    std::uint32_t filtersOf(std::uint16_t device);
+    void setFilters(std::uint32_t mask, std::uint32_t filters);
 
     X11Connection& m_connection;
     std::uint16_t m_master;

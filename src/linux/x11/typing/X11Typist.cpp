@@ -127,8 +127,8 @@ PostResult X11Typist::press(std::size_t position, bool withShift) {
 std::optional<PostResult> X11Typist::awaitKeyboard() {
     bool hasLetGo = false;
     for (const auto start = Clock::now();; std::this_thread::sleep_for(keyboardPoll)) {
-        const ModifierGuard::Look keyboard = m_guard.look();
         const auto destination = m_target ? m_focus.destination(*m_target) : KeyDestination::Target;
+        const ModifierGuard::Look keyboard = m_guard.look(); // last, since fingers are quicker than windows
         const auto waited = Clock::now() - start;
         if (m_keyboard.connection().isBroken())
             return PostResult::CutOff;
