@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: MIT
+#include "InputMethod.h"
+
+#include "TypingTools.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/typing/InputMethods.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <spawn.h>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <thread>
+
+extern char** environ; // NOLINT(readability-redundant-declaration): not declared by every C library
+
+namespace talvera::test {
+
+namespace {
+
+void write(const QString& path, const QByteArray& text) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size()) {
+        throw std::runtime_error("can't write the input method's settings");
+    }
+}
+
+constexpr char pinyinAlone[] = "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=pinyin\n"
+                               "[Groups/0/Items/0]\nName=pinyin\nLayout=\n"
+                               "[GroupOrder]\n0=Default\n";
+
+template <typename Condition>
+void await(Condition condition, const char* what) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            throw std::runtime_error(what);
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+}
+
+} // namespace
+
+InputMethod::InputMethod(Kind kind) {
+    const std::string home = m_home.path().toStdString();
+    const std::string name = kind == Kind::FcitxPinyin ? "fcitx" : "ibus";
+    set("HOME", home);
+    set("XDG_CONFIG_HOME", home + "/.config");
+    set("XDG_CACHE_HOME", home + "/.cache");
+    set("XDG_DATA_HOME", home + "/.local/share");
+    set("GSETTINGS_BACKEND", "keyfile");
+    set("GTK_IM_MODULE", name);
+    set("QT_IM_MODULE", name);
+    set("XMODIFIERS", "@im=" + name);
+    if (kind == Kind::FcitxPinyin) {
+        write(m_home.filePath(".config/fcitx5/profile"), pinyinAlone);
+        write(m_home.filePath(".config/fcitx5/config"), "[Behavior]\nActiveByDefault=True\n");
+        start({"fcitx5", "--replace", "--disable=notificationitem,cloudpinyin"});
+    } else {
+        outputOf("gsettings set org.freedesktop.ibus.engine.hangul initial-input-mode hangul");
+        start({"ibus-daemon", "--xim", "--panel=disable"});
+    }
+    const auto connection = X11Connection::open();
+    await([&] { return isInputMethodThere(*connection); }, "the input method doesn't announce itself");
+    if (kind != Kind::FcitxPinyin) {
+        const std::string engine = kind == Kind::IbusHangul ? "hangul" : "anthy";
+        await(
+            [&] { return outputOf("ibus engine " + engine + " 2>/dev/null; ibus engine").find(engine) == 0; },
+            "the input method's engine doesn't start");
+    }
+}
+
+InputMethod::~InputMethod() {
+    if (m_process > 0) {
+        ::kill(-m_process, SIGTERM);
+        ::waitpid(m_process, nullptr, 0);
+    }
+    for (const auto& [name, value] : m_before) {
+        ::setenv(name.c_str(), value.c_str(), 1);
+    }
+    for (const auto& name : m_new) {
+        ::unsetenv(name.c_str());
+    }
+}
+
+void InputMethod::set(const char* name, const std::string& value) {
+    if (const char* before = std::getenv(name)) {
+        m_before.emplace_back(name, before);
+    } else {
+        m_new.emplace_back(name);
+    }
+    ::setenv(name, value.c_str(), 1);
+}
+
+void InputMethod::start(const std::vector<std::string>& command) {
+    std::vector<std::string> words = command;
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+    const int error =
+        ::posix_spawnp(&m_process, arguments[0], nullptr, &attributes, arguments.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    if (error != 0) {
+        throw std::runtime_error("can't start " + command[0]);
+    }
+}
+
+} // namespace talvera::test

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+//
+// An input method composes what the user types. What we type is no part of that.
+
+#include "InputMethod.h"
+#include "TypingTools.h"
+
+#include "RigInput.h"
+#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/typing/InputMethods.h"
+#include "linux/x11/typing/X11KeyEventPoster.h"
+#include "receivers/Receiver.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+const QString Sentence = QStringLiteral("Hello world, this is a test 123. \"Right?\" ö, я, 漢");
+
+constexpr int KeyK = 45;
+constexpr int KeyA = 38;
+constexpr int ReturnKey = 36;
+constexpr int SpaceKey = 65;
+
+/// What the user types is composed, and what we type arrives as it stands.
+void expectArrives(InputMethod::Kind method, Receiver::Kind kind) {
+    setLayout("us");
+    const InputMethod inputMethod(method);
+    {
+        Receiver control(kind, QStringLiteral("control"));
+        RigInput keys;
+        keys.tap(KeyK);
+        keys.tap(KeyA);
+        keys.tap(method == InputMethod::Kind::IbusAnthy ? ReturnKey : SpaceKey);
+        const auto isComposed = [](const QString& text) {
+            return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() > 0xFF; });
+        };
+        ASSERT_TRUE(control.waitFor(isComposed)) << control.text().toStdString();
+    }
+    Receiver receiver(kind);
+    X11KeyEventPoster poster;
+    EXPECT_EQ(typeText(poster, Sentence), PostResult::Posted);
+    EXPECT_TRUE(receiver.waitForText(Sentence)) << receiver.text().toStdString();
+}
+
+/// Announces an input method that does nothing.
+class IdleInputMethod {
+public:
+    IdleInputMethod() {
+        xcb_connection_t* x = m_connection->get();
+        const xcb_window_t window = xcb_generate_id(x);
+        xcb_create_window(x, 0, window, m_connection->root(), 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, 0, nullptr);
+        const xcb_atom_t server = m_connection->atom("@server=idle");
+        xcb_set_selection_owner(x, window, server, XCB_CURRENT_TIME);
+        xcb_change_property(x, XCB_PROP_MODE_REPLACE, m_connection->root(), m_connection->atom("XIM_SERVERS"),
+                            XCB_ATOM_ATOM, 32, 1, &server);
+        EXPECT_TRUE(m_connection->roundTrip());
+    }
+
+private:
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+};
+
+void expectMixedTextArrives(Receiver::Kind kind, const std::string& layout = "us") {
+    setLayout(layout);
+    Receiver receiver(kind);
+    const IdleInputMethod method;
+    const std::string before = keymap();
+    X11KeyEventPoster poster;
+    EXPECT_EQ(typeText(poster, mixedText()), PostResult::Posted);
+    EXPECT_TRUE(receiver.waitForText(mixedText())) << receiver.text().toStdString();
+    EXPECT_EQ(keymap(), before);
+}
+
+} // namespace
+
+TEST(Hangul, gtk_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::IbusHangul, Receiver::Kind::Gtk);
+}
+TEST(Hangul, qt_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::IbusHangul, Receiver::Kind::Qt);
+}
+TEST(Hangul, terminal_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::IbusHangul, Receiver::Kind::Terminal);
+}
+TEST(Anthy, gtk_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::IbusAnthy, Receiver::Kind::Gtk);
+}
+TEST(Anthy, qt_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::IbusAnthy, Receiver::Kind::Qt);
+}
+TEST(Pinyin, gtk_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::FcitxPinyin, Receiver::Kind::Gtk);
+}
+TEST(Pinyin, qt_getsTheTextAsItStands) {
+    expectArrives(InputMethod::Kind::FcitxPinyin, Receiver::Kind::Qt);
+}
+
+TEST(IdleMethod, gtk_getsTheTextAsItStands) {
+    expectMixedTextArrives(Receiver::Kind::Gtk);
+}
+TEST(IdleMethod, qt_getsTheTextAsItStands) {
+    expectMixedTextArrives(Receiver::Kind::Qt);
+}
+TEST(IdleMethod, terminalWithAnotherLayout_getsTheTextAsItStands) {
+    expectMixedTextArrives(Receiver::Kind::Terminal, "de");
+}
+TEST(IdleMethod, chromium_getsTheTextAsItStands) {
+    expectMixedTextArrives(Receiver::Kind::Chromium);
+}
+
+TEST(InputMethods, whatHasEnded_isNotThere) {
+    const auto connection = X11Connection::open();
+    {
+        const IdleInputMethod method;
+        EXPECT_TRUE(isInputMethodThere(*connection));
+    }
+    EXPECT_FALSE(isInputMethodThere(*connection));
+}
