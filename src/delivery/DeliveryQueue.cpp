@@ -47,6 +47,8 @@ public:
         if (text.isStopped) {
             if (!m_platform.pasteboard.setString(text.whole))
                 tell(Kind::Undelivered);
+        } else if (!m_platform.keys.isTypingFaithful()) {
+            paste(part, text.target);
         } else if (const auto end = typeChunks(part, text.target)) {
             text.isStopped = true;
             leaveOnClipboard(text.whole, *end);
@@ -59,8 +61,8 @@ public:
         const auto before = isSet ? m_platform.pasteboard.state() : Pasteboard::State{};
         if (!before.isHeld) {
             // The chord would paste what somebody else has put there, but keys may still be had.
-            TypedText typed{target};
-            type(typed, text);
+            if (const auto end = typeChunks(text, target))
+                leaveOnClipboard(text, *end);
             return;
         }
         auto result = m_platform.keys.postPaste(KeyPhase::Down, target);

@@ -41,6 +41,9 @@ public:
     void focus(const QString& receiver) { m_focused = receiver; }
     const QString& focusedReceiver() const { return m_focused; }
 
+    bool typesFaithfully = true;
+    bool isTypingFaithful() override { return typesFaithfully; }
+
     /// Whether the applications know the chord that pastes.
     bool takesPastes = true;
 

@@ -112,6 +112,7 @@ public:
     std::function<void()> onPaste;
 
     TypingTargetPtr focusedTarget() override { return m_keys.focusedTarget(); }
+    bool isTypingFaithful() override { return m_keys.isTypingFaithful(); }
     std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
                                                const TypingTargetPtr& target) override {
         if (onTyping)

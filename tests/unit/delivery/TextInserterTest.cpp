@@ -287,6 +287,16 @@ TEST_F(TextInserterTest, pasteThatTheClipboardRefuses_isTypedInstead) {
     EXPECT_TRUE(shown.empty());
 }
 
+TEST_F(TextInserterTest, typingThatWouldBeChangedOnItsWay_isPastedInstead) {
+    keys.typesFaithfully = false;
+    inserter.insert("short text", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_TRUE(keys.sessions().isEmpty());
+    EXPECT_EQ(keys.text(), "short text");
+    EXPECT_EQ(pasteboard.string(), "short text");
+    EXPECT_TRUE(shown.empty());
+}
+
 TEST_F(TextInserterTest, clipboardTakenByAnotherProgramBeforeTheChord_isNotPasted) {
     pasteboard.beTakenBy("somebody else's");
     inserter.insert("long text", ResolvedMode::Paste, editorSnapshot);

@@ -42,10 +42,11 @@ xkb_keysym_t symbolFor(char32_t character) {
     }
 }
 
-xkb_keysym_t plainSymbolFor(char32_t character) {
+xkb_keysym_t uncomposedSymbolFor(char32_t character) {
     constexpr xkb_keysym_t unicode = 0x01000000;
-    return character >= U' ' && character != 0x7f ? unicode + static_cast<xkb_keysym_t>(character)
-                                                  : symbolFor(character);
+    // Not beyond ASCII: no method composes that, and terminals can't read all of it in this form.
+    const bool isAscii = character >= U' ' && character < 0x7f;
+    return isAscii ? unicode + static_cast<xkb_keysym_t>(character) : symbolFor(character);
 }
 
 TypingLayout::TypingLayout(X11Keyboard& keyboard)

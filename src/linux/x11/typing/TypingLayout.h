@@ -23,9 +23,9 @@ struct KeyStroke {
 /// The symbol that stands for a character on keyboards; XKB_KEY_NoSymbol when there is none.
 xkb_keysym_t symbolFor(char32_t character);
 
-/// The same, but for writing characters a symbol that no layout has: input methods compose nothing of it, and
-/// applications write the character all the same.
-xkb_keysym_t plainSymbolFor(char32_t character);
+/// The same, but for ASCII a symbol that no layout has: input methods compose nothing of it, and applications
+/// write the character all the same.
+xkb_keysym_t uncomposedSymbolFor(char32_t character);
 
 /// The user's own layout, asked for what it can type without help. Symbols that mean the same character are
 /// one here, under the name that symbolFor() gives it.

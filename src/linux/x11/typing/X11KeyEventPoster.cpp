@@ -26,9 +26,9 @@ std::shared_ptr<const X11Target> x11Target(const TypingTargetPtr& target) {
 class X11TypingSession final : public TypingSession {
 public:
     X11TypingSession(std::unique_ptr<X11Typist> typist, const QStringList& chunks,
-                     const TypingTargetPtr& target)
+                     const TypingTargetPtr& target, InputMethod method)
         : m_typist(std::move(typist)) {
-        m_typist->begin(symbolsOf(chunks, m_typist->isInputMethodThere()), x11Target(target));
+        m_typist->begin(symbolsOf(chunks, method), x11Target(target));
     }
 
     PostResult post(qsizetype index, KeyPhase phase) override {
@@ -49,12 +49,13 @@ public:
     }
 
 private:
-    X11Typist::Symbols symbolsOf(const QStringList& chunks, bool isInputMethodThere) {
+    X11Typist::Symbols symbolsOf(const QStringList& chunks, InputMethod method) {
         X11Typist::Symbols symbols;
         for (const QString& chunk : chunks) {
             m_starts.push_back(symbols.size());
             for (const char32_t character : typeableCharacters(chunk))
-                symbols.push_back(isInputMethodThere ? plainSymbolFor(character) : symbolFor(character));
+                symbols.push_back(method == InputMethod::None ? symbolFor(character)
+                                                              : uncomposedSymbolFor(character));
         }
         m_starts.push_back(symbols.size());
         return symbols;
@@ -93,12 +94,16 @@ TypingTargetPtr X11KeyEventPoster::focusedTarget() {
     return m_focus->current();
 }
 
+bool X11KeyEventPoster::isTypingFaithful() {
+    return inputMethod(*m_connection) != InputMethod::Rewrites;
+}
+
 std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks,
                                                               const TypingTargetPtr& target) {
     m_chord.reset();
     if (!m_keyboard || m_connection->isBroken())
         return std::make_unique<SilentSession>();
-    return std::make_unique<X11TypingSession>(takeTypist(), chunks, target);
+    return std::make_unique<X11TypingSession>(takeTypist(), chunks, target, inputMethod(*m_connection));
 }
 
 PostResult X11KeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& target) {

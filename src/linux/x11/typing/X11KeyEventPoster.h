@@ -24,6 +24,7 @@ public:
 
     void prepare() override;
     TypingTargetPtr focusedTarget() override;
+    bool isTypingFaithful() override;
     std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
                                                const TypingTargetPtr& target) override;
 

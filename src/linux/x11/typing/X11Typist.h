@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/typing/InputMethods.h"
+#include "linux/x11/typing/InputMethod.h"
 #include "linux/x11/typing/KeyFilterGuard.h"
 #include "linux/x11/typing/KeyboardFocus.h"
 #include "linux/x11/typing/ModifierGuard.h"
@@ -34,9 +34,6 @@ public:
     /// Makes `symbols` writable for the focused application. Once, before all others. With `target`, no key
     /// goes anywhere else.
     void begin(Symbols symbols, std::shared_ptr<const X11Target> target);
-
-    /// Whether what is typed may be composed to something else on its way.
-    bool isInputMethodThere() { return talvera::isInputMethodThere(m_keyboard.connection()); }
 
     /// Presses the key of the symbol at `position`, with Shift if `withShift` or if the symbol needs it. What
     /// was pressed before is released. Waits while the keys don't go to the target only for the moment.

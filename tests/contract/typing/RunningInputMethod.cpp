@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "InputMethod.h"
+#include "RunningInputMethod.h"
 
 #include "TypingTools.h"
 #include "linux/x11/server/X11Connection.h"
-#include "linux/x11/typing/InputMethods.h"
+#include "linux/x11/typing/InputMethod.h"
 
 #include <QDir>
 #include <QFile>
@@ -47,7 +47,7 @@ void await(Condition condition, const char* what) {
 
 } // namespace
 
-InputMethod::InputMethod(Kind kind) {
+RunningInputMethod::RunningInputMethod(Kind kind) {
     const std::string home = m_home.path().toStdString();
     const std::string name = kind == Kind::FcitxPinyin ? "fcitx" : "ibus";
     set("HOME", home);
@@ -55,6 +55,7 @@ InputMethod::InputMethod(Kind kind) {
     set("XDG_CACHE_HOME", home + "/.cache");
     set("XDG_DATA_HOME", home + "/.local/share");
     set("GSETTINGS_BACKEND", "keyfile");
+    set("PATH", "/usr/bin:/bin"); // engines are programs of the system's own Python
     set("GTK_IM_MODULE", name);
     set("QT_IM_MODULE", name);
     set("XMODIFIERS", "@im=" + name);
@@ -67,7 +68,8 @@ InputMethod::InputMethod(Kind kind) {
         start({"ibus-daemon", "--xim", "--panel=disable"});
     }
     const auto connection = X11Connection::open();
-    await([&] { return isInputMethodThere(*connection); }, "the input method doesn't announce itself");
+    await([&] { return inputMethod(*connection) != InputMethod::None; },
+          "the input method doesn't announce itself");
     if (kind != Kind::FcitxPinyin) {
         const std::string engine = kind == Kind::IbusHangul ? "hangul" : "anthy";
         await(
@@ -76,7 +78,7 @@ InputMethod::InputMethod(Kind kind) {
     }
 }
 
-InputMethod::~InputMethod() {
+RunningInputMethod::~RunningInputMethod() {
     if (m_process > 0) {
         ::kill(-m_process, SIGTERM);
         ::waitpid(m_process, nullptr, 0);
@@ -89,7 +91,7 @@ InputMethod::~InputMethod() {
     }
 }
 
-void InputMethod::set(const char* name, const std::string& value) {
+void RunningInputMethod::set(const char* name, const std::string& value) {
     if (const char* before = std::getenv(name)) {
         m_before.emplace_back(name, before);
     } else {
@@ -98,7 +100,7 @@ void InputMethod::set(const char* name, const std::string& value) {
     ::setenv(name, value.c_str(), 1);
 }
 
-void InputMethod::start(const std::vector<std::string>& command) {
+void RunningInputMethod::start(const std::vector<std::string>& command) {
     std::vector<std::string> words = command;
     std::vector<char*> arguments;
     for (std::string& word : words) {

@@ -11,15 +11,15 @@ namespace talvera::test {
 
 /// An input method with one engine, which stands between the keyboard and every application that is started
 /// while this lives. It keeps its settings in a home of its own.
-class InputMethod {
+class RunningInputMethod {
 public:
     enum class Kind { IbusHangul, IbusAnthy, FcitxPinyin };
 
     /// Returns when it has announced itself. Throws std::runtime_error when it doesn't.
-    explicit InputMethod(Kind kind);
-    ~InputMethod();
-    InputMethod(const InputMethod&) = delete;
-    InputMethod& operator=(const InputMethod&) = delete;
+    explicit RunningInputMethod(Kind kind);
+    ~RunningInputMethod();
+    RunningInputMethod(const RunningInputMethod&) = delete;
+    RunningInputMethod& operator=(const RunningInputMethod&) = delete;
 
 private:
     void set(const char* name, const std::string& value);

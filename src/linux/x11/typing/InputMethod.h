@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace talvera {
+
+class X11Connection;
+
+/// What an input method (ibus, fcitx and their like) that stands between the keyboard and the applications
+/// may do to what we type.
+enum class InputMethod {
+    None,
+    Composes, ///< takes letters of a layout for the user's own, and composes something else of them
+    Rewrites, ///< also puts the punctuation of its language in the place of any other, whatever the key
+};
+
+/// The one that has announced itself at the X server, as all do for programs that know no other way to them.
+InputMethod inputMethod(X11Connection& connection);
+
+} // namespace talvera
