@@ -45,34 +45,39 @@ public:
     void type(TypedText& text, const QString& part) {
         text.whole += part;
         if (text.isStopped) {
-            if (!m_platform.pasteboard.setString(text.whole))
-                tell(Kind::Undelivered);
+            copy(text.whole);
         } else if (!m_platform.keys.isTypingFaithful()) {
-            paste(part, text.target);
+            text.isStopped = !paste(part, text.target);
+            if (text.isStopped && part != text.whole)
+                copy(text.whole);
         } else if (const auto end = typeChunks(part, text.target)) {
             text.isStopped = true;
             leaveOnClipboard(text.whole, *end);
         }
     }
 
-    void paste(const QString& text, const TypingTargetPtr& target) {
+    /// False when the text has been left on the clipboard, and that has been told.
+    bool paste(const QString& text, const TypingTargetPtr& target) {
         // What the clipboard held is not brought back: the text stays there for the user to paste again.
         const bool isSet = m_platform.pasteboard.setString(text);
         const auto before = isSet ? m_platform.pasteboard.state() : Pasteboard::State{};
         if (!before.isHeld) {
             // The chord would paste what somebody else has put there, but keys may still be had.
-            if (const auto end = typeChunks(text, target))
+            const auto end = typeChunks(text, target);
+            if (end)
                 leaveOnClipboard(text, *end);
-            return;
+            return !end;
         }
         auto result = m_platform.keys.postPaste(KeyPhase::Down, target);
         m_platform.typing.sleep(pasteHold);
         if (result == PostResult::Posted)
             result = m_platform.keys.postPaste(KeyPhase::Up, target);
+        const bool isPasted = result == PostResult::Posted && isAskedFor(before.requests);
         if (result != PostResult::Posted)
             tell(endOf(result).value_or(Kind::ClipboardNotPossible));
-        else if (!isAskedFor(before.requests))
+        else if (!isPasted)
             tell(Kind::ClipboardNotTaken);
+        return isPasted;
     }
 
     void copy(const QString& text) {
