@@ -42,6 +42,7 @@ protected:
     static constexpr int Space = Key::space;
     static constexpr int H = Key::h;
     static constexpr int V = Key::v;
+    static constexpr int Tab = Key::tab;
 
     /// Ends the agent, if it still runs, and checks that it is clean.
     void TearDown() override;

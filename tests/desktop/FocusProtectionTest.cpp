@@ -87,6 +87,22 @@ TEST_F(FocusProtection, buttonInFocus_textIsOnTheClipboard) {
     widgets.waitForFinished();
 }
 
+TEST_F(FocusProtection, windowLeftWhileTyping_restIsTypedNowhereAndAllIsOnTheClipboard) {
+    Receiver other(Receiver::Kind::Qt, "the other window");
+    std::optional<Receiver> editor;
+    dictateInto(editor);
+    gate.letIn();
+    ASSERT_TRUE(editor->waitFor([](const QString& text) { return text.size() >= 5; }));
+    keys.press(LeftAlt);
+    keys.tap(Tab);
+    keys.release(LeftAlt);
+    agent->await("hud notice warn: Focus changed — the whole text is on the clipboard.");
+    EXPECT_TRUE(clipboardBecomes(sentence));
+    EXPECT_LT(editor->text().size(), sentence.size());
+    EXPECT_TRUE(sentence.startsWith(editor->text())) << editor->text().toStdString();
+    EXPECT_EQ(other.text(), "");
+}
+
 TEST_F(FocusProtection, windowOpenedBetweenDictations_getsTheSecondOne) {
     std::optional<Receiver> editor;
     dictateInto(editor);

@@ -2,6 +2,7 @@
 #include "linux/x11/keys/X11KeyWatch.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
+#include "linux/x11/server/liftedLocks.h"
 
 #include <algorithm>
 #include <utility>
@@ -305,7 +306,15 @@ std::uint64_t X11KeyWatch::flags(VirtualKey about) {
 std::uint64_t X11KeyWatch::lockFlag() {
     const auto state =
         m_events->reply<xcb_query_pointer_reply_t>(xcb_query_pointer(m_events->get(), m_events->root()));
-    return state ? X11KeyCodes::flagsFromState(state->mask & XCB_MOD_MASK_LOCK) : 0;
+    if (!state)
+        return 0;
+    bool isLocked = (state->mask & XCB_MOD_MASK_LOCK) != 0;
+    // While a text is typed the lock is lifted. One that shows up then is the user's doing, and toggles
+    // theirs.
+    const LiftedLocks typing = liftedLocks(*m_events);
+    if ((typing.lifted & XCB_MOD_MASK_LOCK) != 0)
+        isLocked = isLocked != ((typing.locked & XCB_MOD_MASK_LOCK) != 0);
+    return isLocked ? KeyFlag::CapsLock : 0;
 }
 
 } // namespace talvera

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/typing/TypingLedger.h"
 
+#include "linux/x11/server/liftedLocks.h"
 #include "linux/x11/typing/KeySymTable.h"
 #include "linux/x11/typing/TargetBarrier.h"
 
@@ -10,7 +11,6 @@ namespace {
 
 // A property of the root window: lifted modifiers, modifiers to lock, filters to switch on, then pairs of
 // keycode and symbol.
-constexpr std::string_view propertyName = "_TALVERA_TYPING";
 constexpr std::size_t headLength = 3;
 
 constexpr std::chrono::seconds catchUpLimit{10};
@@ -26,11 +26,11 @@ TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
 
 std::vector<std::uint32_t> readLedger(X11Keyboard& keyboard) {
     X11Connection& connection = keyboard.connection();
-    return connection.property(connection.root(), connection.atom(propertyName));
+    return connection.property(connection.root(), connection.atom(typingLedgerProperty));
 }
 
 void eraseLedger(X11Connection& connection) {
-    xcb_delete_property(connection.get(), connection.root(), connection.atom(propertyName));
+    xcb_delete_property(connection.get(), connection.root(), connection.atom(typingLedgerProperty));
 }
 
 } // namespace
@@ -65,7 +65,7 @@ void TypingLedger::write() {
         items.push_back(symbol);
     }
     xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, connection.root(),
-                        connection.atom(propertyName), XCB_ATOM_CARDINAL, 32,
+                        connection.atom(typingLedgerProperty), XCB_ATOM_CARDINAL, 32,
                         static_cast<std::uint32_t>(items.size()), items.data());
     m_written = true;
 }
