@@ -7,6 +7,7 @@
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
+#include <map>
 #include <optional>
 
 namespace talvera {
@@ -120,23 +121,29 @@ void X11Keyboard::liftTypingFilters(std::uint32_t filters) {
 
 void X11Keyboard::restoreTypingFilters(std::uint32_t filters) {
     // The user may have switched them off meanwhile.
-    for (const std::uint16_t device : devices()) {
-        if (device == m_master || device == m_typingDevice)
-            continue;
-        setFilters(filters, filters & filtersOf(device));
-        return;
-    }
+    for (const std::uint16_t device : devices())
+        if (device != m_master && device != m_typingDevice)
+            filters &= filtersOf(device);
     setFilters(filters, filters);
 }
 
-/// The master has the controls of the device that was used last: if that is ours, a change must reach both,
-/// and when the user's hands come back it takes over theirs again.
+/// The master has the controls of the device that was used last. If that is ours, a change must reach the
+/// master too; but what it is told, the server tells all its devices.
 void X11Keyboard::setFilters(std::uint32_t mask, std::uint32_t filters) {
-    const std::uint8_t noKeyRepeats[32] = {};
-    for (const std::uint16_t device : {m_typingDevice, m_master})
-        xcb_xkb_set_controls(m_connection.get(), device, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, mask, filters,
+    std::map<std::uint16_t, std::uint32_t> users;
+    for (const std::uint16_t device : devices())
+        if (device != m_master && device != m_typingDevice)
+            users[device] = filtersOf(device);
+    const auto set = [&](std::uint16_t device, std::uint32_t enabled) {
+        const std::uint8_t noKeyRepeats[32] = {};
+        xcb_xkb_set_controls(m_connection.get(), device, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, mask, enabled,
                              XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                              noKeyRepeats);
+    };
+    set(m_master, filters);
+    set(m_typingDevice, filters);
+    for (const auto& [device, enabled] : users)
+        set(device, enabled & mask);
 }
 
 void X11Keyboard::releaseStranded() {
