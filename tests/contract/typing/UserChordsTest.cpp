@@ -41,17 +41,12 @@ constexpr qsizetype Middle = 10;
 class UserChord : public ::testing::Test {
 protected:
     UserChord() { setLayout("us"); }
-    ~UserChord() override {
-        if (m_fingers.joinable()) {
-            m_fingers.join();
-        }
-    }
-
     /// Types the text; in its middle the keys go down one after another, and up in the other order.
     PostResult typeWhilePressing(const std::vector<int>& chord, milliseconds hold = milliseconds(100)) {
+        std::thread fingers;
         const auto result = typeText(poster, Text, [&](qsizetype chunk) {
             if (chunk == Middle) {
-                m_fingers = std::thread([this, chord, hold] {
+                fingers = std::thread([this, chord, hold] {
                     std::this_thread::sleep_for(milliseconds(12)); // between two of our keys
                     for (const int key : chord) {
                         keys.press(key);
@@ -64,16 +59,15 @@ protected:
                 });
             }
         });
-        m_fingers.join();
+        if (fingers.joinable()) {
+            fingers.join();
+        }
         EXPECT_EQ(keyboardState(), "");
         return result;
     }
 
     RigInput keys;
     X11KeyEventPoster poster;
-
-private:
-    std::thread m_fingers;
 };
 
 /// Switches Slow Keys or Bounce Keys on for all keyboards, and off in the end.

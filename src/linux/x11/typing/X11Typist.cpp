@@ -22,8 +22,8 @@ constexpr milliseconds keyboardPoll{5};
 // it may never end by itself; a grab may end with it.
 constexpr milliseconds chordPatience{2000};
 constexpr milliseconds grabPatience{2300};
-constexpr milliseconds nobodyPatience{300};
-constexpr milliseconds elsewherePatience{50}; // some window managers have the focus themselves in between
+constexpr milliseconds nobodyPatience{500};
+constexpr milliseconds elsewherePatience{200}; // some window managers have the focus themselves in between
 
 /// How long the keys may go astray until the target counts as lost.
 milliseconds patienceWith(KeyDestination destination) {
