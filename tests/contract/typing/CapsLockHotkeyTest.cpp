@@ -6,9 +6,10 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/keys/X11KeyWatch.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
-#include "platform/keyboard/VirtualKeys.h"
+#include "platform/keyboard/VirtualKey.h"
 #include "receivers/Receiver.h"
 
 #include <gtest/gtest.h>
@@ -24,8 +25,6 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr int CapsLock = 66;
-constexpr auto capsLockHotkey = static_cast<std::uint16_t>(57);
 const QString Text = QStringLiteral("A sentence that takes a while to type, and some more of it.");
 
 /// Hears the hotkey on a thread of its own, as the agent does.
@@ -38,7 +37,7 @@ public:
                 m_presses.push_back(isPress(event));
             }
         })) {
-        m_watch->waitFor({capsLockHotkey});
+        m_watch->waitFor({VirtualKey::CapsLock});
         m_thread = std::jthread([this](const std::stop_token& stop) {
             while (!stop.stop_requested() && m_watch->readEvents()) {
                 const auto descriptors = m_watch->descriptors();
@@ -81,9 +80,9 @@ TEST(CapsLockHotkey, tappedTwiceWhileATextIsTyped_startsAndEndsOnce) {
     const auto tapSlowly = [&] {
         finger = std::thread([&] {
             std::this_thread::sleep_for(milliseconds(12));
-            keys.press(CapsLock);
+            keys.press(Key::capsLock);
             std::this_thread::sleep_for(milliseconds(80));
-            keys.release(CapsLock);
+            keys.release(Key::capsLock);
         });
     };
     EXPECT_EQ(typeText(poster, Text,
@@ -112,13 +111,13 @@ TEST(CapsLockHotkey, tappedOnceWhileATextIsTyped_isOnAfterwards) {
     EXPECT_EQ(typeText(poster, Text,
                        [&](qsizetype chunk) {
                            if (chunk == 8) {
-                               keys.tap(CapsLock);
+                               keys.tap(Key::capsLock);
                            }
                        }),
               PostResult::Posted);
     EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
     EXPECT_EQ(hearing.await(1), std::vector<bool>{true});
     EXPECT_EQ(keyboardState(), "locked 2 ");
-    keys.tap(CapsLock);
+    keys.tap(Key::capsLock);
     EXPECT_EQ(hearing.await(2), (std::vector<bool>{true, false}));
 }

@@ -6,6 +6,7 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/server/X11Connection.h"
 #include "linux/x11/typing/InputMethod.h"
@@ -23,11 +24,6 @@ namespace {
 
 const QString Sentence = QStringLiteral("Hello world, this is a test 123. \"Right?\" ö, я, 漢");
 
-constexpr int KeyK = 45;
-constexpr int KeyA = 38;
-constexpr int ReturnKey = 36;
-constexpr int SpaceKey = 65;
-
 /// What the user types is composed, and what we type arrives as it stands.
 void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind) {
     setLayout("us");
@@ -40,9 +36,9 @@ void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind) {
         };
         // An engine that is still being loaded lets the first keys through.
         for (int attempt = 0; attempt < 20 && !isComposed(control.text()); ++attempt) {
-            keys.tap(KeyK);
-            keys.tap(KeyA);
-            keys.tap(method == RunningInputMethod::Kind::IbusAnthy ? ReturnKey : SpaceKey);
+            keys.tap(Key::k);
+            keys.tap(Key::a);
+            keys.tap(method == RunningInputMethod::Kind::IbusAnthy ? Key::enter : Key::space);
             control.waitFor(isComposed, std::chrono::seconds(1));
         }
         ASSERT_TRUE(isComposed(control.text())) << control.text().toStdString();

@@ -64,7 +64,9 @@ RunningInputMethod::RunningInputMethod(Kind kind) {
         write(m_home.filePath(".config/fcitx5/config"), "[Behavior]\nActiveByDefault=True\n");
         start({"fcitx5", "--replace", "--disable=notificationitem,cloudpinyin"});
     } else {
+        // Both engines begin with Latin letters by default.
         outputOf("gsettings set org.freedesktop.ibus.engine.hangul initial-input-mode hangul");
+        outputOf("gsettings set org.freedesktop.ibus.engine.anthy.common input-mode 0");
         start({"ibus-daemon", "--xim", "--panel=disable"});
     }
     const auto connection = X11Connection::open();

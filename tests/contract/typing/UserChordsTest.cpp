@@ -8,6 +8,7 @@
 #include "TypingTools.h"
 
 #include "RigInput.h"
+#include "keys.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/server/XcbXkb.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
@@ -26,13 +27,6 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-
-constexpr int LeftControl = 37;
-constexpr int LeftAlt = 64;
-constexpr int Space = 65;
-constexpr int Tab = 23;
-constexpr int LetterS = 39;
-constexpr int F8 = 74;
 
 const QString Text = QStringLiteral("A sentence that takes a while to type.");
 constexpr qsizetype Middle = 10;
@@ -125,20 +119,20 @@ void expectTypedAndPasted(std::uint32_t control, Receiver::Kind kind) {
 TEST_F(UserChord, hotkeyChord_isHeardAndStaysOutOfTheText) {
     Receiver receiver(Receiver::Kind::Qt);
     Program other;
-    other.grabChord(Space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1);
-    EXPECT_EQ(typeWhilePressing({LeftControl, LeftAlt, Space}), PostResult::Posted);
+    other.grabChord(Key::space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1);
+    EXPECT_EQ(typeWhilePressing({Key::leftControl, Key::leftAlt, Key::space}), PostResult::Posted);
     EXPECT_EQ(other.keyPresses(),
-              (std::vector<Program::KeyPress>{{Space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1}}));
+              (std::vector<Program::KeyPress>{{Key::space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1}}));
     EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
 }
 
 TEST_F(UserChord, hotkeyWithoutModifiersHeldForLong_textComesAllTheSame) {
     Receiver receiver(Receiver::Kind::Gtk);
     Program other;
-    other.grabChord(F8, 0);
-    EXPECT_EQ(typeWhilePressing({F8}, seconds(4)), PostResult::Posted);
+    other.grabChord(Key::f8, 0);
+    EXPECT_EQ(typeWhilePressing({Key::f8}, seconds(4)), PostResult::Posted);
     for (const auto& press : other.keyPresses()) { // with its repeats
-        EXPECT_EQ(press, (Program::KeyPress{F8, 0}));
+        EXPECT_EQ(press, (Program::KeyPress{Key::f8, 0}));
     }
     EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
 }
@@ -146,12 +140,12 @@ TEST_F(UserChord, hotkeyWithoutModifiersHeldForLong_textComesAllTheSame) {
 TEST_F(UserChord, shortcutOfTheApplication_arrivesAsSuch) {
     Program program;
     program.show(Program::Kind::Managed);
-    EXPECT_EQ(typeWhilePressing({LeftControl, LetterS}), PostResult::Posted);
+    EXPECT_EQ(typeWhilePressing({Key::leftControl, Key::s}), PostResult::Posted);
     const auto presses = program.keyPresses();
-    EXPECT_EQ(std::ranges::count(presses, Program::KeyPress{LetterS, XCB_MOD_MASK_CONTROL}), 1);
+    EXPECT_EQ(std::ranges::count(presses, Program::KeyPress{Key::s, XCB_MOD_MASK_CONTROL}), 1);
     EXPECT_EQ(std::ranges::count_if(presses,
                                     [](const Program::KeyPress& press) {
-                                        return press.key != LetterS &&
+                                        return press.key != Key::s &&
                                                (press.modifiers & XCB_MOD_MASK_CONTROL) != 0;
                                     }),
               0);
@@ -160,7 +154,7 @@ TEST_F(UserChord, shortcutOfTheApplication_arrivesAsSuch) {
 TEST_F(UserChord, altTab_movesTheFocusAndStopsTheTyping) {
     Receiver second(Receiver::Kind::Qt, QStringLiteral("second"));
     Receiver first(Receiver::Kind::Gtk, QStringLiteral("first"));
-    EXPECT_EQ(typeWhilePressing({LeftAlt, Tab}), PostResult::TargetLost);
+    EXPECT_EQ(typeWhilePressing({Key::leftAlt, Key::tab}), PostResult::TargetLost);
     EXPECT_TRUE(first.waitFor([](const QString& text) { return !text.isEmpty() && Text.startsWith(text); }));
     typeAnywhere(poster, QStringLiteral("."));
     EXPECT_TRUE(second.waitForText(QStringLiteral("."))) << second.text().toStdString();
@@ -169,7 +163,7 @@ TEST_F(UserChord, altTab_movesTheFocusAndStopsTheTyping) {
 TEST_F(UserChord, modifierHeldForLong_isLetGoAfterAWhile) {
     Receiver receiver(Receiver::Kind::Terminal);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(typeWhilePressing({LeftControl}, seconds(5)), PostResult::Posted);
+    EXPECT_EQ(typeWhilePressing({Key::leftControl}, seconds(5)), PostResult::Posted);
     EXPECT_GT(std::chrono::steady_clock::now() - start, seconds(2));
     EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
 }
@@ -193,7 +187,7 @@ TEST(SlowKeys, usersOwnKeys_staySlow) {
     RigInput keys;
     X11KeyEventPoster poster;
     const KeyFilter filter(XCB_XKB_BOOL_CTRL_SLOW_KEYS);
-    EXPECT_EQ(typeText(poster, Text, [&](qsizetype) { keys.tap(LetterS); }), PostResult::Posted);
+    EXPECT_EQ(typeText(poster, Text, [&](qsizetype) { keys.tap(Key::s); }), PostResult::Posted);
     EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
 }
 

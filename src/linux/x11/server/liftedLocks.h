@@ -8,8 +8,8 @@ namespace talvera {
 
 class X11Connection;
 
-/// The property of the root window in which typing notes what it has changed for the time being. Its first two
-/// items are those of LiftedLocks.
+/// The property of the root window in which typing notes what it has changed for the time being. Its first
+/// two items are those of LiftedLocks.
 inline constexpr std::string_view typingLedgerProperty = "_TALVERA_TYPING";
 
 /// What a text that is being typed has lifted of the user's locks, such as Caps Lock, as sets of modifiers.
