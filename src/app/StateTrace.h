@@ -10,7 +10,7 @@ class DictationHUDController;
 class MenuBarController;
 class ReadinessMonitor;
 
-/// Prints a line whenever the agent's state changes, for tests and for whoever looks for a fault:
+/// Prints a line whenever the agent's state changes, for tests and for the search for faults:
 ///   [trace] menu idle|recording|transcribing|error
 ///   [trace] hud hidden|listening|transcribing|translating NAME|permissionRequired KIND|notice TEXT TONE
 ///   [trace] microphone authorized|denied|restricted|notDetermined

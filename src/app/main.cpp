@@ -75,7 +75,7 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     TerminationSignals termination([] { QCoreApplication::quit(); });
     directory.keepInPlace();
 
-    // Never destroyed: tasks that sleep when the program ends are its alone, and don't go on.
+    // Never destroyed: it owns the tasks that sleep when the program ends, and they must not be resumed.
     static QtMainActor& actor = *new QtMainActor;
     int status = EXIT_SUCCESS;
     {

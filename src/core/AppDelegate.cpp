@@ -95,7 +95,7 @@ void AppDelegate::connectHotkeys() {
     m_parts.translateToggle.install();
 }
 
-/// A hotkey that does nothing must not stay a riddle.
+/// The user learns why the hotkey does nothing.
 void AppDelegate::showBindingRefused(WatchResult result) {
     const auto text =
         result == WatchResult::ChordTaken

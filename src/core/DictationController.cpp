@@ -241,7 +241,7 @@ void DictationController::deleteFile(const QString& path) {
     try {
         m_parts.files.remove(path);
     } catch (const PlatformError&) {
-        // A cancelled press has no file yet, and nobody could do anything about the rest.
+        // A cancelled press has no file yet, and there is no remedy for the rest.
     }
 }
 

@@ -57,7 +57,7 @@ public:
     static ResolvedMode resolveMode(InsertionMode insertionMode, double durationSeconds,
                                     double thresholdSeconds);
 
-    /// Somebody is dictating: gets ready for their text while nothing else is to be done.
+    /// A dictation has begun: reads the keymap now, so that its text need not wait for that.
     void prepare();
 
     /// Routes and delivers; a notice goes to the HUD.

@@ -16,7 +16,7 @@ QString requiredApplicationSupport(const Directories& directories) {
 void createIfPossible(FileSystem& files, const QString& path) {
     try {
         files.createDirectories(path);
-    } catch (const PlatformError&) { // whoever writes there later reports it better
+    } catch (const PlatformError&) { // the download that writes there reports it better
     }
 }
 

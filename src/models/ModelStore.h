@@ -15,7 +15,7 @@ class ModelStore {
 public:
     enum class Readiness { Unknown, Ready, Missing };
 
-    /// Creates the two directories; that they can't be created shows only when somebody needs them. Aborts
+    /// Creates the two directories; that they can't be created shows only when they are needed. Aborts
     /// when the platform names no application support directory.
     ModelStore(FileSystem& files, const Directories& directories);
 

@@ -5,7 +5,7 @@
 
 namespace talvera {
 
-/// What every transcript goes through before anybody sees it. The rules are the same for every language. No
+/// What every transcript goes through before it is used. The rules are the same for every language. No
 /// input makes them fail, and their time grows with the text's length only. Any thread.
 
 /// Turns what the recognition tool wrote into the text that the user gets: joins its lines, drops bracketed

@@ -19,7 +19,7 @@ struct ResamplerDeleter {
 };
 using Resampler = std::unique_ptr<std::remove_pointer_t<soxr_t>, ResamplerDeleter>;
 
-/// Nobody flushes the filter at the end of a recording, so what it holds back is cut off the last word. A
+/// The filter isn't flushed at the end of a recording, so what it holds back is cut off the last word. A
 /// filter of the usual steepness on its usual blocks holds 20 to 40 ms; one that leaves itself more room
 /// between what it passes (6.4 of 8 kHz untouched) and what it stops (from 8.8 kHz), on the smallest blocks,
 /// holds 4.

@@ -8,7 +8,7 @@
 
 namespace talvera {
 
-/// A child that runs, and what we hold of it. Whoever has it must wait for it.
+/// A child that runs, and what we hold of it. Its holder must wait for it, else it stays as a zombie.
 struct LaunchedChild {
     pid_t pid = -1;                ///< also its process group
     FileDescriptor handle;         ///< readable when it has ended

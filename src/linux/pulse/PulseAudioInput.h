@@ -12,7 +12,7 @@
 namespace talvera {
 
 /// The microphone behind a PulseAudio server, or behind PipeWire, which speaks the same protocol. The device
-/// is opened by start() and let go by stop(); in between a press and the next nobody listens. When it goes
+/// is opened by start() and let go by stop(); between two presses the device is closed. When it goes
 /// away in the middle of a recording, what it had heard is handed over and then comes nothing more.
 class PulseAudioInput final : public AudioEngine {
 public:

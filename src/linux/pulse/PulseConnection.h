@@ -19,7 +19,7 @@
 namespace talvera {
 
 /// The process's one connection to the sound server, kept open so that a recording starts at once. The server
-/// tells it of changes; a server that has gone away is looked for again whenever somebody asks, so that
+/// tells it of changes; a server that has gone away is looked for again at each question, so that
 /// nothing happens at rest. Outlives the inputs that stand on it.
 class PulseConnection {
 public:

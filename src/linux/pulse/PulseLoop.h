@@ -12,7 +12,7 @@
 namespace talvera {
 
 /// The thread that talks to the sound server, and its lock. Callbacks of the sound library run on this thread
-/// with the lock held; everybody else takes a Lock before touching an object of the library or their own
+/// with the lock held; all other code takes a Lock before touching an object of the library or their own
 /// state that callbacks share. Between messages the thread sleeps in the kernel, without any time-out.
 class PulseLoop {
 public:

@@ -6,7 +6,7 @@
 
 namespace talvera {
 
-/// There is nobody to ask on this desktop: we may listen when the sound server lets us in and has a
+/// These desktops have no permission service: we may listen when the sound server lets us in and has a
 /// microphone, and may not when it refuses, has none or is away. Undetermined until it has answered.
 class PulseMicrophonePermission final : public MicrophonePermission {
 public:

@@ -95,7 +95,7 @@ void PulseRecordStream::waitUntilOpen(Duration limit) {
     auto& loop = m_connection.loop();
     const auto decided = [this] { return m_state != State::Opening; };
     if (!decided() && !loop.waitUntil(m_connection.context(), limit, decided)) {
-        // Were the server to wake up later, it would open the microphone for a stream that nobody wants any
+        // Were the server to wake up later, it would open the microphone for a stream that isn't wanted any
         // more, and that cannot be closed before it is open. So the whole connection goes.
         m_connection.drop();
         throw failure(AudioEngineFailure::TimedOut, "the sound server does not answer");

@@ -46,7 +46,7 @@ bool PulseSoundPlayer::load(const QString& name) {
         const auto file = m_files.open(m_directory + u'/' + name + QStringLiteral(".wav"));
         m_sound = {name, file->processingFormat(), file->readAll()};
     } catch (const PlatformError&) {
-        return false; // a name that nobody knows
+        return false; // no such sound
     }
     return true;
 }

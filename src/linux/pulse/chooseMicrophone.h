@@ -30,7 +30,7 @@ struct Microphone {
 };
 
 /// Picks the system's default input device: the default source. When that is a monitor, which hears the
-/// loudspeakers and nobody else, then the first plugged-in source that isn't. Nothing when there is none.
+/// loudspeakers and nothing else, then the first plugged-in source that isn't. Nothing when there is none.
 std::optional<Microphone> chooseMicrophone(const std::string& defaultSource,
                                            const std::vector<PulseSource>& sources);
 

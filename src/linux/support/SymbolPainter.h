@@ -26,7 +26,7 @@ constexpr int crispSize(int pixels) {
 namespace TrayColors {
 inline constexpr QColor OnDark{0xf4, 0xf4, 0xf6};
 inline constexpr QColor OnLight{0x2a, 0x2a, 0x30};
-/// Where nobody tells what lies behind: as far from black as from white.
+/// Where it isn't known what lies behind: as far from black as from white.
 inline constexpr QColor OnUnknown{0x7d, 0x79, 0xf2};
 } // namespace TrayColors
 

@@ -11,7 +11,7 @@ namespace talvera {
 /// Nothing when there is no such process, or no way to know.
 std::optional<char> processState(pid_t pid);
 
-/// Whether the process is there and not just waiting to be buried.
+/// Whether the process is there and no zombie.
 bool processRuns(pid_t pid);
 
 } // namespace talvera

@@ -33,8 +33,8 @@ std::optional<QString> temporaryAtRuntime(const QString& runtime) {
     return makePrivateDirectory(path) ? std::optional(path) : std::nullopt;
 }
 
-/// Under the system's temporary directory, where everybody may write. Should somebody sit on the name that we
-/// would have every time, it becomes a fresh one.
+/// Under the system's temporary directory, where all users may write. Should another user hold the name that
+/// we would have every time, it becomes a fresh one.
 QString temporaryOfSystem(const QString& systemTemporary) {
     const QString path = QStringLiteral("%1/talvera-%2")
                              .arg(absoluteOr(systemTemporary, QStringLiteral("/tmp")))

@@ -28,9 +28,9 @@ public:
     /// The environment of this process.
     static Environment environment();
 
-    /// The directories of this user. The temporary one exists afterwards, belongs to us, and nobody else can
-    /// look into it; throws PlatformError (domain "XdgDirectories", code errno) when no such directory can be
-    /// had.
+    /// The directories of this user. The temporary one exists afterwards, belongs to us, and no other user
+    /// can look into it; throws PlatformError (domain "XdgDirectories", code errno) when no such directory
+    /// can be had.
     static Directories directories(const Environment& environment = XdgDirectories::environment());
 };
 

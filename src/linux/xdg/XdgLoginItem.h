@@ -9,7 +9,7 @@
 
 namespace talvera {
 
-/// An entry in the desktop's autostart directory. The file itself is the truth, whoever has written it last:
+/// An entry in the desktop's autostart directory. The file itself is the truth, whichever program wrote it:
 /// we, the desktop's own settings, or the user with an editor.
 class XdgLoginItem final : public LoginItem {
 public:

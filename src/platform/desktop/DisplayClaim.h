@@ -6,7 +6,7 @@
 namespace talvera {
 
 /// The place of the one agent on a display. It belongs to the display and not to a user, a directory or an
-/// environment: whoever holds it is alone there, another display has a place of its own, and it is free again
+/// environment: its holder is alone there, another display has a place of its own, and it is free again
 /// as soon as the holder has ended, whichever way that was. Main thread only.
 class DisplayClaim {
 public:

@@ -13,7 +13,7 @@ struct UpdateAnswer {
         UpToDate,
         Available,   ///< `version` can be installed
         NotAPackage, ///< this copy was not installed by the system
-        NoService,   ///< there is nobody to ask
+        NoService,   ///< no such service
         Failed,
     };
     Kind kind = Kind::Failed;

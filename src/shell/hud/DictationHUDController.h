@@ -17,7 +17,7 @@ namespace talvera {
 
 class MainActor;
 
-/// Owns the HUD's panel and says what it shows. Everybody else only asks for transitions, none of which can
+/// Owns the HUD's panel and says what it shows. All other classes only ask for transitions, none of which can
 /// fail. Main thread only.
 class DictationHUDController {
 public:

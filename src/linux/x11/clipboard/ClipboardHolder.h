@@ -10,7 +10,7 @@
 
 namespace talvera {
 
-/// Somebody who holds the clipboard for us, at the other end of a socket; see ClipboardLink.h. Destroying it
+/// A process or thread that holds the clipboard for us, behind a socket; see ClipboardLink.h. Destroying it
 /// hangs up.
 class ClipboardHolder {
 public:
@@ -32,7 +32,7 @@ private:
     int m_socket;
 };
 
-/// The companion program. It goes on when we hang up, until somebody else takes the clipboard.
+/// The companion program. It goes on when we hang up, until another program takes the clipboard.
 class CompanionProcess final : public ClipboardHolder {
 public:
     /// Null when it can't be started.

@@ -121,7 +121,7 @@ bool RequestReader::fill(char* bytes, std::size_t size, std::size_t& filled) {
 
 void RequestReader::answer(std::uint32_t serial, const SelectionOwner::Report& report) const {
     const ClipboardAnswer answer{serial, report.isHeld ? 1U : 0U, report.requests};
-    // Small enough to find room. If the agent is gone, nobody misses it.
+    // Small enough to find room. If the agent is gone, it isn't needed.
     (void)::send(m_socket, &answer, sizeof answer, MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 

@@ -8,7 +8,7 @@
 
 namespace talvera {
 
-/// Holds the clipboard for somebody at the other end of a socket.
+/// Holds the clipboard for the agent at the other end of a socket.
 class ClipboardService {
 public:
     /// `connection` is this object's alone.

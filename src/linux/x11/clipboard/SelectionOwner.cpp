@@ -21,7 +21,8 @@ void wipe(std::string* text) {
     delete text;
 }
 
-/// A terminal emulator holds the other end of its terminals open. In doubt, a process is one.
+/// A terminal emulator holds the other end of its terminals open. A process that can't be looked at counts as
+/// one.
 bool mayBeTerminal(pid_t process) {
     std::error_code error;
     const std::string directory = "/proc/" + std::to_string(process) + "/fd";

@@ -12,14 +12,14 @@
 
 namespace talvera {
 
-/// A text that is wiped from memory when nobody needs it any more.
+/// A text that is wiped from memory when its last holder lets go of it.
 using WipedText = std::shared_ptr<const std::string>;
 
 /// Memory for a text of `size` bytes, to be filled and then shared as WipedText.
 std::shared_ptr<std::string> makeWipedText(std::size_t size);
 
-/// Owns the clipboard and the primary selection with one and the same text, and gives it to whoever asks, in
-/// pieces if it is large. Uses its connection alone; the owner of this object hands it the events.
+/// Owns the clipboard and the primary selection with one and the same text, and gives it to each requestor,
+/// in pieces if it is large. Uses its connection alone; the owner of this object hands it the events.
 ///
 /// A selection that the focused application has made for itself stays its own: many drop the marking when
 /// they lose it, and what is pasted would not take the place of what was marked. But a terminal loses it,
@@ -43,7 +43,7 @@ public:
     };
     Report report();
 
-    /// One of the selections is still ours, or somebody is still being given what was.
+    /// One of the selections is still ours, or a requestor is still being sent what was.
     bool isNeeded() const;
 
     void handle(const xcb_generic_event_t& event);

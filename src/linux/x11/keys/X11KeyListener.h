@@ -15,8 +15,8 @@
 namespace talvera {
 
 /// Runs a key watch on a thread of its own, so that a busy main thread never lets the keyboard wait. Events
-/// go to a mailbox; when nobody empties it, the watch is suspended until the main thread has been told so and
-/// says again what to listen for. Sleeps while no key moves. Main thread only.
+/// go to a mailbox; when the main thread doesn't empty it, the watch is suspended until the main thread has
+/// been told so and says again what to listen for. Sleeps while no key moves. Main thread only.
 class X11KeyListener {
 public:
     /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY.

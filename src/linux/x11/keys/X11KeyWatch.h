@@ -25,11 +25,11 @@ using KeyInterest = std::variant<KeyChord, VirtualKey>;
 ///
 /// Two connections see every press. The one with the raw events knows which device a key is on, so that what
 /// programs post, we among them, neither starts nor ends anything. The one with the grabs knows that the key
-/// went to us and to nobody else. A chord is pressed when both tell the same key down: while a menu or a
+/// went to us alone. A chord is pressed when both tell the same key down: while a menu or a
 /// screen locker has the keyboard, the chord goes there, and is not ours to act on. A key held alone goes
 /// where it always goes, and the raw events are all there is of it.
 ///
-/// What the user types passes through here. Of keys that nobody waits for, only held modifiers are kept, as
+/// What the user types passes through here. Of keys that no tap waits for, only held modifiers are kept, as
 /// long as they are held. One thread at a time.
 class X11KeyWatch {
 public:

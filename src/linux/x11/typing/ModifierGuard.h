@@ -10,9 +10,9 @@
 namespace talvera {
 
 /// Keeps the user's keys and our own apart. What is down when typing begins, such as the rest of a hotkey, is
-/// let go: it counts as released until the user presses it anew, since nobody could release a key that we
-/// pressed again. What the user presses later is theirs: a chord is theirs until its last key is up, and no
-/// key of ours may come in between. Locks are lifted, and come back in the end.
+/// let go: it counts as released until the user presses it anew, since the user's own release would come
+/// before ours. What the user presses later is theirs: a chord is theirs until its last key is up, and no key
+/// of ours may come in between. Locks are lifted, and come back in the end.
 class ModifierGuard {
 public:
     /// What is to be known of the keyboard before a key is pressed.

@@ -104,7 +104,7 @@ void SpareKeycodes::lend(const std::vector<std::uint32_t>& symbols) {
              ++change) {
             KeySymEntry& entry = table[change->first];
             const auto old = before.find(change->first);
-            // Somebody else may have taken the key since we looked; then it stays theirs.
+            // Another program may have taken the key since we looked; then it stays that one's.
             if (entry.isEmpty() || (old != before.end() && entry.isOnly(old->second)))
                 entry = KeySymEntry::only(change->second);
         }

@@ -80,7 +80,7 @@ void TypingLedger::settle(X11Keyboard& keyboard, TargetBarrier* barrier) {
             keyboard.connection().roundTrip();
             barrier->wait(catchUpLimit);
             if (readLedger(keyboard) != items)
-                return; // somebody has settled it, and may be typing again by now
+                return; // another process has settled it, and may be typing again by now
         }
         returnLentKeys(keyboard, keys);
     }

@@ -11,7 +11,7 @@ namespace talvera {
 class TargetBarrier;
 
 /// What typing has changed for the time being and owes back to the user. It is kept at the X server, written
-/// before each change, so that whoever comes after a sudden death can pay the debt.
+/// before each change, so that the companion or the next agent can undo it after a sudden death.
 class TypingLedger {
 public:
     using LentKeys = std::map<xcb_keycode_t, std::uint32_t>; ///< the symbol that each spare key has for now

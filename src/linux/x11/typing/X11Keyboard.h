@@ -57,7 +57,7 @@ public:
     void liftTypingFilters(std::uint32_t filters);
     void restoreTypingFilters(std::uint32_t filters);
 
-    /// Releases the keys that the typing device still holds, after somebody has died between a press and its
+    /// Releases the keys that the typing device still holds, after a process has died between a press and its
     /// release.
     void releaseStranded();
 
