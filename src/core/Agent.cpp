@@ -11,7 +11,10 @@
 #include "platform/system/Directories.h"
 #include "shell/hud/FocusNoticeText.h"
 #include "shell/panel/MenuPanelController.h"
+#include "shell/texts/shownPath.h"
 #include "text/Localization.h"
+
+#include <QDir>
 
 #include <utility>
 
@@ -55,6 +58,10 @@ Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& w
     , m_machine(machine)
     , m_windows(windows) {
     delegate = makeDelegate();
+    m_recordingEnd = menuBar.state.observe([this](MenuBarController::State state) {
+        if (state == MenuBarController::State::Idle || state == MenuBarController::State::Error)
+            hud.recordingEnded();
+    });
 }
 
 Agent::~Agent() = default;
@@ -156,12 +163,13 @@ std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
     model.onQuit = [this] { m_machine.system.application.terminate(); };
     model.onLanguageModelSettings = [this] {
-        hud.showNotice(localized("hud.languageModel.none", "This computer has no on-device language model"),
+        hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),
                        DictationHUDState::NoticeTone::Info, noticeTime);
     };
     model.onAdvice = [this](const QString& text) {
-        hud.showNotice(text, DictationHUDState::NoticeTone::Warn, noticeTime);
+        hud.showRemark(text, DictationHUDState::NoticeTone::Warn, noticeTime);
     };
+    model.toggleActs = [this] { return translateToggle.eventTap() != nullptr; };
     return m_windows.makeMenuPanel(model);
 }
 
@@ -176,7 +184,8 @@ void Agent::openSettings() {
     delegate->closePanel();
     const auto& place = m_machine.system.directories.configuration;
     m_machine.desktop.fileBrowser.show(place);
-    hud.showNotice(formatted(localized("hud.settings.place", "Your settings are kept in %@"), place),
+    hud.showRemark(formatted(localized("hud.settings.place", "Your settings are kept in %@"),
+                             shownPath(place, QDir::homePath())),
                    DictationHUDState::NoticeTone::Info, noticeTime);
 }
 

@@ -92,6 +92,7 @@ private:
 
     const Machine m_machine;
     WindowFactory& m_windows;
+    Subscription m_recordingEnd;
 };
 
 } // namespace talvera

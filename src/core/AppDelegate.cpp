@@ -101,7 +101,7 @@ void AppDelegate::showBindingRefused(WatchResult result) {
         result == WatchResult::ChordTaken
             ? localized("hud.hotkey.taken", "Another program uses your hotkey — choose another one")
             : localized("hud.hotkey.unavailable", "No keyboard here has your hotkey");
-    m_parts.hud.showNotice(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
+    m_parts.hud.showRemark(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
 }
 
 /// On a desktop without a tray the user sees nothing of us until the first press. Said once for all times,

@@ -20,6 +20,7 @@
 #include "shell/readiness/ReadinessMonitor.h"
 #include "shell/settings/StartSound.h"
 #include "speech/AudioRecorder.h"
+#include "text/Localization.h"
 
 #include <QLocale>
 
@@ -136,7 +137,7 @@ void DictationController::beginRecording() {
 }
 
 void DictationController::giveUpRecording(const std::exception& error) {
-    const auto message = QStringLiteral("Microphone unavailable");
+    const auto message = localized("dictation.noMicrophone", "Microphone unavailable");
     m_parts.trace(QStringLiteral("Recorder start failed: ") + QString::fromUtf8(error.what()));
     m_parts.menuBar.showError(message, errorTime);
     m_parts.hud.showNotice(message, DictationHUDState::NoticeTone::Warn, noticeTime);
@@ -181,7 +182,7 @@ void DictationController::finishRecording(const QString& wav) {
         audioSeconds = m_parts.recorder.stop(wav);
     } catch (const std::exception& error) {
         m_parts.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
-        m_parts.menuBar.showError(QStringLiteral("Couldn't save recording"), errorTime);
+        m_parts.menuBar.showError(localized("dictation.notSaved", "Couldn't save recording"), errorTime);
         return; // the next press overwrites what this one has left
     }
     const auto mode = TextInserter::resolveMode(m_parts.settings.insertionMode.get(), audioSeconds,

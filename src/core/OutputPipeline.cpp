@@ -155,7 +155,8 @@ Task<void> OutputPipeline::fallBackToWhisper(const Dictation& dictation) {
                                Tone::Info, noticeTime);
         trace(QStringLiteral("Fallback typed %1 chars in English %2.").arg(count(text), why));
     } else {
-        m_parts.hud.showNotice(QStringLiteral("Nothing recognized"), Tone::Warn, noticeTime);
+        m_parts.hud.showNotice(localized("dictation.nothingRecognized", "Nothing recognized"), Tone::Warn,
+                               noticeTime);
     }
     m_parts.menuBar.state.set(MenuBarController::State::Idle);
     deleteRecording(request.wav);
@@ -170,8 +171,9 @@ void OutputPipeline::finishDictation(const QString& wav) {
 
 void OutputPipeline::failRecognition(const QString& wav, const char* traceText, const std::exception& error) {
     trace(QString::fromUtf8(traceText) + QString::fromUtf8(error.what()));
-    m_parts.menuBar.showError(QStringLiteral("Transcription failed"), errorTime);
-    m_parts.hud.showNotice(QStringLiteral("Transcription failed"), Tone::Warn, noticeTime);
+    const auto message = localized("dictation.transcriptionFailed", "Transcription failed");
+    m_parts.menuBar.showError(message, errorTime);
+    m_parts.hud.showNotice(message, Tone::Warn, noticeTime);
     deleteRecording(wav);
 }
 

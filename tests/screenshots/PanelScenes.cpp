@@ -57,11 +57,13 @@ public:
         m_stage.wait(seconds(0.2));
     }
 
-    void setLanguageModel(bool available) {
-        m_languageModel.reason =
-            available ? std::nullopt : std::optional(LanguageModel::UnavailableReason::DeviceNotEligible);
+    void setLanguageModel(std::optional<LanguageModel::UnavailableReason> reason) {
+        m_languageModel.reason = reason;
         m_languageModel.languages = {"en", "es", "fr", "de", "it", "pt-BR", "pt", "nl", "ja"};
         readiness.refresh();
+    }
+    void setToggleActs(bool acts) {
+        m_model.toggleActs = [acts] { return acts; };
     }
     void setMissing(bool microphoneMissing, bool accessibilityMissing) {
         m_microphone.current =
@@ -111,16 +113,19 @@ void photographPanel(Stage& stage) {
     stage.settings.aiCleanupEnabled.set(false);
     PanelSet panel(stage);
 
-    panel.setLanguageModel(false);
+    panel.setLanguageModel(LanguageModel::UnavailableReason::IntelligenceOff);
+    panel.photograph("model-off");
+    panel.setLanguageModel(LanguageModel::UnavailableReason::DeviceNotEligible);
     panel.photograph("ready-without-model");
     panel.photograph("picker-without-model", {Qt::Key_Down, Qt::Key_Return});
 
-    panel.setLanguageModel(true);
+    panel.setLanguageModel(std::nullopt);
     panel.stats.lastWeekStats.set({2 * 3600 + 5 * 60, 148});
     panel.photograph("ready");
     stage.settings.aiCleanupEnabled.set(true);
     stage.settings.targetLanguageCode.set("pt-BR");
     stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::T));
+    panel.setToggleActs(true);
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
     QCursor::setPos(place + QPoint(MenuPanelWidth / 2, 345)); // over one of the lower rows

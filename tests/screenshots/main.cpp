@@ -32,7 +32,7 @@ public:
             std::cerr << qPrintable(path) << " is no catalog of texts\n";
             return false;
         }
-        m_catalogs.push_back(std::make_unique<TextCatalog>(*texts));
+        m_catalogs.push_back(std::make_unique<TextCatalog>(*texts, QFileInfo(path).baseName()));
         return QGuiApplication::installTranslator(m_catalogs.back().get());
     }
 

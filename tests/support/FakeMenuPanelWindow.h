@@ -33,6 +33,7 @@ public:
             m_visible = false;
         });
     }
+    void setFrame(const QRect& frame) override { m_frame = frame; }
     QRect frame() const override { return m_frame; }
 
 private:

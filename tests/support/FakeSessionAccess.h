@@ -10,9 +10,10 @@ class FakeSessionAccess final : public SessionAccess {
 public:
     bool trusted = true; ///< nothing is lacking
     bool inputMonitoring = true;
+    SessionLack lack = SessionLack::Permission; ///< while it isn't trusted
 
     std::vector<SessionLack> lacks() override {
-        return trusted ? std::vector<SessionLack>() : std::vector{SessionLack::ActiveWindow};
+        return trusted ? std::vector<SessionLack>() : std::vector{lack};
     }
     bool canWatchKeys() override { return inputMonitoring; }
 };

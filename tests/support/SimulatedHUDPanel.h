@@ -4,6 +4,7 @@
 #include "SimulatedMainActor.h"
 #include "shell/hud/HUDPanel.h"
 
+#include <optional>
 #include <utility>
 
 namespace talvera::test {
@@ -16,6 +17,8 @@ public:
 
     bool isVisible() const override { return m_visible; }
     void fadeIn() override {
+        if (const auto withdrawal = std::exchange(m_withdrawal, std::nullopt))
+            m_actor.cancelTimer(*withdrawal);
         m_visible = true;
         ++fadeIns;
     }
@@ -25,6 +28,12 @@ public:
             --fadesUnderWay;
             m_visible = false;
             completion();
+        });
+    }
+    void withdraw() override {
+        m_withdrawal = m_actor.startTimer(fade, [this] {
+            m_withdrawal.reset();
+            m_visible = false;
         });
     }
     void setIgnoresMouseEvents(bool ignores) override { ignoresMouseEvents = ignores; }
@@ -38,6 +47,7 @@ public:
 private:
     SimulatedMainActor& m_actor;
     bool m_visible = false;
+    std::optional<MainActor::TimerId> m_withdrawal;
 };
 
 } // namespace talvera::test

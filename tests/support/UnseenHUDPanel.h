@@ -11,6 +11,7 @@ public:
     bool isVisible() const override { return false; }
     void fadeIn() override {}
     void fadeOut(std::function<void()> completion) override { completion(); }
+    void withdraw() override {}
     void setIgnoresMouseEvents(bool) override {}
 };
 

@@ -5,6 +5,7 @@ namespace talvera {
 
 /// What a session may lack for us to work in it.
 enum class SessionLack {
+    Permission,   ///< the desktop's settings can give it
     KnownSession, ///< it is of a kind that we can't work in, or its display server has gone
     KeyWatching,  ///< programs aren't told of the keys
     KeyPosting,   ///< programs can't type

@@ -10,7 +10,8 @@ namespace talvera {
 
 DictationHUDController::DictationHUDController(MainActor& actor, HUDPanelFactory makePanel)
     : m_actor(actor)
-    , m_makePanel(std::move(makePanel)) {}
+    , m_makePanel(std::move(makePanel))
+    , m_stateChanges(m_stateHolder->state.observe([this](const DictationHUDState&) { sayWhatWaits(); })) {}
 
 DictationHUDController::~DictationHUDController() {
     if (m_noticeAutoHide)
@@ -48,6 +49,39 @@ void DictationHUDController::showNotice(const QString& text, NoticeTone tone, Du
     });
 }
 
+void DictationHUDController::showRemark(const QString& text, NoticeTone tone, Duration autoHideAfter) {
+    if (tellsOfADictation())
+        m_waitingRemark = Remark{text, tone, autoHideAfter};
+    else
+        showNotice(text, tone, autoHideAfter);
+}
+
+void DictationHUDController::recordingEnded() {
+    if (!currentState().as<DictationHUDState::Listening>() || std::exchange(m_recordingEnded, true))
+        return;
+    panel().withdraw();
+    sayWhatWaits();
+}
+
+bool DictationHUDController::tellsOfADictation() const {
+    const auto& state = currentState();
+    return (state.as<DictationHUDState::Listening>() && !m_recordingEnded) ||
+           state.as<DictationHUDState::Transcribing>() || state.as<DictationHUDState::Translating>();
+}
+
+/// In a turn of its own: whoever has changed the state may not be done. Then the dictation's own notice runs
+/// its time first.
+void DictationHUDController::sayWhatWaits() {
+    if (!m_waitingRemark || tellsOfADictation())
+        return;
+    m_actor.post(m_lifetime.ifAlive([this] {
+        if (tellsOfADictation() || currentState().as<DictationHUDState::Notice>())
+            return;
+        if (const auto remark = std::exchange(m_waitingRemark, std::nullopt))
+            showNotice(remark->text, remark->tone, remark->autoHideAfter);
+    }));
+}
+
 void DictationHUDController::showPermission(PermissionKind kind, std::function<void()> onDismiss,
                                             std::function<void()> onOpenSettings) {
     beginTransition();
@@ -80,6 +114,7 @@ void DictationHUDController::setLevel(float input) {
 void DictationHUDController::beginTransition() {
     if (const auto autoHide = std::exchange(m_noticeAutoHide, std::nullopt))
         autoHide->cancel();
+    m_recordingEnded = false;
     m_stateHolder->permissionDismiss = nullptr;
     m_stateHolder->permissionOpenSettings = nullptr;
 }

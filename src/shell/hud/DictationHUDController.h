@@ -2,6 +2,8 @@
 #pragma once
 
 #include "concurrency/CancellationToken.h"
+#include "concurrency/Lifetime.h"
+#include "concurrency/Published.h"
 #include "concurrency/Time.h"
 #include "shell/hud/DictationHUDState.h"
 #include "shell/hud/HUDPanel.h"
@@ -46,6 +48,14 @@ public:
     void showPermission(PermissionKind kind, std::function<void()> onDismiss,
                         std::function<void()> onOpenSettings);
 
+    /// Says what the user has asked for outside of a dictation. What a dictation shows goes before: until it
+    /// is over the remark waits, and of several the last one.
+    void showRemark(const QString& text, NoticeTone tone, Duration autoHideAfter);
+
+    /// Nothing is recorded any more. A panel that shows `listening` leaves the screen, since it would go on
+    /// telling that the microphone is open; the state stays.
+    void recordingEnded();
+
     /// Fades the panel out; the state becomes hidden when it is gone. A panel that is shown again during the
     /// fade still goes when the fade ends.
     void hide();
@@ -60,7 +70,15 @@ public:
     Duration noticeDuration() const { return m_noticeDuration; }
 
 private:
+    struct Remark {
+        QString text;
+        NoticeTone tone;
+        Duration autoHideAfter;
+    };
+
     void beginTransition();
+    bool tellsOfADictation() const;
+    void sayWhatWaits();
     HUDPanel& panel();
 
     MainActor& m_actor;
@@ -69,6 +87,10 @@ private:
     std::unique_ptr<HUDPanel> m_panel;
     std::optional<CancellationToken> m_noticeAutoHide;
     Duration m_noticeDuration{};
+    bool m_recordingEnded = false; ///< though the state is still `listening`
+    std::optional<Remark> m_waitingRemark;
+    Subscription m_stateChanges;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

@@ -21,6 +21,9 @@ public:
     /// of its own. A fade in meanwhile doesn't stop that.
     virtual void fadeOut(std::function<void()> completion) = 0;
 
+    /// Fades the panel out as above and takes it off the screen, unless it is faded in meanwhile.
+    virtual void withdraw() = 0;
+
     /// Whether clicks go through the panel to what lies below it.
     virtual void setIgnoresMouseEvents(bool ignores) = 0;
 };

@@ -58,10 +58,22 @@ void MenuPanelController::open() {
     auto& panel = window();
     panel.renewContent();
     m_stats.refresh();
-    const int height = std::max(panel.fittingHeight(), MenuPanelLeastHeight);
-    const auto item = m_parts.statusItem.frame();
-    panel.fadeIn(menuPanelFrame(item, panel.screenOf(item), height));
+    m_item = m_parts.statusItem.frame();
+    m_screen = panel.screenOf(m_item);
+    panel.fadeIn(fittingFrame());
     m_monitor = m_parts.pointer.watchPresses([this](QPoint place) { pressedSomewhere(place); });
+}
+
+QRect MenuPanelController::fittingFrame() {
+    return menuPanelFrame(m_item, m_screen, std::max(window().fittingHeight(), MenuPanelLeastHeight));
+}
+
+/// A banner may come or go while the panel is open.
+void MenuPanelController::followContent() {
+    if (!isOpen())
+        return;
+    if (const auto frame = fittingFrame(); frame != m_window->frame())
+        m_window->setFrame(frame);
 }
 
 void MenuPanelController::close() {
@@ -101,6 +113,7 @@ MenuPanelWindow& MenuPanelController::window() {
     if (!m_window) {
         m_window = m_parts.makeWindow();
         m_window->onKeyDown = [this](Qt::Key key) { return keyDown(key); };
+        m_window->onFittingHeightChanged = [this] { followContent(); };
         m_window->onResignKey = [this] { windowDidResignKey(); };
     }
     return *m_window;

@@ -48,6 +48,8 @@ public:
 
 private:
     MenuPanelWindow& window();
+    QRect fittingFrame();
+    void followContent();
     void updateItem();
     void pressedSomewhere(QPoint place);
     bool keyDown(Qt::Key key);
@@ -56,6 +58,8 @@ private:
     StatsStore& m_stats;
     Parts m_parts;
     std::unique_ptr<MenuPanelWindow> m_window;
+    std::optional<QRect> m_item; ///< where it was when the panel was opened
+    ScreenArea m_screen;
     std::optional<Subscription> m_monitor; ///< of presses elsewhere, only while the panel is open
     std::optional<Instant> m_closedFromElsewhere;
     Cancellables m_cancellables;

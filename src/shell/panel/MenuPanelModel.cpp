@@ -12,7 +12,8 @@ namespace talvera {
 
 MenuPanelModel::MenuPanelModel(Parts parts)
     : m_parts(parts)
-    , m_targetLanguages(parts.settings, parts.readiness, parts.languageModel) {
+    , m_targetLanguages(parts.settings, parts.readiness, parts.languageModel)
+    , m_aiCleanup(parts.settings.aiCleanupEnabled) {
     follow();
 }
 
@@ -28,11 +29,18 @@ void MenuPanelModel::follow() {
     m_cancellables.push_back(settings.hotkeyTapToToggle.observe(status));
     m_cancellables.push_back(
         settings.translateToggleBinding.observe(tell(&MenuPanelModel::toggleShortcutChanged)));
-    m_cancellables.push_back(settings.aiCleanupEnabled.observe(tell(&MenuPanelModel::cleanupChanged)));
+    const auto languageModelTells = tell(&MenuPanelModel::languageModelChanged);
+    m_cancellables.push_back(settings.aiCleanupEnabled.observe(languageModelTells));
     m_cancellables.push_back(stats.lastWeekStats.observe(tell(&MenuPanelModel::statsChanged)));
-    m_cancellables.push_back(readiness.micStatus.observe(tell(&MenuPanelModel::readinessChanged)));
-    m_cancellables.push_back(readiness.axTrusted.observe(tell(&MenuPanelModel::readinessChanged)));
-    m_cancellables.push_back(readiness.aiState.observe(tell(&MenuPanelModel::languageModelChanged)));
+    for (const auto signal : {&MenuPanelModel::readinessChanged, &MenuPanelModel::statusChanged}) {
+        m_cancellables.push_back(readiness.micStatus.observe(tell(signal)));
+        m_cancellables.push_back(readiness.axTrusted.observe(tell(signal)));
+    }
+    m_cancellables.push_back(readiness.aiState.observe(languageModelTells));
+}
+
+bool MenuPanelModel::isReady() const {
+    return m_parts.readiness.isReady();
 }
 
 QString MenuPanelModel::bannerTitle() const {
@@ -41,7 +49,7 @@ QString MenuPanelModel::bannerTitle() const {
         return {};
     if (missing == 1)
         return localized("menu.readiness.title.single", "Talvera isn't fully set up");
-    return formatted(localized("menu.readiness.title.multi", "%lld things need your attention"), missing);
+    return counted("menu.readiness.title.multi", "%lld things need your attention", missing);
 }
 
 bool MenuPanelModel::microphoneMissing() const {
@@ -72,24 +80,17 @@ QString MenuPanelModel::statusKeyCap() const {
 }
 
 QString MenuPanelModel::orbLabel() const {
-    return talvera::orbLabel(m_parts.menuBar.state.get());
+    return talvera::orbLabel(m_parts.menuBar.state.get(), isReady());
 }
 
 QString MenuPanelModel::toggleShortcut() const {
     const auto& binding = m_parts.settings.translateToggleBinding.get();
-    return binding ? binding->displayString(m_parts.keyboardLayout) : QString();
+    const bool acts = toggleActs && toggleActs();
+    return binding && acts ? binding->displayString(m_parts.keyboardLayout) : QString();
 }
 
-bool MenuPanelModel::languageModelAvailable() const {
-    return m_parts.readiness.aiState.get() == AIAvailabilityState::Available;
-}
-
-bool MenuPanelModel::aiCleanupEnabled() const {
-    return m_parts.settings.aiCleanupEnabled.get();
-}
-
-void MenuPanelModel::setAICleanupEnabled(bool enabled) {
-    m_parts.settings.aiCleanupEnabled.set(enabled);
+LanguageModelNotes MenuPanelModel::languageModel() const {
+    return languageModelNotes(m_parts.readiness.aiState.get(), m_parts.settings.aiCleanupEnabled.get());
 }
 
 QString MenuPanelModel::timeSaved() const {
@@ -111,39 +112,6 @@ void MenuPanelModel::fixAccessibility() {
 void MenuPanelModel::advise(const std::optional<QString>& advice) {
     if (advice && onAdvice)
         onAdvice(*advice);
-}
-
-QVariantMap MenuPanelModel::texts() const {
-    const auto usingPattern = localized("menu.aiCleanup.using", "Using %@");
-    return {
-        {QStringLiteral("fix"), localized("menu.readiness.fix", "Fix")},
-        {QStringLiteral("allowMicrophone"), localized("menu.readiness.mic", "Allow Microphone")},
-        {QStringLiteral("allowAccessibility"), localized("menu.readiness.ax", "Allow Accessibility")},
-        {QStringLiteral("translateTo"), localized("menu.translateTo", "Translate to")},
-        {QStringLiteral("searchLanguages"), localized("menu.language.search", "Search languages")},
-        {QStringLiteral("noLanguage"), localized("menu.language.noMatch", "No such language")},
-        {QStringLiteral("addMoreLanguages"),
-         localized("menu.language.footer.addMore", "Add more languages in System Settings")},
-        {QStringLiteral("aiOff"),
-         localized("menu.aiOff.openSettings", "Apple Intelligence is off — open System Settings")},
-        {QStringLiteral("aiOffHint"),
-         localized("menu.aiOff.hint",
-                   "Apple Intelligence requires Mac and Siri to use the same language. Match them in System "
-                   "Settings → Apple Intelligence & Siri → Language.")},
-        {QStringLiteral("cleanupTitle"), localized("menu.aiCleanup.title", "AI Cleanup")},
-        {QStringLiteral("cleanupSubtitle"),
-         localized("menu.aiCleanup.subtitle",
-                   "For stutter-heavy speech — leave off if Whisper output already looks clean")},
-        {QStringLiteral("cleanupUsing"),
-         formatted(usingPattern, localized("menu.aiCleanup.model", "Apple Intelligence"))},
-        {QStringLiteral("thisWeek"), localized("menu.stats.thisWeek", "THIS WEEK")},
-        {QStringLiteral("dictations"), localized("menu.stats.dictations", "DICTATIONS")},
-        {QStringLiteral("settings"), localized("menu.settings", "Settings…")},
-        {QStringLiteral("settingsShortcut"), localized("menu.settings.shortcut", "⌘,")},
-        {QStringLiteral("checkForUpdates"), localized("menu.checkForUpdates", "Check for Updates…")},
-        {QStringLiteral("quit"), localized("menu.quit", "Quit Talvera")},
-        {QStringLiteral("quitShortcut"), localized("menu.quit.shortcut", "⌘Q")},
-    };
 }
 
 } // namespace talvera

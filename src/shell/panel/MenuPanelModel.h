@@ -3,10 +3,12 @@
 
 #include "concurrency/Published.h"
 #include "shell/MenuBarController.h"
+#include "shell/panel/LanguageModelNotes.h"
+#include "shell/panel/MenuPanelTexts.h"
 #include "shell/panel/TargetLanguagePicker.h"
+#include "shell/settings/SettingModel.h"
 
 #include <QObject>
-#include <QVariantMap>
 
 #include <functional>
 #include <optional>
@@ -22,6 +24,7 @@ class StatsStore;
 /// What the panel's view shows and what its controls do. Follows everything that it tells. Main thread only.
 class MenuPanelModel final : public QObject {
     Q_OBJECT
+    Q_PROPERTY(bool isReady READ isReady NOTIFY readinessChanged)
     Q_PROPERTY(QString bannerTitle READ bannerTitle NOTIFY readinessChanged)
     Q_PROPERTY(bool microphoneMissing READ microphoneMissing NOTIFY readinessChanged)
     Q_PROPERTY(bool accessibilityMissing READ accessibilityMissing NOTIFY readinessChanged)
@@ -32,11 +35,11 @@ class MenuPanelModel final : public QObject {
     Q_PROPERTY(QString orbLabel READ orbLabel NOTIFY statusChanged)
     Q_PROPERTY(talvera::TargetLanguagePicker* targetLanguages READ targetLanguages CONSTANT)
     Q_PROPERTY(QString toggleShortcut READ toggleShortcut NOTIFY toggleShortcutChanged)
-    Q_PROPERTY(bool languageModelAvailable READ languageModelAvailable NOTIFY languageModelChanged)
-    Q_PROPERTY(bool aiCleanupEnabled READ aiCleanupEnabled WRITE setAICleanupEnabled NOTIFY cleanupChanged)
+    Q_PROPERTY(talvera::LanguageModelNotes languageModel READ languageModel NOTIFY languageModelChanged)
+    Q_PROPERTY(talvera::SettingModel* aiCleanup READ aiCleanup CONSTANT)
     Q_PROPERTY(QString timeSaved READ timeSaved NOTIFY statsChanged)
     Q_PROPERTY(QString dictations READ dictations NOTIFY statsChanged)
-    Q_PROPERTY(QVariantMap texts READ texts CONSTANT)
+    Q_PROPERTY(talvera::MenuPanelTexts* texts READ texts CONSTANT)
 
 public:
     struct Parts {
@@ -56,8 +59,14 @@ public:
     /// What to tell the user where the desktop has no settings for what is missing.
     std::function<void(const QString& text)> onAdvice;
 
+    /// Whether the key that switches translation does so; as long as nobody says that it does, it isn't
+    /// shown.
+    std::function<bool()> toggleActs;
+
     explicit MenuPanelModel(Parts parts);
 
+    /// Nothing is missing that a dictation needs.
+    bool isReady() const;
     /// Empty when nothing is missing.
     QString bannerTitle() const;
     bool microphoneMissing() const;
@@ -71,17 +80,15 @@ public:
     QString orbLabel() const;
 
     TargetLanguagePicker* targetLanguages() { return &m_targetLanguages; }
-    /// The shortcut that switches translation; empty when there is none.
+    /// The shortcut that switches translation; empty when there is none that acts.
     QString toggleShortcut() const;
-    bool languageModelAvailable() const;
-    bool aiCleanupEnabled() const;
-    void setAICleanupEnabled(bool enabled);
+    LanguageModelNotes languageModel() const;
+    SettingModel* aiCleanup() { return &m_aiCleanup; }
 
     QString timeSaved() const;
     QString dictations() const;
 
-    /// The words that never change while the program runs, by the names that the view gives them.
-    QVariantMap texts() const;
+    MenuPanelTexts* texts() { return &m_texts; }
 
     Q_INVOKABLE void fixMicrophone();
     Q_INVOKABLE void fixAccessibility();
@@ -95,7 +102,6 @@ Q_SIGNALS:
     void statusChanged();
     void toggleShortcutChanged();
     void languageModelChanged();
-    void cleanupChanged();
     void statsChanged();
 
 private:
@@ -107,7 +113,9 @@ private:
     void advise(const std::optional<QString>& advice);
 
     Parts m_parts;
+    MenuPanelTexts m_texts;
     TargetLanguagePicker m_targetLanguages;
+    SettingModel m_aiCleanup;
     Cancellables m_cancellables;
 };
 

@@ -37,10 +37,11 @@ QString statusSubtitle(State state, const std::optional<QString>& lastErrorMessa
     Q_UNREACHABLE();
 }
 
-QString orbLabel(State state) {
+QString orbLabel(State state, bool isReady) {
     switch (state) {
     case State::Idle:
-        return localized("menu.accessibility.orb.idle", "Idle, ready to record");
+        return isReady ? localized("menu.accessibility.orb.idle", "Idle, ready to record")
+                       : localized("menu.accessibility.orb.notReady", "Not ready to record yet");
     case State::Recording:
         return localized("menu.accessibility.orb.recording", "Recording");
     case State::Transcribing:

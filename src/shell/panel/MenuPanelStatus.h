@@ -16,7 +16,8 @@ QString statusTitle(MenuBarController::State state);
 QString statusSubtitle(MenuBarController::State state, const std::optional<QString>& lastErrorMessage,
                        bool tapToToggle);
 
-/// What a screen reader says in place of the dot that shows the state.
-QString orbLabel(MenuBarController::State state);
+/// What a screen reader says in place of the dot that shows the state. At rest it isn't ready to record while
+/// something is missing.
+QString orbLabel(MenuBarController::State state, bool isReady);
 
 } // namespace talvera

@@ -35,11 +35,17 @@ public:
     /// Fades out over 0.1 seconds and then leaves the screen.
     virtual void fadeOut() = 0;
 
+    /// Takes this place without more ado, while it is on screen.
+    virtual void setFrame(const QRect& frame) = 0;
+
     /// Where it is.
     virtual QRect frame() const = 0;
 
     /// Is asked for each key before the content gets it; true swallows the key.
     std::function<bool(Qt::Key key)> onKeyDown;
+
+    /// The content asks for another height than before.
+    std::function<void()> onFittingHeightChanged;
 
     /// Another window has taken the keyboard.
     std::function<void()> onResignKey;

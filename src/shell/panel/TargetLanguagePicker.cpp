@@ -5,11 +5,26 @@
 #include "persistence/AppSettings.h"
 #include "platform/language/LanguageModel.h"
 #include "shell/readiness/ReadinessMonitor.h"
+#include "shell/texts/languageName.h"
 #include "text/Localization.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace talvera {
+
+namespace {
+
+QString nameOf(const TargetLanguage& language) {
+    return languageName(language.code, language.displayName);
+}
+
+/// Without the remark that "off" has in the list.
+QString shortNameOf(const TargetLanguage& language) {
+    return language.code == u"off" ? localized("language.off.short", "Off") : nameOf(language);
+}
+
+} // namespace
 
 TargetLanguagePicker::TargetLanguagePicker(AppSettings& settings, ReadinessMonitor& readiness,
                                            LanguageModel& languageModel)
@@ -38,7 +53,7 @@ QVariant TargetLanguagePicker::data(const QModelIndex& index, int role) const {
         return language.code;
     case DisplayName:
     case Qt::DisplayRole:
-        return language.displayName;
+        return nameOf(language);
     case DetailText:
         return isModelAvailable() && !isSelectable(language)
                    ? localized("menu.language.notInstalled", "Not installed")
@@ -61,8 +76,7 @@ QHash<int, QByteArray> TargetLanguagePicker::roleNames() const {
 }
 
 QString TargetLanguagePicker::currentDisplay() const {
-    auto name = TargetLanguage::byCode(m_settings.targetLanguageCode.get()).displayName;
-    return name.remove(QStringLiteral(" (keep source language)"));
+    return shortNameOf(TargetLanguage::byCode(m_settings.targetLanguageCode.get()));
 }
 
 void TargetLanguagePicker::setSearch(const QString& search) {
@@ -79,6 +93,16 @@ int TargetLanguagePicker::next(int row, int step) const {
             return other;
     }
     return row;
+}
+
+int TargetLanguagePicker::nearest(int row) const {
+    int best = -1;
+    for (int other = 0; other < count(); ++other) {
+        const bool isNearer = best < 0 || std::abs(other - row) < std::abs(best - row);
+        if (isNearer && isSelectable(*m_rows[static_cast<std::size_t>(other)]))
+            best = other;
+    }
+    return best;
 }
 
 int TargetLanguagePicker::selectedRow() const {
@@ -109,11 +133,11 @@ void TargetLanguagePicker::lookAgain() {
     m_rows.clear();
     const auto search = m_search.trimmed();
     for (const auto& language : TargetLanguage::all()) {
-        if (language.displayName.contains(search, Qt::CaseInsensitive))
+        if (shortNameOf(language).contains(search, Qt::CaseInsensitive))
             m_rows.push_back(&language);
     }
     std::stable_partition(m_rows.begin(), m_rows.end(), [&](const auto* language) {
-        return language->displayName.startsWith(search, Qt::CaseInsensitive);
+        return shortNameOf(*language).startsWith(search, Qt::CaseInsensitive);
     });
     endResetModel();
     Q_EMIT rowsChanged();

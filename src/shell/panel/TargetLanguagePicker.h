@@ -43,6 +43,9 @@ public:
     /// there is none. -1 is before the first.
     Q_INVOKABLE int next(int row, int step) const;
 
+    /// The row that can be chosen and is nearest to `row`, which may lie beyond either end; -1 without any.
+    Q_INVOKABLE int nearest(int row) const;
+
     /// The row of the chosen language; -1 when the search has taken it out.
     Q_INVOKABLE int selectedRow() const;
 

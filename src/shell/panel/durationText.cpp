@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/panel/durationText.h"
 
+#include "text/Localization.h"
+
 namespace talvera {
 
 namespace {
@@ -12,10 +14,11 @@ constexpr std::int64_t hour = 60 * minute;
 
 QString durationText(std::int64_t seconds) {
     if (seconds < minute)
-        return QStringLiteral("%1s").arg(seconds);
+        return formatted(localized("duration.seconds", "%llds"), seconds);
     if (seconds < hour)
-        return QStringLiteral("%1m").arg(seconds / minute);
-    return QStringLiteral("%1h %2m").arg(seconds / hour).arg(seconds / minute % 60);
+        return formatted(localized("duration.minutes", "%lldm"), seconds / minute);
+    const auto hours = formatted(localized("duration.hours", "%lldh %lldm"), seconds / hour);
+    return formatted(hours, seconds / minute % 60);
 }
 
 } // namespace talvera

@@ -89,11 +89,13 @@ std::optional<QString> ReadinessMonitor::openMicrophoneSettings() {
 }
 
 std::optional<QString> ReadinessMonitor::openAccessibilitySettings() {
-    if (m_parts.settingsPanels.open(SettingsPanels::Panel::Accessibility))
-        return std::nullopt;
     const auto lacks = m_parts.access.lacks();
     if (lacks.empty()) // it has been granted meanwhile
         return localized("settings.none.accessibility", "Nothing is missing any more");
+    // A page that can't help would leave the user looking for what isn't there.
+    if (lacks.front() == SessionLack::Permission &&
+        m_parts.settingsPanels.open(SettingsPanels::Panel::Accessibility))
+        return std::nullopt;
     return sessionLackText(lacks.front());
 }
 

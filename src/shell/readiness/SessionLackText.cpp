@@ -7,6 +7,9 @@ namespace talvera {
 
 QString sessionLackText(SessionLack lack) {
     switch (lack) {
+    case SessionLack::Permission:
+        return localized("session.lack.permission",
+                         "This desktop doesn't let Talvera watch keys and type. Allow it in its settings.");
     case SessionLack::KnownSession:
         return localized(
             "session.lack.knownSession",

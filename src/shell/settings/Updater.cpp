@@ -68,9 +68,8 @@ void Updater::checkForUpdates() {
 
 void Updater::say(const UpdateAnswer& answer) {
     m_notifier.notify(titleOf(answer), textOf(answer), m_lifetime.ifAlive([this, answer](bool shown) {
-        // What a dictation shows goes before.
-        if (!shown && m_hud.currentState().as<DictationHUDState::Hidden>())
-            m_hud.showNotice(titleOf(answer),
+        if (!shown)
+            m_hud.showRemark(titleOf(answer),
                              isGood(answer) ? DictationHUDState::NoticeTone::Info
                                             : DictationHUDState::NoticeTone::Warn,
                              noticeTime);

@@ -62,7 +62,7 @@ void InterfaceLanguage::load(const QString& code) {
             m_parts.console.log(QStringLiteral("[texts] %1 is no catalog of texts").arg(path));
             return;
         }
-        auto catalog = std::make_unique<TextCatalog>(*texts);
+        auto catalog = std::make_unique<TextCatalog>(*texts, code);
         QCoreApplication::installTranslator(catalog.get());
         m_catalogs.push_back(std::move(catalog));
     } catch (const PlatformError& error) {

@@ -19,7 +19,11 @@ std::optional<TextCatalog::Texts> TextCatalog::parse(const QByteArray& json) {
     return texts;
 }
 
-QString TextCatalog::translate(const char*, const char* key, const char*, int) const {
+QString TextCatalog::translate(const char*, const char* key, const char*, int number) const {
+    if (number >= 0) {
+        if (const auto text = m_texts.value(key + ("." + m_plurals.formOf(number))); !text.isEmpty())
+            return text;
+    }
     return m_texts.value(QByteArray::fromRawData(key, static_cast<qsizetype>(qstrlen(key))));
 }
 

@@ -3,12 +3,12 @@ import QtQuick
 import Talvera
 
 /// Where the keyboard is.
-Rectangle {
+Plane {
     property bool shown: false
 
     anchors.fill: parent
     visible: shown
-    radius: parent.radius
     color: "transparent"
-    border { width: 2; color: Theme.focusRing }
+    outlineWidth: 2
+    outline: Theme.focusRing
 }

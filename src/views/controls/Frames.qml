@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import Talvera
 
 /// Ticks 30 times a second: twice as many pictures would not be seen, but would take their time from the recogniser.
 /// All that run tick at the same moments, so that what moves in one window is drawn together.

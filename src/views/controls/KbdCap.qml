@@ -3,14 +3,15 @@ import QtQuick
 import Talvera
 
 /// A key, as it looks on the keyboard.
-Rectangle {
+Plane {
     property alias text: label.text
 
-    implicitWidth: label.implicitWidth + 12
+    implicitWidth: 4 * Math.ceil((label.implicitWidth + 12) / 4)
     implicitHeight: 20
     radius: 5
     color: Theme.fill
-    border { width: 1; color: Theme.outline }
+    outlineWidth: 1
+    outline: Theme.outline
 
     Caption {
         id: label

@@ -4,11 +4,13 @@ import Talvera
 
 /// A thin rule between groups, with air around it.
 Item {
-    implicitWidth: parent ? parent.width : 0
+    property real inset: 0 ///< how far the rule stays from both ends
+
     implicitHeight: 13
 
-    Rectangle {
-        anchors { left: parent.left; right: parent.right; margins: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+    Plane {
+        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
+        anchors { leftMargin: parent.inset; rightMargin: parent.inset }
         height: 1
         color: Theme.separator
     }

@@ -3,11 +3,21 @@ import QtQuick
 import QtQuick.Templates as T
 import Talvera
 
-/// A line of the panel that can be clicked: lights up under the pointer, and shows the keyboard's focus.
+/// A line that can be clicked: lights up under the pointer, and shows the keyboard's focus. The arrow keys go from
+/// one to the next.
 T.AbstractButton {
     id: button
 
-    implicitWidth: parent ? parent.width : 0
+    property Item above: null ///< where the arrow keys go from here, if not to what is before and after it
+    property Item below: null
+
+    function leave(event, to, reason) {
+        event.accepted = !(event.modifiers & Qt.AltModifier)
+        if (event.accepted)
+            to.forceActiveFocus(reason)
+    }
+
+    implicitWidth: contentItem.implicitWidth + leftPadding + rightPadding
     implicitHeight: Math.max(32, contentItem.implicitHeight + topPadding + bottomPadding)
     leftPadding: Theme.spacingSmall
     rightPadding: Theme.spacingSmall
@@ -17,13 +27,16 @@ T.AbstractButton {
 
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
-    Keys.onDownPressed: button.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-    Keys.onUpPressed: button.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+    Keys.onDownPressed: event => leave(event, below ?? nextItemInFocusChain(true), Qt.TabFocusReason)
+    Keys.onUpPressed: event => leave(event, above ?? nextItemInFocusChain(false), Qt.BacktabFocusReason)
 
-    background: Rectangle {
+    background: Plane {
         radius: Theme.radiusSmall
         color: button.pressed ? Theme.fillPressed : button.hovered ? Theme.fillHovered : "transparent"
 
-        FocusRing { shown: button.visualFocus }
+        FocusRing {
+            radius: Theme.radiusSmall
+            shown: button.visualFocus
+        }
     }
 }

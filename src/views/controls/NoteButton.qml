@@ -8,12 +8,15 @@ MenuRowButton {
 
     property string systemIcon
     property color tone: Theme.warn
+    property real column: Theme.iconColumn ///< where its words begin, from its symbol on
 
     implicitHeight: words.implicitHeight + 12
 
     contentItem: Item {
+        implicitWidth: words.x + words.implicitWidth
+
         Symbol {
-            x: 1
+            x: Math.round((16 - size) / 2)
             y: 3
             name: note.systemIcon
             size: 14
@@ -21,7 +24,7 @@ MenuRowButton {
         }
         Caption {
             id: words
-            x: 28
+            x: note.column
             y: 2
             width: parent.width - x
             text: note.text

@@ -9,14 +9,16 @@ Item {
     property string systemIcon
     property string text
     property color tone: Theme.textSecondary
+    property real inset: 0                 ///< how far it stays from both ends
+    property real column: Theme.iconColumn ///< where its words begin, from its symbol on
 
-    implicitWidth: parent ? parent.width : 0
+    implicitWidth: words.x + words.implicitWidth + inset
     implicitHeight: words.implicitHeight + 2 * Theme.spacingTiny
     Accessible.role: Accessible.StaticText
     Accessible.name: text
 
     Symbol {
-        x: Theme.spacingSmall + 1
+        x: note.inset + 1
         y: Theme.spacingTiny + 1
         name: note.systemIcon
         size: 14
@@ -24,9 +26,9 @@ Item {
     }
     Caption {
         id: words
-        x: 36
+        x: note.inset + note.column
         y: Theme.spacingTiny
-        width: note.width - x - Theme.spacingSmall
+        width: note.width - x - note.inset
         text: note.text
         wrapMode: Text.Wrap
     }

@@ -3,7 +3,7 @@ import QtQuick
 import Talvera
 
 /// A switch's picture: the knob is where the switch stands.
-Rectangle {
+Plane {
     id: pill
 
     property bool on: false
@@ -12,14 +12,15 @@ Rectangle {
     implicitHeight: 20
     radius: height / 2
     color: on ? Theme.accent : Theme.fillPressed
-    border { width: on ? 0 : 1; color: Theme.textSecondary }
+    outlineWidth: on ? 0 : 1
+    outline: Theme.textSecondary
 
-    Rectangle {
-        width: 14
-        height: 14
-        radius: 7
-        y: 3
-        x: pill.on ? pill.width - width - 3 : 3
+    Plane {
+        width: 12
+        height: 12
+        radius: 6
+        y: 4
+        x: pill.on ? pill.width - width - 4 : 4
         color: pill.on ? Theme.textOnAccent : Theme.textSecondary
 
         Behavior on x { NumberAnimation { duration: Theme.motion / 2; easing.type: Easing.OutCubic } }

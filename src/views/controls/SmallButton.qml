@@ -1,29 +1,31 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Talvera
 
 /// A button within a line of text.
-T.AbstractButton {
+MenuRowButton {
     id: button
 
-    implicitWidth: label.implicitWidth + 2 * Theme.spacing
     implicitHeight: 24
-    focusPolicy: Qt.StrongFocus
+    leftPadding: Theme.spacing
+    rightPadding: Theme.spacing
+    topPadding: 0
+    bottomPadding: 0
 
-    Keys.onReturnPressed: button.clicked()
-    Keys.onEnterPressed: button.clicked()
-    Keys.onDownPressed: button.nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
-    Keys.onUpPressed: button.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
-
-    background: Rectangle {
+    background: Plane {
         radius: Theme.radiusSmall
         color: button.pressed ? Theme.fillPressed : button.hovered ? Theme.fillHovered : Theme.fill
-        border { width: 1; color: Theme.outline }
+        outlineWidth: 1
+        outline: Theme.outline
 
-        FocusRing { shown: button.visualFocus }
+        FocusRing {
+            radius: Theme.radiusSmall
+            shown: button.visualFocus
+        }
     }
     contentItem: Item {
+        implicitWidth: 4 * Math.ceil(label.implicitWidth / 4)
+
         Label {
             id: label
             anchors.centerIn: parent

@@ -10,7 +10,7 @@ Image {
 
     width: size
     height: size
-    sourceSize: Qt.size(size, size)
+    sourceSize { width: size; height: size }
     cache: false // each is small and drawn once
     source: name ? "image://symbol/" + name + "/" + color : ""
     Accessible.ignored: true

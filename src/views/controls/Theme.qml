@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 pragma Singleton
 import QtQuick
-import Talvera
 
 /// Everything that makes our windows look alike. Lengths are in device-independent pixels on a grid of 4.
 QtObject {
@@ -12,12 +11,13 @@ QtObject {
     // Surfaces, from the back to the front
     readonly property color window: dark ? "#1b1b1f" : "#f6f6f8"
     readonly property color surface: dark ? "#222227" : "#ffffff"
-    readonly property color overlay: dark ? "#f41c1c20" : "#f5fcfcfd" ///< floats over whatever lies below
+    readonly property color overlay: dark ? "#fb1c1c20" : "#fcfcfcfd" ///< floats over whatever lies below
     readonly property color overlayOpaque: dark ? "#1c1c20" : "#fcfcfd" ///< where nothing can shine through
-    readonly property color overlayOutline: dark ? "#3dffffff" : "#26000000"
+    readonly property color overlayOutline: dark ? "#4dffffff" : "#4d000000"
     readonly property color outline: dark ? "#38383f" : "#dcdce2"
     readonly property color mark: dark ? "#5a5a64" : "#b4b4be" ///< tells a place without words
     readonly property color separator: dark ? "#2e2e34" : "#e8e8ec"
+    readonly property color scrim: dark ? "#80000000" : "#33000000" ///< over what can't be used for now
 
     // What can be used
     readonly property color fill: dark ? "#2f2f36" : "#ececf0"
@@ -37,7 +37,7 @@ QtObject {
     readonly property color accentFill: dark ? "#2d2c4d" : "#e6e5fb"
     readonly property color info: accent
     readonly property color good: dark ? "#5fd38d" : "#137a3a"
-    readonly property color warn: dark ? "#ffc04d" : "#a65300"
+    readonly property color warn: dark ? "#ffc04d" : "#934900"
     readonly property color bad: dark ? "#ff9089" : "#c4281d"
     readonly property color warnFill: dark ? "#40331a" : "#fcefdc"
 
@@ -47,11 +47,11 @@ QtObject {
     readonly property int spacing: 12
     readonly property int spacingLarge: 16
     readonly property int spacingHuge: 24
+    readonly property int iconColumn: 28 ///< a symbol of 16, and the gap before the words
 
     // Radii
-    readonly property int radiusSmall: 6
-    readonly property int radius: 10
-    readonly property int radiusLarge: 16
+    readonly property int radius: 14     ///< of what floats
+    readonly property int radiusSmall: 6 ///< of what lies 8 inside of that, so that both turn about one point
 
     // Type scale: sizes in pixels
     readonly property int sizeTiny: 10

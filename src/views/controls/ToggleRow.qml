@@ -25,17 +25,20 @@ MenuRowButton {
     onClicked: switched(!isOn)
 
     contentItem: Item {
+        implicitWidth: words.x + heading.implicitWidth + Theme.spacing + pill.width
         implicitHeight: words.implicitHeight
 
         Symbol {
             id: icon
             anchors { verticalCenter: words.top; verticalCenterOffset: heading.height / 2 }
+            visible: row.systemIcon !== ""
             name: row.systemIcon
             color: row.isOn ? Theme.accent : Theme.textSecondary
         }
         Column {
             id: words
-            anchors { left: icon.right; leftMargin: Theme.spacing; right: parent.right }
+            x: row.systemIcon !== "" ? Theme.iconColumn : 0
+            width: parent.width - x
             spacing: 4
 
             Label {
@@ -46,6 +49,7 @@ MenuRowButton {
             }
             Caption {
                 width: parent.width
+                visible: row.subtitle !== ""
                 text: row.subtitle
                 wrapMode: Text.Wrap
             }

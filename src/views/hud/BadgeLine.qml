@@ -10,7 +10,7 @@ HUDContent {
     default property alias badge: badge.data
 
     contentWidth: Theme.spacingLarge + badge.width + Theme.spacing + label.width + Theme.spacingHuge
-    contentHeight: Math.max(52, label.height + 2 * 10)
+    contentHeight: Math.max(56, label.height + 2 * 10)
 
     // What fades out keeps its words, though the state has others already.
     onLineChanged: label.take()

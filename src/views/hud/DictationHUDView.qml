@@ -7,10 +7,10 @@ import Talvera
 Item {
     id: view
 
-    required property var model
+    required property HUDModel model
     property real micLevel
     property bool translucent
-    property bool onScreen
+    property bool isShown
     signal permissionDismiss
     signal permissionOpenSettings
 
@@ -44,14 +44,14 @@ Item {
         height: Math.min(view.height, content.implicitHeight)
         radius: Math.min(height / 2, 24)
         color: view.translucent ? Theme.overlay : Theme.overlayOpaque
-        border.color: Theme.overlayOutline
+        outline: Theme.overlayOutline
 
         Behavior on width {
-            enabled: view.translucent && view.onScreen
+            enabled: view.translucent && view.isShown
             EaseOut {}
         }
         Behavior on height {
-            enabled: view.translucent && view.onScreen
+            enabled: view.translucent && view.isShown
             EaseOut {}
         }
     }
@@ -64,7 +64,7 @@ Item {
             id: listening
             anchors.centerIn: parent
             shown: view.listens
-            animating: view.onScreen && view.listens
+            animating: view.isShown && view.listens
             model: view.model
             level: view.micLevel
         }
@@ -73,7 +73,7 @@ Item {
             anchors.centerIn: parent
             shown: view.works
             line: view.model.line
-            SpinnerBadge { running: view.onScreen && view.works }
+            SpinnerBadge { running: view.isShown && view.works }
         }
         BadgeLine {
             id: notice
@@ -91,7 +91,7 @@ Item {
             id: card
             anchors.centerIn: parent
             shown: view.asks
-            animating: view.onScreen && view.asks
+            animating: view.isShown && view.asks
             model: view.model
             onDismiss: view.permissionDismiss()
             onOpenSettings: view.permissionOpenSettings()

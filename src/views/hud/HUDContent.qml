@@ -8,9 +8,10 @@ Item {
     property real contentWidth
     property real contentHeight
 
-    // In the middle of the panel its edges lie between pixels unless these are even.
-    implicitWidth: 2 * Math.ceil(contentWidth / 2)
-    implicitHeight: 2 * Math.ceil(contentHeight / 2)
+    // In the middle of the panel its edges lie between pixels of a screen at 125 or 175 % unless these are multiples
+    // of 8.
+    implicitWidth: 8 * Math.ceil(contentWidth / 8)
+    implicitHeight: 8 * Math.ceil(contentHeight / 8)
 
     width: implicitWidth
     height: implicitHeight

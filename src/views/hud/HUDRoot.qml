@@ -6,11 +6,11 @@ import Talvera
 Item {
     id: root
 
-    required property var model
+    required property HUDModel model
     /// What lies below the window shines through it. Else the window is cut to `outline`, and nothing may fade
     /// that has nothing behind it.
     property bool translucent: true
-    property bool onScreen: false
+    property bool isShown: false
 
     /// The part of the window that is not empty.
     readonly property alias outline: view.outline
@@ -31,7 +31,7 @@ Item {
         micLevel: root.model.level
         model: root.model
         translucent: root.translucent
-        onScreen: root.onScreen
+        isShown: root.isShown
         onPermissionDismiss: root.model.dismissPermission()
         onPermissionOpenSettings: root.model.openPermissionSettings()
 

@@ -6,12 +6,12 @@ import Talvera
 HUDContent {
     id: content
 
-    required property var model
+    required property HUDModel model
     property bool animating
     property real level
 
     contentWidth: row.width + Theme.spacingLarge + Theme.spacingHuge
-    contentHeight: Math.max(52, words.height + 2 * 10)
+    contentHeight: Math.max(56, words.height + 2 * 10)
 
     Row {
         id: row

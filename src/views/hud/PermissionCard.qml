@@ -6,7 +6,7 @@ import Talvera
 HUDContent {
     id: card
 
-    required property var model
+    required property HUDModel model
     property bool animating
     signal dismiss
     signal openSettings
@@ -56,15 +56,15 @@ HUDContent {
                 width: parent.width
                 text: card.model.cardSubtitle
                 wrapMode: Text.Wrap
-                maximumLineCount: title.lineCount > 1 ? 1 : 2
+                maximumLineCount: title.lineCount > 1 ? 2 : 3
             }
         }
-        Rectangle {
+        Plane {
             id: action
             anchors.right: parent.right
             anchors.rightMargin: 52
             anchors.verticalCenter: parent.verticalCenter
-            width: actionText.implicitWidth + 2 * 14
+            width: 4 * Math.ceil(actionText.implicitWidth / 4) + 2 * Theme.spacing
             height: 32
             radius: height / 2
             color: pointer.pressed ? Theme.accentPressed : pointer.containsMouse ? Theme.accentHovered : Theme.accent
@@ -86,7 +86,7 @@ HUDContent {
             onClicked: card.openSettings()
         }
     }
-    Rectangle {
+    Plane {
         anchors.right: parent.right
         anchors.rightMargin: Theme.spacingLarge
         anchors.verticalCenter: parent.verticalCenter

@@ -22,7 +22,7 @@ Item {
         color: badge.color
         visible: badge.running
     }
-    Rectangle {
+    Plane {
         anchors.fill: parent
         radius: width / 2
         color: badge.color

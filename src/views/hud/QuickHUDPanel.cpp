@@ -10,6 +10,7 @@
 #include <QScreen>
 
 #include <cmath>
+#include <utility>
 
 namespace talvera {
 
@@ -46,9 +47,11 @@ QuickHUDPanel::QuickHUDPanel(const Parts& parts)
 QuickHUDPanel::~QuickHUDPanel() = default;
 
 void QuickHUDPanel::fadeIn() {
+    if (const auto withdrawal = std::exchange(m_withdrawal, std::nullopt))
+        m_parts.actor.cancelTimer(*withdrawal);
     place();
     if (!isVisible()) {
-        m_root->setProperty("onScreen", true);
+        m_root->setProperty("isShown", true);
         reshape();
         m_window.show();
         m_overlay->stayOnTop(true);
@@ -66,6 +69,18 @@ void QuickHUDPanel::fadeOut(std::function<void()> completion) {
                              });
 }
 
+void QuickHUDPanel::withdraw() {
+    if (m_withdrawal)
+        return;
+    fadeTo(0);
+    m_withdrawal = m_parts.actor.startTimer(fadeDuration, [this, alive = std::weak_ptr(m_alive)] {
+        if (alive.expired())
+            return;
+        m_withdrawal.reset();
+        orderOut();
+    });
+}
+
 void QuickHUDPanel::setIgnoresMouseEvents(bool ignores) {
     m_overlay->setTakesClicks(!ignores);
 }
@@ -73,7 +88,7 @@ void QuickHUDPanel::setIgnoresMouseEvents(bool ignores) {
 void QuickHUDPanel::orderOut() {
     m_fade.stop();
     m_overlay->stayOnTop(false);
-    m_root->setProperty("onScreen", false);
+    m_root->setProperty("isShown", false);
     m_window.hide();
     m_window.setOpacity(0);
 }

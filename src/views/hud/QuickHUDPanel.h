@@ -2,6 +2,7 @@
 #pragma once
 
 #include "concurrency/Lifetime.h"
+#include "concurrency/MainActor.h"
 #include "concurrency/Published.h"
 #include "shell/hud/HUDModel.h"
 #include "shell/hud/HUDPanel.h"
@@ -10,10 +11,11 @@
 #include <QQuickWindow>
 #include <QVariantAnimation>
 
+#include <optional>
+
 namespace talvera {
 
 class AppSettings;
-class MainActor;
 class OverlayDesktop;
 class OverlayWindow;
 class ViewEngine;
@@ -36,6 +38,7 @@ public:
     bool isVisible() const override { return m_window.isVisible(); }
     void fadeIn() override;
     void fadeOut(std::function<void()> completion) override;
+    void withdraw() override;
     void setIgnoresMouseEvents(bool ignores) override;
 
     QQuickWindow& window() { return m_window; }
@@ -62,6 +65,7 @@ private:
     QQuickWindow m_window;
     std::unique_ptr<OverlayWindow> m_overlay;
     Outline m_outline;
+    std::optional<MainActor::TimerId> m_withdrawal;
     QVariantAnimation m_fade;
     Subscription m_compositor;
     Lifetime m_lifetime; ///< fades that end after us do nothing

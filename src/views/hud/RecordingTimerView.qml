@@ -6,7 +6,7 @@ import Talvera
 Row {
     id: view
 
-    required property var model
+    required property HUDModel model
     property double startedAt ///< milliseconds since 1970
     property bool running
     property string time: "00:00"

@@ -20,6 +20,14 @@ public:
     std::function<void()> onShown;
     /// The window had the keyboard and has lost it.
     std::function<void()> onResignKey;
+    /// The view asks for another size than before; called in a turn of its own.
+    std::function<void()> onContentChanged;
+
+public Q_SLOTS:
+    void contentChanged() {
+        if (onContentChanged)
+            onContentChanged();
+    }
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

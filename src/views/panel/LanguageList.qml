@@ -3,28 +3,34 @@ import QtQuick
 import QtQuick.Templates as T
 import Talvera
 
-/// The floating list of a LanguagePickerRow, with a search that has the keyboard from the start.
-Surface {
+/// The floating list of a LanguagePickerRow, with a search that has the keyboard from the start. As long as it is open
+/// nothing else can be used: a click beside it closes it, and so does the Tab key.
+FocusScope {
     id: list
 
-    property var picker
-    property real room: 0 ///< how tall it may become
+    required property TargetLanguagePicker items
+    property string title
+    property string searchText
+    property string emptyText
+    property string footerText
+    property string footerHelpText
+    property bool footerIsWarning: false
+    property bool footerActs: true
+    property real listY: 0 ///< where it begins
     readonly property int rowHeight: 30
-    readonly property real around: search.height + (footer.visible ? footer.height + 24 : 18)
-    readonly property var items: picker.items
+
+    signal chosen(int row)
+    signal dismissed(int reason) ///< it is to be closed, for this Qt.FocusReason
+    signal footerAction()
 
     function choose(row) {
-        if (row < 0)
-            return
-        picker.selected(row)
-        picker.close(Qt.TabFocusReason)
+        if (row >= 0)
+            chosen(row)
     }
-
-    // Whole rows only, and room for the remark where there is none.
-    height: around + rowHeight * Math.max(1, Math.min(rows.count, Math.floor((room - around) / rowHeight)))
-    color: Theme.surface
-    Accessible.role: Accessible.List
-    Accessible.name: picker.title
+    function go(row) {
+        rows.currentIndex = row
+        rows.positionViewAtIndex(row, ListView.Contain)
+    }
 
     Component.onCompleted: {
         items.search = ""
@@ -34,146 +40,181 @@ Surface {
         search.forceActiveFocus(Qt.TabFocusReason)
     }
 
-    MouseArea { anchors.fill: parent } // what lies below hears nothing of clicks beside the rows
+    Plane {
+        anchors.fill: parent
+        radius: Theme.radius
+        color: Theme.scrim
 
-    T.TextField {
-        id: search
-
-        anchors { left: parent.left; right: parent.right; top: parent.top; margins: 6 }
-        height: 30
-        leftPadding: 30
-        rightPadding: Theme.spacingSmall
-        verticalAlignment: TextInput.AlignVCenter
-        color: Theme.text
-        selectionColor: Theme.accent
-        selectedTextColor: Theme.textOnAccent
-        font { family: Theme.fontFamily; pixelSize: Theme.sizeBody }
-        Accessible.name: list.picker.searchText
-        Accessible.searchEdit: true
-
-        onTextEdited: {
-            list.items.search = text
-            rows.currentIndex = text ? list.items.next(-1, 1) : list.items.selectedRow()
-        }
-        Keys.onDownPressed: rows.currentIndex = list.items.next(rows.currentIndex, 1)
-        Keys.onUpPressed: rows.currentIndex = list.items.next(rows.currentIndex, -1)
-        Keys.onReturnPressed: list.choose(rows.currentIndex)
-        Keys.onEnterPressed: list.choose(rows.currentIndex)
-        Keys.onBacktabPressed: list.picker.close(Qt.BacktabFocusReason)
-        Keys.onTabPressed: footer.forceActiveFocus(Qt.TabFocusReason)
-
-        background: Rectangle {
-            radius: Theme.radiusSmall
-            color: Theme.fill
-
-            Symbol {
-                x: Theme.spacingSmall
-                anchors.verticalCenter: parent.verticalCenter
-                name: "magnifyingglass"
-                size: 14
-                color: Theme.textSecondary
-            }
-            Caption {
-                anchors { left: parent.left; leftMargin: 30; verticalCenter: parent.verticalCenter }
-                visible: !search.text
-                text: list.picker.searchText
-                font.pixelSize: Theme.sizeBody
-            }
-            FocusRing { shown: search.activeFocus }
+        MouseArea {
+            anchors.fill: parent
+            hoverEnabled: true // nothing below lights up
+            acceptedButtons: Qt.AllButtons
+            onClicked: list.dismissed(Qt.MouseFocusReason)
+            onWheel: wheel => wheel.accepted = true
         }
     }
 
-    ListView {
-        id: rows
+    Surface {
+        id: plane
 
-        anchors { left: parent.left; right: parent.right; top: search.bottom; bottom: footer.visible ? footer.top : parent.bottom; margins: 6 }
-        clip: true
-        model: list.items
-        boundsBehavior: Flickable.StopAtBounds
-        snapMode: ListView.SnapToItem
-        highlightMoveDuration: 0
-        keyNavigationEnabled: false
+        readonly property real room: list.height - y - Theme.spacingSmall
+        readonly property real around: search.height + 2 * Theme.spacingSmall + 6 + (foot.visible ? foot.height + 6 : 0)
 
-        delegate: Item {
-            id: entry
+        x: Theme.spacingSmall
+        y: list.listY
+        width: list.width - 2 * x
+        // Whole rows only, and room for the remark where there is none.
+        height: around + list.rowHeight * Math.max(1, Math.min(rows.count, Math.floor((room - around) / list.rowHeight)))
+        outline: Theme.mark
+        Accessible.role: Accessible.List
+        Accessible.name: list.title
 
-            required property int index
-            required property string displayName
-            required property string detailText
-            required property bool isEnabled
-            required property bool isSelected
+        MouseArea { anchors.fill: parent } // beside the rows
 
-            width: ListView.view.width
-            height: list.rowHeight
-            Accessible.role: Accessible.ListItem
-            Accessible.name: detailText ? displayName + ", " + detailText : displayName
-            Accessible.selectable: isEnabled
-            Accessible.selected: isSelected
-            Accessible.focused: index === rows.currentIndex && search.activeFocus
-            Accessible.onPressAction: if (isEnabled) list.choose(index)
+        T.TextField {
+            id: search
 
-            Rectangle {
-                anchors.fill: parent
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: Theme.spacingSmall }
+            height: 30
+            leftPadding: Theme.iconColumn
+            rightPadding: Theme.spacingSmall
+            verticalAlignment: TextInput.AlignVCenter
+            color: Theme.text
+            selectionColor: Theme.accent
+            selectedTextColor: Theme.textOnAccent
+            font { family: Theme.fontFamily; pixelSize: Theme.sizeBody }
+            Accessible.name: list.searchText
+            Accessible.searchEdit: true
+
+            onTextEdited: {
+                list.items.search = text
+                rows.currentIndex = text ? list.items.next(-1, 1) : list.items.selectedRow()
+            }
+            Keys.onPressed: event => {
+                const page = Math.max(1, Math.floor(rows.height / list.rowHeight) - 1)
+                event.accepted = true
+                if (event.key === Qt.Key_Down)
+                    list.go(list.items.next(rows.currentIndex, 1))
+                else if (event.key === Qt.Key_Up)
+                    list.go(list.items.next(rows.currentIndex, -1))
+                else if (event.key === Qt.Key_PageDown)
+                    list.go(list.items.nearest(rows.currentIndex + page))
+                else if (event.key === Qt.Key_PageUp)
+                    list.go(list.items.nearest(rows.currentIndex - page))
+                else if (event.key === Qt.Key_Home && !text)
+                    list.go(list.items.nearest(0))
+                else if (event.key === Qt.Key_End && !text)
+                    list.go(list.items.nearest(rows.count - 1))
+                else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+                    list.choose(rows.currentIndex)
+                else if (event.key === Qt.Key_Backtab)
+                    list.dismissed(Qt.BacktabFocusReason)
+                else if (event.key === Qt.Key_Tab && footer.visible)
+                    footer.forceActiveFocus(Qt.TabFocusReason)
+                else if (event.key === Qt.Key_Tab)
+                    list.dismissed(Qt.TabFocusReason)
+                else
+                    event.accepted = false
+            }
+
+            background: Plane {
                 radius: Theme.radiusSmall
-                color: entry.index === rows.currentIndex ? Theme.accentFill
-                     : area.containsMouse && entry.isEnabled ? Theme.fillHovered : "transparent"
+                color: Theme.fill
+
+                Symbol {
+                    x: Theme.spacingSmall
+                    anchors.verticalCenter: parent.verticalCenter
+                    name: "magnifyingglass"
+                    size: 14
+                    color: Theme.textSecondary
+                }
+                Caption {
+                    anchors { left: parent.left; leftMargin: Theme.iconColumn; verticalCenter: parent.verticalCenter }
+                    visible: !search.text
+                    text: list.searchText
+                    font.pixelSize: Theme.sizeBody
+                }
+                FocusRing {
+                    radius: Theme.radiusSmall
+                    shown: search.activeFocus
+                }
             }
-            Symbol {
-                x: Theme.spacingSmall
-                anchors.verticalCenter: parent.verticalCenter
-                name: entry.isSelected ? "checkmark" : ""
-                size: 14
-                color: Theme.accent
+        }
+
+        ListView {
+            id: rows
+
+            anchors { left: parent.left; right: parent.right; top: search.bottom; margins: Theme.spacingSmall; topMargin: 6 }
+            height: plane.height - plane.around
+            clip: true
+            model: list.items
+            boundsBehavior: Flickable.StopAtBounds
+            snapMode: ListView.SnapToItem
+            highlightMoveDuration: 0
+            keyNavigationEnabled: false
+
+            delegate: LanguageRow {
+                id: entry
+                width: rows.width
+                height: list.rowHeight
+                isCurrent: entry.index === rows.currentIndex
+                hasKeyboard: entry.isCurrent && search.activeFocus
+                onChosen: list.choose(entry.index)
             }
-            Label {
-                anchors { left: parent.left; leftMargin: 30; right: detail.left; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
-                text: entry.displayName
-                color: entry.isEnabled ? Theme.text : Theme.textSecondary
-            }
+
             Caption {
-                id: detail
-                anchors { right: parent.right; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
-                text: entry.detailText
-            }
-            MouseArea {
-                id: area
-                anchors.fill: parent
-                hoverEnabled: true
-                onClicked: if (entry.isEnabled) list.choose(entry.index)
+                anchors.centerIn: parent
+                visible: rows.count === 0
+                text: list.emptyText
             }
         }
 
-        Caption {
-            anchors.centerIn: parent
-            visible: rows.count === 0
-            text: list.picker.emptyText
+        // There is more than can be seen.
+        Plane {
+            visible: rows.contentHeight > rows.height
+            anchors { right: parent.right; rightMargin: 2 }
+            width: 3
+            radius: 1.5
+            y: rows.y + rows.visibleArea.yPosition * rows.height
+            height: rows.visibleArea.heightRatio * rows.height
+            color: Theme.mark
         }
 
-    }
+        Item {
+            id: foot
 
-    // There is more than can be seen.
-    Rectangle {
-        visible: rows.contentHeight > rows.height
-        anchors { right: parent.right; rightMargin: 2 }
-        width: 3
-        radius: 1.5
-        y: rows.y + rows.visibleArea.yPosition * rows.height
-        height: rows.visibleArea.heightRatio * rows.height
-        color: Theme.mark
-    }
+            anchors { left: parent.left; right: parent.right; top: rows.bottom; margins: Theme.spacingSmall; topMargin: 6 }
+            visible: list.footerText !== ""
+            height: footer.visible ? footer.height : remark.height
 
-    NoteButton {
-        id: footer
+            NoteButton {
+                id: footer
 
-        anchors { left: parent.left; right: parent.right; bottom: parent.bottom; margins: 6 }
-        visible: list.picker.footerText
-        systemIcon: list.picker.footerIsWarning ? "exclamationmark.triangle.fill" : "gearshape"
-        tone: list.picker.footerIsWarning ? Theme.warn : Theme.textSecondary
-        text: list.picker.footerText
-        Accessible.description: list.picker.footerHelpText
-        onClicked: list.picker.footerClicked()
-        Keys.onBacktabPressed: search.forceActiveFocus(Qt.BacktabFocusReason)
-        Keys.onUpPressed: search.forceActiveFocus(Qt.BacktabFocusReason)
-        Keys.onTabPressed: list.picker.close(Qt.TabFocusReason)
+                width: parent.width
+                height: implicitHeight
+                visible: list.footerText !== "" && list.footerActs
+                above: search
+                below: footer // nothing is
+                column: Theme.iconColumn - leftPadding
+                systemIcon: list.footerIsWarning ? "exclamationmark.triangle.fill" : "gearshape"
+                tone: list.footerIsWarning ? Theme.warn : Theme.textSecondary
+                text: list.footerText
+                Accessible.description: list.footerHelpText
+                onClicked: list.footerAction()
+                Keys.onBacktabPressed: search.forceActiveFocus(Qt.BacktabFocusReason)
+                Keys.onTabPressed: list.dismissed(Qt.TabFocusReason)
+            }
+            NoteLine {
+                id: remark
+
+                width: parent.width
+                height: implicitHeight
+                visible: list.footerText !== "" && !list.footerActs
+                inset: Theme.spacingSmall
+                column: Theme.iconColumn - inset
+                systemIcon: "info.circle"
+                text: list.footerText
+            }
+        }
     }
 }

@@ -8,21 +8,24 @@ MenuRowButton {
 
     property string systemIcon
     property string title
-    property var items
+    required property TargetLanguagePicker items
     property string currentDisplay
     property string searchText
     property string emptyText
     property string footerText
     property string footerHelpText
     property bool footerIsWarning: false
+    property bool footerActs: true ///< it can be clicked
     property string trailingShortcut
     property Item floatIn ///< what the list floats over
     property bool listOpen: false
 
-    signal selected(int index)
-    signal footerClicked()
+    signal select(int index)
+    signal footerAction()
 
     function close(reason) {
+        if (!listOpen)
+            return
         listOpen = false
         forceActiveFocus(reason)
     }
@@ -35,20 +38,26 @@ MenuRowButton {
     Accessible.onPressAction: row.clicked()
 
     onClicked: listOpen = !listOpen
-    Keys.onDownPressed: if (!listOpen) listOpen = true
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Down && event.modifiers & Qt.AltModifier) {
+            listOpen = true
+            event.accepted = true
+        }
+    }
 
     contentItem: Item {
+        implicitWidth: words.x + words.implicitWidth
         implicitHeight: words.implicitHeight
 
         Symbol {
-            id: icon
             y: 1
             name: row.systemIcon
             color: Theme.textSecondary
         }
         Column {
             id: words
-            anchors { left: icon.right; leftMargin: Theme.spacing; right: keys.left; rightMargin: Theme.spacingSmall }
+            x: Theme.iconColumn
+            width: keys.x - Theme.spacingSmall - x
             spacing: 2
 
             Label {
@@ -65,8 +74,8 @@ MenuRowButton {
             id: keys
             anchors { right: chevron.left; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
             text: row.trailingShortcut
-            visible: row.trailingShortcut
-            width: visible ? implicitWidth : 0
+            visible: row.trailingShortcut !== ""
+            width: row.trailingShortcut !== "" ? implicitWidth : 0
         }
         Symbol {
             id: chevron
@@ -80,14 +89,25 @@ MenuRowButton {
 
     Loader {
         parent: row.floatIn
+        anchors.fill: parent
         active: row.listOpen
         z: 1
         sourceComponent: LanguageList {
-            picker: row
-            y: row.mapToItem(row.floatIn, 0, row.height).y + 2
-            x: Theme.spacingSmall
-            width: row.floatIn.width - 2 * x
-            room: row.floatIn.height - y - Theme.spacingSmall
+            items: row.items
+            title: row.title
+            searchText: row.searchText
+            emptyText: row.emptyText
+            footerText: row.footerText
+            footerHelpText: row.footerHelpText
+            footerIsWarning: row.footerIsWarning
+            footerActs: row.footerActs
+            onChosen: index => {
+                row.select(index)
+                row.close(Qt.TabFocusReason)
+            }
+            onDismissed: reason => row.close(reason)
+            onFooterAction: row.footerAction()
+            listY: row.mapToItem(row.floatIn, 0, row.height).y + 2
         }
     }
 }

@@ -6,20 +6,50 @@ import Talvera
 FocusScope {
     id: view
 
-    property var panel
+    required property MenuPanelModel panel
     readonly property int fittingHeight: content.implicitHeight + 2 * Theme.spacingSmall
+
+    /// What lies over the content goes before the panel itself does; false when there is nothing.
+    function closeWhatIsOpen() {
+        const wasOpen = picker.listOpen
+        picker.close(Qt.PopupFocusReason)
+        return wasOpen
+    }
 
     implicitWidth: 300
     Accessible.role: Accessible.Pane
     Accessible.name: panel.statusTitle
 
+    Shortcut {
+        sequence: "Ctrl+,"
+        onActivated: view.panel.openSettings()
+    }
+    Shortcut {
+        sequence: "Ctrl+Q"
+        onActivated: view.panel.quit()
+    }
+
     Surface {
         anchors.fill: parent
         color: Theme.overlayOpaque
-        border.color: Theme.overlayOutline
+        outline: Theme.overlayOutline
     }
 
     Flickable {
+        id: pages
+
+        // A row that gets the keyboard comes into sight.
+        readonly property Item focused: view.Window.activeFocusItem
+        onFocusedChanged: {
+            let inside = focused
+            while (inside && inside !== content)
+                inside = inside.parent
+            if (!inside || !interactive)
+                return
+            const top = focused.mapToItem(content, 0, 0).y
+            contentY = Math.max(Math.min(contentY, top), top + focused.height - height)
+        }
+
         anchors { fill: parent; margins: Theme.spacingSmall }
         contentHeight: content.implicitHeight
         interactive: contentHeight > height
@@ -28,20 +58,29 @@ FocusScope {
 
         Column {
             id: content
-            width: parent.width
+            width: pages.width
 
             ReadinessBanner {
+                width: parent.width
                 readiness: view.panel
-                visible: view.panel.bannerTitle
+                visible: view.panel.bannerTitle !== ""
             }
-            Item {
-                visible: view.panel.bannerTitle
-                width: 1
-                height: Theme.spacingTiny
+            MenuDivider {
+                width: parent.width
+                inset: Theme.spacingSmall
+                visible: view.panel.bannerTitle !== ""
             }
-            StatusHeader { panel: view.panel }
-            MenuDivider {}
+            StatusHeader {
+                width: parent.width
+                panel: view.panel
+            }
+            MenuDivider {
+                width: parent.width
+                inset: Theme.spacingSmall
+            }
             LanguagePickerRow {
+                id: picker
+                width: parent.width
                 floatIn: view
                 systemIcon: "globe"
                 title: view.panel.texts.translateTo
@@ -49,53 +88,68 @@ FocusScope {
                 currentDisplay: view.panel.targetLanguages.currentDisplay
                 searchText: view.panel.texts.searchLanguages
                 emptyText: view.panel.texts.noLanguage
-                footerText: view.panel.languageModelAvailable ? view.panel.texts.addMoreLanguages : view.panel.texts.aiOff
-                footerIsWarning: !view.panel.languageModelAvailable
-                footerHelpText: view.panel.languageModelAvailable ? "" : view.panel.texts.aiOffHint
+                footerText: view.panel.languageModel.footer
+                footerIsWarning: view.panel.languageModel.footerIsWarning
+                footerActs: view.panel.languageModel.footerActs
+                footerHelpText: view.panel.languageModel.footerHelp
                 trailingShortcut: view.panel.toggleShortcut
-                onSelected: index => view.panel.targetLanguages.select(index)
-                onFooterClicked: view.panel.openLanguageModelSettings()
+                onSelect: index => view.panel.targetLanguages.select(index)
+                onFooterAction: view.panel.openLanguageModelSettings()
             }
-            MenuDivider {}
+            MenuDivider {
+                width: parent.width
+                inset: Theme.spacingSmall
+            }
             ToggleRow {
+                width: parent.width
                 systemIcon: "wand.and.sparkles"
                 title: view.panel.texts.cleanupTitle
                 subtitle: view.panel.texts.cleanupSubtitle
-                isOn: view.panel.aiCleanupEnabled
-                onSwitched: on => view.panel.aiCleanupEnabled = on
+                isOn: view.panel.aiCleanup.value
+                onSwitched: on => view.panel.aiCleanup.value = on
             }
             NoteLine {
-                visible: view.panel.languageModelAvailable && view.panel.aiCleanupEnabled
-                systemIcon: "checkmark.circle.fill"
-                tone: Theme.good
-                text: view.panel.texts.cleanupUsing
-            }
-            NoteLine {
-                visible: !view.panel.languageModelAvailable
-                systemIcon: "info.circle"
-                text: view.panel.texts.aiOffHint
+                width: parent.width
+                inset: Theme.spacingSmall
+                visible: text !== ""
+                systemIcon: view.panel.languageModel.isInUse ? "checkmark.circle.fill" : "info.circle"
+                tone: view.panel.languageModel.isInUse ? Theme.good : Theme.textSecondary
+                text: view.panel.languageModel.remark
             }
             NoteButton {
-                visible: !view.panel.languageModelAvailable
+                width: parent.width
+                visible: text !== ""
                 systemIcon: "exclamationmark.triangle.fill"
-                text: view.panel.texts.aiOff
+                text: view.panel.languageModel.cure
                 onClicked: view.panel.openLanguageModelSettings()
             }
-            MenuDivider {}
-            StatsCard { store: view.panel }
-            MenuDivider {}
+            MenuDivider {
+                width: parent.width
+                inset: Theme.spacingSmall
+            }
+            StatsCard {
+                width: parent.width
+                store: view.panel
+            }
+            MenuDivider {
+                width: parent.width
+                inset: Theme.spacingSmall
+            }
             SimpleMenuItem {
+                width: parent.width
                 systemIcon: "gearshape"
                 label: view.panel.texts.settings
                 shortcut: view.panel.texts.settingsShortcut
                 onClicked: view.panel.openSettings()
             }
             SimpleMenuItem {
+                width: parent.width
                 systemIcon: "arrow.down.circle"
                 label: view.panel.texts.checkForUpdates
                 onClicked: view.panel.checkForUpdates()
             }
             SimpleMenuItem {
+                width: parent.width
                 systemIcon: "xmark"
                 label: view.panel.texts.quit
                 shortcut: view.panel.texts.quitShortcut

@@ -33,10 +33,16 @@ QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelD
     , m_model(model)
     , m_desktop(desktop)
     , m_panel(std::make_unique<KeyablePanel>()) {
-    m_panel->onKeyDown = [this](Qt::Key key) { return onKeyDown && onKeyDown(key); };
+    m_panel->onKeyDown = [this](Qt::Key key) {
+        return (key == Qt::Key_Escape && closeWhatIsOpen()) || (onKeyDown && onKeyDown(key));
+    };
     m_panel->onResignKey = [this] {
         if (onResignKey)
             onResignKey();
+    };
+    m_panel->onContentChanged = [this] {
+        if (m_view && !m_closing && onFittingHeightChanged)
+            onFittingHeightChanged();
     };
     m_panel->onShown = [this] { m_desktop.activate(*m_panel); };
     QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
@@ -64,6 +70,9 @@ void QuickMenuPanel::renewContent() {
     m_view = m_engine.create(QStringLiteral("panel/MenuPanelView"),
                              {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)}});
     m_view->setWidth(MenuPanelWidth);
+    // Its layout is under way when it tells.
+    QObject::connect(m_view.get(), SIGNAL(fittingHeightChanged()), m_panel.get(), SLOT(contentChanged()),
+                     Qt::QueuedConnection);
     m_view->setParentItem(m_panel->contentItem());
 }
 
@@ -95,6 +104,20 @@ void QuickMenuPanel::fadeIn(const QRect& frame) {
     m_panel->show();
     m_panel->raise();
     fadeTo(1, fadeInTime);
+}
+
+void QuickMenuPanel::setFrame(const QRect& frame) {
+    m_view->setSize(frame.size());
+    m_panel->setGeometry(frame);
+    shape();
+}
+
+/// A list that floats over the content closes before the panel does.
+bool QuickMenuPanel::closeWhatIsOpen() {
+    QVariant closed;
+    if (m_view)
+        QMetaObject::invokeMethod(m_view.get(), "closeWhatIsOpen", Q_RETURN_ARG(QVariant, closed));
+    return closed.toBool();
 }
 
 void QuickMenuPanel::fadeOut() {

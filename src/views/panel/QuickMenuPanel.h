@@ -31,12 +31,14 @@ public:
     ScreenArea screenOf(const std::optional<QRect>& item) const override;
     void fadeIn(const QRect& frame) override;
     void fadeOut() override;
+    void setFrame(const QRect& frame) override;
     QRect frame() const override;
 
     /// For tests and pictures.
     KeyablePanel& window() { return *m_panel; }
 
 private:
+    bool closeWhatIsOpen();
     void shape();
     void fadeTo(qreal opacity, int milliseconds);
     void faded();

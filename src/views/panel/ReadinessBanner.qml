@@ -3,14 +3,13 @@ import QtQuick
 import Talvera
 
 /// What keeps Talvera from working, each with the way to its cure.
-Rectangle {
+Plane {
     id: banner
 
-    property var readiness
+    required property MenuPanelModel readiness
 
-    implicitWidth: parent ? parent.width : 0
     implicitHeight: content.implicitHeight + 2 * Theme.spacing - 4
-    radius: Theme.radius
+    radius: Theme.radiusSmall
     color: Theme.warnFill
     Accessible.role: Accessible.AlertMessage
     Accessible.name: readiness.bannerTitle
@@ -19,21 +18,21 @@ Rectangle {
         id: issue
 
         property alias text: what.text
+        property alias cure: button.text
         signal fix()
 
-        width: parent.width
+        width: parent ? parent.width : 0
         implicitHeight: Math.max(28, what.implicitHeight + 2 * Theme.spacingTiny)
 
         Label {
             id: what
-            anchors { left: parent.left; leftMargin: 28; right: button.left; rightMargin: Theme.spacingSmall }
+            anchors { left: parent.left; leftMargin: Theme.iconColumn; right: button.left; rightMargin: Theme.spacingSmall }
             anchors.verticalCenter: parent.verticalCenter
             wrapMode: Text.Wrap
         }
         SmallButton {
             id: button
             anchors { right: parent.right; verticalCenter: parent.verticalCenter }
-            text: banner.readiness.texts.fix
             Accessible.description: what.text
             onClicked: issue.fix()
         }
@@ -57,7 +56,7 @@ Rectangle {
             }
             Label {
                 id: title
-                anchors { left: parent.left; leftMargin: 28; right: parent.right }
+                anchors { left: parent.left; leftMargin: Theme.iconColumn; right: parent.right }
                 text: banner.readiness.bannerTitle
                 strong: true
                 wrapMode: Text.Wrap
@@ -66,11 +65,13 @@ Rectangle {
         Issue {
             visible: banner.readiness.microphoneMissing
             text: banner.readiness.texts.allowMicrophone
+            cure: banner.readiness.texts.fix
             onFix: banner.readiness.fixMicrophone()
         }
         Issue {
             visible: banner.readiness.accessibilityMissing
             text: banner.readiness.texts.allowAccessibility
+            cure: banner.readiness.texts.fix
             onFix: banner.readiness.fixAccessibility()
         }
     }

@@ -14,16 +14,17 @@ MenuRowButton {
     text: label
 
     contentItem: Item {
+        implicitWidth: Theme.iconColumn + words.implicitWidth + Theme.spacingSmall + keys.implicitWidth
         implicitHeight: 24
 
         Symbol {
-            id: icon
             anchors.verticalCenter: parent.verticalCenter
             name: item.systemIcon
             color: Theme.textSecondary
         }
         Label {
-            anchors { left: icon.right; leftMargin: Theme.spacing; right: keys.left; rightMargin: Theme.spacingSmall }
+            id: words
+            anchors { left: parent.left; leftMargin: Theme.iconColumn; right: keys.left; rightMargin: Theme.spacingSmall }
             anchors.verticalCenter: parent.verticalCenter
             text: item.label
             color: item.muted ? Theme.textSecondary : Theme.text

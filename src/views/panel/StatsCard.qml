@@ -3,23 +3,23 @@ import QtQuick
 import Talvera
 
 /// What dictation has brought in the last seven days: two figures side by side.
-Rectangle {
+Plane {
     id: card
 
-    property var store
+    required property MenuPanelModel store
 
-    implicitWidth: parent ? parent.width : 0
     implicitHeight: 60
-    radius: Theme.radius
+    radius: Theme.radiusSmall
     color: Theme.fill
 
     component Figure: Column {
         property alias caption: name.text
         property alias figure: number.text
+        property string spoken
 
-        anchors.verticalCenter: parent.verticalCenter
+        anchors.verticalCenter: parent ? parent.verticalCenter : undefined
         Accessible.role: Accessible.StaticText
-        Accessible.name: caption + ": " + figure
+        Accessible.name: spoken + ": " + figure
 
         Label {
             id: number
@@ -41,21 +41,23 @@ Rectangle {
     }
 
     Figure {
-        x: Theme.spacing
-        width: card.width / 2 - Theme.spacing - Theme.spacingTiny
+        x: Theme.spacingSmall
+        width: card.width / 2 - x - Theme.spacingSmall
         caption: card.store.texts.thisWeek
         figure: card.store.timeSaved
+        spoken: card.store.texts.thisWeekSpoken
     }
-    Rectangle {
+    Plane {
         anchors.centerIn: parent
         width: 1
         height: 32
-        color: Theme.outline
+        color: Theme.mark
     }
     Figure {
         x: card.width / 2 + Theme.spacing
-        width: card.width / 2 - Theme.spacing - Theme.spacingTiny
+        width: card.width / 2 - Theme.spacing - Theme.spacingSmall
         caption: card.store.texts.dictations
         figure: card.store.dictations
+        spoken: card.store.texts.dictationsSpoken
     }
 }

@@ -6,10 +6,10 @@ import Talvera
 Item {
     id: header
 
-    property var panel
+    required property MenuPanelModel panel
     readonly property bool failed: panel.state === "error"
+    readonly property bool namesKey: panel.statusKeyCap !== ""
 
-    implicitWidth: parent ? parent.width : 0
     implicitHeight: Math.max(orb.height, words.implicitHeight) + 2 * Theme.spacingSmall
     Accessible.role: Accessible.StaticText
     Accessible.name: panel.statusTitle
@@ -19,12 +19,13 @@ Item {
         id: orb
         x: 2
         anchors { verticalCenter: words.top; verticalCenterOffset: title.height / 2 }
-        phase: header.panel.state
+        state: header.panel.state
+        isReady: header.panel.isReady
         label: header.panel.orbLabel
     }
     Column {
         id: words
-        x: 36
+        x: Theme.spacingSmall + Theme.iconColumn
         y: Theme.spacingSmall
         width: header.width - x - Theme.spacingSmall
         spacing: 2
@@ -36,30 +37,37 @@ Item {
             font.pixelSize: Theme.sizeTitle
             strong: true
         }
-        Flow {
+        Item {
             width: parent.width
-            spacing: 6
+            // As high without a key as with one, so that what lies below stays where it is when a dictation begins.
+            implicitHeight: Math.max(20, line.implicitHeight)
 
-            Symbol {
-                visible: header.failed
-                name: "exclamationmark.triangle.fill"
-                color: Theme.warn
-                size: 14
-                height: 18
-                fillMode: Image.PreserveAspectFit
-            }
-            Caption {
-                width: header.panel.statusKeyCap ? Math.min(implicitWidth, words.width)
-                                                 : words.width - (header.failed ? 20 : 0)
-                topPadding: header.panel.statusKeyCap ? 2 : 0 // in the middle of the key beside it
-                text: header.panel.statusSubtitle
-                color: header.failed ? Theme.warn : Theme.textSecondary
-                wrapMode: header.panel.statusKeyCap ? Text.NoWrap : Text.Wrap
-            }
-            KbdCap {
-                visible: header.panel.statusKeyCap
-                text: header.panel.statusKeyCap
-                width: Math.min(implicitWidth, words.width)
+            Flow {
+                id: line
+                width: parent.width
+                spacing: 6
+
+                Symbol {
+                    visible: header.failed
+                    name: "exclamationmark.triangle.fill"
+                    color: Theme.warn
+                    size: 14
+                    height: 18
+                    fillMode: Image.PreserveAspectFit
+                }
+                Caption {
+                    width: header.namesKey ? Math.min(implicitWidth, words.width)
+                                           : words.width - (header.failed ? 20 : 0)
+                    topPadding: 2 // in the middle of the key beside it
+                    text: header.panel.statusSubtitle
+                    color: header.failed ? Theme.warn : Theme.textSecondary
+                    wrapMode: header.namesKey ? Text.NoWrap : Text.Wrap
+                }
+                KbdCap {
+                    visible: header.namesKey
+                    text: header.panel.statusKeyCap
+                    width: Math.min(implicitWidth, words.width)
+                }
             }
         }
     }

@@ -2,15 +2,16 @@
 import QtQuick
 import Talvera
 
-/// The state as a dot.
+/// The `state` as a dot. Green is for what is ready.
 Item {
     id: orb
 
-    property string phase
+    property bool isReady: true
     property string label
-    readonly property color tone: phase === "recording" ? Theme.bad
-                                : phase === "error" ? Theme.warn
-                                : phase === "transcribing" ? Theme.accent : Theme.good
+    readonly property color tone: state === "recording" ? Theme.bad
+                                : state === "error" ? Theme.warn
+                                : state === "transcribing" ? Theme.accent
+                                : isReady ? Theme.good : Theme.warn
 
     implicitWidth: 28
     implicitHeight: 28
@@ -22,18 +23,18 @@ Item {
         from: dot.width
         to: orb.width
         color: orb.tone
-        visible: orb.phase === "recording"
+        visible: orb.state === "recording"
     }
     Spinner {
         anchors.centerIn: parent
         size: orb.width
         color: orb.tone
-        visible: orb.phase === "transcribing"
+        visible: orb.state === "transcribing"
     }
-    Rectangle {
+    Plane {
         id: dot
         anchors.centerIn: parent
-        width: orb.phase === "transcribing" ? 8 : 12
+        width: orb.state === "transcribing" ? 8 : 12
         height: width
         radius: width / 2
         color: orb.tone

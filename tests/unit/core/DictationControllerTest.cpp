@@ -61,7 +61,22 @@ TEST_F(Dictation, holdModeWithTooLittleAudio_isDiscardedAndTheHUDStaysOnListenin
     EXPECT_EQ(world.traces(), QStringList({"Press too short (held 0.7s, audio 0.1s) — discarding."}));
     runToRest();
     EXPECT_TRUE(hud().as<HUD::Listening>());
+    EXPECT_FALSE(world.windows.hudPanel()->isVisible()); // nothing is recorded any more
     EXPECT_EQ(story({"statistics", "recognise"}), QStringList());
+}
+
+TEST_F(Dictation, recordingAfterADiscardedOne_isShown) {
+    launch();
+    hear(0.1);
+    hold(0.7);
+    hear(2.0);
+    press();
+    advance(0.7);
+    EXPECT_TRUE(world.windows.hudPanel()->isVisible());
+    advance(2);
+    EXPECT_TRUE(world.windows.hudPanel()->isVisible());
+    release();
+    runToRest();
 }
 
 TEST_F(Dictation, tapModeSecondPressTooSoon_isDiscarded) {
@@ -252,6 +267,7 @@ TEST_F(Dictation, recordingThatCannotBeSaved_showsAnErrorAndLeavesTheHUD) {
     advance(0.5); // longer than any fade
     EXPECT_TRUE(hud().as<HUD::Listening>());
     advance(3.4);
+    EXPECT_FALSE(world.windows.hudPanel()->isVisible());
     EXPECT_EQ(state(), State::Error);
     advance(0.1);
     EXPECT_EQ(state(), State::Idle);
@@ -314,8 +330,8 @@ TEST_F(Dictation, permissionRequestWhereTheDesktopHasNoSettings_tellsWhatToDoIns
     world.agent().hud.stateHolder().openPermissionSettings();
     EXPECT_EQ(world.story(),
               QStringList({"hud permissionRequired accessibility",
-                           "hud notice The window manager doesn't tell which window is active (or none is "
-                           "running). warn 6.0"}));
+                           "hud notice This desktop doesn't let Talvera watch keys and type. Allow it in its "
+                           "settings. warn 6.0"}));
     runToRest();
     EXPECT_TRUE(hud().as<HUD::Hidden>());
 }

@@ -26,7 +26,7 @@ private:
         return TextCatalog::parse(file.readAll()).value();
     }
 
-    TextCatalog m_catalog{read()};
+    TextCatalog m_catalog{read(), QStringLiteral("de")};
 };
 
 } // namespace talvera::test

@@ -127,6 +127,77 @@ TEST_F(HUD, transitionDuringANotice_outrunsItsTime) {
     EXPECT_TRUE(visible());
 }
 
+TEST_F(HUD, recordingEnded_thePanelLeavesAndTheStateStays) {
+    hud.show(State::Listening{actor.date()});
+    hud.recordingEnded();
+    hud.recordingEnded();
+    EXPECT_TRUE(visible());
+    actor.advance(SimulatedHUDPanel::fade);
+    EXPECT_FALSE(visible());
+    EXPECT_TRUE(state().as<State::Listening>());
+}
+
+TEST_F(HUD, recordingEndedInAnyOtherState_changesNothing) {
+    hud.show(State::Transcribing{});
+    hud.recordingEnded();
+    actor.advance(seconds(1));
+    EXPECT_TRUE(visible());
+}
+
+TEST_F(HUD, nextRecordingWhileThePanelLeaves_keepsItOnScreen) {
+    hud.show(State::Listening{actor.date()});
+    hud.recordingEnded();
+    actor.advance(seconds(0.1));
+    hud.show(State::Listening{actor.date()});
+    actor.advance(seconds(1));
+    EXPECT_TRUE(visible());
+    hud.recordingEnded();
+    actor.advance(seconds(1));
+    EXPECT_FALSE(visible());
+}
+
+TEST_F(HUD, remarkDuringADictation_waitsForItsEnd) {
+    for (const auto& dictating : {State(State::Listening{actor.date()}), State(State::Transcribing{}),
+                                  State(State::Translating{"German"})}) {
+        hud.show(dictating);
+        hud.showRemark("first", Tone::Info, seconds(6));
+        hud.showRemark("last", Tone::Info, seconds(6));
+        EXPECT_EQ(state(), dictating);
+        hud.hide();
+        actor.advance(seconds(0.2));
+        EXPECT_EQ(state(), (State::Notice{"last", Tone::Info}));
+        actor.advance(seconds(10));
+        EXPECT_EQ(state(), State::Hidden{});
+    }
+}
+
+TEST_F(HUD, remarkDuringADictationThatEndsWithANotice_comesAfterThat) {
+    hud.show(State::Transcribing{});
+    hud.showRemark("remark", Tone::Warn, seconds(6));
+    hud.showNotice("Nothing recognized", Tone::Warn, seconds(3));
+    actor.advance(seconds(2.9));
+    EXPECT_EQ(state(), (State::Notice{"Nothing recognized", Tone::Warn}));
+    actor.advance(seconds(0.5));
+    EXPECT_EQ(state(), (State::Notice{"remark", Tone::Warn}));
+}
+
+TEST_F(HUD, remarkOutsideOfADictation_isSaidAtOnce) {
+    hud.showRemark("remark", Tone::Info, seconds(6));
+    EXPECT_EQ(state(), (State::Notice{"remark", Tone::Info}));
+    hud.show(State::Listening{actor.date()});
+    hud.recordingEnded();
+    hud.showRemark("another", Tone::Info, seconds(6));
+    EXPECT_EQ(state(), (State::Notice{"another", Tone::Info}));
+}
+
+TEST_F(HUD, remarkThatWaits_isSaidWhenTheRecordingEndsWithoutAText) {
+    hud.show(State::Listening{actor.date()});
+    hud.showRemark("remark", Tone::Info, seconds(6));
+    hud.recordingEnded();
+    actor.settle();
+    EXPECT_EQ(state(), (State::Notice{"remark", Tone::Info}));
+}
+
 TEST_F(HUD, permission_takesClicksAndStays) {
     int dismissed = 0;
     int opened = 0;

@@ -170,6 +170,22 @@ TEST_F(MenuPanel, noTray_openGoesToTheCorner) {
     EXPECT_EQ(window->frame(), QRect(976, 32, 300, 480));
 }
 
+TEST_F(MenuPanel, contentGrowsWhileOpen_theFrameFollowsFromTheSamePlace) {
+    item.click();
+    item.place = QRect(40, 10, 24, 16); // the tray moves its items; an open panel stays where it is
+    window->contentHeight = 560;
+    window->onFittingHeightChanged();
+    EXPECT_EQ(window->frame(), QRect(862, 32, 300, 560));
+}
+
+TEST_F(MenuPanel, contentChangesDuringTheFade_nothingMoves) {
+    item.click();
+    panel.close();
+    window->contentHeight = 560;
+    window->onFittingHeightChanged();
+    EXPECT_EQ(window->frame().height(), 480);
+}
+
 TEST_F(MenuPanel, openTwice_isOneOpenPanel) {
     panel.open();
     panel.open();

@@ -4,6 +4,8 @@
 #include "PanelFixture.h"
 #include "text/Localization.h"
 
+#include <QMetaProperty>
+
 using namespace talvera;
 using namespace talvera::test;
 using State = MenuBarController::State;
@@ -78,6 +80,28 @@ TEST_F(PanelModel, stateChanges_areTold) {
 
 TEST_F(PanelModel, nothingMissing_noBanner) {
     EXPECT_EQ(model.bannerTitle(), "");
+    EXPECT_TRUE(model.isReady());
+}
+
+TEST_F(PanelModel, somethingMissing_isNotSaidToBeReady) {
+    int told = 0;
+    QObject::connect(&model, &MenuPanelModel::statusChanged, [&] { ++told; });
+    access.trusted = false;
+    readiness.refresh();
+    EXPECT_FALSE(model.isReady());
+    EXPECT_EQ(model.orbLabel(), "Not ready to record yet");
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(PanelModel, fixOfAccessibility_saysWhatTheSessionLacksThoughTheDesktopHasAPage) {
+    QStringList advice;
+    model.onAdvice = [&](const QString& text) { advice << text; };
+    access.trusted = false;
+    access.lack = SessionLack::ActiveWindow;
+    model.fixAccessibility();
+    EXPECT_EQ(advice,
+              QStringList("The window manager doesn't tell which window is active (or none is running)."));
+    EXPECT_TRUE(settingsPanels.opened.empty());
 }
 
 TEST_F(PanelModel, missingPermissions_areCountedNamedAndFixed) {
@@ -103,9 +127,10 @@ TEST_F(PanelModel, desktopWithoutSettings_isAdvisedInstead) {
     access.trusted = false;
     model.fixMicrophone();
     model.fixAccessibility();
-    EXPECT_EQ(advice,
-              QStringList({"Plug in a microphone, or allow one in this desktop's sound settings",
-                           "The window manager doesn't tell which window is active (or none is running)."}));
+    EXPECT_EQ(
+        advice,
+        QStringList({"Plug in a microphone, or allow one in this desktop's sound settings",
+                     "This desktop doesn't let Talvera watch keys and type. Allow it in its settings."}));
 }
 
 TEST_F(PanelModel, modelUnavailable_onlyTheRecognisersRowsAreEnabledAndNoneHasADetail) {
@@ -119,7 +144,7 @@ TEST_F(PanelModel, modelAvailable_whatItLacksIsNotInstalled) {
     EXPECT_EQ(names(TargetLanguagePicker::IsEnabled),
               QStringList({"Off (keep source language)", "English", "German", "Portuguese (Brazil)"}));
     EXPECT_EQ(details().count("Not installed"), 14);
-    EXPECT_TRUE(model.languageModelAvailable());
+    EXPECT_EQ(model.languageModel().footer, "Add more languages in System Settings");
 }
 
 TEST_F(PanelModel, modelGoneSinceThePanelLooked_rowsCanNotBeChosen) {
@@ -160,10 +185,30 @@ TEST_F(PanelModel, search_findsPartsOfNamesInAnyCase) {
 
 TEST_F(PanelModel, search_offersFirstWhatBeginsWithIt) {
     auto& picker = *model.targetLanguages();
-    picker.setSearch("ge"); // which is in the words of "Off" as well
-    ASSERT_EQ(picker.count(), 2);
-    EXPECT_EQ(picker.data(picker.index(0), TargetLanguagePicker::Code), "de");
-    EXPECT_EQ(picker.data(picker.index(1), TargetLanguagePicker::Code), "off");
+    picker.setSearch("an");
+    ASSERT_EQ(picker.count(), 7);
+    EXPECT_EQ(picker.data(picker.index(0), TargetLanguagePicker::Code), "es");
+    picker.setSearch("e");
+    EXPECT_EQ(picker.data(picker.index(0), TargetLanguagePicker::Code), "en");
+}
+
+TEST_F(PanelModel, search_doesNotLookIntoTheRemarkOfARow) {
+    auto& picker = *model.targetLanguages();
+    picker.setSearch("keep source");
+    EXPECT_EQ(picker.count(), 0);
+    picker.setSearch("of");
+    ASSERT_EQ(picker.count(), 1);
+    EXPECT_EQ(picker.data(picker.index(0), TargetLanguagePicker::DisplayName), "Off (keep source language)");
+}
+
+TEST_F(PanelModel, pagesAndEnds_goToTheNearestRowThatCanBeChosen) {
+    makeModelAvailable({"de", "vi"});
+    const auto& picker = *model.targetLanguages();
+    EXPECT_EQ(picker.nearest(-5), 0);
+    EXPECT_EQ(picker.nearest(3), 4);
+    EXPECT_EQ(picker.nearest(99), 17);
+    model.targetLanguages()->setSearch("xyz");
+    EXPECT_EQ(picker.nearest(3), -1);
 }
 
 TEST_F(PanelModel, arrowKeys_skipRowsThatCanNotBeChosen) {
@@ -177,17 +222,24 @@ TEST_F(PanelModel, arrowKeys_skipRowsThatCanNotBeChosen) {
     EXPECT_EQ(picker.next(0, -1), 0);
 }
 
+TEST_F(PanelModel, toggleShortcut_isHiddenUntilItActs) {
+    EXPECT_EQ(model.toggleShortcut(), "");
+    model.toggleActs = [] { return false; };
+    EXPECT_EQ(model.toggleShortcut(), "");
+}
+
 TEST_F(PanelModel, toggleShortcut_isShownAsLongAsThereIsOne) {
+    model.toggleActs = [] { return true; };
     EXPECT_NE(model.toggleShortcut(), "");
     settings.translateToggleBinding.set(std::nullopt);
     EXPECT_EQ(model.toggleShortcut(), "");
 }
 
 TEST_F(PanelModel, cleanup_isTheSetting) {
-    model.setAICleanupEnabled(true);
+    model.aiCleanup()->setValue(true);
     EXPECT_TRUE(settings.aiCleanupEnabled.get());
     settings.aiCleanupEnabled.set(false);
-    EXPECT_FALSE(model.aiCleanupEnabled());
+    EXPECT_FALSE(model.aiCleanup()->value().toBool());
 }
 
 TEST_F(PanelModel, statistics_areThoseOfTheWeek) {
@@ -212,12 +264,42 @@ TEST_F(PanelModel, rowsAtTheBottom_doWhatTheyAreTold) {
 }
 
 TEST_F(PanelModel, texts_areTheDefaultsWithoutACatalog) {
-    const auto texts = model.texts();
-    EXPECT_EQ(texts["cleanupUsing"], "Using Apple Intelligence");
-    EXPECT_EQ(texts["settings"], "Settings…");
-    EXPECT_EQ(texts["settingsShortcut"], "⌘,");
-    for (const auto& text : texts)
-        EXPECT_FALSE(text.toString().isEmpty());
+    const auto& texts = *model.texts();
+    EXPECT_EQ(texts.settings, "Settings…");
+    EXPECT_EQ(texts.settingsShortcut, "⌘,");
+    const auto& properties = MenuPanelTexts::staticMetaObject;
+    EXPECT_GT(properties.propertyCount(), properties.propertyOffset());
+    for (int index = properties.propertyOffset(); index < properties.propertyCount(); ++index)
+        EXPECT_NE(properties.property(index).read(&texts).toString(), "")
+            << properties.property(index).name();
+}
+
+TEST_F(PanelModel, languageModelInUse_isNamed) {
+    makeModelAvailable({});
+    EXPECT_EQ(model.languageModel().remark, "");
+    settings.aiCleanupEnabled.set(true);
+    EXPECT_EQ(model.languageModel().remark, "Using Apple Intelligence");
+    EXPECT_TRUE(model.languageModel().isInUse);
+    EXPECT_EQ(model.languageModel().cure, "");
+    EXPECT_FALSE(model.languageModel().footerIsWarning);
+}
+
+TEST_F(PanelModel, languageModelThatIsOff_isExplainedWithTheWayToItsSettings) {
+    for (const bool enabled : {false, true}) {
+        const auto notes = languageModelNotes(AIAvailabilityState::IntelligenceOff, enabled);
+        EXPECT_TRUE(notes.remark.startsWith("Apple Intelligence requires Mac and Siri"));
+        EXPECT_EQ(notes.cure, "Apple Intelligence is off — open System Settings");
+        EXPECT_EQ(notes.footer, notes.cure);
+        EXPECT_EQ(notes.footerHelp, notes.remark);
+        EXPECT_TRUE(notes.footerIsWarning && notes.footerActs);
+    }
+}
+
+TEST_F(PanelModel, computerWithoutLanguageModel_isToldSoOnceAndWarnedOfNothing) {
+    const auto notes = model.languageModel();
+    EXPECT_EQ(notes.remark, "Needs a language model, and this computer has none");
+    EXPECT_EQ(notes.cure, "");
+    EXPECT_FALSE(notes.footerIsWarning || notes.footerActs);
 }
 
 TEST(FormattedNumber, replacesTheFirstPlaceholderOnly) {

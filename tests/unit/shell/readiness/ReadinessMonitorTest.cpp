@@ -182,11 +182,21 @@ TEST_F(Readiness, requestMicrophone_waitsForTheAnswer) {
     EXPECT_TRUE(answered);
 }
 
-TEST_F(Readiness, settings_opensThePanelOfThePermission) {
+TEST_F(Readiness, missingPermission_opensItsPageOfTheSettings) {
     using Panel = SettingsPanels::Panel;
+    access.trusted = false;
     EXPECT_EQ(monitor().openMicrophoneSettings(), std::nullopt);
     EXPECT_EQ(monitor().openAccessibilitySettings(), std::nullopt);
     EXPECT_EQ(settingsPanels.opened, (std::vector{Panel::Microphone, Panel::Accessibility}));
+}
+
+TEST_F(Readiness, whatNoPageCanGive_isToldInstead) {
+    EXPECT_EQ(monitor().openAccessibilitySettings(), "Nothing is missing any more");
+    access.trusted = false;
+    access.lack = SessionLack::ActiveWindow;
+    EXPECT_EQ(monitor().openAccessibilitySettings(),
+              "The window manager doesn't tell which window is active (or none is running).");
+    EXPECT_TRUE(settingsPanels.opened.empty());
 }
 
 } // namespace

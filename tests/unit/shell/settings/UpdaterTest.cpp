@@ -81,6 +81,18 @@ TEST_F(UpdaterTest, dictationUnderWay_isNotCoveredByIt) {
     hud.show(DictationHUDState::Transcribing{});
     check();
     EXPECT_TRUE(hud.currentState().as<DictationHUDState::Transcribing>());
+    hud.hide();
+    actor.settle();
+    ASSERT_TRUE(notice()); // and is said when it is over
+    EXPECT_EQ(notice()->text, "Talvera is up to date");
+}
+
+TEST_F(UpdaterTest, anotherNoticeOnTheHUD_givesWay) {
+    notifier.isThere = false;
+    hud.showNotice("Pasted", DictationHUDState::NoticeTone::Info, seconds(3));
+    check();
+    ASSERT_TRUE(notice());
+    EXPECT_EQ(notice()->text, "Talvera is up to date");
 }
 
 TEST_F(UpdaterTest, secondAsking_waitsForTheFirstAnswer) {

@@ -149,7 +149,7 @@ TEST(TextCatalog, englishOneThatWeShip_isOne) {
 }
 
 TEST(SessionLackText, eachLack_hasAPlainSentence) {
-    for (const auto lack : {SessionLack::KnownSession, SessionLack::KeyWatching, SessionLack::KeyPosting,
+    for (const auto lack : {SessionLack::Permission, SessionLack::KnownSession, SessionLack::KeyWatching, SessionLack::KeyPosting,
                             SessionLack::ActiveWindow})
         EXPECT_GT(sessionLackText(lack).size(), 30);
 }

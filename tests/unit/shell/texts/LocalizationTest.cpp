@@ -3,6 +3,9 @@
 
 #include "delivery/FocusNotice.h"
 #include "shell/hud/FocusNoticeText.h"
+#include "shell/panel/durationText.h"
+#include "shell/texts/languageName.h"
+#include "shell/texts/shownPath.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
@@ -61,6 +64,25 @@ TEST_F(WithCatalog, missingApplicationName_hasOneWordingForBothNotices) {
                     .text.startsWith("Das Programm closed"));
     EXPECT_TRUE(focusNoticeText({FocusNotice::Kind::ClipboardReactivateFailed, ""})
                     .text.startsWith("Couldn't switch back to Das Programm "));
+}
+
+TEST_F(WithCatalog, durationsAndLanguages_comeFromTheCatalog) {
+    install({{"duration.seconds", "%lld Sek."},
+             {"duration.minutes", "%lld Min."},
+             {"duration.hours", "%lld Std. %lld Min."},
+             {"language.de", "Deutsch"}});
+    EXPECT_EQ(durationText(45), "45 Sek.");
+    EXPECT_EQ(durationText(120), "2 Min.");
+    EXPECT_EQ(durationText(2 * 3600 + 5 * 60), "2 Std. 5 Min.");
+    EXPECT_EQ(languageName("de", "German"), "Deutsch");
+    EXPECT_EQ(languageName("vi", "Vietnamese"), "Vietnamese");
+}
+
+TEST(ShownPath, withinTheHomeDirectory_beginsWithATilde) {
+    EXPECT_EQ(shownPath("/people/anna/.config/Talvera", "/people/anna"), "~/.config/Talvera");
+    EXPECT_EQ(shownPath("/people/anna", "/people/anna"), "~");
+    EXPECT_EQ(shownPath("/people/anna2/x", "/people/anna"), "/people/anna2/x");
+    EXPECT_EQ(shownPath("/etc/xdg", ""), "/etc/xdg");
 }
 
 TEST(Localization, formatted_replacesTheFirstPlaceholderOnly) {

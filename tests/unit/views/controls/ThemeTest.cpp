@@ -55,6 +55,8 @@ TEST_P(Theme, textOnEveryPlane_isReadable) {
     }
     for (const char* plane : {"accent", "accentHovered", "accentPressed"})
         EXPECT_GE(contrast(color("textOnAccent"), color(plane)), 4.5) << plane;
+    for (const char* plane : {"fill", "fillHovered", "fillPressed"}) // as on a button that says what is wrong
+        EXPECT_GE(contrast(color("warn"), color(plane)), 4.5) << plane;
     for (const char* text : {"text", "textSecondary", "accent"})
         EXPECT_GE(contrast(color(text), color("accentFill")), 4.5) << text;
     for (const char* text : {"text", "warn"})
@@ -74,6 +76,19 @@ TEST_P(Theme, overlay_isReadableWhateverLiesBelow) {
         for (const char* text : {"text", "textSecondary", "accent", "warn"})
             EXPECT_GE(contrast(color(text), over(color("overlay"), below)), 4.5) << text;
     }
+}
+
+TEST_P(Theme, overlay_letsNextToNothingThroughAndHasAnEdge) {
+    EXPECT_GE(color("overlay").alphaF(), 0.98);
+    // A light overlay on a white page, a dark one on a black one.
+    const QColor page = GetParam() ? Qt::black : Qt::white;
+    const auto edge = over(color("overlayOutline"), over(color("overlay"), page));
+    EXPECT_GE(contrast(edge, page), 1.8);
+}
+
+TEST_P(Theme, planesWithinAPlane_turnTheirCornersAboutOnePoint) {
+    const auto length = [this](const char* name) { return engine.theme().property(name).toInt(); };
+    EXPECT_EQ(length("radius") - length("spacingSmall"), length("radiusSmall"));
 }
 
 INSTANTIATE_TEST_SUITE_P(LightAndDark, Theme, testing::Bool());

@@ -6,9 +6,12 @@
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
 #include "views/ViewEngine.h"
+#include "views/panel/KeyablePanel.h"
 
 #include <QQuickWindow>
+#include <QTest>
 
+#include <algorithm>
 #include <optional>
 
 using namespace talvera;
@@ -61,12 +64,38 @@ protected:
                 << qPrintable(text->property("text").toString());
         }
     }
-    QQuickItem& ofType(const QString& type) {
-        const auto found = itemsBelow(*view, [&](QQuickItem& item) {
+    std::vector<QQuickItem*> allOfType(const QString& type) {
+        return itemsBelow(*view, [&](QQuickItem& item) {
             return QString::fromLatin1(item.metaObject()->className()).startsWith(type + "_QML");
         });
-        return *found.at(0);
     }
+    QQuickItem& ofType(const QString& type) { return *allOfType(type).at(0); }
+    std::ptrdiff_t shownOfType(const QString& type) {
+        const auto all = allOfType(type);
+        return std::count_if(all.begin(), all.end(), [](auto* item) { return item->isVisible(); });
+    }
+
+    /// Shows the window, so that keys and clicks arrive.
+    void show() {
+        window.resize(300, static_cast<int>(view->height()));
+        window.show();
+        window.requestActivate();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        view->forceActiveFocus();
+    }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window, key, modifiers);
+    }
+    void click(QPointF place) { QTest::mouseClick(&window, Qt::LeftButton, {}, place.toPoint()); }
+    static QPointF centreOf(const QQuickItem& item) {
+        return item.mapToScene(QPointF(item.width() / 2, item.height() / 2));
+    }
+    /// The accessible name of what has the keyboard.
+    QString focused() {
+        const auto* item = window.activeFocusItem();
+        return item ? item->property("text").toString() : QString();
+    }
+    bool isListOpen() { return ofType("LanguagePickerRow").property("listOpen").toBool(); }
     /// Opens the list of languages.
     QQuickItem& openList() {
         ofType("LanguagePickerRow").setProperty("listOpen", true);
@@ -107,9 +136,41 @@ TEST_F(MenuPanelViews, bannerInGerman_isShownWhole) {
 
 TEST_F(MenuPanelViews, missingLanguageModelInGerman_isToldWhole) {
     const GermanTexts german;
+    for (const auto reason : {LanguageModel::UnavailableReason::DeviceNotEligible,
+                              LanguageModel::UnavailableReason::IntelligenceOff}) {
+        languageModel.reason = reason;
+        open();
+        expectWholeTexts();
+    }
+}
+
+TEST_F(MenuPanelViews, computerWithoutLanguageModel_isOneCalmLine) {
     languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     open();
-    expectWholeTexts();
+    EXPECT_TRUE(shownText("Needs a language model, and this computer has none"));
+    const auto symbols = itemsBelow(*view, [](QQuickItem& item) {
+        return item.isVisible() && item.property("name").toString() == "exclamationmark.triangle.fill";
+    });
+    EXPECT_TRUE(symbols.empty());
+}
+
+TEST_F(MenuPanelViews, somethingMissing_noGreenDotAndARuleBelowTheBanner) {
+    const auto green = views.theme().property("good").value<QColor>();
+    open();
+    EXPECT_EQ(ofType("StatusOrb").property("tone").value<QColor>(), green);
+    const auto rules = shownOfType("MenuDivider");
+    access.trusted = false;
+    open();
+    EXPECT_NE(ofType("StatusOrb").property("tone").value<QColor>(), green);
+    EXPECT_EQ(shownOfType("MenuDivider"), rules + 1);
+}
+
+TEST_F(MenuPanelViews, dictationBegins_theRowsStayWhereTheyAre) {
+    open();
+    const auto before = ofType("LanguagePickerRow").y();
+    menuBar.state.set(State::Recording);
+    layOut(*view);
+    EXPECT_EQ(ofType("LanguagePickerRow").y(), before);
 }
 
 TEST_F(MenuPanelViews, longErrorMessage_isWrapped) {
@@ -175,6 +236,161 @@ TEST_F(MenuPanelViews, onlyTheOrbOfAStateThatLasts_moves) {
     EXPECT_EQ(moving(), 1U);
     menuBar.state.set(State::Error);
     EXPECT_EQ(moving(), 0U);
+}
+
+TEST_F(MenuPanelViews, arrowKeys_reachEveryRow) {
+    open();
+    show();
+    QStringList reached;
+    for (int step = 0; step < 5; ++step) {
+        press(Qt::Key_Down);
+        reached << focused();
+    }
+    EXPECT_EQ(reached,
+              QStringList({"Translate to", "AI Cleanup", "Settings…", "Check for Updates…", "Quit Talvera"}));
+    press(Qt::Key_Up);
+    EXPECT_EQ(focused(), "Check for Updates…");
+    EXPECT_FALSE(isListOpen());
+}
+
+TEST_F(MenuPanelViews, rowThatGetsTheKeyboard_comesIntoSight) {
+    open();
+    view->setHeight(200);
+    show();
+    for (int step = 0; step < 5; ++step)
+        press(Qt::Key_Down);
+    const auto& quit = *window.activeFocusItem();
+    EXPECT_EQ(focused(), "Quit Talvera");
+    EXPECT_LE(quit.mapToItem(&*view, QPointF(0, quit.height())).y(), 200);
+}
+
+TEST_F(MenuPanelViews, languageRow_opensByReturnSpaceAndAltDown) {
+    open();
+    show();
+    for (const auto& [key, modifiers] :
+         {std::pair{Qt::Key_Return, Qt::NoModifier}, std::pair{Qt::Key_Space, Qt::NoModifier},
+          std::pair{Qt::Key_Down, Qt::AltModifier}}) {
+        ofType("LanguagePickerRow").forceActiveFocus();
+        press(key, modifiers);
+        EXPECT_TRUE(isListOpen()) << key;
+        ofType("LanguagePickerRow").setProperty("listOpen", false);
+    }
+}
+
+TEST_F(MenuPanelViews, clickBesideTheOpenList_closesItAndDoesNothingElse) {
+    open();
+    QStringList done;
+    model->onQuit = [&] { done << "quit"; };
+    model->onSettings = [&] { done << "settings"; };
+    show();
+    const auto rows = allOfType("SimpleMenuItem");
+    for (const auto& place :
+         {QPointF(3, view->height() - 3), centreOf(ofType("StatusHeader")), QPointF(2, 2)}) {
+        openList();
+        click(place);
+        EXPECT_FALSE(isListOpen());
+    }
+    openList();
+    const auto last = centreOf(*rows.back());
+    click(QPointF(2, last.y())); // beside the list, over the row that quits
+    EXPECT_FALSE(isListOpen());
+    EXPECT_TRUE(done.isEmpty());
+    click(last);
+    EXPECT_EQ(done, QStringList("quit"));
+}
+
+TEST_F(MenuPanelViews, keysInTheOpenList_stayInItUntilItCloses) {
+    open();
+    show();
+    const auto& list = openList();
+    const auto isInside = [&] { return list.isAncestorOf(window.activeFocusItem()); };
+    const auto pressAll = [&](std::initializer_list<Qt::Key> keys) {
+        for (const auto key : keys) {
+            press(key);
+            EXPECT_TRUE(isInside()) << key;
+        }
+    };
+    pressAll({Qt::Key_Down, Qt::Key_Up, Qt::Key_Space, Qt::Key_Tab});
+    EXPECT_EQ(focused(), "Add more languages in System Settings");
+    pressAll({Qt::Key_Down, Qt::Key_Space, Qt::Key_Down, Qt::Key_Backtab, Qt::Key_Tab});
+    press(Qt::Key_Tab);
+    EXPECT_FALSE(isListOpen());
+    EXPECT_EQ(focused(), "Translate to");
+    openList();
+    press(Qt::Key_Backtab);
+    EXPECT_FALSE(isListOpen());
+    EXPECT_EQ(focused(), "Translate to");
+    EXPECT_FALSE(settings.aiCleanupEnabled.get());
+}
+
+TEST_F(MenuPanelViews, whatIsOpen_closesBeforeThePanel) {
+    open();
+    show();
+    QVariant closed;
+    QMetaObject::invokeMethod(&*view, "closeWhatIsOpen", Q_RETURN_ARG(QVariant, closed));
+    EXPECT_FALSE(closed.toBool());
+    openList();
+    QMetaObject::invokeMethod(&*view, "closeWhatIsOpen", Q_RETURN_ARG(QVariant, closed));
+    EXPECT_TRUE(closed.toBool());
+    EXPECT_FALSE(isListOpen());
+}
+
+TEST_F(MenuPanelViews, shortcuts_act) {
+    open();
+    QStringList done;
+    model->onQuit = [&] { done << "quit"; };
+    model->onSettings = [&] { done << "settings"; };
+    show();
+    press(Qt::Key_Comma, Qt::ControlModifier);
+    openList(); // with the keyboard in its search
+    press(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(done, QStringList({"settings", "quit"}));
+}
+
+TEST_F(MenuPanelViews, pageKeysInTheList_goFartherThanArrows) {
+    languageModel.languages = {"es", "fr", "de", "it", "pt", "nl", "ja", "ko", "vi", "pl", "da"};
+    open();
+    show();
+    auto& rows = rowsOf(openList());
+    const auto current = [&] { return rows.property("currentIndex").toInt(); };
+    press(Qt::Key_End);
+    EXPECT_EQ(current(), 17);
+    press(Qt::Key_Home);
+    EXPECT_EQ(current(), 0);
+    press(Qt::Key_PageDown);
+    EXPECT_GT(current(), 1);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(current(), 0);
+}
+
+TEST_F(MenuPanelViews, bannerWhileOpen_asksForMoreHeight) {
+    open();
+    const int before = view->property("fittingHeight").toInt();
+    access.trusted = false;
+    readiness.refresh();
+    layOut(*view);
+    EXPECT_GT(view->property("fittingHeight").toInt(), before + 40);
+}
+
+TEST_F(MenuPanelViews, panelThatComesBack_hasNoRowLitFromLastTime) {
+    KeyablePanel panel;
+    const auto showIn = [&] {
+        open();
+        view->setParentItem(panel.contentItem());
+        panel.resize(300, static_cast<int>(view->height()));
+        panel.show();
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    };
+    const auto isLit = [&] { return allOfType("SimpleMenuItem").back()->property("hovered").toBool(); };
+    showIn();
+    QTest::mouseMove(&panel, centreOf(*allOfType("SimpleMenuItem").back()).toPoint());
+    EXPECT_TRUE(QTest::qWaitFor(isLit));
+    panel.hide();
+    EXPECT_FALSE(isLit());
+    showIn();
+    panel.grabWindow(); // whatever a frame does to the rows is done
+    EXPECT_FALSE(isLit());
+    view.reset();
 }
 
 } // namespace
