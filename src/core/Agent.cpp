@@ -119,6 +119,8 @@ std::shared_ptr<DictationController> Agent::makeDictation(std::shared_ptr<Permis
                                    .makeFreshName = m_machine.system.makeFreshName,
                                    .languageModel = m_machine.language.model,
                                    .sounds = m_machine.sound.player,
+                                   .statusItem = m_machine.desktop.statusItem,
+                                   .notifier = m_machine.desktop.notifier,
                                    .settings = settings,
                                    .models = models,
                                    .recorder = recorder,

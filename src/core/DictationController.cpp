@@ -9,6 +9,8 @@
 #include "language/AICleanup.h"
 #include "models/ModelStore.h"
 #include "persistence/AppSettings.h"
+#include "platform/desktop/Notifier.h"
+#include "platform/desktop/StatusItem.h"
 #include "platform/language/LanguageModel.h"
 #include "platform/system/Directories.h"
 #include "platform/system/FileSystem.h"
@@ -182,7 +184,7 @@ void DictationController::finishRecording(const QString& wav) {
         audioSeconds = m_parts.recorder.stop(wav);
     } catch (const std::exception& error) {
         m_parts.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
-        m_parts.menuBar.showError(localized("dictation.notSaved", "Couldn't save recording"), errorTime);
+        sayNotSaved();
         return; // the next press overwrites what this one has left
     }
     const auto mode = TextInserter::resolveMode(m_parts.settings.insertionMode.get(), audioSeconds,
@@ -205,6 +207,14 @@ void DictationController::finishRecording(const QString& wav) {
             const OutputPipeline::Dictation dictation{request, snapshot};
             co_await pipeline->runPipeline(dictation);
         });
+}
+
+/// The item in the tray alone tells it, and some desktops show none.
+void DictationController::sayNotSaved() {
+    const auto message = localized("dictation.notSaved", "Couldn't save recording");
+    m_parts.menuBar.showError(message, errorTime);
+    if (!m_parts.statusItem.isSeen())
+        m_parts.notifier.notify(message, {}, [](bool) {});
 }
 
 DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,

@@ -28,11 +28,13 @@ class MainActor;
 class MenuBarController;
 class ModelStore;
 class OnboardingController;
+class Notifier;
 class OnboardingWindow;
 class OutputPipeline;
 class PermissionPrompt;
 class ReadinessMonitor;
 class SoundPlayer;
+class StatusItem;
 class TextInserter;
 struct Directories;
 
@@ -52,6 +54,8 @@ public:
         std::function<QString()> makeFreshName; ///< a part for a file's name that no other file has
         LanguageModel& languageModel;
         SoundPlayer& sounds;
+        StatusItem& statusItem;
+        Notifier& notifier;
         AppSettings& settings;
         ModelStore& models;
         AudioRecorder& recorder;
@@ -100,6 +104,7 @@ private:
     void cancelPendingPress();
     void forgetPress();
     void finishRecording(const QString& wav);
+    void sayNotSaved();
     void discardRecording(const QString& wav);
     void deleteFile(const QString& path);
     DictationRequest makeRequest(const QString& wav, double audioSeconds, ResolvedMode mode) const;

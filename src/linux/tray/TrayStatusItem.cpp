@@ -14,7 +14,7 @@ TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, c
     , m_link(m_item)
     , m_icon(std::move(icon))
     , m_patience(actor.startTimer(Patience, [this] {
-        if (m_link.hasHost() != true && !m_icon->hasTray() && onNoTray)
+        if (!hasTray() && onNoTray)
             onNoTray();
     })) {
     m_link.onHostChanged = [this] { choose(); };
@@ -43,6 +43,14 @@ void TrayStatusItem::setToolTip(const QString& text) {
 void TrayStatusItem::setVisible(bool visible) {
     m_visible = visible;
     choose();
+}
+
+bool TrayStatusItem::hasTray() const {
+    return m_link.hasHost() == true || m_icon->hasTray();
+}
+
+bool TrayStatusItem::isSeen() const {
+    return m_visible && hasTray();
 }
 
 std::optional<QRect> TrayStatusItem::frame() const {

@@ -28,9 +28,11 @@ public:
     void setSymbol(const QString& name) override;
     void setToolTip(const QString& text) override;
     void setVisible(bool visible) override;
+    bool isSeen() const override;
     std::optional<QRect> frame() const override;
 
 private:
+    bool hasTray() const;
     void choose();
     void clicked();
 

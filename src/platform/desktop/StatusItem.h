@@ -24,6 +24,9 @@ public:
     /// A hidden item gives its place in the tray away.
     virtual void setVisible(bool visible) = 0;
 
+    /// The item stands in a tray, where the user can see it.
+    virtual bool isSeen() const = 0;
+
     /// Where the item is, in the coordinates that windows are placed in; nothing when it isn't shown or when
     /// the tray doesn't tell. Some trays tell only where they were clicked: a rectangle of one pixel.
     virtual std::optional<QRect> frame() const = 0;

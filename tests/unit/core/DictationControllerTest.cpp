@@ -256,6 +256,17 @@ TEST_F(Dictation, recorderThatWorksAgain_recordsAfterAFailedStart) {
     EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
 }
 
+TEST_F(Dictation, recordingThatCannotBeSaved_isToldByANotificationWhereNoItemIsSeen) {
+    launch();
+    world.recordingsFail = true;
+    hold(1);
+    EXPECT_TRUE(world.notifier.shown.isEmpty()); // the item tells it
+    runToRest();
+    world.statusItem.hasTray = false;
+    hold(1);
+    EXPECT_EQ(world.notifier.shown, QStringList("Couldn't save recording|"));
+}
+
 TEST_F(Dictation, recordingThatCannotBeSaved_showsAnErrorAndLeavesTheHUD) {
     launch();
     world.recordingsFail = true;
