@@ -73,6 +73,16 @@ TEST_F(X11KeyboardLayoutTest, noServer_hasNoCharacters) {
     EXPECT_EQ(nowhere.character(VirtualKey::A), std::nullopt);
 }
 
+TEST_F(X11KeyboardLayoutTest, serverThatDoesNotAnswer_isNotWaitedForForEver) {
+    const auto other = X11Connection::open();
+    xcb_grab_server(other->get());
+    ASSERT_TRUE(other->roundTrip());
+    EXPECT_EQ(layout.character(VirtualKey::A), std::nullopt);
+    xcb_ungrab_server(other->get());
+    ASSERT_TRUE(other->roundTrip());
+    EXPECT_EQ(layout.character(VirtualKey::A), "a");
+}
+
 TEST_F(X11KeyboardLayoutTest, bindings_readAsTheKeyboardWrites) {
     const auto map = layoutOf("de");
     EXPECT_EQ(HotkeyBinding::chord(KeyFlag::Command, VirtualKey::Y).displayString(layout), "⌘Z");

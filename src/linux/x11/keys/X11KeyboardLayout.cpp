@@ -41,25 +41,21 @@ QString textOf(const State& state, XKeycode keycode) {
 
 } // namespace
 
-X11KeyboardLayout::X11KeyboardLayout(std::string display)
-    : m_display(std::move(display))
-    , m_context(xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref) {}
+X11KeyboardLayout::X11KeyboardLayout(const std::string& display)
+    : m_connection(X11Connection::open(display))
+    , m_context(xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref) {
+    if (!m_connection->isBroken())
+        xkb_x11_setup_xkb_extension(m_connection->get(), XKB_X11_MIN_MAJOR_XKB_VERSION,
+                                    XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
+                                    nullptr, nullptr, nullptr, nullptr);
+}
 
 X11KeyboardLayout::~X11KeyboardLayout() = default;
 
-bool X11KeyboardLayout::connect() {
-    if (m_connection && !m_connection->isBroken())
-        return true;
-    m_connection = X11Connection::open(m_display);
-    return m_connection &&
-           xkb_x11_setup_xkb_extension(m_connection->get(), XKB_X11_MIN_MAJOR_XKB_VERSION,
-                                       XKB_X11_MIN_MINOR_XKB_VERSION, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
-                                       nullptr, nullptr, nullptr, nullptr) != 0;
-}
-
 std::optional<QString> X11KeyboardLayout::character(VirtualKey key) {
     const auto keycodes = X11KeyCodes::fromVirtual(key);
-    if (keycodes.empty() || !m_context || !connect())
+    // xkbcommon waits for its answers without a bound, so the server has to show first that it gives any.
+    if (keycodes.empty() || !m_context || !m_connection->roundTrip())
         return std::nullopt;
     auto* connection = m_connection->get();
     const auto device = xkb_x11_get_core_keyboard_device_id(connection);

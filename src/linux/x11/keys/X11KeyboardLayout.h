@@ -11,11 +11,12 @@ struct xkb_context;
 
 namespace talvera {
 
-/// The layout of the X session, asked for anew each time: a call costs a few round trips to the server.
+/// The layout of the X session, asked for anew each time: a call costs a few round trips to the server. No
+/// key has a character while the server doesn't answer.
 class X11KeyboardLayout final : public KeyboardLayout {
 public:
     /// An empty `display` means $DISPLAY.
-    explicit X11KeyboardLayout(std::string display = {});
+    explicit X11KeyboardLayout(const std::string& display = {});
     X11KeyboardLayout(const X11KeyboardLayout&) = delete;
     X11KeyboardLayout& operator=(const X11KeyboardLayout&) = delete;
     ~X11KeyboardLayout() override;
@@ -24,10 +25,7 @@ public:
     std::optional<QString> character(VirtualKey key) override;
 
 private:
-    bool connect();
-
-    const std::string m_display;
-    std::unique_ptr<X11Connection> m_connection;
+    const std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<xkb_context, void (*)(xkb_context*)> m_context;
 };
 
