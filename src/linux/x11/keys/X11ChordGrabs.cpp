@@ -2,6 +2,7 @@
 #include "linux/x11/keys/X11ChordGrabs.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
+#include "linux/x11/server/serverNotes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,11 +20,16 @@ constexpr std::uint16_t locks = XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2 | XCB_MOD_MAS
 X11ChordGrabs::X11ChordGrabs(std::unique_ptr<X11Connection> connection)
     : m_connection(std::move(connection)) {}
 
+X11ChordGrabs::~X11ChordGrabs() {
+    hold({});
+}
+
 std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords) {
     Combinations wanted;
     for (const auto& chord : chords)
         wanted.merge(withFurtherModifiers(chord, allModifiers));
 
+    noteReservedKeys(wanted);
     Combinations unwanted;
     std::ranges::set_difference(m_held, wanted, std::inserter(unwanted, unwanted.end()));
     for (const auto& combination : unwanted)
@@ -44,6 +50,31 @@ std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords
                                                                     : WatchResult::ChordTaken);
     }
     return results;
+}
+
+/// What we type has no modifiers but Shift and those of the layout's levels.
+void X11ChordGrabs::noteReservedKeys(const Combinations& wanted) {
+    constexpr std::uint16_t typed = XCB_MOD_MASK_SHIFT | locks;
+    std::set<std::uint32_t> keys;
+    for (const auto& [keycode, modifiers] : wanted) {
+        if ((modifiers & ~typed) == 0)
+            keys.insert(static_cast<std::uint32_t>(keycode));
+    }
+    const std::vector<std::uint32_t> keycodes(keys.begin(), keys.end());
+    if (keycodes != m_notedKeys) // the first time also replaces what a former process may have left
+        writeNote(keycodes);
+    m_notedKeys = keycodes;
+}
+
+void X11ChordGrabs::writeNote(const std::vector<std::uint32_t>& keycodes) {
+    const auto note = m_connection->atom(serverNotes::reservedKeys);
+    if (keycodes.empty())
+        xcb_delete_property(m_connection->get(), m_connection->root(), note);
+    else
+        xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, m_connection->root(), note,
+                            XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(keycodes.size()),
+                            keycodes.data());
+    m_connection->flush();
 }
 
 /// Empty for a chord that no keyboard can produce.

@@ -29,10 +29,14 @@ public:
     };
 
     explicit X11ChordGrabs(std::unique_ptr<X11Connection> connection);
+    X11ChordGrabs(const X11ChordGrabs&) = delete;
+    X11ChordGrabs& operator=(const X11ChordGrabs&) = delete;
+    ~X11ChordGrabs();
 
-    /// Holds these chords and no others; the answers are in their order. Where another program holds a chord
-    /// with one of the further modifiers that don't stop it, that combination stays with the program. The
-    /// server has worked it off on return, and so below.
+    /// Holds these chords and no others; the answers are in their order. Where another program holds a
+    /// chord with one of the further modifiers that don't stop it, that combination stays with the program.
+    /// Keys that we couldn't type ourselves from then on are noted at the server. The server has worked it
+    /// off on return, and so below.
     std::vector<WatchResult> hold(const std::vector<KeyChord>& chords);
 
     /// Lets the key events of a press in progress go to the focused application.
@@ -50,9 +54,12 @@ private:
     Combinations withFurtherModifiers(const KeyChord& chord, std::uint16_t further) const;
     void grab(const Combinations& combinations);
     void letGo(const Combination& combination);
+    void noteReservedKeys(const Combinations& wanted);
+    void writeNote(const std::vector<std::uint32_t>& keycodes);
 
     std::unique_ptr<X11Connection> m_connection;
     Combinations m_held;
+    std::optional<std::vector<std::uint32_t>> m_notedKeys; ///< keycodes
 };
 
 } // namespace talvera

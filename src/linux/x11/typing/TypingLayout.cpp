@@ -69,6 +69,13 @@ std::optional<KeyStroke> TypingLayout::find(xkb_keysym_t symbol, unsigned group)
     return stroke != known.end() ? std::optional(stroke->second) : std::nullopt;
 }
 
+void TypingLayout::avoid(std::set<xcb_keycode_t> keys) {
+    if (m_avoided == keys)
+        return;
+    m_avoided = std::move(keys);
+    m_strokes.clear();
+}
+
 const TypingLayout::Strokes& TypingLayout::strokes(unsigned group) {
     const auto known = m_strokes.find(group);
     return known != m_strokes.end() ? known->second : m_strokes.emplace(group, collect(group)).first->second;
@@ -94,7 +101,8 @@ TypingLayout::Strokes TypingLayout::collect(unsigned group) const {
     const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
     for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
         const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(m_keymap.get(), key);
-        if (groups == 0 || m_lent.contains(static_cast<xcb_keycode_t>(key)))
+        const auto keycode = static_cast<xcb_keycode_t>(key);
+        if (groups == 0 || m_lent.contains(keycode) || m_avoided.contains(keycode))
             continue;
         const xkb_layout_index_t layout = group % groups;
         const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(m_keymap.get(), key, layout);

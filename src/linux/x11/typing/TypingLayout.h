@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace talvera {
@@ -36,6 +37,9 @@ public:
     /// Reads the layout anew, as if the keys of `lent` were not there.
     void refresh(const TypingLedger::LentKeys& lent = {});
 
+    /// Leaves these keys out from now on: what is typed with them doesn't reach applications.
+    void avoid(std::set<xcb_keycode_t> keys);
+
     /// How to type `symbol` in this group of the layout with Shift and AltGr at most.
     std::optional<KeyStroke> find(xkb_keysym_t symbol, unsigned group);
 
@@ -60,6 +64,7 @@ private:
     std::unique_ptr<xkb_context, Free> m_context;
     std::unique_ptr<xkb_keymap, Free> m_keymap;
     TypingLedger::LentKeys m_lent;
+    std::set<xcb_keycode_t> m_avoided;
     std::map<unsigned, Strokes> m_strokes; ///< by group, collected when first asked for
     std::uint8_t m_numLock = 0;
 };

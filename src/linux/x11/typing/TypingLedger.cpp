@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/typing/TypingLedger.h"
 
-#include "linux/x11/server/liftedLocks.h"
+#include "linux/x11/server/serverNotes.h"
 #include "linux/x11/typing/KeySymTable.h"
 #include "linux/x11/typing/TargetBarrier.h"
 
@@ -9,8 +9,7 @@ namespace talvera {
 
 namespace {
 
-// A property of the root window: lifted modifiers, modifiers to lock, filters to switch on, then pairs of
-// keycode and symbol.
+constexpr std::string_view propertyName = serverNotes::typing;
 constexpr std::size_t headLength = 3;
 
 constexpr std::chrono::seconds catchUpLimit{10};
@@ -26,11 +25,11 @@ TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
 
 std::vector<std::uint32_t> readLedger(X11Keyboard& keyboard) {
     X11Connection& connection = keyboard.connection();
-    return connection.property(connection.root(), connection.atom(typingLedgerProperty));
+    return connection.property(connection.root(), connection.atom(propertyName));
 }
 
 void eraseLedger(X11Connection& connection) {
-    xcb_delete_property(connection.get(), connection.root(), connection.atom(typingLedgerProperty));
+    xcb_delete_property(connection.get(), connection.root(), connection.atom(propertyName));
 }
 
 } // namespace
@@ -65,7 +64,7 @@ void TypingLedger::write() {
         items.push_back(symbol);
     }
     xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, connection.root(),
-                        connection.atom(typingLedgerProperty), XCB_ATOM_CARDINAL, 32,
+                        connection.atom(propertyName), XCB_ATOM_CARDINAL, 32,
                         static_cast<std::uint32_t>(items.size()), items.data());
     m_written = true;
 }

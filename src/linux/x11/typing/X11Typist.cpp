@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/typing/X11Typist.h"
 
+#include "linux/x11/server/serverNotes.h"
+
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <algorithm>
+#include <set>
 #include <thread>
 
 namespace talvera {
@@ -38,6 +41,15 @@ milliseconds patienceWith(KeyDestination destination) {
         return elsewherePatience;
     }
     return std::chrono::hours(1);
+}
+
+/// The keys that our own hotkeys would take from us.
+std::set<xcb_keycode_t> reservedKeys(X11Connection& connection) {
+    std::set<xcb_keycode_t> keys;
+    for (const std::uint32_t key :
+         connection.property(connection.root(), connection.atom(serverNotes::reservedKeys)))
+        keys.insert(static_cast<xcb_keycode_t>(key));
+    return keys;
 }
 
 } // namespace
@@ -81,6 +93,7 @@ void X11Typist::begin(Symbols symbols, std::shared_ptr<const X11Target> target) 
     m_filterGuard.emplace(m_keyboard, m_ledger);
     m_guard.letGo(m_spares.neutralKey());
     m_group = m_guard.look().group;
+    m_layout.avoid(reservedKeys(m_keyboard.connection()));
     followKeyboard();
     lendFrom(0);
 }
