@@ -83,6 +83,8 @@ void AppDelegate::decideOnWizard() {
 void AppDelegate::connectHotkeys() {
     m_parts.hotkey.onPressStart = m_lifetime.ifAlive([this] { m_parts.dictation->handlePressStart(); });
     m_parts.hotkey.onPressEnd = m_lifetime.ifAlive([this] { m_parts.dictation->handlePressEnd(); });
+    m_parts.hotkey.onOtherKeyWhileHeld =
+        m_lifetime.ifAlive([this] { m_parts.dictation->handleOtherKeyWhileHeld(); });
     m_parts.hotkey.onBindingRefused =
         m_lifetime.ifAlive([this](WatchResult result) { showBindingRefused(result); });
     m_parts.hotkey.setBinding(m_parts.settings.hotkeyBinding.get());

@@ -67,6 +67,11 @@ void DictationController::handlePressEnd() {
         start(&DictationController::endPress);
 }
 
+/// The user is after a shortcut, such as Ctrl with the arrow keys, unless the press records already.
+void DictationController::handleOtherKeyWhileHeld() {
+    start(&DictationController::cancelPendingPress);
+}
+
 /// Each step is a task of its own, in the order of the key events.
 void DictationController::start(void (DictationController::*step)()) {
     m_parts.actor.post(m_lifetime.ifAlive([this, step] { (this->*step)(); }));
@@ -162,10 +167,12 @@ void DictationController::endPress() {
         finishRecording(*m_currentWav);
 }
 
-/// The key came up before the hold delay ran out: a brief touch leaves no trace.
+/// What ends before the hold delay has run out leaves no trace.
 void DictationController::cancelPendingPress() {
-    if (const auto pending = std::exchange(m_pendingRecordStart, std::nullopt))
-        pending->cancel();
+    const auto pending = std::exchange(m_pendingRecordStart, std::nullopt);
+    if (!pending)
+        return;
+    pending->cancel();
     forgetPress();
 }
 

@@ -76,9 +76,10 @@ public:
     DictationController(const DictationController&) = delete;
     DictationController& operator=(const DictationController&) = delete;
 
-    /// The hotkey's callbacks. Both return at once.
+    /// The hotkey's callbacks. All return at once.
     void handlePressStart();
     void handlePressEnd();
+    void handleOtherKeyWhileHeld();
 
     /// Where the recording of the present press is, or will be.
     const std::optional<QString>& currentWav() const { return m_currentWav; }

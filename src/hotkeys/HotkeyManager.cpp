@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyManager.h"
 
+#include <utility>
+
 namespace talvera {
 
 HotkeyManager::HotkeyManager(MainActor& mainActor, EventTapFactory& taps, Console& console)
@@ -9,8 +11,11 @@ HotkeyManager::HotkeyManager(MainActor& mainActor, EventTapFactory& taps, Consol
     , m_console(console) {}
 
 void HotkeyManager::install() {
-    if (m_eventTap)
+    if (hasTap())
         return;
+    if (m_isPressed)
+        endPress(); // its end was lost with the former tap
+    m_eventTap.reset();
     m_eventTap = m_taps.create([this](const KeyEvent& event) { return handle(event); });
     if (!m_eventTap) {
         m_console.log(
@@ -83,7 +88,12 @@ Verdict HotkeyManager::handleChord(const HotkeyBinding::Chord& chord, const KeyE
 }
 
 void HotkeyManager::handleSpecialKey(HotkeyBinding::SpecialKey key, const KeyEvent& event) {
-    if (event.type != KeyEventType::FlagsChanged || event.keyCode != keyCode(key))
+    if (event.keyCode != keyCode(key)) {
+        if (m_isPressed && isPress(event))
+            tellOtherKey();
+        return;
+    }
+    if (event.type != KeyEventType::FlagsChanged)
         return;
     const bool isHeld = (event.flags & heldFlag(key)) != 0;
     if (isHeld && !m_isPressed)
@@ -94,17 +104,24 @@ void HotkeyManager::handleSpecialKey(HotkeyBinding::SpecialKey key, const KeyEve
 
 void HotkeyManager::startPress() {
     m_isPressed = true;
-    m_mainActor.post([this] {
-        if (const auto tell = onPressStart)
-            tell();
-    });
+    m_isOtherKeyTold = false;
+    tell(&HotkeyManager::onPressStart);
 }
 
 void HotkeyManager::endPress() {
     m_isPressed = false;
-    m_mainActor.post([this] {
-        if (const auto tell = onPressEnd)
-            tell();
+    tell(&HotkeyManager::onPressEnd);
+}
+
+void HotkeyManager::tellOtherKey() {
+    if (!std::exchange(m_isOtherKeyTold, true))
+        tell(&HotkeyManager::onOtherKeyWhileHeld);
+}
+
+void HotkeyManager::tell(std::function<void()> HotkeyManager::*callback) {
+    m_mainActor.post([this, callback] {
+        if (const auto call = this->*callback) // a copy, which lives until the call ends
+            call();
     });
 }
 

@@ -12,7 +12,7 @@
 
 namespace talvera {
 
-/// Turns the user's binding into two callbacks: press started, press ended. What a press means is not its
+/// Turns the user's binding into callbacks: press started, press ended. What a press means is not its
 /// business. One for the life of the process. Main thread only.
 class HotkeyManager {
 public:
@@ -21,25 +21,31 @@ public:
     /// Run in a later turn of the main actor; read at that moment.
     std::function<void()> onPressStart;
     std::function<void()> onPressEnd;
+    /// Another key was struck while a special key is held alone: the user may be after a shortcut of the
+    /// application. Told once a press, and likewise.
+    std::function<void()> onOtherKeyWhileHeld;
     /// Tells that the binding can't be had, so that the user hears of it; the same holds for it.
     std::function<void(WatchResult)> onBindingRefused;
 
-    /// Creates the tap. Does nothing when there is one, so that it can be tried again.
+    /// Creates the tap. Does nothing when there is one that works, so that it can be tried again.
     void install();
 
     /// Changes the binding at any time. A press in progress ends with its binding.
     void setBinding(const HotkeyBinding& binding);
 
-    /// The tap, once `install` has succeeded.
-    const EventTap* eventTap() const { return m_eventTap.get(); }
+    /// The tap, once `install` has succeeded and as long as it works.
+    const EventTap* eventTap() const { return hasTap() ? m_eventTap.get() : nullptr; }
     bool isPressed() const { return m_isPressed; }
 
 private:
+    bool hasTap() const { return m_eventTap && !m_eventTap->isBroken(); }
     Verdict handle(const KeyEvent& event);
     Verdict handleChord(const HotkeyBinding::Chord& chord, const KeyEvent& event);
     void handleSpecialKey(HotkeyBinding::SpecialKey key, const KeyEvent& event);
     void startPress();
     void endPress();
+    void tellOtherKey();
+    void tell(std::function<void()> HotkeyManager::*callback);
     void watch(const HotkeyBinding& binding);
     HotkeyBinding bindingCopy();
 
@@ -49,6 +55,7 @@ private:
 
     std::unique_ptr<EventTap> m_eventTap;
     bool m_isPressed = false;
+    bool m_isOtherKeyTold = false; // since the press started
     std::mutex m_bindingLock; // guards the binding, should taps come to call back on threads of their own
     HotkeyBinding m_binding;
 };

@@ -48,6 +48,24 @@ TEST_F(Presses, ofThreeTenthsOfASecond_leaveNoTrace) {
     EXPECT_EQ(agent->count("hud listening"), 1);
 }
 
+TEST_F(Presses, forAShortcutOfTheApplication_leaveNoTraceHoweverLong) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    keys.press(RightCtrl);
+    keys.tap(Key::left);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1000)); // what the user does
+    keys.tap(Key::left);
+    keys.release(RightCtrl);
+    EXPECT_EQ(leftFiles(), QStringList());
+
+    // Whatever that has set off would come before or with this.
+    holdAndSay(spoken("Good morning."));
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("hud hidden");
+    EXPECT_EQ(agent->count("state recording"), 1);
+    EXPECT_EQ(agent->count("hud listening"), 1);
+}
+
 TEST_F(Presses, ofAChordWhoseModifiersStayDown_dontGarbleTheText) {
     startAgent(chordOfCtrlAltSpace());
     Receiver editor(Receiver::Kind::Qt);

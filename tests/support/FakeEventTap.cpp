@@ -82,7 +82,7 @@ Verdict FakeKeyboard::send(const KeyEvent& event) {
 Verdict FakeKeyboard::offer(const KeyEvent& event) {
     const auto newestFirst = std::vector(m_taps.rbegin(), m_taps.rend());
     for (auto* tap : newestFirst) {
-        if (!tap->m_isEnabled)
+        if (!tap->m_isEnabled || tap->m_isBroken)
             continue;
         if (!m_isListening) {
             tap->m_isEnabled = false;
@@ -101,6 +101,11 @@ void FakeKeyboard::listenAgain() {
         if (std::exchange(tap->m_timedOut, false))
             tap->m_callback({.type = KeyEventType::TapDisabledByTimeout});
     }
+}
+
+void FakeKeyboard::breakTaps() {
+    for (auto* tap : m_taps)
+        tap->m_isBroken = true;
 }
 
 bool FakeKeyboard::isOn(VirtualKey keyCode) const {

@@ -21,6 +21,7 @@ public:
     WatchResult watchChord(const KeyChord& chord) override;
     WatchResult watchKey(VirtualKey keyCode) override;
     void watchNothing() override;
+    bool isBroken() const override { return m_isBroken; }
 
     bool isEnabled() const { return m_isEnabled; }
     const std::optional<KeyChord>& watchedChord() const { return m_chord; }
@@ -34,6 +35,7 @@ private:
     FakeKeyboard& m_keyboard;
     Callback m_callback;
     bool m_isEnabled = false;
+    bool m_isBroken = false;
     bool m_timedOut = false;
     bool m_hasMissedKeys = false; // since it was last enabled
     std::optional<KeyChord> m_chord;
@@ -64,6 +66,9 @@ public:
     void repeat(VirtualKey keyCode);
     void release(VirtualKey keyCode);
     void tap(VirtualKey keyCode);
+
+    /// The taps that there are lose the keyboard.
+    void breakTaps();
 
     /// What reached the focused application.
     const std::vector<KeyEvent>& passed() const { return m_passed; }

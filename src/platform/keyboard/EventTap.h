@@ -49,12 +49,12 @@ enum class WatchResult {
 };
 
 /// Watches the keyboards of the session. Never lets the user's keyboard wait: if the main actor does not
-/// answer in time, the event goes its way, and the owner hears of TapDisabledByTimeout as soon as it listens
-/// again. Main thread only.
+/// answer in time, the event goes its way, and the owner hears of TapDisabledByTimeout as soon as it
+/// listens again. Main thread only.
 ///
 /// A tap waits for one thing at a time, so that no other keystroke wakes the owner. Platforms that must
-/// reserve chords do it when they are named; a press that is in progress when the tap turns to something else
-/// is let go, and its rest reaches the focused application.
+/// reserve chords do it when they are named; a press that is in progress when the tap turns to something
+/// else is let go, and its rest reaches the focused application.
 class EventTap {
 public:
     using Callback = std::function<Verdict(const KeyEvent&)>;
@@ -69,10 +69,14 @@ public:
     /// swallow both. ChordTaken leaves the tap waiting, should the other program let go of the chord.
     virtual WatchResult watchChord(const KeyChord& chord) = 0;
 
-    /// Waits for a key held alone: the callback gets at least its flag changes, which it can only pass.
+    /// Waits for a key held alone: the callback gets at least its flag changes and, while its flag is set,
+    /// the first press of another key, which may go by the name of Unnamed. It can only pass them.
     virtual WatchResult watchKey(VirtualKey key) = 0;
 
     virtual void watchNothing() = 0;
+
+    /// The tap has lost the keyboards and hears nothing any more. A new one may find them again.
+    virtual bool isBroken() const = 0;
 };
 
 /// Makes taps. The tap made last sees an event first, and what it swallows the others never see.

@@ -145,8 +145,8 @@ inline constexpr std::uint64_t Command = 0x100000; ///< Super
 inline constexpr std::uint64_t Fn = 0x800000;
 } // namespace KeyFlag
 
-/// The KeyFlag bit that a modifier key switches; 0 for keys that switch none. Modifier keys have flag changes
-/// in place of key downs and key ups.
+/// The KeyFlag bit that a modifier key switches; 0 for keys that switch none. Modifier keys have flag
+/// changes in place of key downs and key ups.
 constexpr std::uint64_t flagOfModifierKey(VirtualKey key) {
     switch (key) {
     case VirtualKey::RightCommand:

@@ -95,9 +95,13 @@ struct Owner {
         const bool isWatched = event.type == KeyEventType::FlagsChanged
                                    ? event.keyCode == key
                                    : chord && event.keyCode == chord->keyCode;
-        if (!isWatched)
+        if (!isWatched) {
+            if (key && isKeyHeld && isPress(event))
+                ++otherKeys;
             return Verdict::Pass;
+        }
         events.push_back(event);
+        isKeyHeld = event.type == KeyEventType::FlagsChanged && isPress(event);
         if (event.type == KeyEventType::KeyDown && (event.flags & chord->modifiers) == chord->modifiers)
             isPressed = true;
         else if (event.type == KeyEventType::KeyUp && isPressed)
@@ -137,6 +141,8 @@ struct Owner {
     std::optional<VirtualKey> key;
     std::vector<KeyEvent> events; // of what is watched
     bool isPressed = false;
+    bool isKeyHeld = false;
+    int otherKeys = 0; // struck while the key is held
     bool enablesAgain = true;
     int timeouts = 0;
 };
@@ -250,6 +256,25 @@ TYPED_TEST(EventTapContract, specialKey_isToldHeldAndLetGoAndReachesTheApplicati
         EXPECT_EQ(this->owner.shows(flag), (std::vector{true, false})) << flag;
         EXPECT_EQ(this->session.reachedApplication(), (std::vector{key, key}));
     }
+}
+
+TYPED_TEST(EventTapContract, otherKeyStruckWhileASpecialKeyIsHeld_isToldAndReachesTheApplication) {
+    this->owner.tap->setEnabled(true);
+    ASSERT_EQ(this->owner.watchKey(VirtualKey::RightCommand), WatchResult::Watching);
+    int told = 0;
+    for (const auto other : {VirtualKey::A, VirtualKey::Shift, VirtualKey::Left}) {
+        this->press({VirtualKey::RightCommand});
+        this->session.settle();
+        EXPECT_EQ(this->owner.otherKeys, told);
+        this->press({other});
+        this->session.settle();
+        EXPECT_EQ(this->owner.otherKeys, ++told);
+        this->release({other, VirtualKey::RightCommand});
+        this->session.settle();
+        EXPECT_EQ(this->session.reachedApplication(),
+                  (std::vector{VirtualKey::RightCommand, other, other, VirtualKey::RightCommand}));
+    }
+    EXPECT_FALSE(this->owner.tap->isBroken());
 }
 
 TYPED_TEST(EventTapContract, capsLock_isOnWithItsPressAndOffWithItsNextRelease) {

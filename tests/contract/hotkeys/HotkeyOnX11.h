@@ -27,6 +27,7 @@ protected:
     HotkeyOnX11() {
         hotkey.onPressStart = [this] { calls.emplace_back("start"); };
         hotkey.onPressEnd = [this] { calls.emplace_back("end"); };
+        hotkey.onOtherKeyWhileHeld = [this] { calls.emplace_back("other"); };
         hotkey.onBindingRefused = [this](WatchResult result) { refused.push_back(result); };
     }
 

@@ -5,8 +5,13 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
+#include <chrono>
 #include <csignal>
+#include <filesystem>
+#include <set>
 #include <thread>
+
+#include <sys/socket.h>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -107,6 +112,40 @@ TEST_F(X11HotkeyFault, noServer_isARefusedTap) {
     EXPECT_EQ(refusedHotkey.eventTap(), nullptr);
     EXPECT_EQ(console.logged(), QStringList{"HotkeyManager: failed to create event tap — check Accessibility "
                                             "& Input Monitoring permissions."});
+}
+
+/// The sockets that this process has open.
+std::set<int> sockets() {
+    std::set<int> sockets;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone; // the one that lists the directory
+        if (std::filesystem::read_symlink(entry, gone).string().starts_with("socket:"))
+            sockets.insert(std::stoi(entry.path().filename()));
+    }
+    return sockets;
+}
+
+TEST_F(X11HotkeyFault, connectionOfTheTapLostAlone_isReplacedByTheNextInstall) {
+    X11EventTapFactory taps(keyboard.actor());
+    HotkeyManager other(keyboard.actor(), taps, console);
+    other.onPressStart = [this] { calls.emplace_back("start"); };
+    const auto before = sockets();
+    other.install();
+    ASSERT_NE(other.eventTap(), nullptr);
+    for (const int socket : sockets()) {
+        if (!before.contains(socket))
+            ::shutdown(socket, SHUT_RDWR);
+    }
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (other.eventTap() != nullptr)
+        ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "nobody notices";
+    other.setBinding(HotkeyBinding()); // does no harm
+
+    other.install();
+    ASSERT_NE(other.eventTap(), nullptr);
+    tapChord();
+    keyboard.run([this] { return !calls.empty(); });
+    EXPECT_EQ(calls, Calls{"start"});
 }
 
 TEST_F(X11HotkeyFault, serverThatGoesAway_takesNobodyWithIt) {

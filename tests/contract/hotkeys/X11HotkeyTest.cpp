@@ -4,6 +4,7 @@
 #include "KeyMap.h"
 #include "linux/x11/keys/X11ChordGrabs.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -160,6 +161,21 @@ TEST_F(X11Hotkey, bindingChangedDuringAPress_endsItAndTheKeyUpReachesTheApplicat
     EXPECT_EQ(keyboard.window().takeKeys(), Keys{});
 }
 
+TEST_F(X11Hotkey, keyHeldWhileItsBindingGoes_countsAsLetGo) {
+    install();
+    pressAll({Key::leftControl, Key::leftAlt, Key::space});
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    hotkey.setBinding(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::A));
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    releaseAll({Key::space, Key::leftAlt, Key::leftControl});
+    hotkey.setBinding(HotkeyBinding());
+    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+        press(key, 1);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    release(Key::space, 1);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+}
+
 TEST_F(X11Hotkey, specialKeyBoundDuringAPress_isHeardAfterIt) {
     install();
     pressAll({Key::leftControl, Key::leftAlt, Key::space});
@@ -233,7 +249,7 @@ TEST_F(X11Hotkey, specialKeyHeld_letsOtherKeysThrough) {
     press(Key::rightControl);
     tap(Key::a);
     release(Key::rightControl);
-    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+    EXPECT_EQ(takeCalls(), (Calls{"start", "other", "end"}));
     EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+105", "+38", "-38", "-105"}));
 }
 
@@ -252,6 +268,30 @@ TEST_F(X11Hotkey, capsLock_startsWithTheLockAndEndsWithIt) {
     release(Key::capsLock);
     EXPECT_EQ(takeCalls(), Calls{"end"});
     EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+66", "-66", "+66", "-66"}));
+}
+
+TEST_F(X11Hotkey, capsLockThatTheLayoutMadeAnotherKey_isTold) {
+    for (const auto* option :
+         {"ctrl:nocaps", "caps:escape", "caps:none", "caps:backspace", "ctrl:swapcaps"}) {
+        const KeyMap map({QStringLiteral("-option"), QString::fromLatin1(option)});
+        hotkey.setBinding(HotkeyBinding());
+        install(HotkeyBinding::holdSpecial(Special::CapsLock));
+        takeCalls();
+        EXPECT_EQ(std::exchange(refused, {}), std::vector{WatchResult::Unavailable}) << option;
+    }
+    hotkey.setBinding(HotkeyBinding());
+    hotkey.setBinding(HotkeyBinding::holdSpecial(Special::CapsLock));
+    takeCalls();
+    EXPECT_TRUE(refused.empty());
+}
+
+TEST_F(X11Hotkey, otherKeyStruckWhileASpecialKeyIsHeld_isTold) {
+    install(HotkeyBinding::holdSpecial(Special::RightCommand));
+    press(Key::rightControl);
+    tap(Key::left);
+    tap(Key::left);
+    release(Key::rightControl);
+    EXPECT_EQ(takeCalls(), (Calls{"start", "other", "end"}));
 }
 
 TEST_F(X11Hotkey, postedChord_startsNothing) {
@@ -357,6 +397,36 @@ TEST_F(X11Hotkey, chordOfAnotherProgram_isToldAndOursOnceThatLetsGo) {
     takeCalls();
     expectChordIsOurs("the next time");
     EXPECT_EQ(refused.size(), 1U);
+}
+
+TEST_F(X11Hotkey, chordThatAnotherProgramLetsGo_isOursOnceTheUserAsksForIt) {
+    const auto other = X11Connection::open();
+    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, Key::space,
+                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    ASSERT_TRUE(other->roundTrip());
+    install();
+    xcb_ungrab_key(other->get(), Key::space, other->root(), XCB_MOD_MASK_ANY);
+    ASSERT_TRUE(other->roundTrip());
+    // Nothing but the key asks anew here: settling would, too.
+    const auto spaces = [this] {
+        keyboard.window().takeKeys();
+        tapChord();
+        return std::ranges::count(keyboard.window().takeKeys(), "+" + std::to_string(Key::space));
+    };
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (spaces() > 0)
+        ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "still the application's";
+}
+
+TEST_F(X11Hotkey, chordThatAnotherProgramHoldsWithALock_isTold) {
+    const auto other = X11Connection::open();
+    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_2,
+                 Key::space, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    ASSERT_TRUE(other->roundTrip());
+    install();
+    takeCalls();
+    EXPECT_EQ(refused, std::vector{WatchResult::ChordTaken});
+    expectChordIsOurs("without that lock");
 }
 
 TEST_F(X11Hotkey, furtherModifiersOfAnotherProgram_stayWithIt) {

@@ -6,7 +6,14 @@
 #include "RigInput.h"
 #include "keys.h"
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
+
+#include <xcb/xinput.h>
+#include <xcb/xtest.h>
 
 using namespace talvera;
 using talvera::test::KeyMap;
@@ -40,6 +47,97 @@ TEST_F(X11KeyWatchTest, keysThatNobodyWaitsFor_areNotTold) {
     keys.tap(Key::numLock); // Num Lock off again
     readAll();
     EXPECT_TRUE(told.empty());
+}
+
+TEST_F(X11KeyWatchTest, otherKeysStruckWhileOneIsHeldAlone_areToldOnceAndWithoutTheirNames) {
+    watch->waitFor({KeyInterest(VirtualKey::RightCommand)});
+    keys.tap(Key::a);
+    keys.press(Key::rightControl);
+    keys.tap(Key::a);
+    keys.tap(Key::left);
+    keys.release(Key::rightControl);
+    keys.tap(Key::a);
+    readAll();
+    ASSERT_EQ(told.size(), 3U);
+    EXPECT_EQ(told[0].keyCode, VirtualKey::RightCommand);
+    EXPECT_EQ(told[1].type, KeyEventType::KeyDown);
+    EXPECT_EQ(told[1].keyCode, VirtualKey::Unnamed);
+    EXPECT_EQ(told[2].keyCode, VirtualKey::RightCommand);
+}
+
+TEST_F(X11KeyWatchTest, postedKeyWhileOneIsHeldAlone_isNoOtherKey) {
+    watch->waitFor({KeyInterest(VirtualKey::RightCommand)});
+    keys.press(Key::rightControl);
+    for (const auto type : {XCB_KEY_PRESS, XCB_KEY_RELEASE})
+        xcb_test_fake_input(window.connection().get(), static_cast<std::uint8_t>(type), Key::left,
+                            XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    keys.release(Key::rightControl);
+    readAll();
+    EXPECT_EQ(told.size(), 2U);
+}
+
+/// Says of both keyboards that they are this device of the kernel, as drivers of real ones do.
+class Nodes {
+public:
+    explicit Nodes(X11Connection& connection)
+        : m_connection(connection) {
+        X11InputDevices devices;
+        devices.load(connection);
+        for (const auto& device : devices.all()) {
+            if (device.use == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD && !device.isPosted)
+                m_keyboards.push_back(device.id);
+        }
+    }
+    Nodes(const Nodes&) = delete;
+    Nodes& operator=(const Nodes&) = delete;
+    ~Nodes() {
+        for (const auto keyboard : m_keyboards)
+            xcb_input_xi_delete_property(m_connection.get(), keyboard, property());
+        m_connection.roundTrip();
+    }
+
+    void set(std::size_t keyboard, std::string node) {
+        xcb_input_xi_change_property(m_connection.get(), m_keyboards.at(keyboard), XCB_PROP_MODE_REPLACE, 8,
+                                     property(), XCB_ATOM_STRING, static_cast<std::uint32_t>(node.size()),
+                                     node.data());
+        ASSERT_TRUE(m_connection.roundTrip());
+    }
+
+private:
+    xcb_atom_t property() { return m_connection.atom("Device Node"); }
+
+    X11Connection& m_connection;
+    std::vector<std::uint16_t> m_keyboards;
+};
+
+TEST_F(X11KeyWatchTest, fnThatNoKeyboardHas_isUnavailable) {
+    // event0 has the wake-up key, event1 hasn't; both have Right Ctrl.
+    const QTemporaryDir sysfs;
+    const auto tell = [&sysfs](const char* device, const char* keyBits) {
+        const QDir directory(
+            sysfs.filePath(QStringLiteral("class/input/%1/device/capabilities").arg(QLatin1String(device))));
+        QFile file(directory.filePath(QStringLiteral("key")));
+        ASSERT_TRUE(directory.mkpath(QStringLiteral(".")) && file.open(QIODevice::WriteOnly));
+        file.write(keyBits);
+    };
+    tell("event0", "8000 200000000 0\n");
+    tell("event1", "200000000 0\n");
+    const auto watchOnThem = X11KeyWatch::open(
+        {}, [](const KeyEvent&) {}, sysfs.path().toStdString());
+    const std::vector fn{KeyInterest(VirtualKey::Fn)};
+    const std::vector rightCommand{KeyInterest(VirtualKey::RightCommand)};
+    Nodes nodes(window.connection());
+
+    EXPECT_EQ(watchOnThem->waitFor(fn), std::vector{WatchResult::Watching}); // nobody knows
+    nodes.set(0, "/dev/input/event1");
+    EXPECT_EQ(watchOnThem->waitFor(fn), std::vector{WatchResult::Watching});
+    nodes.set(1, "/dev/input/event1");
+    EXPECT_EQ(watchOnThem->waitFor(fn), std::vector{WatchResult::Unavailable});
+    EXPECT_EQ(watchOnThem->waitFor(rightCommand), std::vector{WatchResult::Watching});
+    nodes.set(1, "/dev/input/event0");
+    EXPECT_EQ(watchOnThem->waitFor(fn), std::vector{WatchResult::Watching});
+    nodes.set(1, "/dev/input/event7"); // of which the kernel says nothing
+    EXPECT_EQ(watchOnThem->waitFor(fn), std::vector{WatchResult::Watching});
 }
 
 TEST_F(X11KeyWatchTest, keyThatBecomesAModifierLater_showsInTheFlags) {

@@ -296,6 +296,52 @@ TEST_F(Lifecycle, hotkeyOfAKeyboard_dictates) {
     EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
 }
 
+TEST_F(Lifecycle, otherKeyStruckBeforeRecording_cancelsThePressWithoutATrace) {
+    launch();
+    world.keyboard.press(VirtualKey::RightCommand);
+    advance(0.3);
+    world.keyboard.tap(VirtualKey::Left);
+    advance(1.5);
+    EXPECT_EQ(state(), State::Idle);
+    EXPECT_FALSE(dictation().currentWav());
+    EXPECT_FALSE(dictation().pressStartedAt());
+    world.keyboard.release(VirtualKey::RightCommand);
+    runToRest();
+    EXPECT_EQ(world.story(), QStringList());
+
+    world.keyboard.press(VirtualKey::RightCommand); // the next press is one like any other
+    advance(1.5);
+    EXPECT_EQ(state(), State::Recording);
+    world.keyboard.release(VirtualKey::RightCommand);
+    runToRest();
+}
+
+TEST_F(Lifecycle, otherKeyStruckWhileRecording_changesNothing) {
+    launch();
+    world.keyboard.press(VirtualKey::RightCommand);
+    advance(1.0);
+    world.keyboard.tap(VirtualKey::Left);
+    advance(0.5);
+    EXPECT_EQ(state(), State::Recording);
+    world.keyboard.release(VirtualKey::RightCommand);
+    runToRest();
+    EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
+}
+
+TEST_F(Lifecycle, otherKeyStruckInTapMode_changesNothing) {
+    useTapMode();
+    launch();
+    world.keyboard.press(VirtualKey::RightCommand);
+    world.actor.settle();
+    world.keyboard.tap(VirtualKey::Left);
+    world.keyboard.release(VirtualKey::RightCommand);
+    advance(1.5);
+    EXPECT_EQ(state(), State::Recording);
+    world.keyboard.tap(VirtualKey::RightCommand);
+    runToRest();
+    EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
+}
+
 TEST_F(Lifecycle, rebindingDuringAHold_endsThePress) {
     launch();
     world.keyboard.press(VirtualKey::RightCommand);

@@ -19,6 +19,7 @@ protected:
     HotkeyManagerTest() {
         hotkey.onPressStart = [this] { calls.emplace_back("start"); };
         hotkey.onPressEnd = [this] { calls.emplace_back("end"); };
+        hotkey.onOtherKeyWhileHeld = [this] { calls.emplace_back("other"); };
     }
 
     void install(const HotkeyBinding& binding = {}) {
@@ -77,6 +78,32 @@ TEST_F(HotkeyManagerTest, refusedTap_isLoggedAndTheNextInstallTriesAgain) {
     hotkey.install();
     EXPECT_NE(hotkey.eventTap(), nullptr);
     EXPECT_EQ(console.logged().size(), 1);
+}
+
+TEST_F(HotkeyManagerTest, brokenTap_isReplacedByTheNextInstall) {
+    install();
+    keyboard.breakTaps();
+    EXPECT_EQ(hotkey.eventTap(), nullptr);
+    hotkey.install();
+    EXPECT_NE(hotkey.eventTap(), nullptr);
+    EXPECT_EQ(keyboard.tapsCreated(), 2);
+    EXPECT_EQ(keyboard.taps().size(), 1U);
+    pressControlOption();
+    keyboard.tap(VirtualKey::Space);
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+}
+
+TEST_F(HotkeyManagerTest, tapThatBreaksDuringAPress_endsItWhenItIsReplaced) {
+    install();
+    pressControlOption();
+    keyboard.press(VirtualKey::Space);
+    keyboard.breakTaps();
+    keyboard.release(VirtualKey::Space);
+    EXPECT_EQ(settled(), Calls{"start"});
+    hotkey.install();
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+    keyboard.tap(VirtualKey::Space);
+    EXPECT_EQ(settled(), (Calls{"start", "end", "start", "end"}));
 }
 
 TEST_F(HotkeyManagerTest, withoutABinding_theDefaultHolds) {
@@ -224,9 +251,9 @@ TEST_F(HotkeyManagerTest, rightCommandReleasedWithLeftStillDown_goesOnUntilTheNe
     keyboard.press(VirtualKey::Command);
     keyboard.release(VirtualKey::RightCommand);
     keyboard.release(VirtualKey::Command);
-    EXPECT_EQ(settled(), Calls{"start"});
+    EXPECT_EQ(settled(), (Calls{"start", "other"}));
     keyboard.tap(VirtualKey::RightCommand);
-    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+    EXPECT_EQ(settled(), (Calls{"start", "other", "end"}));
 }
 
 TEST_F(HotkeyManagerTest, specialKey_isNeverSwallowed) {
@@ -248,6 +275,40 @@ TEST_F(HotkeyManagerTest, specialKeyHeldWithOthers_stillStartsAPress) {
     keyboard.press(VirtualKey::RightOption);
     EXPECT_EQ(settled(), Calls{"start"});
     keyboard.release(VirtualKey::RightOption);
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+}
+
+TEST_F(HotkeyManagerTest, otherKeyStruckWhileASpecialKeyIsHeld_isToldOnceAPress) {
+    install(HotkeyBinding::holdSpecial(Key::RightCommand));
+    for (const auto other : {VirtualKey::Left, VirtualKey::Shift}) {
+        calls.clear();
+        keyboard.press(VirtualKey::RightCommand);
+        keyboard.tap(other);
+        keyboard.tap(VirtualKey::A);
+        EXPECT_EQ(settled(), (Calls{"start", "other"}));
+        keyboard.release(VirtualKey::RightCommand);
+        EXPECT_EQ(settled(), (Calls{"start", "other", "end"}));
+    }
+}
+
+TEST_F(HotkeyManagerTest, keysHeldBeforeASpecialKeyOrReleasedAfterIt_areNotTold) {
+    install(HotkeyBinding::holdSpecial(Key::RightCommand));
+    keyboard.press(VirtualKey::A);
+    keyboard.press(VirtualKey::Shift);
+    keyboard.press(VirtualKey::RightCommand);
+    keyboard.release(VirtualKey::A);
+    keyboard.release(VirtualKey::Shift);
+    keyboard.release(VirtualKey::RightCommand);
+    keyboard.tap(VirtualKey::A);
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+}
+
+TEST_F(HotkeyManagerTest, otherKeyStruckWhileAChordIsHeld_isNotTold) {
+    install();
+    pressControlOption();
+    keyboard.press(VirtualKey::Space);
+    keyboard.tap(VirtualKey::A);
+    keyboard.release(VirtualKey::Space);
     EXPECT_EQ(settled(), (Calls{"start", "end"}));
 }
 

@@ -20,6 +20,7 @@ public:
     WatchResult watchChord(const KeyChord& chord) override;
     WatchResult watchKey(VirtualKey key) override;
     void watchNothing() override;
+    bool isBroken() const override { return m_group.isBroken(); }
 
 private:
     WatchResult watch(const std::optional<KeyInterest>& interest);

@@ -17,13 +17,17 @@ bool isModifierByPlace(VirtualKey key) {
 
 void X11HeldKeys::loadModifiers(X11Connection& connection) {
     m_flagOf.fill(0);
+    m_isLock.reset();
     const auto map =
         connection.reply<xcb_get_modifier_mapping_reply_t>(xcb_get_modifier_mapping(connection.get()));
     if (map) {
         const auto* keycodes = xcb_get_modifier_mapping_keycodes(map.get());
         for (int i = 0; i < xcb_get_modifier_mapping_keycodes_length(map.get()); ++i) {
             const auto modifier = static_cast<std::uint16_t>(1 << (i / map->keycodes_per_modifier));
-            m_flagOf[keycodes[i]] |= X11KeyCodes::flagsFromState(modifier) & ~KeyFlag::CapsLock;
+            const auto flags = X11KeyCodes::flagsFromState(modifier);
+            m_flagOf[keycodes[i]] |= flags & ~KeyFlag::CapsLock;
+            if (flags & KeyFlag::CapsLock)
+                m_isLock.set(keycodes[i]);
         }
     }
     m_flagOf[0] = 0; // stands for no key in the map
@@ -39,8 +43,8 @@ bool X11HeldKeys::isModifier(XKeycode keycode) const {
     return m_flagOf[indexOf(keycode)] != 0;
 }
 
-void X11HeldKeys::keepDevices(const std::set<std::uint16_t>& devices) {
-    std::erase_if(m_held, [&](const auto& held) { return !devices.contains(held.second); });
+void X11HeldKeys::keepKeys(const std::bitset<xKeycodeCount>& keys) {
+    std::erase_if(m_held, [&keys](const auto& held) { return !keys[indexOf(held.first)]; });
 }
 
 bool X11HeldKeys::isHeld(XKeycode keycode) const {

@@ -6,6 +6,7 @@
 #include "platform/keyboard/VirtualKey.h"
 
 #include <array>
+#include <bitset>
 #include <cstdint>
 #include <set>
 #include <utility>
@@ -22,10 +23,13 @@ public:
     /// The key is a modifier, on this keyboard map or by its place.
     bool isModifier(XKeycode keycode) const;
 
+    /// The key is Caps Lock on this keyboard map.
+    bool isLock(XKeycode keycode) const { return m_isLock[indexOf(keycode)]; }
+
     void press(std::uint16_t device, XKeycode keycode) { m_held.emplace(keycode, device); }
     void release(std::uint16_t device, XKeycode keycode) { m_held.erase({keycode, device}); }
-    /// Forgets what keyboards hold that are no longer there.
-    void keepDevices(const std::set<std::uint16_t>& devices);
+    /// Forgets that others than these are held.
+    void keepKeys(const std::bitset<xKeycodeCount>& keys);
 
     bool isHeld(XKeycode keycode) const;
 
@@ -35,6 +39,7 @@ public:
 
 private:
     std::array<std::uint64_t, xKeycodeCount> m_flagOf{};
+    std::bitset<xKeycodeCount> m_isLock;
     std::set<std::pair<XKeycode, std::uint16_t>> m_held; // with the device
 };
 

@@ -70,6 +70,11 @@ std::vector<WatchResult> X11KeyListener::listenFor(const std::vector<KeyInterest
     return allOf(interests.size(), WatchResult::Watching);
 }
 
+bool X11KeyListener::hasEnded() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_hasEnded;
+}
+
 void X11KeyListener::wake() {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = ::write(m_wakeUp, &one, sizeof one);

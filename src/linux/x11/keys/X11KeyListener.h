@@ -30,6 +30,9 @@ public:
     /// server is gone. Waits for the thread, at most a second.
     std::vector<WatchResult> listenFor(const std::vector<KeyInterest>& interests);
 
+    /// The connection to the X server is lost, and the thread has ended with it.
+    bool hasEnded() const;
+
 private:
     struct Request {
         std::vector<KeyInterest> interests;
@@ -54,7 +57,7 @@ private:
     std::shared_ptr<KeyEventMailbox> m_mailbox;
     const int m_wakeUp; // an eventfd, ours
 
-    std::mutex m_mutex; // guards the three below
+    mutable std::mutex m_mutex; // guards the three below
     Requests m_requests;
     bool m_isEnding = false;
     bool m_hasEnded = false;

@@ -2,7 +2,7 @@
 #include "linux/x11/keys/X11KeyWatch.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
-#include "linux/x11/server/liftedLocks.h"
+#include "linux/x11/keys/X11KeyPresence.h"
 
 #include <algorithm>
 #include <utility>
@@ -24,24 +24,27 @@ VirtualKey keyOf(const KeyInterest& interest) {
 
 } // namespace
 
-std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const std::string& display, Tell tell) {
+std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const std::string& display, Tell tell,
+                                               const std::string& sysfs) {
     auto events = X11Connection::open(display);
     auto grabbing = X11Connection::open(display);
     if (events->isBroken() || grabbing->isBroken())
         return nullptr;
     auto grabs = std::make_unique<X11ChordGrabs>(std::move(grabbing));
-    auto watch =
-        std::unique_ptr<X11KeyWatch>(new X11KeyWatch(std::move(events), std::move(grabs), std::move(tell)));
+    auto watch = std::unique_ptr<X11KeyWatch>(
+        new X11KeyWatch(std::move(events), std::move(grabs), std::move(tell), sysfs));
     if (!watch->selectEvents() || watch->m_devices.isBehindWayland())
         return nullptr;
     return watch;
 }
 
 X11KeyWatch::X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs,
-                         Tell tell)
+                         Tell tell, std::string sysfs)
     : m_events(std::move(events))
     , m_grabs(std::move(grabs))
-    , m_tell(std::move(tell)) {}
+    , m_tell(std::move(tell))
+    , m_sysfs(std::move(sysfs))
+    , m_capsLock(*m_events) {}
 
 bool X11KeyWatch::selectEvents() {
     auto* connection = m_events->get();
@@ -72,6 +75,8 @@ std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& in
     const bool letsGo = forgetPressesOtherThanOf(interests);
     m_interests = interests;
     chooseRelevantKeys();
+    if (m_aloneKeys.contains(VirtualKey::CapsLock))
+        m_capsLock.isOn(); // from here on its presses count
     const auto results =
         m_isSuspended ? std::vector(interests.size(), WatchResult::Watching) : applyInterests();
     if (letsGo)
@@ -107,6 +112,7 @@ void X11KeyWatch::chooseRelevantKeys() {
         m_relevantKeys[index] = m_heldKeys.isModifier(keycode) ||
                                 (key && (m_chordKeys.contains(*key) || m_aloneKeys.contains(*key)));
     }
+    m_heldKeys.keepKeys(m_relevantKeys); // of the others no release will be heard
 }
 
 std::vector<WatchResult> X11KeyWatch::applyInterests() {
@@ -118,10 +124,20 @@ std::vector<WatchResult> X11KeyWatch::applyInterests() {
         if (std::holds_alternative<KeyChord>(interest))
             results.push_back(*next++);
         else
-            results.push_back(X11KeyCodes::fromVirtual(keyOf(interest)).empty() ? WatchResult::Unavailable
-                                                                                : WatchResult::Watching);
+            results.push_back(resultForKeyAlone(keyOf(interest)));
     }
     return results;
+}
+
+WatchResult X11KeyWatch::resultForKeyAlone(VirtualKey keyCode) {
+    const auto keycodes = X11KeyCodes::fromVirtual(keyCode);
+    // Layouts can make Caps Lock another key, which locks nothing.
+    const bool isThere =
+        keyCode == VirtualKey::CapsLock
+            ? std::ranges::any_of(keycodes, [this](XKeycode keycode) { return m_heldKeys.isLock(keycode); })
+            : !keycodes.empty();
+    return isThere && mayHaveKey(keyCode, *m_events, m_devices, m_sysfs) ? WatchResult::Watching
+                                                                         : WatchResult::Unavailable;
 }
 
 std::vector<KeyChord> X11KeyWatch::chords() const {
@@ -136,6 +152,9 @@ std::vector<KeyChord> X11KeyWatch::chords() const {
 void X11KeyWatch::suspend(const std::set<VirtualKey>& heardPresses) {
     m_isSuspended = true;
     m_toldPresses = heardPresses;
+    std::erase_if(m_toldPresses, [this](VirtualKey key) {
+        return !m_chordKeys.contains(key) && !m_aloneKeys.contains(key);
+    });
     m_rawKeyDown.reset();
     m_grabbedKeyDown.reset();
     m_grabs->hold({});
@@ -199,16 +218,16 @@ void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
         return;
     if (event.event_type == XCB_INPUT_HIERARCHY) {
         m_devices.load(*m_events);
-        m_heldKeys.keepDevices(m_devices.present());
-        if (!m_isSuspended)
-            tellMissedEnds();
         return;
     }
     const auto& key = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
-    if (key.detail >= m_relevantKeys.size() || !m_relevantKeys[key.detail] ||
-        m_devices.isPosted(key.sourceid))
+    if (key.detail >= m_relevantKeys.size() || m_devices.isPosted(key.sourceid))
         return;
     const auto keycode = XKeycode(key.detail);
+    if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
+        tellOtherKeyThan(X11KeyCodes::toVirtual(keycode));
+    if (!m_relevantKeys[key.detail])
+        return;
     if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
         pressed(key.sourceid, keycode, key.time);
     else if (event.event_type == XCB_INPUT_RAW_KEY_RELEASE)
@@ -218,6 +237,8 @@ void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
 void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time) {
     m_heldKeys.press(device, keycode);
     const auto key = X11KeyCodes::toVirtual(keycode);
+    if (key == VirtualKey::CapsLock)
+        m_capsLock.press();
     if (!key || m_isSuspended)
         return;
     if (m_aloneKeys.contains(*key))
@@ -232,6 +253,8 @@ void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_
 void X11KeyWatch::released(std::uint16_t device, XKeycode keycode) {
     m_heldKeys.release(device, keycode);
     const auto key = X11KeyCodes::toVirtual(keycode);
+    if (key == VirtualKey::CapsLock)
+        m_capsLock.release();
     if (!key || m_isSuspended)
         return;
     if (m_aloneKeys.contains(*key))
@@ -264,11 +287,20 @@ void X11KeyWatch::tellChordEnd(VirtualKey keyCode) {
 
 void X11KeyWatch::tellHeldKey(VirtualKey keyCode) {
     const KeyEvent event{.type = KeyEventType::FlagsChanged, .keyCode = keyCode, .flags = flags(keyCode)};
-    if (isPress(event))
-        m_toldPresses.insert(keyCode);
-    else
+    if (!isPress(event))
         m_toldPresses.erase(keyCode);
+    else if (m_toldPresses.insert(keyCode).second)
+        m_isOtherKeyTold = false;
     m_tell(event);
+}
+
+void X11KeyWatch::tellOtherKeyThan(std::optional<VirtualKey> key) {
+    const bool isHeldAlone = std::ranges::any_of(
+        m_toldPresses, [this, key](VirtualKey told) { return m_aloneKeys.contains(told) && key != told; });
+    if (m_isSuspended || !isHeldAlone || std::exchange(m_isOtherKeyTold, true))
+        return;
+    m_tell(
+        {.type = KeyEventType::KeyDown, .keyCode = VirtualKey::Unnamed, .flags = flags(VirtualKey::Unnamed)});
 }
 
 /// The program that held a chord may have ended. The user asks for the chord now, so that the next press can
@@ -296,25 +328,7 @@ bool X11KeyWatch::isOn(VirtualKey keyCode) {
 }
 
 std::uint64_t X11KeyWatch::flags(VirtualKey about) {
-    return m_heldKeys.flags(about) | lockFlag();
-}
-
-/// The server handles a key before it answers, so this is the lock after the event that we have just heard
-/// of. It is set with the press that switches it on, and cleared with the release that switches it off.
-/// The keyboard extension could tell as well, but servers keep new modifier maps from connections that use
-/// it.
-std::uint64_t X11KeyWatch::lockFlag() {
-    const auto state =
-        m_events->reply<xcb_query_pointer_reply_t>(xcb_query_pointer(m_events->get(), m_events->root()));
-    if (!state)
-        return 0;
-    bool isLocked = (state->mask & XCB_MOD_MASK_LOCK) != 0;
-    // While a text is typed the lock is lifted. One that shows up then is the user's doing, and toggles
-    // theirs.
-    const LiftedLocks typing = liftedLocks(*m_events);
-    if ((typing.lifted & XCB_MOD_MASK_LOCK) != 0)
-        isLocked = isLocked != ((typing.locked & XCB_MOD_MASK_LOCK) != 0);
-    return isLocked ? KeyFlag::CapsLock : 0;
+    return m_heldKeys.flags(about) | (m_capsLock.isOn() ? KeyFlag::CapsLock : 0);
 }
 
 } // namespace talvera

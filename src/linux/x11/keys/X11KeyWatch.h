@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/keys/X11CapsLock.h"
 #include "linux/x11/keys/X11ChordGrabs.h"
 #include "linux/x11/keys/X11HeldKeys.h"
 #include "linux/x11/server/X11InputDevices.h"
@@ -23,23 +24,26 @@ using KeyInterest = std::variant<KeyChord, VirtualKey>;
 
 /// Makes key events of what the X server tells about the user's keyboards.
 ///
-/// Two connections see every press. The one with the raw events knows which device a key is on, so that what
-/// programs post, we among them, neither starts nor ends anything. The one with the grabs knows that the key
-/// went to us alone. A chord is pressed when both tell the same key down: while a menu or a
-/// screen locker has the keyboard, the chord goes there, and is not ours to act on. A key held alone goes
-/// where it always goes, and the raw events are all there is of it.
+/// Two connections see every press. The one with the raw events knows which device a key is on, so that
+/// what programs post, we among them, neither starts nor ends anything. The one with the grabs knows that
+/// the key went to us alone. A chord is pressed when both tell the same key down: while a menu
+/// or a screen locker has the keyboard, the chord goes there, and is not ours to act on. A key held alone
+/// goes where it always goes, and the raw events are all there is of it.
 ///
 /// What the user types passes through here. Of keys that no tap waits for, only held modifiers are kept, as
-/// long as they are held. One thread at a time.
+/// long as they are held, and what is told of another key that is struck while one is held alone doesn't
+/// say which. One thread at a time.
 class X11KeyWatch {
 public:
     using Tell = std::function<void(const KeyEvent&)>;
 
-    /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY.
-    static std::unique_ptr<X11KeyWatch> open(const std::string& display, Tell tell);
+    /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY. `sysfs` is where
+    /// the kernel tells what keys keyboards have.
+    static std::unique_ptr<X11KeyWatch> open(const std::string& display, Tell tell,
+                                             const std::string& sysfs = "/sys");
 
-    /// Waits for these and nothing else; the answers are in their order. A press in progress of a chord that
-    /// is no longer among them is let go.
+    /// Waits for these and nothing else; the answers are in their order. A press in progress of a chord
+    /// that is no longer among them is let go.
     std::vector<WatchResult> waitFor(const std::vector<KeyInterest>& interests);
 
     /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the focused
@@ -55,7 +59,8 @@ public:
     std::array<int, 2> descriptors() const;
 
 private:
-    X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs, Tell tell);
+    X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs, Tell tell,
+                std::string sysfs);
 
     bool selectEvents();
     bool readRawEvent();
@@ -66,17 +71,18 @@ private:
     void released(std::uint16_t device, XKeycode keycode);
     void startChordIfBothSay();
     void tellHeldKey(VirtualKey keyCode);
+    void tellOtherKeyThan(std::optional<VirtualKey> key);
     void tellChordEnd(VirtualKey keyCode);
     void tellMissedEnds();
 
     bool forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests);
     void retryTakenChords(VirtualKey keyCode);
     std::vector<WatchResult> applyInterests();
+    WatchResult resultForKeyAlone(VirtualKey keyCode);
     void chooseRelevantKeys();
     bool isHeld(VirtualKey keyCode) const;
     bool isOn(VirtualKey keyCode);
     std::uint64_t flags(VirtualKey about);
-    std::uint64_t lockFlag();
     std::vector<KeyChord> chords() const;
 
     struct RawKeyDown {
@@ -90,14 +96,17 @@ private:
     Tell m_tell;
     std::uint8_t m_inputExtension = 0;
 
+    const std::string m_sysfs;
     X11InputDevices m_devices;
     X11HeldKeys m_heldKeys;
+    X11CapsLock m_capsLock;
 
     std::vector<KeyInterest> m_interests;
     bool m_isSuspended = false;
     bool m_hasMissedEnds = false;
     bool m_hasTakenChords = false;
     std::bitset<xKeycodeCount> m_relevantKeys; // those that m_heldKeys hears of
+    bool m_isOtherKeyTold = false;             // since a key is held alone
     std::set<VirtualKey> m_chordKeys;          // of m_interests, and so on
     std::set<VirtualKey> m_aloneKeys;
 

@@ -13,7 +13,8 @@ bool X11Tap::isWaitingFor(const KeyEvent& event) const {
         return false;
     if (const auto* chord = std::get_if<KeyChord>(&*interest))
         return event.type != KeyEventType::FlagsChanged && event.keyCode == chord->keyCode;
-    return event.type == KeyEventType::FlagsChanged && event.keyCode == std::get<VirtualKey>(*interest);
+    return event.keyCode == std::get<VirtualKey>(*interest) ? event.type == KeyEventType::FlagsChanged
+                                                            : isPress(event);
 }
 
 X11TapGroup::X11TapGroup(MainActor& mainActor, Duration bound, std::string display)
@@ -27,7 +28,7 @@ X11TapGroup::~X11TapGroup() {
 }
 
 std::shared_ptr<X11Tap> X11TapGroup::add(EventTap::Callback callback) {
-    if (!m_listener)
+    if (isBroken())
         m_listener = X11KeyListener::start(m_display, m_mailbox);
     if (!m_listener)
         return nullptr;
@@ -52,8 +53,14 @@ WatchResult X11TapGroup::listen(const X11Tap* about) {
             asked = interests.size();
         interests.push_back(*tap->interest);
     }
+    if (!m_listener)
+        return WatchResult::Unavailable;
     const auto results = m_listener->listenFor(interests);
     return asked ? results.at(*asked) : WatchResult::Watching;
+}
+
+bool X11TapGroup::isBroken() const {
+    return !m_listener || m_listener->hasEnded();
 }
 
 void X11TapGroup::deliver(const KeyEvent& event) {

@@ -34,13 +34,16 @@ public:
     X11TapGroup& operator=(const X11TapGroup&) = delete;
     ~X11TapGroup();
 
-    /// A new tap, disabled and waiting for nothing; the first one starts the thread. Null when the session
-    /// does not let us watch keys.
+    /// A new tap, disabled and waiting for nothing; the first one starts the thread, and so does the next
+    /// when that has lost its connection. Null when the session does not let us watch keys.
     std::shared_ptr<X11Tap> add(EventTap::Callback callback);
     void remove(const std::shared_ptr<X11Tap>& tap);
 
     /// Listens for what the enabled taps wait for; answers for one of them.
     WatchResult listen(const X11Tap* about = nullptr);
+
+    /// Nothing is heard any more.
+    bool isBroken() const;
 
 private:
     void deliver(const KeyEvent& event);
