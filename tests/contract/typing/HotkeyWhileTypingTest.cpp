@@ -45,8 +45,9 @@ protected:
         return std::exchange(calls, {});
     }
 
-    void expectTypedAndPasted(Receiver::Kind kind) {
-        Receiver receiver(kind);
+    /// The receiver has to outlive what the user presses next: a chord is nobody's while no window has the
+    /// focus.
+    void expectTypedAndPastedInto(Receiver& receiver) {
         typeText(poster, sentence);
         EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
         pasteText(poster, pasteboard, QStringLiteral(" Aa"));
@@ -65,7 +66,8 @@ protected:
 
 TEST_F(HotkeyWhileTyping, shiftAndALetter_isTypedByUsAndStaysTheUsers) {
     install(HotkeyBinding::chord(KeyFlag::Shift, VirtualKey::A));
-    expectTypedAndPasted(Receiver::Kind::Qt);
+    Receiver receiver(Receiver::Kind::Qt);
+    expectTypedAndPastedInto(receiver);
     keyboard.keys.press(Key::leftShift);
     keyboard.keys.tap(Key::a);
     keyboard.keys.release(Key::leftShift);
@@ -74,14 +76,16 @@ TEST_F(HotkeyWhileTyping, shiftAndALetter_isTypedByUsAndStaysTheUsers) {
 
 TEST_F(HotkeyWhileTyping, letterWithoutModifiers_isTypedByUsAndStaysTheUsers) {
     install(HotkeyBinding::chord(0, VirtualKey::A));
-    expectTypedAndPasted(Receiver::Kind::Gtk);
+    Receiver receiver(Receiver::Kind::Gtk);
+    expectTypedAndPastedInto(receiver);
     keyboard.keys.tap(Key::a);
     EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
 }
 
 TEST_F(HotkeyWhileTyping, space_isTypedByUsAndStaysTheUsers) {
     install(HotkeyBinding::chord(0, VirtualKey::Space));
-    expectTypedAndPasted(Receiver::Kind::Terminal);
+    Receiver receiver(Receiver::Kind::Terminal);
+    expectTypedAndPastedInto(receiver);
     keyboard.keys.tap(Key::space);
     EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
 }
@@ -90,7 +94,8 @@ TEST_F(HotkeyWhileTyping, insert_isPastedWithByUsAndStaysTheUsers) {
     for (const auto& [modifiers, kind] : {std::pair(std::uint64_t(0), Receiver::Kind::Terminal),
                                           std::pair(KeyFlag::Shift, Receiver::Kind::Gtk)}) {
         install(HotkeyBinding::chord(modifiers, VirtualKey::Insert));
-        expectTypedAndPasted(kind);
+        Receiver receiver(kind);
+        expectTypedAndPastedInto(receiver);
         keyboard.keys.press(Key::leftShift);
         keyboard.keys.tap(Key::insert);
         keyboard.keys.release(Key::leftShift);
@@ -101,7 +106,8 @@ TEST_F(HotkeyWhileTyping, insert_isPastedWithByUsAndStaysTheUsers) {
 TEST_F(HotkeyWhileTyping, hotkeyGivenUp_leavesItsKeyToTheLayoutAgain) {
     install(HotkeyBinding::chord(0, VirtualKey::A));
     hotkey.setBinding(HotkeyBinding());
-    expectTypedAndPasted(Receiver::Kind::Qt);
+    Receiver receiver(Receiver::Kind::Qt);
+    expectTypedAndPastedInto(receiver);
     EXPECT_EQ(outputOf("xprop -root _TALVERA_RESERVED_KEYS"), "_TALVERA_RESERVED_KEYS:  not found.\n");
 }
 
