@@ -11,6 +11,7 @@
 #include "shell/texts/TextCatalog.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
 
 #include <cstdlib>

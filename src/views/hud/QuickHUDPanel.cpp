@@ -73,12 +73,10 @@ void QuickHUDPanel::withdraw() {
     if (m_withdrawal)
         return;
     fadeTo(0);
-    m_withdrawal = m_parts.actor.startTimer(fadeDuration, [this, alive = std::weak_ptr(m_alive)] {
-        if (alive.expired())
-            return;
+    m_withdrawal = m_parts.actor.startTimer(fadeDuration, m_lifetime.ifAlive([this] {
         m_withdrawal.reset();
         orderOut();
-    });
+    }));
 }
 
 void QuickHUDPanel::setIgnoresMouseEvents(bool ignores) {

@@ -149,8 +149,8 @@ TEST(TextCatalog, englishOneThatWeShip_isOne) {
 }
 
 TEST(SessionLackText, eachLack_hasAPlainSentence) {
-    for (const auto lack : {SessionLack::Permission, SessionLack::KnownSession, SessionLack::KeyWatching, SessionLack::KeyPosting,
-                            SessionLack::ActiveWindow})
+    for (const auto lack : {SessionLack::Permission, SessionLack::KnownSession, SessionLack::KeyWatching,
+                            SessionLack::KeyPosting, SessionLack::ActiveWindow})
         EXPECT_GT(sessionLackText(lack).size(), 30);
 }
 

@@ -24,7 +24,7 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << path;
         auto texts = TextCatalog::parse(file.readAll());
         ASSERT_TRUE(texts) << path;
-        catalog = std::make_unique<TextCatalog>(std::move(*texts));
+        catalog = std::make_unique<TextCatalog>(std::move(*texts), QStringLiteral("en"));
         ASSERT_TRUE(QCoreApplication::installTranslator(catalog.get()));
     }
 

@@ -79,9 +79,9 @@ TEST_F(WithCatalog, durationsAndLanguages_comeFromTheCatalog) {
 }
 
 TEST(ShownPath, withinTheHomeDirectory_beginsWithATilde) {
-    EXPECT_EQ(shownPath("/people/anna/.config/Talvera", "/people/anna"), "~/.config/Talvera");
-    EXPECT_EQ(shownPath("/people/anna", "/people/anna"), "~");
-    EXPECT_EQ(shownPath("/people/anna2/x", "/people/anna"), "/people/anna2/x");
+    EXPECT_EQ(shownPath("/users/anna/.config/Talvera", "/users/anna"), "~/.config/Talvera");
+    EXPECT_EQ(shownPath("/users/anna", "/users/anna"), "~");
+    EXPECT_EQ(shownPath("/users/anna2/x", "/users/anna"), "/users/anna2/x");
     EXPECT_EQ(shownPath("/etc/xdg", ""), "/etc/xdg");
 }
 

@@ -6,7 +6,6 @@
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
 #include "views/ViewEngine.h"
-#include "views/panel/KeyablePanel.h"
 
 #include <QQuickWindow>
 #include <QTest>
@@ -370,27 +369,6 @@ TEST_F(MenuPanelViews, bannerWhileOpen_asksForMoreHeight) {
     readiness.refresh();
     layOut(*view);
     EXPECT_GT(view->property("fittingHeight").toInt(), before + 40);
-}
-
-TEST_F(MenuPanelViews, panelThatComesBack_hasNoRowLitFromLastTime) {
-    KeyablePanel panel;
-    const auto showIn = [&] {
-        open();
-        view->setParentItem(panel.contentItem());
-        panel.resize(300, static_cast<int>(view->height()));
-        panel.show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
-    };
-    const auto isLit = [&] { return allOfType("SimpleMenuItem").back()->property("hovered").toBool(); };
-    showIn();
-    QTest::mouseMove(&panel, centreOf(*allOfType("SimpleMenuItem").back()).toPoint());
-    EXPECT_TRUE(QTest::qWaitFor(isLit));
-    panel.hide();
-    EXPECT_FALSE(isLit());
-    showIn();
-    panel.grabWindow(); // whatever a frame does to the rows is done
-    EXPECT_FALSE(isLit());
-    view.reset();
 }
 
 } // namespace
