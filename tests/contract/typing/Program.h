@@ -32,7 +32,7 @@ public:
             const auto attributes =
                 m_connection->reply<xcb_get_window_attributes_reply_t>(xcb_get_window_attributes(x, window));
             return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
-                   (kind == Kind::Unmanaged || focusedWindow(*m_connection) == window);
+                   (kind == Kind::Unmanaged || hasFocus(window));
         });
         EXPECT_TRUE(shown);
         return window;
@@ -84,6 +84,13 @@ public:
     }
 
 private:
+    /// By the window manager's word and by the server's, which comes later.
+    bool hasFocus(xcb_window_t window) {
+        const auto focus =
+            m_connection->reply<xcb_get_input_focus_reply_t>(xcb_get_input_focus(m_connection->get()));
+        return focus && focus->focus == window && focusedWindow(*m_connection) == window;
+    }
+
     template <typename Condition>
     static bool waitUntil(Condition condition) {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
