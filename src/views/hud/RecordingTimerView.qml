@@ -17,7 +17,7 @@ Row {
     property double setForward: 0 ///< by how much the calendar has been set since the start
 
     function tick() {
-        const late = due > 0 ? now() - due : 0;
+        const late = due > 0 ? now() - due : 0; // qmllint disable
         if (Math.abs(late) > 5000) // no tick comes so late or so early by itself
             setForward += late;
         const elapsed = now() - setForward - startedAt;
@@ -47,6 +47,7 @@ Row {
     }
     Repeater {
         model: view.time.length
+        // qmllint disable unqualified
         Label {
             required property int index
             text: view.time[index] ?? ""
@@ -56,5 +57,6 @@ Row {
             font.weight: Theme.weightMedium
             elide: Text.ElideNone
         }
+        // qmllint enable unqualified
     }
 }

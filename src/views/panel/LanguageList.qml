@@ -153,6 +153,7 @@ FocusScope {
             highlightMoveDuration: 0
             keyNavigationEnabled: false
 
+            // qmllint disable unqualified
             delegate: LanguageRow {
                 id: entry
                 width: rows.width
@@ -161,6 +162,7 @@ FocusScope {
                 hasKeyboard: entry.isCurrent && search.activeFocus
                 onChosen: list.choose(entry.index)
             }
+            // qmllint enable unqualified
 
             Caption {
                 anchors.centerIn: parent

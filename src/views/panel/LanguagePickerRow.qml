@@ -92,6 +92,7 @@ MenuRowButton {
         anchors.fill: parent
         active: row.listOpen
         z: 1
+        // qmllint disable unqualified
         sourceComponent: LanguageList {
             items: row.items
             title: row.title
@@ -109,5 +110,6 @@ MenuRowButton {
             onFooterAction: row.footerAction()
             listY: row.mapToItem(row.floatIn, 0, row.height).y + 2
         }
+        // qmllint enable unqualified
     }
 }
