@@ -38,15 +38,15 @@ std::optional<Kind> endOf(PostResult result) {
 /// The jobs themselves, on the typing queue.
 class DeliveryQueue::Worker {
 public:
-    Worker(const Platform& platform, OnNotice onNotice)
-        : m_platform(platform)
+    Worker(const Parts& parts, OnNotice onNotice)
+        : m_parts(parts)
         , m_onNotice(std::move(onNotice)) {}
 
     void type(TypedText& text, const QString& part) {
         text.whole += part;
         if (text.isStopped) {
             copy(text.whole);
-        } else if (!m_platform.keys.isTypingFaithful()) {
+        } else if (!m_parts.keys.isTypingFaithful()) {
             text.isStopped = !paste(part, text.target);
             if (text.isStopped && part != text.whole)
                 copy(text.whole);
@@ -59,8 +59,8 @@ public:
     /// False when the text has been left on the clipboard, and that has been told.
     bool paste(const QString& text, const TypingTargetPtr& target) {
         // What the clipboard held is not brought back: the text stays there for the user to paste again.
-        const bool isSet = m_platform.pasteboard.setString(text);
-        const auto before = isSet ? m_platform.pasteboard.state() : Pasteboard::State{};
+        const bool isSet = m_parts.pasteboard.setString(text);
+        const auto before = isSet ? m_parts.pasteboard.state() : Pasteboard::State{};
         if (!before.isHeld) {
             // The chord would paste what somebody else has put there, but keys may still be had.
             const auto end = typeChunks(text, target);
@@ -68,10 +68,10 @@ public:
                 leaveOnClipboard(text, *end);
             return !end;
         }
-        auto result = m_platform.keys.postPaste(KeyPhase::Down, target);
-        m_platform.typing.sleep(pasteHold);
+        auto result = m_parts.keys.postPaste(KeyPhase::Down, target);
+        m_parts.typing.sleep(pasteHold);
         if (result == PostResult::Posted)
-            result = m_platform.keys.postPaste(KeyPhase::Up, target);
+            result = m_parts.keys.postPaste(KeyPhase::Up, target);
         const bool isPasted = result == PostResult::Posted && isAskedFor(before.requests);
         if (result != PostResult::Posted)
             tell(endOf(result).value_or(Kind::ClipboardNotPossible));
@@ -81,7 +81,7 @@ public:
     }
 
     void copy(const QString& text) {
-        if (!m_platform.pasteboard.setString(text))
+        if (!m_parts.pasteboard.setString(text))
             tell(Kind::Undelivered);
     }
 
@@ -91,7 +91,7 @@ private:
         const auto chunks = typewriterChunks(text);
         if (chunks.isEmpty())
             return std::nullopt;
-        const auto session = m_platform.keys.beginTyping(chunks, target);
+        const auto session = m_parts.keys.beginTyping(chunks, target);
         bool hasTyped = false;
         // A stroke that can't be made keeps its time, so that the pace of the rest stays the same.
         for (qsizetype index = 0; index < chunks.size(); ++index) {
@@ -99,10 +99,10 @@ private:
             if (const auto end = endOf(down))
                 return end;
             hasTyped = hasTyped || down == PostResult::Posted;
-            m_platform.typing.sleep(keyHold);
+            m_parts.typing.sleep(keyHold);
             if (const auto end = endOf(session->post(index, KeyPhase::Up)))
                 return end;
-            m_platform.typing.sleep(keyPause);
+            m_parts.typing.sleep(keyPause);
         }
         return hasTyped ? std::nullopt : std::optional(Kind::ClipboardNotPossible);
     }
@@ -110,44 +110,44 @@ private:
     /// That somebody asks for the text is the only proof that it was pasted.
     bool isAskedFor(std::uint32_t requestsBefore) {
         for (Duration waited{}; waited < requestPatience; waited += requestPoll) {
-            if (m_platform.pasteboard.state().requests != requestsBefore)
+            if (m_parts.pasteboard.state().requests != requestsBefore)
                 return true;
-            m_platform.typing.sleep(requestPoll);
+            m_parts.typing.sleep(requestPoll);
         }
         return false;
     }
 
     void leaveOnClipboard(const QString& text, Kind reason) {
-        tell(m_platform.pasteboard.setString(text) ? reason : Kind::Undelivered);
+        tell(m_parts.pasteboard.setString(text) ? reason : Kind::Undelivered);
     }
 
     void tell(Kind kind) {
-        m_platform.actor.post([onNotice = m_onNotice, kind] { onNotice({kind}); });
+        m_parts.actor.post([onNotice = m_onNotice, kind] { onNotice({kind}); });
     }
 
-    Platform m_platform;
+    Parts m_parts;
     OnNotice m_onNotice;
 };
 
-DeliveryQueue::DeliveryQueue(Platform platform, OnNotice onNotice)
-    : m_platform(platform) {
-    m_worker = std::make_shared<Worker>(platform, m_lifetime.ifAlive(std::move(onNotice)));
+DeliveryQueue::DeliveryQueue(Parts parts, OnNotice onNotice)
+    : m_parts(parts) {
+    m_worker = std::make_shared<Worker>(parts, m_lifetime.ifAlive(std::move(onNotice)));
 }
 
 void DeliveryQueue::prepare() {
-    m_platform.typing.async([&keys = m_platform.keys] { keys.prepare(); });
+    m_parts.typing.async([&keys = m_parts.keys] { keys.prepare(); });
 }
 
 void DeliveryQueue::type(const std::shared_ptr<TypedText>& text, const QString& part) {
-    m_platform.typing.async([worker = m_worker, text, part] { worker->type(*text, part); });
+    m_parts.typing.async([worker = m_worker, text, part] { worker->type(*text, part); });
 }
 
 void DeliveryQueue::paste(const QString& text, const TypingTargetPtr& target) {
-    m_platform.typing.async([worker = m_worker, text, target] { worker->paste(text, target); });
+    m_parts.typing.async([worker = m_worker, text, target] { worker->paste(text, target); });
 }
 
 void DeliveryQueue::copy(const QString& text) {
-    m_platform.typing.async([worker = m_worker, text] { worker->copy(text); });
+    m_parts.typing.async([worker = m_worker, text] { worker->copy(text); });
 }
 
 } // namespace talvera

@@ -26,7 +26,7 @@ public:
     using OnNotice = std::function<void(const FocusNotice&)>;
 
     /// What the jobs work with; all of it outlives the typing queue's last job.
-    struct Platform {
+    struct Parts {
         MainActor& actor;
         SerialQueue& typing;
         KeyEventPoster& keys;
@@ -41,7 +41,7 @@ public:
     };
 
     /// `onNotice` is called on the main thread, and no more once this object is gone.
-    DeliveryQueue(Platform platform, OnNotice onNotice);
+    DeliveryQueue(Parts parts, OnNotice onNotice);
 
     void prepare();
     void type(const std::shared_ptr<TypedText>& text, const QString& part);
@@ -51,7 +51,7 @@ public:
 private:
     class Worker;
 
-    Platform m_platform;
+    Parts m_parts;
     std::shared_ptr<Worker> m_worker;
     Lifetime m_lifetime;
 };
