@@ -389,7 +389,7 @@ TEST_F(OwnSession, accessibilityThatIsRestarted_isSwitchedOnAgain) {
                                           G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
         nullptr, nullptr, nullptr));
     ASSERT_NE(session, nullptr);
-    fresh.emplace(workspace, access, address.toStdString());
+    fresh.emplace(workspace, address.toStdString());
     fresh->enableForSession();
     for (int round = 0; round < 2; ++round) {
         startAccessibilityBus();
