@@ -97,9 +97,10 @@ public:
     }
 
     void set(std::size_t keyboard, std::string node) {
+        const auto length = static_cast<std::uint32_t>(node.size());
+        node.resize((node.size() + 3) / 4 * 4); // the library reads whole words
         xcb_input_xi_change_property(m_connection.get(), m_keyboards.at(keyboard), XCB_PROP_MODE_REPLACE, 8,
-                                     property(), XCB_ATOM_STRING, static_cast<std::uint32_t>(node.size()),
-                                     node.data());
+                                     property(), XCB_ATOM_STRING, length, node.data());
         ASSERT_TRUE(m_connection.roundTrip());
     }
 

@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <thread>
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/ptrace.h>
@@ -169,7 +169,13 @@ TEST(ConfinementOfCalls, memory_canHoldNoMoreCode) {
 TEST(ConfinementOfCalls, threadsFilesAndTheEnd_stay) {
     const auto works = [] {
         int done = 0;
-        std::thread([&done] { done = 1; }).join();
+        pthread_t thread{}; // not std::thread, whose checks by sanitizers take calls that are gone
+        const auto run = [](void* result) -> void* {
+            *static_cast<int*>(result) = 1;
+            return nullptr;
+        };
+        if (::pthread_create(&thread, nullptr, run, &done) != 0 || ::pthread_join(thread, nullptr) != 0)
+            return 1;
         const int file = ::open("/dev/null", O_RDONLY);
         return done == 1 && file >= 0 ? 7 : 1;
     };
