@@ -96,7 +96,7 @@ TEST_F(FocusProtection, windowLeftWhileTyping_restIsTypedNowhereAndAllIsOnTheCli
     keys.press(LeftAlt);
     keys.tap(Tab);
     keys.release(LeftAlt);
-    agent->await("hud notice warn: Focus changed — the whole text is on the clipboard.");
+    agent->await("hud notice Focus changed — the whole text is on the clipboard.");
     EXPECT_TRUE(clipboardBecomes(sentence));
     EXPECT_LT(editor->text().size(), sentence.size());
     EXPECT_TRUE(sentence.startsWith(editor->text())) << editor->text().toStdString();

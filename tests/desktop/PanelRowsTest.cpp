@@ -23,8 +23,8 @@ TEST_F(PanelRows, dictationAfterThePanel_arrivesAndRaisesTheStatistics) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
     openPanel();
-    EXPECT_TRUE(shows("DICTATIONS: 0"));
-    EXPECT_TRUE(shows("THIS WEEK: 0s"));
+    EXPECT_TRUE(shows("Dictations in the last seven days: 0"));
+    EXPECT_TRUE(shows("Time saved in the last seven days: 0s"));
     closePanel();
 
     holdAndSay(spoken("Please send the report tomorrow."));
@@ -32,14 +32,14 @@ TEST_F(PanelRows, dictationAfterThePanel_arrivesAndRaisesTheStatistics) {
     agent->await("menu idle");
 
     openPanel();
-    EXPECT_TRUE(shows("DICTATIONS: 1"));
-    EXPECT_FALSE(ScreenReader::find(agent->pid(), "label", "THIS WEEK: 0s"));
+    EXPECT_TRUE(shows("Dictations in the last seven days: 1"));
+    EXPECT_FALSE(ScreenReader::find(agent->pid(), "label", "Time saved in the last seven days: 0s"));
     closePanel();
     EXPECT_EQ(agent->end(), 0);
 
     startAgentAgain();
     openPanel();
-    EXPECT_TRUE(shows("DICTATIONS: 1"));
+    EXPECT_TRUE(shows("Dictations in the last seven days: 1"));
     closePanel();
 }
 
@@ -58,6 +58,7 @@ TEST_F(PanelRows, everyControl_hasANameForScreenReaders) {
             EXPECT_NE(element.name, "") << element.role.toStdString();
         }
     }
+    keys.tap(Escape); // closes the list
     closePanel();
 }
 

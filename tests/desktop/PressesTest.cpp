@@ -62,7 +62,7 @@ TEST_F(Presses, forAShortcutOfTheApplication_leaveNoTraceHoweverLong) {
     holdAndSay(spoken("Good morning."));
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("hud hidden");
-    EXPECT_EQ(agent->count("state recording"), 1);
+    EXPECT_EQ(agent->count("menu recording"), 1);
     EXPECT_EQ(agent->count("hud listening"), 1);
 }
 

@@ -181,16 +181,6 @@ TEST(BounceKeys, terminal_getsAllThatIsTypedAndPasted) {
     expectTypedAndPasted(XCB_XKB_BOOL_CTRL_BOUNCE_KEYS, Receiver::Kind::Terminal);
 }
 
-TEST(SlowKeys, usersOwnKeys_staySlow) {
-    setLayout("us");
-    Receiver receiver(Receiver::Kind::Qt);
-    RigInput keys;
-    X11KeyEventPoster poster;
-    const KeyFilter filter(XCB_XKB_BOOL_CTRL_SLOW_KEYS);
-    EXPECT_EQ(typeText(poster, Text, [&](qsizetype) { keys.tap(Key::s); }), PostResult::Posted);
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
-}
-
 TEST(SlowKeys, agentKilledWhileTyping_areBackForPostedKeys) {
     setLayout("us");
     KeyFilter filter(XCB_XKB_BOOL_CTRL_SLOW_KEYS);

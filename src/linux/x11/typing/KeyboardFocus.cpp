@@ -6,6 +6,8 @@
 #include <xcb/shape.h>
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 #include <unistd.h>
 
 namespace talvera {
@@ -17,12 +19,16 @@ constexpr int leastWidth = 600;
 constexpr int leastHeight = 400;
 constexpr int deepestNesting = 16;
 
+// While the focus moves from one window to another, a window manager may take it itself for a moment.
+constexpr std::chrono::milliseconds movePatience{200};
+constexpr std::chrono::milliseconds movePoll{5};
+
 } // namespace
 
 std::shared_ptr<const X11Target> KeyboardFocus::current() {
     const std::scoped_lock lock(m_mutex);
     auto target = std::make_shared<X11Target>();
-    const Place now = place();
+    const Place now = settledPlace();
     target->active = now.active;
     target->focus = now.focus;
     if (isWindow(now.focus)) {
@@ -88,6 +94,23 @@ KeyboardFocus::Place KeyboardFocus::place() {
     const auto focus = m_connection.reply<xcb_get_input_focus_reply_t>(focusQuestion);
     return {active.empty() ? xcb_window_t{XCB_NONE} : active.front(),
             focus ? focus->focus : xcb_window_t{XCB_NONE}};
+}
+
+/// The place of the focus once a window of an application has it; the last one seen if none gets it in time.
+KeyboardFocus::Place KeyboardFocus::settledPlace() {
+    for (const auto start = std::chrono::steady_clock::now();; std::this_thread::sleep_for(movePoll)) {
+        const Place now = place();
+        const bool isOnItsWay = now.active == XCB_NONE && isOfWindowManager(now.focus);
+        if (!isOnItsWay || m_connection.isBroken() ||
+            std::chrono::steady_clock::now() - start >= movePatience)
+            return now;
+    }
+}
+
+bool KeyboardFocus::isOfWindowManager(xcb_window_t window) {
+    const auto manager =
+        m_connection.property(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
+    return isWindow(window) && !manager.empty() && client(window) == client(manager.front());
 }
 
 /// The server tells the window with the focus that a grab has taken the keys from it, or has given them back.
@@ -172,8 +195,6 @@ xcb_window_t KeyboardFocus::client(xcb_window_t window) const {
 
 /// Windows that can be seen and that the window manager knows nothing of, the uppermost first.
 std::vector<xcb_window_t> KeyboardFocus::unmanagedWindows() {
-    const auto manager =
-        m_connection.property(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
     const auto tree =
         m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), m_connection.root()));
     if (!tree)
@@ -188,8 +209,7 @@ std::vector<xcb_window_t> KeyboardFocus::unmanagedWindows() {
     for (std::size_t index = 0; index < windows.size(); ++index) {
         const auto attributes = m_connection.reply<xcb_get_window_attributes_reply_t>(questions[index]);
         // Frames are the window manager's own, and overlays of a compositor the server's.
-        const xcb_window_t owner = client(windows[index]);
-        const bool isFrame = owner == 0 || (!manager.empty() && owner == client(manager.front()));
+        const bool isFrame = client(windows[index]) == 0 || isOfWindowManager(windows[index]);
         if (attributes && attributes->override_redirect && !isFrame &&
             attributes->map_state == XCB_MAP_STATE_VIEWABLE)
             unmanaged.push_back(windows[index]);

@@ -36,7 +36,8 @@ public:
     explicit KeyboardFocus(X11Connection& connection)
         : m_connection(connection) {}
 
-    /// The target that the keys go to now; an empty one if there is none or the server is gone.
+    /// The target that the keys go to now; an empty one if there is none or the server is gone. Takes up to
+    /// 0.2 s when the focus is just moving.
     std::shared_ptr<const X11Target> current();
 
     /// From now on destination() knows of keyboard grabs that begin. Until unwatch().
@@ -53,6 +54,8 @@ private:
     };
 
     Place place();
+    Place settledPlace();
+    bool isOfWindowManager(xcb_window_t window);
     void noteGrabs();
     void listenTo(xcb_window_t window, bool listen);
     KeyDestination grabDestination(const X11Target& target);
