@@ -18,12 +18,13 @@
 
 namespace talvera::test {
 
-/// Another user of the machine, who reads all that /proc tells of all processes, again and again, until told
-/// to stop. Where the test isn't root it is the same user, who can read no less. To be made before there are
+/// Another user of the machine, who reads all that /proc tells of the recognisers that work in a directory,
+/// again and again, until told to stop. Where the test isn't root it is the same user, who can read no less. To be made before there are
 /// threads.
 class Eavesdropper {
 public:
-    Eavesdropper() {
+    /// Other tests may run recognisers at the same time: those with `directory` in their arguments count.
+    explicit Eavesdropper(const QByteArray& directory) {
         std::array<int, 2> end{};
         std::array<int, 2> heard{};
         if (::pipe2(end.data(), O_CLOEXEC) != 0 || ::pipe2(heard.data(), O_CLOEXEC) != 0)
@@ -31,7 +32,7 @@ public:
         m_process = ::fork();
         if (m_process == 0) {
             ::close(end[1]);
-            listen(end[0], heard[1]);
+            listen(directory, end[0], heard[1]);
         }
         ::close(end[0]);
         ::close(heard[1]);
@@ -78,7 +79,7 @@ private:
         return all;
     }
 
-    [[noreturn]] static void listen(int end, int heard) {
+    [[noreturn]] static void listen(const QByteArray& directory, int end, int heard) {
         constexpr uid_t nobody = 65534;
         ::prctl(PR_SET_PDEATHSIG, SIGKILL);
         if (::geteuid() == 0 && (::setgid(nobody) != 0 || ::setuid(nobody) != 0))
@@ -92,8 +93,10 @@ private:
                 const auto name = contentOf(process + "/comm");
                 if (!name.startsWith("whisper-cli") && !name.startsWith("tool"))
                     continue;
-                const auto heardNow = everythingAbout(process);
                 const auto commandLine = contentOf(process + "/cmdline");
+                if (!commandLine.contains(directory))
+                    continue;
+                const auto heardNow = everythingAbout(process);
                 for (const auto& words : {heardNow, commandLine}) {
                     if (!known.contains(words))
                         known += words + '\n';

@@ -51,7 +51,7 @@ Dictation dictateForAMinute(const QString& tool, const QString& directory) {
     writeWAV(files, speech, 16000, wav);
     EXPECT_GT(speech.size(), 55U * 16000);
 
-    Eavesdropper nobody;
+    Eavesdropper nobody(directory.toUtf8());
     int argc = 1;
     char name[] = "test";
     char* argv[] = {name, nullptr};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/windows/prepareToolkitForX11.h"
 
-#include <QtGlobal>
+#include <QByteArray>
 
 namespace talvera {
 
