@@ -19,8 +19,8 @@
 namespace talvera::test {
 
 /// Another user of the machine, who reads all that /proc tells of the recognisers that work in a directory,
-/// again and again, until told to stop. Where the test isn't root it is the same user, who can read no less. To be made before there are
-/// threads.
+/// again and again, until told to stop. Where the test isn't root it is the same user, who can read no less.
+/// To be made before there are threads.
 class Eavesdropper {
 public:
     /// Other tests may run recognisers at the same time: those with `directory` in their arguments count.
