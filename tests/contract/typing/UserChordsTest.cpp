@@ -160,7 +160,9 @@ TEST_F(UserChord, altTab_movesTheFocusAndStopsTheTyping) {
     EXPECT_EQ(typeWhilePressing({Key::leftAlt, Key::tab}), PostResult::TargetLost);
     EXPECT_TRUE(first.waitFor([](const QString& text) { return !text.isEmpty() && Text.startsWith(text); }));
     typeAnywhere(poster, QStringLiteral("."));
-    EXPECT_TRUE(second.waitForText(QStringLiteral("."))) << second.text().toStdString();
+    EXPECT_TRUE(second.waitFor([](const QString& text) { return text.endsWith('.'); }));
+    // One key may be on its way to the server when the focus moves; none is posted after that.
+    EXPECT_LE(second.text().size(), 2) << second.text().toStdString();
 }
 
 TEST_F(UserChord, modifierHeldForLong_isLetGoAfterAWhile) {
