@@ -103,7 +103,8 @@ TEST_F(FocusLeftWhileTyping, restIsTypedNowhereAndAllIsOnTheClipboard) {
     EXPECT_TRUE(clipboardBecomes(sentence));
     EXPECT_LT(editor->text().size(), sentence.size());
     EXPECT_TRUE(sentence.startsWith(editor->text())) << editor->text().toStdString();
-    EXPECT_EQ(other.text(), "");
+    // One key may be on its way to the server when the focus moves; none is posted after that.
+    EXPECT_LE(other.text().size(), 1) << other.text().toStdString();
 }
 
 TEST_F(FocusProtection, windowOpenedBetweenDictations_getsTheSecondOne) {
