@@ -11,6 +11,7 @@
 #include "linux/support/ApplicationId.h"
 #include "linux/support/privateMemory.h"
 #include "linux/xdg/XdgDirectories.h"
+#include "persistence/AppSettings.h"
 #include "platform/system/PlatformError.h"
 #include "views/ViewEngine.h"
 

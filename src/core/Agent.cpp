@@ -1,17 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "core/Agent.h"
 
+#include "core/AppDelegate.h"
 #include "core/DictationController.h"
+#include "core/Machine.h"
 #include "core/OutputPipeline.h"
 #include "core/PermissionPrompt.h"
+#include "core/Warmup.h"
 #include "core/WindowFactory.h"
+#include "delivery/FocusTracker.h"
+#include "delivery/TextInserter.h"
+#include "hotkeys/HotkeyManager.h"
+#include "hotkeys/TranslateToggleHotkey.h"
+#include "models/ModelStore.h"
+#include "persistence/AppSettings.h"
+#include "persistence/PreferredDelivery.h"
+#include "persistence/StatsStore.h"
 #include "platform/desktop/FileBrowser.h"
 #include "platform/system/ApplicationHost.h"
 #include "platform/system/Console.h"
 #include "platform/system/Directories.h"
+#include "shell/MenuBarController.h"
+#include "shell/hud/DictationHUDController.h"
 #include "shell/hud/FocusNoticeText.h"
+#include "shell/onboarding/OnboardingController.h"
+#include "shell/onboarding/OnboardingWindow.h"
 #include "shell/panel/MenuPanelController.h"
+#include "shell/panel/MenuPanelModel.h"
+#include "shell/readiness/ReadinessMonitor.h"
+#include "shell/settings/Updater.h"
+#include "shell/texts/InterfaceLanguage.h"
 #include "shell/texts/shownPath.h"
+#include "speech/AudioRecorder.h"
+#include "speech/ChunkedTranscription.h"
+#include "speech/WhisperRunner.h"
 #include "text/Localization.h"
 
 #include <QDir>
@@ -26,7 +48,54 @@ constexpr Duration noticeTime = seconds(6.0);
 
 } // namespace
 
-Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& windows)
+/// The parts, and how they are joined.
+class Agent::Wiring {
+public:
+    Wiring(const Machine& machine, AppSettings& settings, WindowFactory& windows, const Trace& onTrace);
+
+    std::shared_ptr<OutputPipeline> makePipeline();
+    void tellOfLostMicrophone();
+    void tellOfSecondStart();
+
+    // Each after those that it works with.
+    InterfaceLanguage interfaceLanguage; ///< first, so that everything speaks it
+    AppSettings& settings;
+    ModelStore models;
+    AudioRecorder recorder;
+    WhisperRunner whisper;
+    ChunkedTranscription transcription;
+    DictationHUDController hud;
+    MenuBarController menuBar;
+    ReadinessMonitor readiness;
+    Updater updater;
+    FocusTracker focus;
+    PreferredDelivery delivery;
+    TextInserter inserter;
+    HotkeyManager hotkey;
+    TranslateToggleHotkey translateToggle;
+    StatsStore stats;
+    OnboardingController onboarding;
+    std::unique_ptr<OnboardingWindow> onboardingWindow;
+    Warmup warmup;
+    std::optional<MenuPanelModel> panelModel; ///< once the panel has been opened
+    std::shared_ptr<AppDelegate> delegate;    ///< all that reacts; once it is gone, nothing begins any more
+
+private:
+    std::shared_ptr<AppDelegate> makeDelegate();
+    std::shared_ptr<DictationController> makeDictation(std::shared_ptr<PermissionPrompt> permissions);
+    std::unique_ptr<MenuPanelController> makeMenuPanel();
+    std::unique_ptr<MenuPanelWindow> makePanelWindow();
+    void openSettings();
+    Trace trace();
+
+    const Machine m_machine;
+    WindowFactory& m_windows;
+    const Trace& m_onTrace;
+    Subscription m_recordingEnd;
+};
+
+Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowFactory& windows,
+                      const Trace& onTrace)
     : interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
                         userSettings.appLanguage.get(), machine.language.preferred)
     , settings(userSettings)
@@ -56,7 +125,8 @@ Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& w
     , onboardingWindow(windows.makeOnboardingWindow())
     , warmup(machine.system.console)
     , m_machine(machine)
-    , m_windows(windows) {
+    , m_windows(windows)
+    , m_onTrace(onTrace) {
     delegate = makeDelegate();
     m_recordingEnd = menuBar.state.observe([this](MenuBarController::State state) {
         if (state == MenuBarController::State::Idle || state == MenuBarController::State::Error)
@@ -64,23 +134,7 @@ Agent::Agent(const Machine& machine, AppSettings& userSettings, WindowFactory& w
     });
 }
 
-Agent::~Agent() = default;
-
-void Agent::launch() {
-    recorder.setOnLost([this] { tellOfLostMicrophone(); });
-    delegate->applicationDidFinishLaunching();
-}
-
-void Agent::prepareWindows() {
-    hud.preparePanel();
-}
-
-void Agent::startedAgain() {
-    m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
-    delegate->startedAgain();
-}
-
-std::shared_ptr<AppDelegate> Agent::makeDelegate() {
+std::shared_ptr<AppDelegate> Agent::Wiring::makeDelegate() {
     auto permissions =
         std::make_shared<PermissionPrompt>(PermissionPrompt::Parts{.microphone = m_machine.sound.permission,
                                                                    .access = m_machine.desktop.access,
@@ -111,7 +165,8 @@ std::shared_ptr<AppDelegate> Agent::makeDelegate() {
                            .trace = trace()});
 }
 
-std::shared_ptr<DictationController> Agent::makeDictation(std::shared_ptr<PermissionPrompt> permissions) {
+std::shared_ptr<DictationController>
+Agent::Wiring::makeDictation(std::shared_ptr<PermissionPrompt> permissions) {
     return std::make_shared<DictationController>(
         DictationController::Parts{.actor = m_machine.actor,
                                    .files = m_machine.system.files,
@@ -136,7 +191,7 @@ std::shared_ptr<DictationController> Agent::makeDictation(std::shared_ptr<Permis
                                    .trace = trace()});
 }
 
-std::shared_ptr<OutputPipeline> Agent::makePipeline() {
+std::shared_ptr<OutputPipeline> Agent::Wiring::makePipeline() {
     return std::make_shared<OutputPipeline>(
         OutputPipeline::Parts{.actor = m_machine.actor,
                               .files = m_machine.system.files,
@@ -151,14 +206,14 @@ std::shared_ptr<OutputPipeline> Agent::makePipeline() {
                               .trace = trace()});
 }
 
-std::unique_ptr<MenuPanelController> Agent::makeMenuPanel() {
+std::unique_ptr<MenuPanelController> Agent::Wiring::makeMenuPanel() {
     return std::make_unique<MenuPanelController>(
         menuBar, settings, stats,
         MenuPanelController::Parts{m_machine.actor, m_machine.desktop.statusItem, m_machine.desktop.pointer,
                                    [this] { return makePanelWindow(); }});
 }
 
-std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
+std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
     auto& model = panelModel.emplace(MenuPanelModel::Parts{
         menuBar, settings, stats, readiness, m_machine.language.model, m_machine.keyboard.layout});
     model.onSettings = [this] { openSettings(); };
@@ -176,13 +231,18 @@ std::unique_ptr<MenuPanelWindow> Agent::makePanelWindow() {
 }
 
 /// What has been said is used; what is being said isn't heard.
-void Agent::tellOfLostMicrophone() {
+void Agent::Wiring::tellOfLostMicrophone() {
     hud.showNotice(localized("hud.microphone.lost", "The microphone is gone. What you said before is kept."),
                    DictationHUDState::NoticeTone::Warn, noticeTime);
 }
 
+void Agent::Wiring::tellOfSecondStart() {
+    m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
+    delegate->startedAgain();
+}
+
 /// Until there is a window for them, the settings are the file that holds them.
-void Agent::openSettings() {
+void Agent::Wiring::openSettings() {
     delegate->closePanel();
     const auto& place = m_machine.system.directories.configuration;
     m_machine.desktop.fileBrowser.show(place);
@@ -191,11 +251,55 @@ void Agent::openSettings() {
                    DictationHUDState::NoticeTone::Info, noticeTime);
 }
 
-Trace Agent::trace() {
+Trace Agent::Wiring::trace() {
     return [this](const QString& line) {
-        if (onTrace)
-            onTrace(line);
+        if (m_onTrace)
+            m_onTrace(line);
     };
+}
+
+Agent::Agent(const Machine& machine, AppSettings& settings, WindowFactory& windows)
+    : m_wiring(std::make_unique<Wiring>(machine, settings, windows, onTrace))
+    , models(m_wiring->models)
+    , recorder(m_wiring->recorder)
+    , whisper(m_wiring->whisper)
+    , hud(m_wiring->hud)
+    , menuBar(m_wiring->menuBar)
+    , readiness(m_wiring->readiness)
+    , focus(m_wiring->focus)
+    , hotkey(m_wiring->hotkey)
+    , translateToggle(m_wiring->translateToggle)
+    , onboarding(m_wiring->onboarding) {}
+
+Agent::~Agent() = default;
+
+void Agent::launch() {
+    recorder.setOnLost([wiring = m_wiring.get()] { wiring->tellOfLostMicrophone(); });
+    delegate().applicationDidFinishLaunching();
+}
+
+void Agent::prepareWindows() {
+    hud.preparePanel();
+}
+
+void Agent::stop() {
+    m_wiring->delegate.reset();
+}
+
+AppDelegate& Agent::delegate() {
+    return *m_wiring->delegate;
+}
+
+void Agent::startedAgain() {
+    m_wiring->tellOfSecondStart();
+}
+
+std::shared_ptr<OutputPipeline> Agent::makePipeline() {
+    return m_wiring->makePipeline();
+}
+
+MenuPanelModel* Agent::panelModel() {
+    return m_wiring->panelModel ? &*m_wiring->panelModel : nullptr;
 }
 
 } // namespace talvera

@@ -2,8 +2,14 @@
 #include "Scenario.h"
 
 #include "SettingsJson.h"
+#include "core/AppDelegate.h"
+#include "core/DictationController.h"
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "language/AIAvailabilityState.h"
 #include "operations.h"
+#include "shell/MenuBarController.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 
 #include <utility>
 
@@ -247,7 +253,7 @@ Answer Scenario::effects() const {
 
 Answer Scenario::final() {
     auto& agent = m_world.agent();
-    const auto& dictation = agent.delegate->dictation();
+    const auto& dictation = agent.delegate().dictation();
     return {{"menu", caseName(agent.menuBar.state.get()).toStdString()},
             {"hud", caseName(agent.hud.currentState()).toStdString()},
             {"wavExists", !m_world.wavFiles().isEmpty()},

@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "Judge.h"
 
+#include "core/AppDelegate.h"
+#include "core/DictationController.h"
+#include "hotkeys/HotkeyManager.h"
 #include "language/TargetLanguage.h"
+#include "models/ModelStore.h"
+#include "speech/WhisperRunner.h"
 
 #include <QStringDecoder>
 
@@ -160,7 +165,7 @@ void Judge::seeRecorderStart() {
     const bool tapMode = m_world.settings.hotkeyTapToToggle.get();
     if (!tapMode && !m_releasesExcused && !m_world.agent().hotkey.isPressed())
         complain(QStringLiteral("a recording began after the key had come up"));
-    const auto pressed = m_world.agent().delegate->dictation().pressStartedAt();
+    const auto pressed = m_world.agent().delegate().dictation().pressStartedAt();
     if (!tapMode && !m_releasesExcused && (!pressed || m_world.actor.now() - *pressed < seconds(0.6)))
         complain(QStringLiteral("a recording began before the hold delay had passed"));
 
@@ -172,7 +177,7 @@ void Judge::seeRecorderStart() {
 void Judge::begin() {
     if (m_inFlight)
         complain(QStringLiteral("a second dictation began"));
-    const auto pressed = m_world.agent().delegate->dictation().pressStartedAt();
+    const auto pressed = m_world.agent().delegate().dictation().pressStartedAt();
     if (!pressed || m_world.actor.now() - *pressed < seconds(0.2))
         complain(QStringLiteral("a press that was too short was not discarded"));
     if (m_audioSeconds < 0.3)

@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "Judge.h"
+#include "core/AppDelegate.h"
+#include "core/DictationController.h"
+#include "shell/hud/DictationHUDController.h"
+#include "speech/AudioRecorder.h"
 
 // What must hold when nothing is left to happen.
 
@@ -11,7 +15,7 @@ void Judge::judgeRest() {
         complain(QStringLiteral("at rest the menu is at ") + QString::fromStdString(m_menu));
     if (m_inFlight)
         complain(QStringLiteral("at rest a dictation is still in flight"));
-    if (agent.delegate->dictation().hasPendingRecordStart())
+    if (agent.delegate().dictation().hasPendingRecordStart())
         complain(QStringLiteral("at rest a press is still waiting"));
     if (agent.recorder.isRecording() || m_world.microphone.isRunning())
         complain(QStringLiteral("at rest the microphone is open"));

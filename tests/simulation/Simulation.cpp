@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
+#include "hotkeys/HotkeyManager.h"
+#include "shell/MenuBarController.h"
 
 #include <algorithm>
 

@@ -1,7 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
 
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "platform/system/PlatformError.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
+#include "shell/readiness/ReadinessMonitor.h"
+#include "speech/WhisperRunner.h"
 
 #include <cerrno>
 #include <limits>

@@ -2,6 +2,8 @@
 #include "StoryPlayer.h"
 
 #include "SettingsJson.h"
+#include "hotkeys/TranslateToggleHotkey.h"
+#include "shell/hud/DictationHUDController.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -1,5 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatedWorld.h"
+#include "hotkeys/HotkeyManager.h"
+#include "shell/MenuBarController.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/hud/DictationHUDState.h"
+#include "shell/onboarding/OnboardingController.h"
+#include "shell/readiness/ReadinessMonitor.h"
 
 #include <cmath>
 
@@ -139,6 +145,14 @@ void SimulatedWorld::launch() {
     m_agent->launch();
     actor.settle();
     m_agent->prepareWindows();
+}
+
+void SimulatedWorld::pressStart() {
+    m_agent->hotkey.onPressStart();
+}
+
+void SimulatedWorld::pressEnd() {
+    m_agent->hotkey.onPressEnd();
 }
 
 void SimulatedWorld::observeMachine() {

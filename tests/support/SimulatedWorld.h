@@ -23,7 +23,8 @@
 #include "SimulatedMainActor.h"
 #include "SimulatedWindows.h"
 #include "core/Agent.h"
-#include "core/DictationController.h"
+#include "core/Machine.h"
+#include "persistence/AppSettings.h"
 #include "platform/system/Directories.h"
 
 #include <nlohmann/json.hpp>
@@ -128,8 +129,8 @@ public:
     Agent& agent() { return *m_agent; }
 
     /// The user's hotkey, by its callbacks.
-    void pressStart() { m_agent->hotkey.onPressStart(); }
-    void pressEnd() { m_agent->hotkey.onPressEnd(); }
+    void pressStart();
+    void pressEnd();
 
     /// Lets time pass until nothing is left to happen; false if there still is after an hour.
     bool runToRest() { return actor.runToRest(seconds(3600)); }

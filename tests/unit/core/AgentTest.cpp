@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "CoreTest.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/panel/MenuPanelModel.h"
 
 using namespace talvera;
 using namespace talvera::test;
@@ -13,7 +15,7 @@ protected:
 
     MenuPanelModel& openPanel() {
         world.agent().startedAgain();
-        return *world.agent().panelModel;
+        return *world.agent().panelModel();
     }
     bool isPanelOpen() const { return world.windows.menuPanel() && world.windows.menuPanel()->isVisible(); }
 };

@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "CoreTest.h"
+#include "hotkeys/HotkeyManager.h"
+#include "hotkeys/TranslateToggleHotkey.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/readiness/ReadinessMonitor.h"
 
 using namespace talvera;
 using namespace talvera::test;

@@ -3,6 +3,11 @@
 
 #include "PrintQt.h"
 #include "SimulatedWorld.h"
+#include "core/AppDelegate.h"
+#include "core/DictationController.h"
+#include "shell/MenuBarController.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/hud/DictationHUDState.h"
 
 #include <gtest/gtest.h>
 
@@ -64,7 +69,7 @@ protected:
 
     State state() { return world.agent().menuBar.state.get(); }
     HUD hud() { return world.agent().hud.currentState(); }
-    const DictationController& dictation() { return world.agent().delegate->dictation(); }
+    const DictationController& dictation() { return world.agent().delegate().dictation(); }
     QStringList story(const QStringList& kinds) const { return world.story(kinds); }
 
     SimulatedWorld world;

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "CoreTest.h"
+#include "shell/MenuBarController.h"
+#include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 
 using namespace talvera;
 using namespace talvera::test;
@@ -442,7 +445,7 @@ TEST_F(Dictation, agentGoneWhileAPressWaits_startsNothing) {
     launch();
     press();
     advance(0.3);
-    world.agent().delegate.reset();
+    world.agent().stop();
     runToRest();
     EXPECT_TRUE(world.effects.empty());
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "CoreTest.h"
+#include "shell/MenuBarController.h"
 
 using namespace talvera;
 using namespace talvera::test;
@@ -144,7 +145,7 @@ TEST_F(Pipeline, failedDeletion_isSwallowed) {
 TEST_F(Pipeline, agentGoneDuringRecognition_theDictationStillEnds) {
     launch();
     hold(1);
-    world.agent().delegate.reset();
+    world.agent().stop();
     runToRest();
     EXPECT_TRUE(world.wavFiles().isEmpty());
 }
@@ -154,7 +155,7 @@ TEST_F(Pipeline, agentGoneAtRelease_endsAtOnce) {
     press();
     advance(1);
     release();
-    world.actor.post([this] { world.agent().delegate.reset(); });
+    world.actor.post([this] { world.agent().stop(); });
     runToRest();
     EXPECT_EQ(story({"recognise"}), QStringList());
 }

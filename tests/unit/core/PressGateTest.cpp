@@ -2,6 +2,8 @@
 // What a press of the hotkey has to pass before it records, in this order: the wizard, the state, the model,
 // the permissions.
 #include "CoreTest.h"
+#include "shell/hud/DictationHUDController.h"
+#include "speech/AudioRecorder.h"
 
 using namespace talvera;
 using namespace talvera::test;

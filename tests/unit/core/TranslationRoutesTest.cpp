@@ -2,6 +2,8 @@
 #include "CoreTest.h"
 
 #include "core/OutputPipeline.h"
+#include "delivery/FocusTracker.h"
+#include "shell/MenuBarController.h"
 #include "speech/WavWriter.h"
 
 using namespace talvera;
