@@ -80,6 +80,11 @@ SessionOffer SessionOffer::open() {
     return {.server = server, .x11 = server.connect(), .claim = std::make_shared<X11DisplayClaim>(server)};
 }
 
+QString SessionOffer::whyNoWindows() const {
+    return hasX11() ? QString()
+                    : QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers.");
+}
+
 void SessionOffer::prepareToolkit() const {
     if (hasX11())
         prepareToolkitForX11();

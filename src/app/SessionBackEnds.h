@@ -14,6 +14,8 @@
 #include "platform/keyboard/KeyEventPoster.h"
 #include "platform/keyboard/KeyboardLayout.h"
 
+#include <QString>
+
 #include <memory>
 
 namespace talvera {
@@ -33,8 +35,8 @@ struct SessionOffer {
 
     bool hasX11() const { return !x11->isBroken(); }
 
-    /// There is something to show windows on.
-    bool hasDisplay() const { return hasX11(); }
+    /// Why no window can be shown here, for the log; empty where one can.
+    QString whyNoWindows() const;
 
     /// Gets the toolkit ready for it. Before the application object is made.
     void prepareToolkit() const;

@@ -53,8 +53,8 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, D
 /// Runs the one agent of this display until the session or the user ends it.
 int run(int argc, char** argv, StandardConsole& console, Directories directories) {
     auto session = SessionOffer::open();
-    if (!session.hasDisplay()) {
-        console.log(QStringLiteral("Talvera needs an X server, and $DISPLAY names none that answers."));
+    if (const auto reason = session.whyNoWindows(); !reason.isEmpty()) {
+        console.log(reason);
         return EXIT_FAILURE;
     }
     const auto claim = session.claim;

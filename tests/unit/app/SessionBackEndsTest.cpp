@@ -20,7 +20,7 @@ TEST(SessionBackEnds, sessionWithoutXServer_isAnsweredByWhatIsAbsent) {
     const X11Server none(":4711");
     const SessionOffer offer{.server = none, .x11 = none.connect()};
     EXPECT_FALSE(offer.hasX11());
-    EXPECT_FALSE(offer.hasDisplay());
+    EXPECT_FALSE(offer.whyNoWindows().isEmpty());
 
     SimulatedMainActor actor;
     RecordingConsole console;
