@@ -13,7 +13,7 @@ namespace {
 const auto off = QStringLiteral("off");
 const auto english = QStringLiteral("en");
 
-namespace Key {
+namespace PreferenceKey {
 const auto targetLanguageCode = QStringLiteral("targetLanguageCode");
 const auto lastTargetLanguageCode = QStringLiteral("lastTargetLanguageCode");
 const auto hotkeyBinding = QStringLiteral("hotkeyBinding");
@@ -29,7 +29,7 @@ const auto translateEnabled = QStringLiteral("translateEnabled");
 const auto polishEnabled = QStringLiteral("polishEnabled");
 const auto translateToggleBindingSet = QStringLiteral("translateToggleBindingSet");
 const auto appleLanguages = QStringLiteral("AppleLanguages");
-} // namespace Key
+} // namespace PreferenceKey
 
 // What is loaded. A stored value that can't be read counts as none.
 
@@ -39,21 +39,22 @@ bool isTarget(const QString& code) {
 }
 
 QString loadTarget(const PreferenceStore& store) {
-    const auto fallback = store.boolean(Key::translateEnabled) ? english : off;
-    const auto target = store.string(Key::targetLanguageCode).value_or(fallback);
+    const auto fallback = store.boolean(PreferenceKey::translateEnabled) ? english : off;
+    const auto target = store.string(PreferenceKey::targetLanguageCode).value_or(fallback);
     // A code that has gone from the table still says that the user wants a translation.
     return isTarget(target) ? target : english;
 }
 
 QString loadLastTarget(const PreferenceStore& store, const QString& target) {
-    const auto last = store.string(Key::lastTargetLanguageCode).value_or(QString());
+    const auto last = store.string(PreferenceKey::lastTargetLanguageCode).value_or(QString());
     if (last != off && isTarget(last))
         return last;
     return target == off ? english : target;
 }
 
 bool loadCleanupEnabled(const PreferenceStore& store) {
-    return store.boolean(store.object(Key::aiCleanupEnabled) ? Key::aiCleanupEnabled : Key::polishEnabled);
+    return store.boolean(store.object(PreferenceKey::aiCleanupEnabled) ? PreferenceKey::aiCleanupEnabled
+                                                                       : PreferenceKey::polishEnabled);
 }
 
 std::optional<HotkeyBinding> loadBinding(const PreferenceStore& store, const QString& key) {
@@ -69,13 +70,13 @@ std::optional<HotkeyBinding> loadBinding(const PreferenceStore& store, const QSt
 
 HotkeyBinding loadHotkey(const PreferenceStore& store) {
     const auto rightCommand = HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand);
-    return loadBinding(store, Key::hotkeyBinding).value_or(rightCommand);
+    return loadBinding(store, PreferenceKey::hotkeyBinding).value_or(rightCommand);
 }
 
 std::optional<HotkeyBinding> loadTranslateToggle(const PreferenceStore& store) {
-    if (!store.boolean(Key::translateToggleBindingSet))
+    if (!store.boolean(PreferenceKey::translateToggleBindingSet))
         return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, VirtualKey::T);
-    return loadBinding(store, Key::translateToggleBinding);
+    return loadBinding(store, PreferenceKey::translateToggleBinding);
 }
 
 // What is stored.
@@ -120,51 +121,54 @@ Setting<Enum> enumSetting(PreferenceStore& store, const QString& key, Enum fallb
 }
 
 void writeLanguage(PreferenceStore& store, const QString& language) {
-    store.set(Key::appLanguage, language);
+    store.set(PreferenceKey::appLanguage, language);
     if (language == u"system")
-        store.remove(Key::appleLanguages);
+        store.remove(PreferenceKey::appleLanguages);
     else
-        store.set(Key::appleLanguages, QStringList{language});
+        store.set(PreferenceKey::appleLanguages, QStringList{language});
 }
 
 void writeTranslateToggle(PreferenceStore& store, const std::optional<HotkeyBinding>& binding) {
     // Tells a user who has cleared the shortcut from one who never had it.
-    store.set(Key::translateToggleBindingSet, true);
+    store.set(PreferenceKey::translateToggleBindingSet, true);
     if (binding)
-        store.set(Key::translateToggleBinding, stored(*binding));
+        store.set(PreferenceKey::translateToggleBinding, stored(*binding));
     else
-        store.remove(Key::translateToggleBinding);
+        store.remove(PreferenceKey::translateToggleBinding);
 }
 
 } // namespace
 
 AppSettings::AppSettings(PreferenceStore& store)
-    : targetLanguageCode(Key::targetLanguageCode, loadTarget(store),
+    : targetLanguageCode(PreferenceKey::targetLanguageCode, loadTarget(store),
                          [this, &store](const QString& code) {
-                             store.set(Key::targetLanguageCode, code);
+                             store.set(PreferenceKey::targetLanguageCode, code);
                              if (code != off)
                                  lastTargetLanguageCode.set(code);
                          })
-    , lastTargetLanguageCode(
-          setting(store, Key::lastTargetLanguageCode, loadLastTarget(store, targetLanguageCode.get())))
+    , lastTargetLanguageCode(setting(store, PreferenceKey::lastTargetLanguageCode,
+                                     loadLastTarget(store, targetLanguageCode.get())))
     , sourceLanguageCode(stringSetting(store, QStringLiteral("sourceLanguageCode"), QStringLiteral("auto")))
-    , hotkeyBinding(setting(store, Key::hotkeyBinding, loadHotkey(store)))
-    , aiCleanupEnabled(setting(store, Key::aiCleanupEnabled, loadCleanupEnabled(store)))
-    , hasOnboarded(setting(store, Key::hasOnboarded, store.boolean(Key::hasOnboarded)))
+    , hotkeyBinding(setting(store, PreferenceKey::hotkeyBinding, loadHotkey(store)))
+    , aiCleanupEnabled(setting(store, PreferenceKey::aiCleanupEnabled, loadCleanupEnabled(store)))
+    , hasOnboarded(setting(store, PreferenceKey::hasOnboarded, store.boolean(PreferenceKey::hasOnboarded)))
     , showMenuBarIcon(boolSetting(store, QStringLiteral("showMenuBarIcon"), true))
-    , soundOnStart(Key::soundOnStart, store.asBool(Key::soundOnStart).value_or(true), [](bool) {})
+    , soundOnStart(PreferenceKey::soundOnStart, store.asBool(PreferenceKey::soundOnStart).value_or(true),
+                   [](bool) {})
     , cleanupTone(enumSetting(store, QStringLiteral("cleanupTone"), CleanupTone::Conversational))
     , startSoundName(stringSetting(store, QStringLiteral("startSoundName"), QStringLiteral("Submarine")))
     , hotkeyTapToToggle(boolSetting(store, QStringLiteral("hotkeyTapToToggle"), false))
     , insertionMode(enumSetting(store, QStringLiteral("insertionMode"), InsertionMode::AutoByDuration))
-    , typewriterThresholdSeconds(setting(store, Key::typewriterThresholdSeconds,
-                                         store.asDouble(Key::typewriterThresholdSeconds).value_or(15.0)))
+    , typewriterThresholdSeconds(
+          setting(store, PreferenceKey::typewriterThresholdSeconds,
+                  store.asDouble(PreferenceKey::typewriterThresholdSeconds).value_or(15.0)))
     , protectFocusTarget(boolSetting(store, QStringLiteral("protectFocusTarget"), true))
     , focusProtectionMode(
           enumSetting(store, QStringLiteral("focusProtectionMode"), FocusProtectionMode::Reactivate))
-    , appLanguage(Key::appLanguage, store.string(Key::appLanguage).value_or(QStringLiteral("system")),
+    , appLanguage(PreferenceKey::appLanguage,
+                  store.string(PreferenceKey::appLanguage).value_or(QStringLiteral("system")),
                   [&store](const QString& language) { writeLanguage(store, language); })
-    , translateToggleBinding(Key::translateToggleBinding, std::nullopt,
+    , translateToggleBinding(PreferenceKey::translateToggleBinding, std::nullopt,
                              [&store](const auto& binding) { writeTranslateToggle(store, binding); }) {
     // By assignment, so that the default is recorded once and never comes back after the user has cleared it.
     translateToggleBinding.set(loadTranslateToggle(store));
