@@ -59,7 +59,7 @@ private:
 
 public:
     // The parts that the program's start or a test works with. Their headers are for those who use them: each
-    // is one that changes, and this one would pass it on to everybody.
+    // is one that changes, and this one would pass it on to all of them.
     ModelStore& models;
     AudioRecorder& recorder;
     WhisperRunner& whisper;

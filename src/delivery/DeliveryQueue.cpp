@@ -62,7 +62,7 @@ public:
         const bool isSet = m_parts.pasteboard.setString(text);
         const auto before = isSet ? m_parts.pasteboard.state() : Pasteboard::State{};
         if (!before.isHeld) {
-            // The chord would paste what somebody else has put there, but keys may still be had.
+            // The chord would paste what another program has put there, but keys may still be had.
             const auto end = typeChunks(text, target);
             if (end)
                 leaveOnClipboard(text, *end);
@@ -107,7 +107,7 @@ private:
         return hasTyped ? std::nullopt : std::optional(Kind::ClipboardNotPossible);
     }
 
-    /// That somebody asks for the text is the only proof that it was pasted.
+    /// That a program asks for the text is the only proof that it was pasted.
     bool isAskedFor(std::uint32_t requestsBefore) {
         for (Duration waited{}; waited < requestPatience; waited += requestPoll) {
             if (m_parts.pasteboard.state().requests != requestsBefore)

@@ -15,7 +15,7 @@ struct FocusNotice {
         ClipboardNoTextField,
         ClipboardFocusLost,   ///< the focus went elsewhere before the whole text was typed or pasted
         ClipboardNotPossible, ///< the text can't be typed or pasted
-        ClipboardNotTaken,    ///< the chord that pastes was pressed, but nobody has asked for the text
+        ClipboardNotTaken,    ///< the chord that pastes was pressed, but no program has asked for the text
         Undelivered,          ///< nor does the clipboard take it
     };
 

@@ -6,7 +6,7 @@
 namespace talvera {
 
 /// Lines on the program's own standard output, each written at once and whole. The session's log is its
-/// standard error. A stream that nobody reads any more, or whose reader doesn't keep up (Ctrl+S in a
+/// standard error. A stream without a reader, or whose reader doesn't keep up (Ctrl+S in a
 /// terminal), swallows what is written to it: printing never waits.
 class StandardConsole final : public Console {
 public:

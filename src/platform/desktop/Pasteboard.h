@@ -18,7 +18,8 @@ public:
 
     /// How the text fares that was set last.
     struct State {
-        bool isHeld = false;        ///< a paste anywhere still gives it: nobody has taken the clipboard since
+        bool isHeld =
+            false; ///< a paste anywhere still gives it: no other program has taken the clipboard since
         std::uint32_t requests = 0; ///< how often a program has asked for it so far
     };
     virtual State state() = 0;

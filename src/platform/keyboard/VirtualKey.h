@@ -132,7 +132,7 @@ enum class VirtualKey : std::uint16_t {
     Right = 124,
     Down = 125,
     Up = 126,
-    Unnamed = 0xFFFF, ///< some key; which one is nobody's business
+    Unnamed = 0xFFFF, ///< some key; which one is left out on purpose
 };
 
 /// Modifier bits of key events and bindings.

@@ -13,7 +13,7 @@ struct ChildProcessRequest {
     QStringList arguments;
     QString workingDirectory;
 
-    /// The option whose value is nobody else's business; empty for none. Every user of the machine can read a
+    /// The option whose value no other user may read; empty for none. Every user of the machine can read a
     /// command line, so a program that knows how gets the value on another way.
     QString privateOption{};
 };

@@ -44,7 +44,7 @@ Plane::Plane(QQuickItem* parent)
 void Plane::itemChange(ItemChange change, const ItemChangeData& data) {
     if (change == ItemSceneChange) {
         disconnect(m_frames);
-        // Nobody tells an item that one of its ancestors has moved.
+        // An item gets no signal when one of its ancestors has moved.
         if (data.window)
             m_frames = connect(data.window, &QQuickWindow::afterAnimating, this, [this] { followScene(); });
     } else if (change == ItemDevicePixelRatioHasChanged) {

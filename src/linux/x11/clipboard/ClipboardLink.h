@@ -29,7 +29,7 @@ struct RequestHead {
 struct ClipboardAnswer {
     std::uint32_t serial = 0;
     std::uint32_t isHeld = 0;   ///< 1: a paste anywhere gives the text
-    std::uint32_t requests = 0; ///< how often somebody has got it so far
+    std::uint32_t requests = 0; ///< how often a program has got it so far
 };
 
 inline constexpr std::size_t longestClipboardText = 256U * 1024 * 1024;

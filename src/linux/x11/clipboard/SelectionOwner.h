@@ -39,7 +39,7 @@ public:
     /// How the text fares that was taken in last.
     struct Report {
         bool isHeld = false;        ///< a paste anywhere still gives it
-        std::uint32_t requests = 0; ///< how often it has been given to somebody
+        std::uint32_t requests = 0; ///< how often it has been given to a program
     };
     Report report();
 

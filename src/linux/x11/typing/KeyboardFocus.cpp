@@ -125,7 +125,7 @@ void KeyboardFocus::noteGrabs() {
     }
 }
 
-/// Nobody but the server knows who has the grab. But who grabs the keyboard for long shows a window: the
+/// Only the server knows which client has the grab. But one that grabs the keyboard for long shows a window: the
 /// menus of an application do, and so do lockers.
 KeyDestination KeyboardFocus::grabDestination(const X11Target& target) {
     for (const xcb_window_t window : unmanagedWindows()) {
