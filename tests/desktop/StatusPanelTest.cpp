@@ -48,10 +48,15 @@ TEST_P(StatusPanel, pressElsewhere_closes) {
     EXPECT_TRUE(panelGoes());
 }
 
-TEST_P(StatusPanel, escape_closes) {
+TEST_P(StatusPanel, escape_closesAndReachesNoOtherProgram) {
+    OtherWindow other({700, 300, 200, 200}, Qt::darkGreen);
+    other.activate();
     openPanel();
     keys.tap(Escape);
     EXPECT_TRUE(panelGoes());
+    other.activate();
+    keys.tap(H);
+    EXPECT_EQ(other.awaitKeys(1), 1) << "the one key that was struck after the panel had gone";
 }
 
 TEST_P(StatusPanel, otherWindowTakesTheKeyboard_closes) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "FakeProgramActivation.h"
+#include "OtherWindow.h"
 #include "linux/xdg/QtProgramActivation.h"
 
 #include <QGuiApplication>
@@ -37,6 +38,18 @@ TEST(ProgramActivationContract, window_isToldWhenItGetsTheFocus) {
     while (told == 0)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(told, 1);
+
+    // The user turns to another program, and comes back.
+    test::OtherWindow other({0, 0, 100, 100}, Qt::darkGreen);
+    xcb_set_input_focus(other.connection().get(), XCB_INPUT_FOCUS_PARENT, other.id(), XCB_CURRENT_TIME);
+    other.connection().flush();
+    while (QGuiApplication::applicationState() == Qt::ApplicationActive)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(told, 1);
+    window.requestActivate();
+    while (told == 1)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_EQ(told, 2);
 }
 
 } // namespace

@@ -25,8 +25,9 @@ bool eventually(const std::function<bool()>& condition) {
 OtherWindow::OtherWindow(const QRect& area, const QColor& color, const Wishes& wishes) {
     auto* const x = m_connection->get();
     m_window = xcb_generate_id(x);
-    const std::uint32_t values[] = {color.rgb() & 0xffffff,
-                                    XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_EXPOSURE};
+    const std::uint32_t values[] = {color.rgb() & 0xffffff, XCB_EVENT_MASK_BUTTON_PRESS |
+                                                                XCB_EVENT_MASK_KEY_PRESS |
+                                                                XCB_EVENT_MASK_EXPOSURE};
     xcb_create_window(x, XCB_COPY_FROM_PARENT, m_window, m_connection->root(), std::int16_t(area.x()),
                       std::int16_t(area.y()), std::uint16_t(area.width()), std::uint16_t(area.height()), 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
@@ -105,10 +106,20 @@ int OtherWindow::clicks() {
     return m_clicks;
 }
 
+int OtherWindow::awaitKeys(int expected) {
+    eventually([&] {
+        m_connection->roundTrip();
+        readEvents();
+        return m_keys >= expected;
+    });
+    return m_keys;
+}
+
 void OtherWindow::readEvents() {
     while (const auto event = m_connection->pollEvent()) {
         const int type = event->response_type & 0x7f;
         m_clicks += type == XCB_BUTTON_PRESS ? 1 : 0;
+        m_keys += type == XCB_KEY_PRESS ? 1 : 0;
         m_exposed = m_exposed || type == XCB_EXPOSE;
     }
 }

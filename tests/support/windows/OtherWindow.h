@@ -35,6 +35,9 @@ public:
     /// The number of clicks that have met it by now.
     int clicks();
 
+    /// The number of keys that have been struck into it, once `expected` have or time is up.
+    int awaitKeys(int expected);
+
     /// Its middle on the screen, wherever the window manager has put it.
     QPoint middle();
 
@@ -48,6 +51,7 @@ private:
     std::unique_ptr<X11Connection> m_connection = X11Connection::open();
     xcb_window_t m_window = XCB_WINDOW_NONE;
     int m_clicks = 0;
+    int m_keys = 0;
     bool m_exposed = false;
 };
 

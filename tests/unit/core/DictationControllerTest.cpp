@@ -119,7 +119,13 @@ TEST_F(Dictation, tapModePressWhileTranscribing_isIgnored) {
     press();
     world.actor.settle();
     ASSERT_EQ(state(), State::Transcribing);
+    const auto wav = dictation().currentWav();
+    const auto pressStartedAt = dictation().pressStartedAt();
+    advance(0.1);
     press();
+    world.actor.settle();
+    EXPECT_EQ(dictation().currentWav(), wav);
+    EXPECT_EQ(dictation().pressStartedAt(), pressStartedAt);
     runToRest();
     EXPECT_EQ(story({"recorderStart"}).size(), 1);
     EXPECT_EQ(story({"type"}), QStringList({"type hello world"}));
@@ -241,6 +247,7 @@ TEST_F(Dictation, recorderThatDoesNotStart_tellsTheUserAndTheReleaseDoesNothing)
     EXPECT_FALSE(dictation().currentWav());
     EXPECT_FALSE(dictation().pressStartedAt());
     EXPECT_FALSE(dictation().focusSnapshot());
+    EXPECT_FALSE(dictation().hasPendingRecordStart());
     world.effects.clear();
     release();
     world.actor.settle();
@@ -374,6 +381,17 @@ TEST_F(Dictation, startSoundOff_isSilent) {
     launch();
     hold(1);
     EXPECT_EQ(story({"sound"}), QStringList());
+}
+
+TEST_F(Dictation, startSoundOfANameThatWeDontKnow_isAskedForAsItIsStored) {
+    for (const auto* name : {"off", "Ding"}) {
+        world.settings.startSoundName.set(name);
+        if (!launched)
+            launch();
+        world.effects.clear();
+        dictate();
+        EXPECT_EQ(story({"sound"}), QStringList({QStringLiteral("sound ") + name}));
+    }
 }
 
 TEST_F(Dictation, focusSnapshot_belongsToTheMomentAtWhichRecordingBegan) {

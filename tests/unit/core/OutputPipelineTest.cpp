@@ -100,6 +100,28 @@ TEST_F(Pipeline, noticeOfDelivery_staysForItsTime) {
     EXPECT_EQ(story({"clipboard", "type"}), QStringList({"clipboard hello world"}));
 }
 
+TEST_F(Pipeline, applicationWithoutANameClosed_isCalledTheApp) {
+    world.workspace.runInFront({100, QStringLiteral("org.example.editor"), std::nullopt});
+    launch();
+    hold(1);
+    world.workspace.quit(100);
+    runToRest();
+    EXPECT_EQ(story({"clipboard", "type"}), QStringList({"clipboard hello world"}));
+    EXPECT_TRUE(story({"hud"}).contains(
+        "hud notice The app closed — text copied to clipboard. Press ⌘V to paste. warn 6.0"))
+        << story({"hud"});
+}
+
+TEST_F(Pipeline, sourceThatTheLanguageModelRejects_isTranslatedInTwoHops) {
+    world.settings.targetLanguageCode.set("de");
+    world.settings.sourceLanguageCode.set("ru");
+    world.languageModel.reason.reset();
+    world.languageModel.languages = {"en", "de"};
+    launch();
+    dictate();
+    EXPECT_TRUE(world.traces().contains("Target de needs AI; source rejected — using 2-hop translate."));
+}
+
 TEST_F(Pipeline, stateStaysTranscribing_untilTheTextIsOnItsWay) {
     launch();
     recognise({text("late", 20)});

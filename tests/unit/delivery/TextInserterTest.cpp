@@ -15,8 +15,9 @@ TEST_F(TextInserterTest, protectionOff_deliversToWhateverHasTheFocusWithoutAnyQu
     workspace.quit(100);
     accessibility.setTextFieldFocused(false);
     EXPECT_EQ(inserter.insert("hi", ResolvedMode::Typewriter, editorSnapshot), RouteDecision::Direct);
+    EXPECT_EQ(inserter.insert(" there", ResolvedMode::Paste, std::nullopt), RouteDecision::Direct);
     finishJobs();
-    EXPECT_EQ(keys.text(), "hi");
+    EXPECT_EQ(keys.text(), "hi there");
     EXPECT_EQ(accessibility.focusReads, 0);
     EXPECT_TRUE(shown.empty());
 }

@@ -173,6 +173,14 @@ TEST(AppSettings, sourceLanguageUnknown_isTakenAsItStands) {
     EXPECT_EQ(AppSettings(store).sourceLanguageCode.get(), u"tlh");
 }
 
+TEST(AppSettings, startSoundUnknown_isTakenAsItStandsAndStays) {
+    for (const auto* name : {"Ding", "off", ""}) {
+        auto store = storeWith({{text("startSoundName"), text(name)}});
+        EXPECT_EQ(AppSettings(store).startSoundName.get(), text(name));
+        EXPECT_EQ(store.values.at(text("startSoundName")), PreferenceValue(text(name)));
+    }
+}
+
 TEST(AppSettings, cleanupFalseBesideLegacyTrue_staysFalse) {
     auto store = storeWith({{text("aiCleanupEnabled"), false}, {text("polishEnabled"), true}});
     EXPECT_FALSE(AppSettings(store).aiCleanupEnabled.get());

@@ -39,6 +39,11 @@ TEST(MergeOverlap, moreThanTwentyRepeatedWords_areNotAllSeen) {
     EXPECT_EQ(mergeOverlap("a " + more, more + " end"), "a " + more + " " + more + " end");
 }
 
+TEST(MergeOverlap, oneWordOverAndOver_isTakenAwayTwentyTimes) {
+    const auto manyTimes = [](int count) { return QStringList(count, QStringLiteral("ha")).join(u' '); };
+    EXPECT_EQ(mergeOverlap("so " + manyTimes(25), manyTimes(25) + " end"), "so " + manyTimes(30) + " end");
+}
+
 TEST(MergeOverlap, noCommonWords_standSideBySide) {
     EXPECT_EQ(merged("one two", "three four"), "one two three four");
 }

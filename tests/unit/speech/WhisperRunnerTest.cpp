@@ -235,6 +235,18 @@ TEST_F(WhisperRunnerTest, missingRecording_isReportedByTheTool) {
     EXPECT_EQ(error.status(), 2);
     const auto& arguments = tool.requests().front().process.arguments;
     EXPECT_EQ(arguments.value(arguments.indexOf("-bs") + 1), "5");
+    EXPECT_EQ(arguments.value(arguments.indexOf("-bo") + 1), "5");
+}
+
+TEST_F(WhisperRunnerTest, lengthOfTheFile_decidesHowItIsDecoded) {
+    for (const auto& [samples, beam] : {std::pair(96000, "5"), std::pair(95999, "1")}) {
+        writeWAV(files, std::vector<std::int16_t>(static_cast<std::size_t>(samples)), 16000, wav);
+        transcribe();
+        const auto& arguments = tool.requests().back().process.arguments;
+        EXPECT_EQ(arguments.value(arguments.indexOf("-bs") + 1), beam) << samples;
+        EXPECT_EQ(arguments.value(arguments.indexOf("-bo") + 1), beam) << samples;
+        EXPECT_EQ(arguments.contains("-nf"), samples < 96000) << samples;
+    }
 }
 
 TEST_F(WhisperRunnerTest, pathWithBlanksAndQuotes_isOneArgument) {
