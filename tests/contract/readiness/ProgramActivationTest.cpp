@@ -41,12 +41,15 @@ TEST(ProgramActivationContract, window_isToldWhenItGetsTheFocus) {
 
     // The user turns to another program, and comes back.
     test::OtherWindow other({0, 0, 100, 100}, Qt::darkGreen);
-    xcb_set_input_focus(other.connection().get(), XCB_INPUT_FOCUS_PARENT, other.id(), XCB_CURRENT_TIME);
-    other.connection().flush();
+    const auto focus = [&other](xcb_window_t id) {
+        xcb_set_input_focus(other.connection().get(), XCB_INPUT_FOCUS_PARENT, id, XCB_CURRENT_TIME);
+        other.connection().flush();
+    };
+    focus(other.id());
     while (QGuiApplication::applicationState() == Qt::ApplicationActive)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(told, 1);
-    window.requestActivate();
+    focus(xcb_window_t(window.winId()));
     while (told == 1)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_EQ(told, 2);

@@ -107,11 +107,13 @@ int OtherWindow::clicks() {
 }
 
 int OtherWindow::awaitKeys(int expected) {
-    eventually([&] {
-        m_connection->roundTrip();
-        readEvents();
-        return m_keys >= expected;
-    });
+    eventually([&] { return keys() >= expected; });
+    return m_keys;
+}
+
+int OtherWindow::keys() {
+    m_connection->roundTrip();
+    readEvents();
     return m_keys;
 }
 

@@ -37,6 +37,8 @@ public:
 
     /// The number of keys that have been struck into it, once `expected` have or time is up.
     int awaitKeys(int expected);
+    /// The number of keys that have been struck into it by now.
+    int keys();
 
     /// Its middle on the screen, wherever the window manager has put it.
     QPoint middle();
