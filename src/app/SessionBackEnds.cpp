@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/SessionBackEnds.h"
 
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
@@ -44,10 +44,10 @@ SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts
         (parts.directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString();
     const auto panels = std::make_shared<X11PanelDesktop>(offer.server);
     SessionBackEnds chosen;
-    chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor);
-    chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>();
+    chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor, offer.server);
+    chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>(offer.server);
     chosen.keyPoster = std::make_unique<X11KeyEventPoster>(offer.server);
-    chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion);
+    chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion, offer.server);
     chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
     chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);
     chosen.overlays = std::make_unique<X11OverlayDesktop>(offer.server);
@@ -64,7 +64,7 @@ SessionBackEnds absentBackEnds(const BackEndParts& parts) {
     chosen.keyboardLayout = std::make_unique<NoKeyboardLayout>();
     chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
     chosen.pasteboard = std::make_unique<NoPasteboard>();
-    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(ApplicationId));
+    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
     chosen.access = std::make_unique<NoSessionAccess>();
     chosen.overlays = std::make_unique<NoOverlayDesktop>();
     chosen.panels = std::make_shared<NoPanelDesktop>();

@@ -5,9 +5,10 @@
 #include "NotifierWatcher.h"
 #include "PrintQt.h"
 #include "SimulatedMainActor.h"
+#include "eventually.h"
+#include "square.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 #include <gtest/gtest.h>
 
@@ -15,12 +16,6 @@ using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-QImage square(const QString&, const QColor& color, int pixels) {
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    return image;
-}
 
 class TrayStatusItemTest : public testing::Test {
 protected:
@@ -33,13 +28,6 @@ protected:
         item->setSymbol("mic.fill");
         item->setToolTip("Ready");
         item->setVisible(true);
-    }
-
-    static bool eventually(const std::function<bool()>& condition) {
-        const QDeadlineTimer deadline(10000);
-        while (!condition() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-        return condition();
     }
 
     SimulatedMainActor actor;
@@ -77,7 +65,7 @@ TEST_F(TrayStatusItemTest, clickOnTheIcon_isToldInATurnOfItsOwn) {
 TEST_F(TrayStatusItemTest, noTrayOfEitherKind_isToldOnceAfterTheSessionsStart) {
     icon->trayIsThere = false;
     ASSERT_TRUE(eventually([this] { return icon->shown; }));
-    actor.advance(TrayStatusItem::Patience - seconds(0.1));
+    actor.advance(TrayStatusItem::patience - seconds(0.1));
     EXPECT_EQ(lacks, 0);
     actor.advance(seconds(60));
     EXPECT_EQ(lacks, 1);

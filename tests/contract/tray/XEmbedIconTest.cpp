@@ -3,6 +3,7 @@
 #include "linux/x11/windows/XEmbedIcon.h"
 #include "OtherWindow.h"
 #include "linux/x11/server/X11Server.h"
+#include "square.h"
 
 #include <QProcess>
 
@@ -12,12 +13,6 @@ using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-QImage square(const QString&, const QColor& color, int pixels) {
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    return image;
-}
 
 class XEmbedIconInTray : public testing::TestWithParam<const char*> {
 protected:
@@ -44,7 +39,7 @@ protected:
         return pixel ? QColor(pixel[2], pixel[1], pixel[0]) : QColor();
     }
 
-    std::unique_ptr<X11Connection> screen = X11Connection::open();
+    std::unique_ptr<X11Connection> screen = X11Server().connect();
     QProcess tray;
     XEmbedIcon icon{X11Server(), square};
 };
@@ -54,7 +49,7 @@ TEST_P(XEmbedIconInTray, symbol_standsOutFromTheTraysColour) {
     icon.setSymbol("mic.fill");
     icon.setShown(true);
     ASSERT_TRUE(eventually([this] { return icon.frame().has_value(); }));
-    EXPECT_TRUE(eventually([&] { return seen() == (dark ? TrayColors::OnDark : TrayColors::OnLight); }))
+    EXPECT_TRUE(eventually([&] { return seen() == (dark ? TrayColors::onDark : TrayColors::onLight); }))
         << qPrintable(seen().name());
 }
 

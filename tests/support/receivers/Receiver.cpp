@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "receivers/Receiver.h"
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
+#include "receivers/processGroup.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,15 +11,12 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): not declared by every C library
 
 namespace talvera::test {
 
@@ -48,7 +46,7 @@ std::string titleOf(X11Connection& connection, xcb_window_t window) {
 
 /// Waits until the window with this title is the active one.
 bool waitUntilActive(const std::string& title, Clock::time_point deadline) {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     if (connection->isBroken()) {
         throw std::runtime_error("no X server");
     }
@@ -89,7 +87,7 @@ Receiver::Receiver(Kind kind, const QString& title)
 }
 
 void Receiver::awaitFocus(const QString& title) {
-    const auto deadline = Clock::now() + Patience;
+    const auto deadline = Clock::now() + patience;
     const bool active = waitUntilActive(title.toStdString(), deadline);
     std::unique_lock lock(m_mutex);
     if (!active || !m_changed.wait_until(lock, deadline, [this] { return m_ready; })) {
@@ -117,22 +115,7 @@ void Receiver::launch(Kind kind, const QString& title) {
         command = {directory + "/chromium-editor.py", pipe, title.toStdString(), profile};
         break;
     }
-    std::vector<char*> arguments;
-    for (std::string& argument : command) {
-        arguments.push_back(argument.data());
-    }
-    arguments.push_back(nullptr);
-
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    const int error =
-        ::posix_spawnp(&m_process, arguments[0], nullptr, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    if (error != 0) {
-        m_process = 0;
-        throw std::runtime_error("can't start " + command[0]);
-    }
+    m_process = startProcessGroup(std::move(command));
 }
 
 Receiver::~Receiver() {

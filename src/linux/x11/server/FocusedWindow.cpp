@@ -20,6 +20,10 @@ xcb_window_t focusedWindow(X11Connection& connection) {
                                                                                                 : XCB_NONE;
 }
 
+xcb_window_t clientOf(const X11Connection& connection, xcb_window_t window) {
+    return window & ~connection.setup().resource_id_mask;
+}
+
 pid_t processOfWindow(X11Connection& connection, xcb_window_t window) {
     if (!connection.extension(xcb_res_id))
         return 0;

@@ -2,6 +2,7 @@
 #include "linux/x11/typing/KeyboardFocus.h"
 
 #include "linux/x11/server/FocusedWindow.h"
+#include "linux/x11/server/eventType.h"
 
 #include <xcb/shape.h>
 
@@ -116,7 +117,7 @@ bool KeyboardFocus::isOfWindowManager(xcb_window_t window) {
 /// The server tells the window with the focus that a grab has taken the keys from it, or has given them back.
 void KeyboardFocus::noteGrabs() {
     while (const XcbEvent event = m_connection.pollEvent()) {
-        const int type = event->response_type & 0x7f;
+        const int type = eventType(*event);
         const auto& change = reinterpret_cast<const xcb_focus_in_event_t&>(*event);
         if (type == XCB_FOCUS_OUT && change.mode == XCB_NOTIFY_MODE_GRAB)
             m_isGrabbed = true;
@@ -125,8 +126,8 @@ void KeyboardFocus::noteGrabs() {
     }
 }
 
-/// Only the server knows which client has the grab. But one that grabs the keyboard for long shows a window: the
-/// menus of an application do, and so do lockers.
+/// Only the server knows which client has the grab. But one that grabs the keyboard for long shows a window:
+/// the menus of an application do, and so do lockers.
 KeyDestination KeyboardFocus::grabDestination(const X11Target& target) {
     for (const xcb_window_t window : unmanagedWindows()) {
         if (isOfApplication(target, window))
