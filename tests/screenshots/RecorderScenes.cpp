@@ -19,7 +19,7 @@ namespace talvera::test {
 
 namespace {
 
-constexpr QRect place(40, 40, 360, 80);
+constexpr QRect place(40, 40, 360, 100);
 constexpr Duration settled = seconds(0.25);
 
 class RecorderSet {

@@ -96,9 +96,8 @@ QStringList HotkeyRecorderModel::keyCaps() const {
 QString HotkeyRecorderModel::refusal() const {
     const auto binding = m_subject.binding();
     if (binding && binding->asSpecialKey() && !m_subject.takesSpecialKeys)
-        return formatted(localized("hotkey.recorder.chordNeeded",
-                                   "%@ alone can't do this — press it together with another key"),
-                         shortcut());
+        return localized("hotkey.recorder.chordNeeded",
+                         "A key alone can't do this — choose several, such as ⌃⌥T");
     const auto& result = m_subject.watchResult.get();
     if (!binding || !result || *result == WatchResult::Watching)
         return {};

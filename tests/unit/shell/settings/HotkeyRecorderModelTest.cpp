@@ -192,7 +192,7 @@ TEST_F(RecorderModel, keyThatNoKeyboardHas_isSaid) {
 
 TEST_F(RecorderModel, specialKeyForTheToggle_isSaidToDoNothing) {
     settings.translateToggleBinding.set(HotkeyBinding::holdSpecial(Special::RightCommand));
-    EXPECT_EQ(toggleModel.refusal(), "Right ⌘ hold alone can't do this — press it together with another key");
+    EXPECT_EQ(toggleModel.refusal(), "A key alone can't do this — choose several, such as ⌃⌥T");
     EXPECT_EQ(model.refusal(), "");
 }
 
