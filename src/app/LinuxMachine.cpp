@@ -60,7 +60,7 @@ Machine LinuxMachine::machine() {
                        .network = m_network,
                        .console = m_console,
                        .makeFreshName = freshName,
-                       .modelSource = ModelSource::configured()},
+                       .modelSource = m_model.source},
             .language = {.model = m_languageModel,
                          .recognizer = m_languageRecognizer,
                          .preferred = QLocale::system().uiLanguages()}};

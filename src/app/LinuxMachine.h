@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/ModelOffer.h"
 #include "app/SessionBackEnds.h"
 #include "concurrency/QtMainActor.h"
 #include "concurrency/ThreadQueues.h"
@@ -12,6 +13,7 @@
 #include "linux/cld2/Cld2LanguageRecognizer.h"
 #include "linux/dbus/DesktopNotifier.h"
 #include "linux/dbus/PackageKitUpdates.h"
+#include "linux/network/QtFileDownloads.h"
 #include "linux/posix/PosixApplicationHost.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/posix/PosixFileSystem.h"
@@ -27,7 +29,6 @@
 #include "linux/xdg/QtProgramActivation.h"
 #include "linux/xdg/XdgFileBrowser.h"
 #include "linux/xdg/XdgLoginItem.h"
-#include "platform/absent/NoFileDownloads.h"
 #include "platform/absent/NoLanguageModel.h"
 #include "platform/system/Directories.h"
 
@@ -70,7 +71,8 @@ private:
     SqliteSessionDatabases m_sessions;
     XdgLoginItem m_loginItem{XdgLoginItem::session()};
     PackageKitUpdates m_updates{m_actor, QString::fromLatin1(ApplicationId)};
-    NoFileDownloads m_network{m_actor};
+    const ModelOffer m_model = ModelOffer::ofThisBuild();
+    QtFileDownloads m_network{m_actor, {.trustedToo = m_model.trustedToo}};
 
     // What the user types, and where it goes
     DesktopEntryCatalog m_installed{DesktopEntryCatalog::sessionDirectories(),
