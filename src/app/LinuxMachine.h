@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/ModelOffer.h"
 #include "app/SessionBackEnds.h"
 #include "concurrency/QtMainActor.h"
 #include "concurrency/ThreadQueues.h"
@@ -13,6 +14,7 @@
 #include "linux/dbus/DesktopNotifier.h"
 #include "linux/dbus/PackageKitUpdates.h"
 #include "linux/keyboard/XkbWindowKeys.h"
+#include "linux/network/QtFileDownloads.h"
 #include "linux/posix/PosixApplicationHost.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/posix/PosixFileSystem.h"
@@ -70,6 +72,8 @@ private:
     SqliteSessionDatabases m_sessions;
     XdgLoginItem m_loginItem{XdgLoginItem::session()};
     PackageKitUpdates m_updates{m_actor, QString::fromLatin1(applicationId)};
+    const ModelOffer m_model = ModelOffer::ofThisBuild();
+    QtFileDownloads m_network{m_actor, {.trustedToo = m_model.trustedToo}};
 
     // What the user types, and where it goes
     DesktopEntryCatalog m_installed{DesktopEntryCatalog::sessionDirectories(),
