@@ -57,8 +57,10 @@ Machine LinuxMachine::machine() {
                        .sessions = m_sessions,
                        .loginItem = m_loginItem,
                        .updates = m_updates,
+                       .network = m_network,
                        .console = m_console,
-                       .makeFreshName = freshName},
+                       .makeFreshName = freshName,
+                       .modelSource = ModelSource::configured()},
             .language = {.model = m_languageModel,
                          .recognizer = m_languageRecognizer,
                          .preferred = QLocale::system().uiLanguages()}};

@@ -27,6 +27,7 @@
 #include "linux/xdg/QtProgramActivation.h"
 #include "linux/xdg/XdgFileBrowser.h"
 #include "linux/xdg/XdgLoginItem.h"
+#include "platform/absent/NoFileDownloads.h"
 #include "platform/absent/NoLanguageModel.h"
 #include "platform/system/Directories.h"
 
@@ -69,6 +70,7 @@ private:
     SqliteSessionDatabases m_sessions;
     XdgLoginItem m_loginItem{XdgLoginItem::session()};
     PackageKitUpdates m_updates{m_actor, QString::fromLatin1(ApplicationId)};
+    NoFileDownloads m_network{m_actor};
 
     // What the user types, and where it goes
     DesktopEntryCatalog m_installed{DesktopEntryCatalog::sessionDirectories(),

@@ -99,7 +99,9 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
     : interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
                         userSettings.appLanguage.get(), machine.language.preferred)
     , settings(userSettings)
-    , models(machine.system.files, machine.system.directories)
+    , models(machine.system.files, machine.system.directories,
+             machine.system.modelSource.hasEncoder() ? ModelStore::Items::MainFileAndEncoder
+                                                     : ModelStore::Items::MainFileAlone)
     , recorder(machine.sound.engine, machine.sound.converters, machine.system.files, machine.actor)
     , whisper(WhisperRunner::makeDefault(machine.system.processes, machine.system.files,
                                          machine.system.directories, models.modelMainURL))

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "models/ModelSource.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -18,6 +20,7 @@ class ChildProcess;
 class Console;
 class EventTapFactory;
 class FileBrowser;
+class FileDownloads;
 class FileSystem;
 class KeyEventPoster;
 class KeyboardLayout;
@@ -85,8 +88,10 @@ struct Machine {
         SessionDatabases& sessions;
         LoginItem& loginItem;
         UpdateService& updates;
+        FileDownloads& network;
         Console& console;
         std::function<QString()> makeFreshName; ///< a part for a file's name that no other file has
+        ModelSource modelSource;                ///< what the recogniser here works with
     };
 
     /// What knows languages.

@@ -75,6 +75,46 @@ QByteArray FakeFileSystem::read(const QString& path) {
     return found->second.bytes;
 }
 
+void FakeFileSystem::readBlocks(const QString& path, qint64 blockSize,
+                                const std::function<void(QByteArrayView block)>& visit) {
+    const auto bytes = read(path);
+    for (qsizetype begin = 0; begin < bytes.size(); begin += blockSize)
+        visit(QByteArrayView(bytes).sliced(begin, std::min<qsizetype>(blockSize, bytes.size() - begin)));
+}
+
+void FakeFileSystem::move(const QString& from, const QString& to) {
+    const std::scoped_lock lock(m_mutex);
+    failIfAsked(m_failingMoves, to);
+    const auto found = m_files.find(from);
+    if (found == m_files.end())
+        fail(ENOENT, from);
+    if (m_directories.count(to) != 0)
+        fail(EISDIR, to);
+    if (m_directories.count(parentOf(to)) == 0)
+        fail(m_files.count(parentOf(to)) != 0 ? ENOTDIR : ENOENT, to);
+    if (from == to)
+        return;
+    if (const auto old = m_files.find(to); old != m_files.end())
+        m_used -= old->second.bytes.size();
+    m_files.insert_or_assign(to, std::move(found->second));
+    m_files.erase(from);
+}
+
+void FakeFileSystem::removeAll(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    failIfAsked(m_failingRemovals, path);
+    const auto goes = [&](const QString& name) { return name == path || name.startsWith(path + u'/'); };
+    for (auto file = m_files.begin(); file != m_files.end();) {
+        if (goes(file->first)) {
+            m_used -= file->second.bytes.size();
+            file = m_files.erase(file);
+        } else {
+            ++file;
+        }
+    }
+    std::erase_if(m_directories, goes);
+}
+
 void FakeFileSystem::remove(const QString& path) {
     const std::scoped_lock lock(m_mutex);
     failIfAsked(m_failingRemovals, path);
@@ -127,6 +167,13 @@ std::optional<qint64> FakeFileSystem::size(const QString& path) {
     return found == m_files.end() ? std::nullopt : std::optional<qint64>(found->second.bytes.size());
 }
 
+std::optional<qint64> FakeFileSystem::availableBytes(const QString& directory) {
+    const std::scoped_lock lock(m_mutex);
+    if (m_directories.count(directory) == 0 || !m_capacity)
+        return std::nullopt;
+    return std::max<qint64>(*m_capacity - m_used, 0);
+}
+
 void FakeFileSystem::addExecutable(const QString& path) {
     createDirectories(parentOf(path));
     write(path, "#!");
@@ -152,6 +199,11 @@ void FakeFileSystem::failReads(const QString& path, int code) {
 void FakeFileSystem::failRemovals(const QString& path, int code) {
     const std::scoped_lock lock(m_mutex);
     setOrClear(m_failingRemovals, path, code);
+}
+
+void FakeFileSystem::failMovesTo(const QString& path, int code) {
+    const std::scoped_lock lock(m_mutex);
+    setOrClear(m_failingMoves, path, code);
 }
 
 QStringList FakeFileSystem::files() const {

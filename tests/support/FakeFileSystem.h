@@ -20,17 +20,23 @@ public:
 
     void write(const QString& path, const QByteArray& bytes) override;
     QByteArray read(const QString& path) override;
+    void readBlocks(const QString& path, qint64 blockSize,
+                    const std::function<void(QByteArrayView block)>& visit) override;
+    void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
+    void removeAll(const QString& path) override;
     void createDirectories(const QString& path) override;
     bool exists(const QString& path) override;
     bool isDirectory(const QString& path) override;
     bool isExecutableFile(const QString& path) override;
     std::optional<qint64> size(const QString& path) override;
+    std::optional<qint64> availableBytes(const QString& directory) override;
 
     /// Puts an executable file there.
     void addExecutable(const QString& path);
 
-    /// A disk of this many bytes: what would not fit fails with ENOSPC. Nothing is an endless disk.
+    /// A disk of this many bytes: what would not fit fails with ENOSPC. Nothing is an endless disk, which
+    /// doesn't tell how much room it has.
     void setCapacity(std::optional<qint64> bytes);
 
     /// Lets the next `writes` writes pass, then one fail with this errno.
@@ -39,6 +45,7 @@ public:
     /// From now on, every access of that kind to `path` fails with this errno; 0 lifts it.
     void failReads(const QString& path, int code);
     void failRemovals(const QString& path, int code);
+    void failMovesTo(const QString& path, int code);
 
     /// The paths of all files, in order.
     QStringList files() const;
@@ -64,6 +71,7 @@ private:
     std::optional<std::pair<int, int>> m_failingWrite; // writes that pass before it, errno
     std::map<QString, int> m_failingReads;
     std::map<QString, int> m_failingRemovals;
+    std::map<QString, int> m_failingMoves;
 };
 
 } // namespace talvera::test

@@ -49,6 +49,12 @@ public:
             onRead(path, bytes);
         return bytes;
     }
+    void readBlocks(const QString& path, qint64 blockSize,
+                    const std::function<void(QByteArrayView block)>& visit) override {
+        m_disk.readBlocks(path, blockSize, visit);
+    }
+    void move(const QString& from, const QString& to) override { m_disk.move(from, to); }
+    void removeAll(const QString& path) override { m_disk.removeAll(path); }
     void remove(const QString& path) override {
         try {
             if (removalsFail)
@@ -67,6 +73,9 @@ public:
     bool isDirectory(const QString& path) override { return m_disk.isDirectory(path); }
     bool isExecutableFile(const QString& path) override { return m_disk.isExecutableFile(path); }
     std::optional<qint64> size(const QString& path) override { return m_disk.size(path); }
+    std::optional<qint64> availableBytes(const QString& directory) override {
+        return m_disk.availableBytes(directory);
+    }
 
 private:
     FakeFileSystem& m_disk;

@@ -113,12 +113,14 @@ Machine SimulatedMachine::machine() {
                        .sessions = databases,
                        .loginItem = loginItem,
                        .updates = updates,
+                       .network = network,
                        .console = console,
                        .makeFreshName =
                            [this] {
                                return QStringLiteral("00000000-0000-4000-8000-%1")
                                    .arg(++m_names, 12, 16, QChar(u'0'));
-                           }},
+                           },
+                       .modelSource = modelSource},
             .language = {.model = languageModel, .recognizer = languageRecognizer, .preferred = {}}};
 }
 

@@ -7,6 +7,7 @@
 #include "FakeChildProcess.h"
 #include "FakeDesktopServices.h"
 #include "FakeEventTap.h"
+#include "FakeFileDownloads.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
@@ -99,6 +100,9 @@ public:
     FakeFileBrowser fileBrowser;
     FakeNotifier notifier{actor};
     FakeUpdateService updates{actor};
+    FakeFileDownloads network{actor, disk};
+    ModelSource modelSource =
+        ModelSource::of(QUrl(QStringLiteral("https://models.example.org/ggml-medium-q5_0.bin")));
     FakeLoginItem loginItem;
     FakeSoundPlayer sounds;
     FakeApplicationHost application;

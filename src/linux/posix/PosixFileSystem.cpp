@@ -8,9 +8,12 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 
 namespace talvera {
 
@@ -75,6 +78,26 @@ int writeAll(int file, const QByteArray& bytes) {
     return 0;
 }
 
+/// Fills the block as far as the file goes; answers how far.
+qint64 readBlock(int file, QByteArray& block, const QString& path) {
+    qint64 filled = 0;
+    while (filled < block.size()) {
+        const auto count = ::read(file, block.data() + filled, static_cast<size_t>(block.size() - filled));
+        if (count < 0 && errno != EINTR)
+            fail(errno, path);
+        if (count == 0)
+            break;
+        filled += std::max<ssize_t>(count, 0);
+    }
+    return filled;
+}
+
+void flushToDisk(const QString& path, int flags) {
+    const FileDescriptor file(::open(encoded(path).constData(), flags | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isOpen() || ::fsync(file.get()) != 0)
+        fail(errno, path);
+}
+
 } // namespace
 
 void PosixFileSystem::write(const QString& path, const QByteArray& bytes) {
@@ -115,9 +138,37 @@ QByteArray PosixFileSystem::read(const QString& path) {
     }
 }
 
+void PosixFileSystem::readBlocks(const QString& path, qint64 blockSize,
+                                 const std::function<void(QByteArrayView block)>& visit) {
+    const auto file = openRegular(path, O_RDONLY);
+    ::posix_fadvise(file.get(), 0, 0, POSIX_FADV_SEQUENTIAL); // its answer matters for speed alone
+    QByteArray block(blockSize, Qt::Uninitialized);
+    while (true) {
+        const auto filled = readBlock(file.get(), block, path);
+        if (filled > 0)
+            visit(QByteArrayView(block.constData(), filled));
+        if (filled < block.size())
+            return;
+    }
+}
+
+void PosixFileSystem::move(const QString& from, const QString& to) {
+    flushToDisk(from, O_RDONLY);
+    if (std::rename(encoded(from).constData(), encoded(to).constData()) != 0)
+        fail(errno, to);
+    flushToDisk(to.left(to.lastIndexOf(u'/')), O_RDONLY | O_DIRECTORY);
+}
+
 void PosixFileSystem::remove(const QString& path) {
     if (std::remove(encoded(path).constData()) != 0)
         fail(errno, path);
+}
+
+void PosixFileSystem::removeAll(const QString& path) {
+    std::error_code error;
+    std::filesystem::remove_all(encoded(path).toStdString(), error);
+    if (error)
+        fail(error.value(), path);
 }
 
 void PosixFileSystem::createDirectories(const QString& path) {
@@ -142,6 +193,13 @@ bool PosixFileSystem::isDirectory(const QString& path) {
 bool PosixFileSystem::isExecutableFile(const QString& path) {
     const auto status = statusOf(path);
     return status && S_ISREG(status->st_mode) && ::access(QFile::encodeName(path).constData(), X_OK) == 0;
+}
+
+std::optional<qint64> PosixFileSystem::availableBytes(const QString& directory) {
+    struct statvfs status {};
+    if (directory.contains(QChar::Null) || ::statvfs(QFile::encodeName(directory).constData(), &status) != 0)
+        return std::nullopt;
+    return static_cast<qint64>(status.f_bavail) * static_cast<qint64>(status.f_frsize);
 }
 
 std::optional<qint64> PosixFileSystem::size(const QString& path) {

@@ -11,12 +11,17 @@ class PosixFileSystem final : public FileSystem {
 public:
     void write(const QString& path, const QByteArray& bytes) override;
     QByteArray read(const QString& path) override;
+    void readBlocks(const QString& path, qint64 blockSize,
+                    const std::function<void(QByteArrayView block)>& visit) override;
+    void move(const QString& from, const QString& to) override;
     void remove(const QString& path) override;
+    void removeAll(const QString& path) override;
     void createDirectories(const QString& path) override;
     bool exists(const QString& path) override;
     bool isDirectory(const QString& path) override;
     bool isExecutableFile(const QString& path) override;
     std::optional<qint64> size(const QString& path) override;
+    std::optional<qint64> availableBytes(const QString& directory) override;
 };
 
 } // namespace talvera

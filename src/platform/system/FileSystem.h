@@ -4,8 +4,10 @@
 #include "platform/system/PlatformError.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 namespace talvera {
@@ -21,7 +23,21 @@ public:
 
     virtual QByteArray read(const QString& path) = 0;
 
+    /// Reads the file in blocks of `blockSize` bytes, the last of which may be shorter, and calls `visit` for
+    /// each in order. The bytes are valid for the length of the call.
+    virtual void readBlocks(const QString& path, qint64 blockSize,
+                            const std::function<void(QByteArrayView block)>& visit) = 0;
+
+    /// Gives a file another name on the same disk, in the place of a file that has it. Once it returns,
+    /// contents and name outlast a loss of power, so it may take as long as the disk needs for the whole
+    /// file; before, the file has one of the two names.
+    virtual void move(const QString& from, const QString& to) = 0;
+
     virtual void remove(const QString& path) = 0;
+
+    /// Removes a file, or a directory with all that it holds; links in it are not followed. One that doesn't
+    /// exist is fine.
+    virtual void removeAll(const QString& path) = 0;
 
     /// Creates the directory and its parents, mode 0700; one that exists is fine.
     virtual void createDirectories(const QString& path) = 0;
@@ -31,6 +47,9 @@ public:
     virtual bool isDirectory(const QString& path) = 0;
     virtual bool isExecutableFile(const QString& path) = 0;
     virtual std::optional<qint64> size(const QString& path) = 0;
+
+    /// How many bytes can still be written to the disk of this directory.
+    virtual std::optional<qint64> availableBytes(const QString& directory) = 0;
 };
 
 /// Removes the file, or leaves it where that fails: for what lies in the private directory, where nobody

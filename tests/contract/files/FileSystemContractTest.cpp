@@ -142,6 +142,72 @@ TYPED_TEST(FileSystemContract, removal_takesFilesAndEmptyDirectories) {
     EXPECT_FALSE(this->files.exists(this->at("d")));
 }
 
+TYPED_TEST(FileSystemContract, blocks_areTheFileInOrder) {
+    const QByteArray bytes("0123456789");
+    this->files.write(this->at("a"), bytes);
+    for (const qint64 size : {1, 3, 5, 10, 100}) {
+        QByteArray read;
+        qint64 shorter = 0;
+        this->files.readBlocks(this->at("a"), size, [&](QByteArrayView block) {
+            EXPECT_LE(block.size(), size);
+            shorter += block.size() < size ? 1 : 0;
+            read.append(block.data(), block.size());
+        });
+        EXPECT_EQ(read, bytes);
+        EXPECT_LE(shorter, 1);
+    }
+}
+
+TYPED_TEST(FileSystemContract, blocksOfAnEmptyFile_areNone) {
+    this->files.write(this->at("a"), {});
+    this->files.readBlocks(this->at("a"), 10, [](QByteArrayView) { ADD_FAILURE(); });
+    EXPECT_EQ(this->failure([&] { this->files.readBlocks(this->at("none"), 10, [](QByteArrayView) {}); }),
+              ENOENT);
+}
+
+TYPED_TEST(FileSystemContract, movedFile_hasTheNewNameAlone) {
+    this->files.createDirectories(this->at("d"));
+    this->files.write(this->at("a"), "x");
+    this->files.move(this->at("a"), this->at("d/b"));
+    EXPECT_FALSE(this->files.exists(this->at("a")));
+    EXPECT_EQ(this->files.read(this->at("d/b")), "x");
+}
+
+TYPED_TEST(FileSystemContract, movedFile_replacesAFileButNoDirectory) {
+    this->files.createDirectories(this->at("d"));
+    this->files.write(this->at("a"), "new");
+    this->files.write(this->at("b"), "old");
+    this->files.move(this->at("a"), this->at("b"));
+    EXPECT_EQ(this->files.read(this->at("b")), "new");
+    EXPECT_EQ(this->failure([&] { this->files.move(this->at("b"), this->at("d")); }), EISDIR);
+    EXPECT_EQ(this->files.read(this->at("b")), "new");
+}
+
+TYPED_TEST(FileSystemContract, moveFromOrToNowhere_isToldAsSuch) {
+    this->files.write(this->at("a"), "x");
+    EXPECT_EQ(this->failure([&] { this->files.move(this->at("none"), this->at("b")); }), ENOENT);
+    EXPECT_EQ(this->failure([&] { this->files.move(this->at("a"), this->at("none/b")); }), ENOENT);
+    EXPECT_EQ(this->failure([&] { this->files.move(this->at("a"), this->at("a/b")); }), ENOTDIR);
+    EXPECT_EQ(this->files.read(this->at("a")), "x");
+}
+
+TYPED_TEST(FileSystemContract, removalOfAll_takesADirectoryWithWhatItHolds) {
+    this->files.createDirectories(this->at("d/e/f"));
+    this->files.write(this->at("d/e/a"), "x");
+    this->files.write(this->at("d2"), "x");
+    this->files.removeAll(this->at("d"));
+    EXPECT_FALSE(this->files.exists(this->at("d")));
+    EXPECT_FALSE(this->files.exists(this->at("d/e/a")));
+    EXPECT_TRUE(this->files.exists(this->at("d2")));
+    this->files.removeAll(this->at("d2"));
+    EXPECT_FALSE(this->files.exists(this->at("d2")));
+    EXPECT_EQ(this->failure([&] { this->files.removeAll(this->at("d")); }), 0);
+}
+
+TYPED_TEST(FileSystemContract, roomOnADiskThatIsNotThere_isUnknown) {
+    EXPECT_EQ(this->files.availableBytes(this->at("none")), std::nullopt);
+}
+
 TYPED_TEST(FileSystemContract, executableFile_isKnown) {
     this->system.makeExecutable(this->at("tool"));
     EXPECT_TRUE(this->files.isExecutableFile(this->at("tool")));

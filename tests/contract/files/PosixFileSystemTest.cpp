@@ -90,6 +90,27 @@ TEST_F(PosixFileSystemTest, pathWithANul_namesNothing) {
     EXPECT_EQ(files.read(at("a")), "x");
 }
 
+TEST_F(PosixFileSystemTest, roomOnADisk_isWhatCanBeWritten) {
+    const TinyDisk disk(at("disk"), 1 << 20);
+    if (!disk.isMounted())
+        GTEST_SKIP() << "only root may mount one";
+    const auto before = files.availableBytes(at("disk"));
+    ASSERT_TRUE(before);
+    EXPECT_LE(*before, 1 << 20);
+    files.write(at("disk/a"), QByteArray(1 << 19, 'x'));
+    EXPECT_EQ(files.availableBytes(at("disk")), *before - (1 << 19));
+}
+
+TEST_F(PosixFileSystemTest, removalOfAll_doesNotFollowLinks) {
+    files.createDirectories(at("d"));
+    files.createDirectories(at("elsewhere"));
+    files.write(at("elsewhere/a"), "x");
+    ASSERT_EQ(::symlink("../elsewhere", at("d/link").toLocal8Bit().constData()), 0);
+    files.removeAll(at("d"));
+    EXPECT_FALSE(files.exists(at("d")));
+    EXPECT_EQ(files.read(at("elsewhere/a")), "x");
+}
+
 TEST_F(PosixFileSystemTest, linkToNothing_doesNotExist) {
     ASSERT_EQ(::symlink("nowhere", at("link").toLocal8Bit().constData()), 0);
     EXPECT_FALSE(files.exists(at("link")));

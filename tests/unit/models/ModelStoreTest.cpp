@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 using namespace talvera;
+using Items = ModelStore::Items;
 using Readiness = ModelStore::Readiness;
 
 namespace {
@@ -20,10 +21,10 @@ protected:
     QString mainFile() const { return models() + QStringLiteral("/ggml-medium-q5_0.bin"); }
     QString encoder() const { return models() + QStringLiteral("/ggml-medium-encoder.mlmodelc"); }
 
-    ModelStore store() {
+    ModelStore store(Items items = Items::MainFileAndEncoder) {
         Directories directories;
         directories.applicationSupport = support();
-        return {files, directories};
+        return {files, directories, items};
     }
     static void place(const QString& path) {
         QFile file(path);
@@ -104,7 +105,46 @@ TEST_F(ModelStoreTest, directoriesThatCannotBeCreated_areIgnored) {
 }
 
 TEST_F(ModelStoreTest, noApplicationSupportDirectory_isFatal) {
-    EXPECT_DEATH(ModelStore(files, Directories{}), "no application support directory");
+    EXPECT_DEATH(ModelStore(files, Directories{}, Items::MainFileAlone), "no application support directory");
+}
+
+TEST_F(ModelStoreTest, modelWithoutEncoder_isReadyWithTheMainFileAlone) {
+    EXPECT_FALSE(store(Items::MainFileAlone).isReady());
+    place(mainFile());
+    auto store = this->store(Items::MainFileAlone);
+    EXPECT_TRUE(store.isReady());
+    EXPECT_TRUE(store.hasEncoder());
+    EXPECT_EQ(store.readiness().get(), Readiness::Ready);
+}
+
+TEST_F(ModelStoreTest, modelWithoutEncoder_isNotReadyWithoutMainFile) {
+    QDir().mkpath(encoder());
+    QDir().mkpath(mainFile());
+    EXPECT_FALSE(store(Items::MainFileAlone).isReady());
+}
+
+TEST_F(ModelStoreTest, encoderWhoseUnpackingEnded_stays) {
+    QDir().mkpath(encoder());
+    place(mainFile());
+    {
+        auto store = this->store();
+        store.beginUnpacking();
+        store.endUnpacking();
+    }
+    EXPECT_TRUE(store().isReady());
+}
+
+TEST_F(ModelStoreTest, encoderWhoseUnpackingWasCutOff_isDiscardedAtTheNextStart) {
+    QDir().mkpath(models());
+    place(mainFile());
+    store().beginUnpacking();
+    QDir().mkpath(encoder() + QStringLiteral("/weights"));
+    place(encoder() + QStringLiteral("/weights/weight.bin"));
+
+    EXPECT_FALSE(store().isReady());
+    EXPECT_FALSE(QFileInfo::exists(encoder()));
+    QDir().mkpath(encoder()); // brought again
+    EXPECT_TRUE(store().isReady());
 }
 
 } // namespace

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace talvera {
+
+class FileSystem;
+
+/// The SHA-256 of a file's contents in 64 lower-case hex digits. Reads it in blocks of a mebibyte, so that
+/// the memory doesn't grow with the file. For any thread but the main one, which it would hold up. Throws
+/// PlatformError when the file can't be read.
+QString sha256Hex(FileSystem& files, const QString& path);
+
+} // namespace talvera
