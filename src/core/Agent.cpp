@@ -140,6 +140,14 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
               .makeFreshName = machine.system.makeFreshName,
               .models = models,
               .console = machine.system.console})
+    , downloader({.background = machine.background,
+                  .network = machine.system.network,
+                  .files = machine.system.files,
+                  .processes = machine.system.processes,
+                  .directories = machine.system.directories,
+                  .makeFreshName = machine.system.makeFreshName,
+                  .store = models,
+                  .source = machine.system.modelSource})
     , onboarding({.actor = machine.actor,
                   .background = machine.background,
                   .files = machine.system.files,

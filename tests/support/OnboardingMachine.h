@@ -4,6 +4,7 @@
 #include "FakeAudioConverter.h"
 #include "FakeAudioEngine.h"
 #include "FakeChildProcess.h"
+#include "FakeFileDownloads.h"
 #include "FakeFileSystem.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
@@ -36,13 +37,22 @@ public:
     OnboardingMachine(MainActor& actor, BackgroundPool& background, AppSettings& userSettings)
         : settings(userSettings)
         , tool(actor, files)
+        , network(actor, files)
         , permission(actor)
         , readiness({actor, permission, access, languageModel, settingsPanels, activation})
+        , downloader({.background = background,
+                      .network = network,
+                      .files = files,
+                      .processes = tool,
+                      .directories = directories,
+                      .makeFreshName = [this] { return freshName(); },
+                      .store = models,
+                      .source = ModelSource::of(QUrl(QStringLiteral("https://models.example/main")))})
         , controller({.actor = actor,
                       .background = background,
                       .files = files,
                       .directories = directories,
-                      .makeFreshName = [this] { return QStringLiteral("NAME-%1").arg(++names); },
+                      .makeFreshName = [this] { return freshName(); },
                       .audio = microphone,
                       .converters = converters,
                       .settings = settings,
@@ -65,7 +75,6 @@ public:
         tool.setRuns({run});
     }
     void putModelOnDisk() {
-        files.createDirectories(models.modelEncoderURL);
         files.write(models.modelMainURL, "model");
     }
     void finishDownload() {
@@ -93,10 +102,13 @@ public:
         return found;
     }
 
+    QString freshName() { return QStringLiteral("NAME-%1").arg(++names); }
+
     AppSettings& settings;
     Directories directories{"/run/talvera", "/home/data", "/home/config", "/opt/talvera"};
     FakeFileSystem files{{directories.temporary, directories.applicationSupport}};
     FakeChildProcess tool;
+    FakeFileDownloads network;
     FakeAudioEngine microphone;
     FakeAudioConverterFactory converters;
     FakeMicrophonePermission permission;
@@ -106,10 +118,10 @@ public:
     FakeProgramActivation activation;
     FakeKeyboardLayout layout;
     ReadinessMonitor readiness;
-    ModelStore models{files, directories};
+    ModelStore models{files, directories, ModelStore::Items::MainFileAlone};
+    int names = 0;
     ModelDownloader downloader;
     CountedWarmup warmup;
-    int names = 0;
     OnboardingController controller;
 };
 

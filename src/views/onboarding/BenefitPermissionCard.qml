@@ -11,7 +11,7 @@ Surface {
 
     signal allow()
 
-    implicitHeight: Math.max(badge.height, words.implicitHeight) + 2 * 20
+    implicitHeight: Math.max(badge.height, words.implicitHeight) + 2 * Theme.spacingLarge
     Accessible.role: Accessible.Grouping
     Accessible.name: permission.benefit + ", " + permission.stateText
     Accessible.description: permission.why + " " + permission.cause
@@ -19,7 +19,7 @@ Surface {
     Plane {
         id: badge
         x: 20
-        y: 20
+        y: Theme.spacingLarge
         width: 44
         height: 44
         radius: 12
@@ -35,7 +35,7 @@ Surface {
     Column {
         id: words
         anchors { left: badge.right; leftMargin: Theme.spacingLarge; right: state.left; rightMargin: Theme.spacingLarge }
-        y: 20
+        y: Theme.spacingLarge
         spacing: 4
 
         Label {

@@ -12,9 +12,9 @@ FocusScope {
 
     Column {
         x: 48
-        y: 32
+        y: 24
         width: parent.width - 96
-        spacing: Theme.spacing
+        spacing: 10
 
         Pill {
             text: step.permissions.pill
