@@ -30,6 +30,7 @@
 #include "linux/xdg/QtProgramActivation.h"
 #include "linux/xdg/XdgFileBrowser.h"
 #include "linux/xdg/XdgLoginItem.h"
+#include "platform/absent/NoFileDownloads.h"
 #include "platform/absent/NoLanguageModel.h"
 #include "platform/system/Directories.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/QuickWindows.h"
 
-#include "shell/onboarding/AbsentOnboardingWindow.h"
 #include "views/hud/QuickHUDPanel.h"
+#include "views/onboarding/QuickWizardWindow.h"
 #include "views/panel/QuickMenuPanel.h"
 
 namespace talvera {
@@ -19,11 +19,8 @@ std::unique_ptr<MenuPanelWindow> QuickWindows::makeMenuPanel(MenuPanelModel& mod
     return std::make_unique<QuickMenuPanel>(views(), model, m_parts.panels);
 }
 
-std::unique_ptr<OnboardingWindow> QuickWindows::makeOnboardingWindow() {
-    return std::make_unique<AbsentOnboardingWindow>(m_parts.console, [this] {
-        if (onSetupDue)
-            onSetupDue();
-    });
+std::unique_ptr<WizardWindow> QuickWindows::makeWizardWindow(OnboardingModel& model) {
+    return std::make_unique<QuickWizardWindow>(views(), model, m_parts.panels);
 }
 
 ViewEngine& QuickWindows::views() {

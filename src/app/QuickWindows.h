@@ -4,13 +4,11 @@
 #include "core/WindowFactory.h"
 #include "views/ViewEngine.h"
 
-#include <functional>
 #include <optional>
 
 namespace talvera {
 
 class AppSettings;
-class Console;
 class DesktopAppearance;
 class MainActor;
 class OverlayDesktop;
@@ -22,7 +20,6 @@ public:
     /// What the windows work with; all of it outlives them.
     struct Parts {
         MainActor& actor;
-        Console& console;
         AppSettings& settings;
         DesktopAppearance& appearance;
         OverlayDesktop& overlays;
@@ -33,10 +30,7 @@ public:
 
     std::unique_ptr<HUDPanel> makeHUDPanel(StateHolder& holder) override;
     std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel& model) override;
-    std::unique_ptr<OnboardingWindow> makeOnboardingWindow() override;
-
-    /// Called where the wizard would come up; there is none yet.
-    std::function<void()> onSetupDue;
+    std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel& model) override;
 
 private:
     ViewEngine& views();

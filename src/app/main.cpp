@@ -2,7 +2,6 @@
 #include "app/LinuxMachine.h"
 #include "app/QuickWindows.h"
 #include "app/StateTrace.h"
-#include "app/tellWhatIsMissing.h"
 #include "core/Agent.h"
 #include "linux/posix/AgentDirectory.h"
 #include "linux/posix/StandardConsole.h"
@@ -30,10 +29,9 @@ constexpr Duration windowsDelay = seconds(0.5);
 int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
-    QuickWindows windows({actor, console, settings, linuxMachine.appearance(), linuxMachine.overlays(),
+    QuickWindows windows({actor, settings, linuxMachine.appearance(), linuxMachine.overlays(),
                           linuxMachine.panels()});
     Agent agent(machine, settings, windows);
-    windows.onSetupDue = [&] { tellWhatIsMissing(machine.system.files, agent.models, agent.hud); };
     std::optional<StateTrace> trace;
     claim.onSecondStart([&agent] { agent.startedAgain(); });
     actor.post([&] {

@@ -12,6 +12,7 @@
 #include "delivery/TextInserter.h"
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/TranslateToggleHotkey.h"
+#include "models/ModelDownloader.h"
 #include "models/ModelStore.h"
 #include "persistence/AppSettings.h"
 #include "persistence/PreferredDelivery.h"
@@ -24,6 +25,7 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/hud/FocusNoticeText.h"
 #include "shell/onboarding/OnboardingController.h"
+#include "shell/onboarding/OnboardingModel.h"
 #include "shell/onboarding/OnboardingWindow.h"
 #include "shell/panel/MenuPanelController.h"
 #include "shell/panel/MenuPanelModel.h"
@@ -57,6 +59,10 @@ public:
     void tellOfLostMicrophone();
     void tellOfSecondStart();
 
+private:
+    const Machine m_machine; ///< everything below works with it
+
+public:
     // Each after those that it works with.
     InterfaceLanguage interfaceLanguage; ///< first, so that everything speaks it
     AppSettings& settings;
@@ -74,9 +80,11 @@ public:
     HotkeyManager hotkey;
     TranslateToggleHotkey translateToggle;
     StatsStore stats;
-    OnboardingController onboarding;
-    std::unique_ptr<OnboardingWindow> onboardingWindow;
     Warmup warmup;
+    ModelDownloader downloader;
+    OnboardingController onboarding;
+    std::optional<OnboardingModel> onboardingModel; ///< once the wizard has been opened
+    OnboardingWindow onboardingWindow;
     std::optional<MenuPanelModel> panelModel; ///< once the panel has been opened
     std::shared_ptr<AppDelegate> delegate;    ///< all that reacts; once it is gone, nothing begins any more
 
@@ -85,10 +93,11 @@ private:
     std::shared_ptr<DictationController> makeDictation(std::shared_ptr<PermissionPrompt> permissions);
     std::unique_ptr<MenuPanelController> makeMenuPanel();
     std::unique_ptr<MenuPanelWindow> makePanelWindow();
+    std::unique_ptr<WizardWindow> makeWizardWindow();
+    WhisperRunner makeRunner() const;
     void openSettings();
     Trace trace();
 
-    const Machine m_machine;
     WindowFactory& m_windows;
     const Trace& m_onTrace;
     Subscription m_recordingEnd;
@@ -96,15 +105,15 @@ private:
 
 Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowFactory& windows,
                       const Trace& onTrace)
-    : interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
+    : m_machine(machine)
+    , interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
                         userSettings.appLanguage.get(), machine.language.preferred)
     , settings(userSettings)
     , models(machine.system.files, machine.system.directories,
              machine.system.modelSource.hasEncoder() ? ModelStore::Items::MainFileAndEncoder
                                                      : ModelStore::Items::MainFileAlone)
     , recorder(machine.sound.engine, machine.sound.converters, machine.system.files, machine.actor)
-    , whisper(WhisperRunner::makeDefault(machine.system.processes, machine.system.files,
-                                         machine.system.directories, models.modelMainURL))
+    , whisper(makeRunner())
     , transcription(machine.actor, machine.background, machine.system.files, machine.sound.files,
                     machine.system.console)
     , hud(machine.actor, [this] { return m_windows.makeHUDPanel(hud.stateHolder()); })
@@ -125,16 +134,51 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
     , translateToggle(machine.actor, machine.keyboard.eventTaps, machine.system.console)
     , stats({machine.actor, machine.background, machine.system.sessions, machine.system.files,
              machine.system.directories, machine.system.console})
-    , onboardingWindow(windows.makeOnboardingWindow())
-    , warmup(machine.system.console)
-    , m_machine(machine)
+    , warmup({.actor = machine.actor,
+              .background = machine.background,
+              .files = machine.system.files,
+              .directories = machine.system.directories,
+              .makeFreshName = machine.system.makeFreshName,
+              .models = models,
+              .console = machine.system.console})
+    , downloader({.background = machine.background,
+                  .network = machine.system.network,
+                  .files = machine.system.files,
+                  .processes = machine.system.processes,
+                  .directories = machine.system.directories,
+                  .makeFreshName = machine.system.makeFreshName,
+                  .store = models,
+                  .source = machine.system.modelSource})
+    , onboarding({.actor = machine.actor,
+                  .background = machine.background,
+                  .files = machine.system.files,
+                  .directories = machine.system.directories,
+                  .makeFreshName = machine.system.makeFreshName,
+                  .audio = machine.sound.engine,
+                  .converters = machine.sound.converters,
+                  .settings = settings,
+                  .models = models,
+                  .readiness = readiness,
+                  .downloader = downloader,
+                  .warmup = warmup,
+                  .makeRunner = [this] { return makeRunner(); }})
+    , onboardingWindow(machine.actor, onboarding, [this] { return makeWizardWindow(); })
     , m_windows(windows)
     , m_onTrace(onTrace) {
     delegate = makeDelegate();
+    onboarding.onTakingHotkey = [this] {
+        if (delegate)
+            delegate->endPressInHand();
+    };
     m_recordingEnd = menuBar.state.observe([this](MenuBarController::State state) {
         if (state == MenuBarController::State::Idle || state == MenuBarController::State::Error)
             hud.recordingEnded();
     });
+}
+
+WhisperRunner Agent::Wiring::makeRunner() const {
+    return WhisperRunner::makeDefault(m_machine.system.processes, m_machine.system.files,
+                                      m_machine.system.directories, models.modelMainURL);
 }
 
 std::shared_ptr<AppDelegate> Agent::Wiring::makeDelegate() {
@@ -161,7 +205,7 @@ std::shared_ptr<AppDelegate> Agent::Wiring::makeDelegate() {
                            .readiness = readiness,
                            .hud = hud,
                            .onboarding = onboarding,
-                           .onboardingWindow = *onboardingWindow,
+                           .onboardingWindow = onboardingWindow,
                            .warmup = warmup,
                            .permissions = permissions,
                            .dictation = makeDictation(permissions),
@@ -189,7 +233,7 @@ Agent::Wiring::makeDictation(std::shared_ptr<PermissionPrompt> permissions) {
                                    .hud = hud,
                                    .readiness = readiness,
                                    .onboarding = onboarding,
-                                   .onboardingWindow = *onboardingWindow,
+                                   .onboardingWindow = onboardingWindow,
                                    .permissions = std::move(permissions),
                                    .pipeline = makePipeline(),
                                    .trace = trace()});
@@ -232,6 +276,13 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
         hud.showRemark(text, DictationHUDState::NoticeTone::Warn, noticeTime);
     };
     return m_windows.makeMenuPanel(model);
+}
+
+std::unique_ptr<WizardWindow> Agent::Wiring::makeWizardWindow() {
+    if (!onboardingModel)
+        onboardingModel.emplace(OnboardingModel::Parts{onboarding, downloader, readiness, settings,
+                                                       m_machine.keyboard.layout});
+    return m_windows.makeWizardWindow(*onboardingModel);
 }
 
 /// What has been said is used; what is being said isn't heard.

@@ -72,13 +72,17 @@ void AppDelegate::applyLaunchAtLoginDefault() {
 }
 
 void AppDelegate::decideOnWizard() {
-    if (m_parts.settings.hasOnboarded.get() && m_parts.models.isReady()) {
+    if (!isWizardDue()) {
         // Asked for its side effect alone: the session gets to know that we will want it.
         m_parts.access.lacks();
         return;
     }
     m_parts.application.setActivationPolicy(ActivationPolicy::Regular);
     m_parts.onboardingWindow.show();
+}
+
+bool AppDelegate::isWizardDue() const {
+    return !m_parts.settings.hasOnboarded.get() || !m_parts.models.isReady();
 }
 
 void AppDelegate::connectHotkeys() {
@@ -181,9 +185,16 @@ void AppDelegate::permissionHUDInputsMayHaveChanged() {
     m_parts.actor.post(m_lifetime.ifAlive([this] { m_parts.permissions->evaluatePermissionHUD(); }));
 }
 
+/// A user who has closed the wizard and starts the program again is looking for it.
 void AppDelegate::startedAgain() {
-    if (m_menuPanel)
+    if (isWizardDue())
+        m_parts.onboardingWindow.show();
+    else if (m_menuPanel)
         m_menuPanel->open();
+}
+
+void AppDelegate::endPressInHand() {
+    m_parts.dictation->endPressInHand();
 }
 
 void AppDelegate::closePanel() {

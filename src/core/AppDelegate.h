@@ -78,11 +78,14 @@ public:
 
     /// The user has started the program again, for want of a better way to its panel.
     void startedAgain();
+    /// The hotkey's release will go to the wizard.
+    void endPressInHand();
     void closePanel();
 
     const DictationController& dictation() const { return *m_parts.dictation; }
 
 private:
+    bool isWizardDue() const;
     /// What decides when the request for a missing permission is looked at again.
     struct PermissionHUDInputs {
         bool done; ///< the wizard has been finished

@@ -56,7 +56,7 @@ DictationController::~DictationController() = default;
 void DictationController::handlePressStart() {
     if (!m_parts.settings.hotkeyTapToToggle.get())
         start(&DictationController::startPressAfterHoldDelay);
-    else if (m_parts.menuBar.state.get() == State::Recording)
+    else if (m_parts.menuBar.state.get() == State::Recording || isDemoRecording())
         start(&DictationController::endPress);
     else
         start(&DictationController::startPressNow);
@@ -70,6 +70,11 @@ void DictationController::handlePressEnd() {
 /// The user is after a shortcut, such as Ctrl with the arrow keys, unless the press records already.
 void DictationController::handleOtherKeyWhileHeld() {
     start(&DictationController::cancelPendingPress);
+}
+
+/// In tap mode a second tap ends the demo, too.
+bool DictationController::isDemoRecording() const {
+    return m_parts.onboarding.captureHotkey.get() && m_parts.onboarding.isDemoRecording();
 }
 
 /// Each step is a task of its own, in the order of the key events.
@@ -159,6 +164,10 @@ void DictationController::endPress() {
         m_parts.onboarding.demoPressEnd();
         return;
     }
+    endPressInHand();
+}
+
+void DictationController::endPressInHand() {
     if (m_pendingRecordStart) {
         cancelPendingPress();
         return;

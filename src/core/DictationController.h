@@ -81,6 +81,10 @@ public:
     void handlePressEnd();
     void handleOtherKeyWhileHeld();
 
+    /// The hotkey's release will not come here, since the wizard takes it: ends the present press now, as its
+    /// release would have.
+    void endPressInHand();
+
     /// Where the recording of the present press is, or will be.
     const std::optional<QString>& currentWav() const { return m_currentWav; }
     const std::optional<Instant>& pressStartedAt() const { return m_pressStartedAt; }
@@ -94,6 +98,7 @@ public:
 
 private:
     void start(void (DictationController::*step)());
+    bool isDemoRecording() const;
 
     bool passPressGate();
     void startPressAfterHoldDelay();

@@ -1,22 +1,50 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
+#include "concurrency/Task.h"
+#include "shell/onboarding/RecognitionWarmup.h"
+#include "speech/WhisperRunner.h"
+
+#include <functional>
+
 namespace talvera {
 
+class BackgroundPool;
 class Console;
-class WhisperRunner;
+class MainActor;
+class ModelStore;
 
-/// Pays the cost of loading the models before the first dictation has to. Nothing is primed yet.
-class Warmup {
+/// Pays the cost of loading the models before the first dictation has to; what fails of it is printed and
+/// forgotten. At the launch nothing is primed yet: the recogniser is when the wizard has got its model. Main
+/// thread only; what runs in the background has to end before it does.
+class Warmup final : public RecognitionWarmup {
 public:
-    explicit Warmup(Console& console)
-        : m_console(console) {}
+    /// What it works with; all of it outlives the warm-up.
+    struct Parts {
+        MainActor& actor;
+        BackgroundPool& background;
+        FileSystem& files;
+        const Directories& directories;
+        std::function<QString()> makeFreshName;
+        const ModelStore& models;
+        Console& console;
+    };
+
+    explicit Warmup(Parts parts);
+    ~Warmup() override;
 
     /// Called once, at launch.
     void primeAll(const WhisperRunner& runner);
 
+    void kickWhisperOnce(const WhisperRunner& runner) override;
+
 private:
-    Console& m_console;
+    Task<bool> primeWhisper(WhisperRunner runner);
+
+    const Parts m_parts;
+    bool m_kickedWhisper = false;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

@@ -8,8 +8,9 @@ namespace talvera {
 class HUDPanel;
 class MenuPanelModel;
 class MenuPanelWindow;
-class OnboardingWindow;
+class OnboardingModel;
 class StateHolder;
+class WizardWindow;
 
 /// Makes the agent's windows; what they show outlives them. Main thread only.
 class WindowFactory {
@@ -22,8 +23,8 @@ public:
     /// The panel that opens at the item in the tray.
     virtual std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel& model) = 0;
 
-    /// The first-run wizard. Called once, before the agent is launched.
-    virtual std::unique_ptr<OnboardingWindow> makeOnboardingWindow() = 0;
+    /// The first-run wizard, each time that it is opened.
+    virtual std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel& model) = 0;
 };
 
 } // namespace talvera

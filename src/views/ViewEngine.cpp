@@ -10,6 +10,8 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
+#include <malloc.h>
+
 namespace talvera {
 
 namespace {
@@ -63,6 +65,12 @@ std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVaria
         qFatal("the view %s can't be made: %s", qPrintable(name), qPrintable(component.errorString()));
     object.release();
     return std::unique_ptr<QQuickItem>(item);
+}
+
+void ViewEngine::giveBackMemory() {
+    m_engine.collectGarbage();
+    m_engine.trimComponentCache();
+    malloc_trim(0);
 }
 
 } // namespace talvera

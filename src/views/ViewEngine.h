@@ -30,6 +30,9 @@ public:
     /// made ends the program: it is part of it.
     std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
 
+    /// Lets go of what no view needs any more, for when a large one has gone.
+    void giveBackMemory();
+
     QQmlEngine& engine() { return m_engine; }
 
     /// The object that the views know as Theme.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "shell/hud/HUDModel.h"
+#include "shell/onboarding/OnboardingModel.h"
 #include "shell/panel/LanguageModelNotes.h"
 #include "shell/panel/MenuPanelModel.h"
 #include "shell/settings/HotkeyRecorderModel.h"
@@ -52,6 +53,54 @@ struct HotkeyRecorderModelType {
     QML_FOREIGN(talvera::HotkeyRecorderModel)
     QML_NAMED_ELEMENT(HotkeyRecorderModel)
     QML_UNCREATABLE("a view gets it")
+};
+
+struct OnboardingModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::OnboardingModel)
+    QML_NAMED_ELEMENT(OnboardingModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct OnboardingTextsType {
+    Q_GADGET
+    QML_FOREIGN(talvera::OnboardingTexts)
+    QML_NAMED_ELEMENT(OnboardingTexts)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct PermissionsModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::PermissionsModel)
+    QML_NAMED_ELEMENT(PermissionsModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct DownloadModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::DownloadModel)
+    QML_NAMED_ELEMENT(DownloadModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct HotkeyChoiceModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::HotkeyChoiceModel)
+    QML_NAMED_ELEMENT(HotkeyChoiceModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct DemoModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::DemoModel)
+    QML_NAMED_ELEMENT(DemoModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct PermissionCardType {
+    Q_GADGET
+    QML_FOREIGN(talvera::PermissionCard)
+    QML_ANONYMOUS
 };
 
 struct LanguageModelNotesType {

@@ -8,6 +8,7 @@
 #include "RecorderScenes.h"
 #include "Stage.h"
 #include "TrayScenes.h"
+#include "WizardScenes.h"
 #include "linux/x11/windows/prepareToolkitForX11.h"
 #include "shell/texts/TextCatalog.h"
 
@@ -63,6 +64,11 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     test::Stage stage(arguments[1], arguments[2], arguments[3] == "dark");
     stage.wait(seconds(0.5));
+    const auto only = qEnvironmentVariable("SCENES"); // of one kind, while one works on them
+    if (only.isEmpty() || only == QStringLiteral("wizard"))
+        test::photographWizard(stage);
+    if (!only.isEmpty())
+        return EXIT_SUCCESS;
     test::photographHUD(stage);
     test::photographPanel(stage);
     test::photographRecorder(stage);

@@ -19,7 +19,16 @@ public:
     /// What the user answers when asked.
     AuthorizationStatus answer = AuthorizationStatus::Authorized;
 
+    /// Why it is denied.
+    MicrophoneLack denial = MicrophoneLack::Microphone;
+
     AuthorizationStatus status() override { return current; }
+
+    MicrophoneLack lack() override {
+        if (current == AuthorizationStatus::Authorized)
+            return MicrophoneLack::None;
+        return current == AuthorizationStatus::NotDetermined ? MicrophoneLack::Answer : denial;
+    }
 
     void requestAccess(std::function<void()> done) override {
         m_actor.post([this, done = std::move(done)] {

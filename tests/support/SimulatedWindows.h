@@ -4,7 +4,7 @@
 #include "FakeMenuPanelWindow.h"
 #include "SimulatedHUDPanel.h"
 #include "core/WindowFactory.h"
-#include "shell/onboarding/OnboardingWindow.h"
+#include "shell/onboarding/WizardWindow.h"
 
 #include <functional>
 #include <memory>
@@ -13,15 +13,15 @@
 namespace talvera::test {
 
 /// A wizard's window that tells when it is brought up.
-class FakeOnboardingWindow final : public OnboardingWindow {
+class FakeWizardWindow final : public WizardWindow {
 public:
-    explicit FakeOnboardingWindow(std::function<void()> onShow)
-        : m_onShow(std::move(onShow)) {}
+    explicit FakeWizardWindow(std::function<void()> onFront)
+        : m_onFront(std::move(onFront)) {}
 
-    void show() override { m_onShow(); }
+    void bringToFront() override { m_onFront(); }
 
 private:
-    std::function<void()> m_onShow;
+    std::function<void()> m_onFront;
 };
 
 /// The agent's windows on the virtual clock, seen by nobody.
@@ -49,8 +49,8 @@ public:
         m_menuPanel = made.get();
         return made;
     }
-    std::unique_ptr<OnboardingWindow> makeOnboardingWindow() override {
-        return std::make_unique<FakeOnboardingWindow>([this] {
+    std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel&) override {
+        return std::make_unique<FakeWizardWindow>([this] {
             if (onOnboardingWindow)
                 onOnboardingWindow();
         });

@@ -19,6 +19,12 @@ std::string utf8(const QString& text) {
     return text.toStdString();
 }
 
+/// The wizard's demo and the warm-up record and recognise, too.
+bool isOfADictation(const QString& wav) {
+    return !wav.contains(QStringLiteral("/talvera-demo-")) &&
+           !wav.contains(QStringLiteral("/talvera-warmup-"));
+}
+
 QString words(const ordered_json& value) {
     return QString::fromStdString(value.is_string() ? value.get<std::string>() : value.dump());
 }
@@ -162,8 +168,13 @@ void SimulatedWorld::pressEnd() {
 }
 
 void SimulatedWorld::observeMachine() {
-    audioEngine.onStarted = [this] { note("recorderStart"); };
+    audioEngine.onStarted = [this] {
+        if (!isWizardsHotkey())
+            note("recorderStart");
+    };
     audioEngine.onStopped = [this] {
+        if (hasAgent() && m_agent->onboarding.isDemoRecording())
+            return;
         if (recordingsFail)
             disk.failWriteAfter(0, ENOSPC);
         else
@@ -180,6 +191,8 @@ void SimulatedWorld::observeMachine() {
     };
     sounds.onPlay = [this](const QString& sound) { note("sound", {{"name", utf8(sound)}}); };
     tool.setOnRun([this](const ToolRequest& run) {
+        if (!isOfADictation(run.wav))
+            return;
         note("recognise", {{"mode", run.translates ? "translateToEnglish" : "transcribe"},
                            {"language", utf8(run.language)},
                            {"prompt", run.prompt ? ordered_json(utf8(*run.prompt)) : ordered_json(nullptr)},
@@ -204,7 +217,7 @@ void SimulatedWorld::observeMachine() {
     };
     windows.onOnboardingWindow = [this] { note("onboardingWindow"); };
     files.onRemoved = [this](const QString& path) {
-        if (path.endsWith(QStringLiteral(".wav")) && !isChunk(path))
+        if (path.endsWith(QStringLiteral(".wav")) && !isChunk(path) && isOfADictation(path))
             note("wavDeleted");
     };
 }
@@ -217,8 +230,13 @@ void SimulatedWorld::observeAgent() {
     m_observations.push_back(agent.hud.stateHolder().state.observe([this](const DictationHUDState& state) {
         note("hud", describe(state, m_agent->hud.noticeDuration()));
     }));
-    agent.onboarding.onDemoPressStart = [this] { ++demoStarts; };
-    agent.onboarding.onDemoPressEnd = [this] { ++demoEnds; };
+    m_observations.push_back(
+        agent.onboarding.demoPhase.observe([this, recorded = false](const DemoPhase& phase) mutable {
+            const bool records = phase.is(DemoPhase::Kind::Recording);
+            demoStarts += !recorded && records ? 1 : 0;
+            demoEnds += recorded && !records ? 1 : 0;
+            recorded = records;
+        }));
     agent.onTrace = [this](const QString& line) {
         // The translate hotkey makes no tap yet, which the repair of the taps would tell at every launch.
         if (!line.startsWith(QStringLiteral("Translate-toggle event tap")))
@@ -230,6 +248,10 @@ void SimulatedWorld::note(std::string effect, ordered_json fields) {
     effects.push_back({actor.elapsed(), std::move(effect), std::move(fields)});
     if (onEffect)
         onEffect(effects.back());
+}
+
+bool SimulatedWorld::isWizardsHotkey() const {
+    return m_agent && m_agent->onboarding.captureHotkey.get();
 }
 
 QStringList SimulatedWorld::story(const QStringList& kinds) const {

@@ -151,7 +151,7 @@ public:
     QStringList story() const;
     QStringList traces() const;
 
-    /// The presses and releases that the wizard got.
+    /// The recordings that the wizard's demo began and ended.
     int demoStarts = 0;
     int demoEnds = 0;
 
@@ -162,6 +162,7 @@ public:
     QStringList chunkFiles() const;
 
 private:
+    bool isWizardsHotkey() const;
     void observeMachine();
     void observeAgent();
     void note(std::string effect, nlohmann::ordered_json fields = nlohmann::ordered_json::object());

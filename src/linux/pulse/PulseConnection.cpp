@@ -39,6 +39,17 @@ AuthorizationStatus PulseConnection::status() {
     return m_status;
 }
 
+MicrophoneLack PulseConnection::lack() {
+    const PulseLoop::Lock lock(m_loop);
+    if (m_status == AuthorizationStatus::Authorized)
+        return MicrophoneLack::None;
+    if (m_status == AuthorizationStatus::NotDetermined)
+        return MicrophoneLack::Answer;
+    if (m_refused)
+        return MicrophoneLack::Permission;
+    return m_answered ? MicrophoneLack::Microphone : MicrophoneLack::Server;
+}
+
 void PulseConnection::waitForAnswer(Duration limit) {
     const PulseLoop::Lock lock(m_loop);
     settle(limit);

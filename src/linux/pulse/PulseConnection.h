@@ -32,6 +32,8 @@ public:
 
     /// Whether there is a microphone and we may use it, as last heard.
     AuthorizationStatus status();
+    /// Why, as last heard.
+    MicrophoneLack lack();
     /// Waits until the server has answered, at most `limit`.
     void waitForAnswer(Duration limit);
     /// Calls `done` in a later turn when the server has answered or turned out to be away.

@@ -13,6 +13,10 @@ AuthorizationStatus PulseMicrophonePermission::status() {
     return m_connection.status();
 }
 
+MicrophoneLack PulseMicrophonePermission::lack() {
+    return m_connection.lack();
+}
+
 void PulseMicrophonePermission::requestAccess(std::function<void()> done) {
     m_connection.whenAnswered(std::move(done));
 }

@@ -16,6 +16,7 @@ public:
     /// The first call waits for the server's first answer, at most a tenth of a second, so that a launch
     /// doesn't begin with a request for what we have.
     AuthorizationStatus status() override;
+    MicrophoneLack lack() override;
     void requestAccess(std::function<void()> done) override;
     Subscription observe(std::function<void()> changed) override;
 

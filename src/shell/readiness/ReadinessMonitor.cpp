@@ -4,6 +4,7 @@
 #include "platform/desktop/ProgramActivation.h"
 #include "platform/desktop/SessionAccess.h"
 #include "platform/desktop/SettingsPanels.h"
+#include "shell/readiness/MicrophoneLackText.h"
 #include "shell/readiness/SessionLackText.h"
 #include "text/Localization.h"
 
@@ -41,6 +42,20 @@ ReadinessMonitor::~ReadinessMonitor() {
 
 int ReadinessMonitor::missingCount() const {
     return (micStatus.get() == AuthorizationStatus::Authorized ? 0 : 1) + (axTrusted.get() ? 0 : 1);
+}
+
+QString ReadinessMonitor::microphoneLackText() const {
+    return talvera::microphoneLackText(m_parts.microphone.lack());
+}
+
+QString ReadinessMonitor::accessibilityLackText() const {
+    const auto lacks = m_parts.access.lacks();
+    return lacks.empty() ? QString() : sessionLackText(lacks.front());
+}
+
+bool ReadinessMonitor::canAllowAccessibility() const {
+    const auto lacks = m_parts.access.lacks();
+    return !lacks.empty() && lacks.front() == SessionLack::Permission;
 }
 
 void ReadinessMonitor::refresh() {

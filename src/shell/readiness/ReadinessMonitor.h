@@ -49,6 +49,12 @@ public:
     /// How many of the two are lacking.
     int missingCount() const;
 
+    /// Why one of the two is lacking and what the user can do about it, in a plain sentence; empty when it isn't.
+    QString microphoneLackText() const;
+    QString accessibilityLackText() const;
+    /// The desktop's settings can give what lacks.
+    bool canAllowAccessibility() const;
+
     /// Looks at all four now and publishes what has changed.
     void refresh();
 

@@ -40,6 +40,8 @@ QtObject {
     readonly property color warn: dark ? "#ffc04d" : "#934900"
     readonly property color bad: dark ? "#ff9089" : "#c4281d"
     readonly property color warnFill: dark ? "#40331a" : "#fcefdc"
+    readonly property color goodFill: dark ? "#1d3a29" : "#def3e5"
+    readonly property color badFill: dark ? "#45252a" : "#fde8e6"
 
     // Spacing
     readonly property int spacingTiny: 4
@@ -51,6 +53,7 @@ QtObject {
 
     // Radii
     readonly property int radius: 14     ///< of what floats
+    readonly property int radiusMedium: 10 ///< of what lies in a window, and of large buttons
     readonly property int radiusSmall: 6 ///< of what lies 8 inside of that, so that both turn about one point
 
     // Type scale: sizes in pixels
@@ -61,6 +64,8 @@ QtObject {
     readonly property int sizeGlance: 14 ///< read in passing, from far
     readonly property int sizeTitle: 15
     readonly property int sizeLarge: 20
+    readonly property int sizeHeading: 26
+    readonly property int sizeHero: 42
     readonly property int weightBody: Font.Normal
     readonly property int weightMedium: Font.Medium
     readonly property int weightStrong: Font.DemiBold

@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Talvera
+
+/// A button that stands by itself. The primary one is what the user most likely wants next.
+T.AbstractButton {
+    id: button
+
+    property bool primary: false
+    property bool quiet: false ///< no more than its words until it is pointed at
+    property string leadingIcon
+    property string trailingIcon
+    readonly property color tone: !enabled ? Theme.textSecondary : primary ? Theme.textOnAccent : Theme.text
+
+    implicitWidth: 4 * Math.ceil((contentItem.implicitWidth + leftPadding + rightPadding) / 4)
+    implicitHeight: 36
+    leftPadding: Theme.spacingLarge
+    rightPadding: Theme.spacingLarge
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    Accessible.name: text
+    Accessible.onPressAction: button.clicked()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
+
+    background: Plane {
+        radius: Theme.radiusMedium
+        color: !button.enabled ? Theme.fill
+             : button.primary ? button.pressed ? Theme.accentPressed : button.hovered ? Theme.accentHovered : Theme.accent
+             : button.pressed ? Theme.fillPressed : button.hovered ? Theme.fillHovered
+             : button.quiet ? "transparent" : Theme.fill
+        outlineWidth: button.quiet || button.primary && button.enabled ? 0 : 1
+        outline: Theme.outline
+
+        // Outside of the button, since the primary one has the ring's own colour.
+        FocusRing {
+            anchors.margins: -4
+            radius: Theme.radiusMedium + 4
+            shown: button.visualFocus
+        }
+    }
+    contentItem: Item {
+        implicitWidth: row.implicitWidth
+        implicitHeight: row.implicitHeight
+
+        Row {
+            id: row
+            anchors.centerIn: parent
+            spacing: Theme.spacingSmall
+
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.leadingIcon !== ""
+                name: button.leadingIcon
+                color: button.tone
+            }
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                text: button.text
+                color: button.tone
+                font.pixelSize: Theme.sizeGlance
+                font.weight: button.primary ? Theme.weightStrong : Theme.weightMedium
+            }
+            Symbol {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: button.trailingIcon !== ""
+                name: button.trailingIcon
+                color: button.tone
+            }
+        }
+    }
+}

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Talvera
+
+/// The key that is held.
+FocusScope {
+    id: step
+
+    required property OnboardingModel wizard
+    property bool moves: false
+    readonly property HotkeyChoiceModel hotkey: wizard.hotkey
+
+    Column {
+        x: 48
+        y: 28
+        width: parent.width - 96
+        spacing: Theme.spacingSmall
+
+        StepHeading {
+            width: parent.width
+            bottomPadding: Theme.spacingSmall
+            title: step.hotkey.title
+            body: step.hotkey.body
+        }
+        Repeater {
+            model: step.hotkey.presets
+
+            HotkeyRow {
+                required property var modelData
+
+                width: parent.width
+                label: modelData.label
+                desc: modelData.desc
+                keys: modelData.keys
+                badge: modelData.recommended ? step.hotkey.recommendedText : ""
+                selected: step.hotkey.selectedId === modelData.id
+                onClicked: step.hotkey.choose(modelData.id)
+            }
+        }
+        HotkeyRow {
+            width: parent.width
+            visible: step.hotkey.selectedId === "custom"
+            label: step.hotkey.customText
+            desc: step.hotkey.customHint
+            keys: [step.hotkey.customKeys]
+            selected: true
+        }
+        Plane {
+            width: parent.width
+            visible: step.hotkey.fnWarning !== ""
+            height: Math.max(warning.implicitHeight, open.height) + 2 * Theme.spacing
+            radius: Theme.radiusMedium
+            color: Theme.warnFill
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: step.hotkey.fnWarning
+
+            Symbol {
+                x: Theme.spacingLarge
+                anchors.verticalCenter: parent.verticalCenter
+                name: "exclamationmark.triangle.fill"
+                color: Theme.warn
+            }
+            Label {
+                id: warning
+                anchors { left: parent.left; leftMargin: 44; right: open.left; rightMargin: Theme.spacing }
+                anchors.verticalCenter: parent.verticalCenter
+                text: step.hotkey.fnWarning
+                wrapMode: Text.Wrap
+            }
+            PushButton {
+                id: open
+                anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
+                implicitHeight: 32
+                text: step.hotkey.fnSettingsText
+                onClicked: step.hotkey.openKeyboardSettings()
+            }
+        }
+    }
+}
