@@ -279,7 +279,8 @@ class OwnSession : public AtspiAccessibilityTest {
 protected:
     QTemporaryDir directory;
     QString address = "unix:path=" + directory.filePath("bus");
-    QByteArray former = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray formerBus = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    QByteArray formerRuntime = qgetenv("XDG_RUNTIME_DIR"); // where accessibility buses have their sockets
     std::optional<Peer> sessionBus;
     std::optional<Peer> accessibilityBus;
     std::optional<AtspiAccessibility> fresh;
@@ -298,10 +299,12 @@ protected:
                                                       "--config-file=" + configuration.fileName()});
         ASSERT_FALSE(sessionBus->readLine().isEmpty());
         qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+        qputenv("XDG_RUNTIME_DIR", directory.path().toUtf8());
     }
     void TearDown() override {
         fresh.reset();
-        qputenv("DBUS_SESSION_BUS_ADDRESS", former);
+        qputenv("DBUS_SESSION_BUS_ADDRESS", formerBus);
+        qputenv("XDG_RUNTIME_DIR", formerRuntime);
     }
 
     void startAccessibilityBus() {
