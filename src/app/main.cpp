@@ -25,6 +25,26 @@ namespace {
 
 constexpr Duration windowsDelay = seconds(0.5);
 
+/// While it lives, an end by exit() is told: the toolkit calls that when the display server goes.
+class ExitWatch {
+public:
+    explicit ExitWatch(Console& console) {
+        s_console = &console;
+        std::atexit(tell);
+    }
+    ExitWatch(const ExitWatch&) = delete;
+    ExitWatch& operator=(const ExitWatch&) = delete;
+    ~ExitWatch() { s_console = nullptr; }
+
+private:
+    static void tell() {
+        if (s_console)
+            s_console->log(QStringLiteral("The display server has gone, and Talvera ends with it."));
+    }
+
+    static inline Console* s_console = nullptr;
+};
+
 /// Runs the agent on this machine until the event loop ends.
 int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim) {
     const auto machine = linuxMachine.machine();
@@ -61,8 +81,8 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
                                           : QStringLiteral("[app] Talvera is running, but does not answer"));
         return EXIT_SUCCESS;
     }
-    // Static, to go with its recordings also when the toolkit calls exit(), as it does when the X server
-    // goes.
+    const ExitWatch watch(console);
+    // Static, to go with its recordings also by exit().
     static AgentDirectory directory(directories.temporary);
     removeLeftRecordings(directories.temporary); // of versions that had no directory of their own
     directories.temporary = directory.path();

@@ -63,15 +63,13 @@ RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
 
     if (!protect)
         return directly();
-    const auto safely = [&] {
-        typed->target = m_parts.keys.focusedTarget();
-        return directly();
-    };
 
     using namespace focus_match;
+    // Before the question whether the text belongs there: a window that takes the focus later gets nothing.
+    typed->target = m_parts.keys.focusedTarget();
     const auto match = m_focus.matchFocus(snapshot);
     if (std::holds_alternative<Same>(match) || std::holds_alternative<NoSnapshotButHaveTextField>(match))
-        return safely();
+        return directly();
     if (std::holds_alternative<OriginalGone>(match))
         return toClipboard(
             {FocusNotice::Kind::ClipboardOriginalGone, snapshot->localizedName.value_or(QString())});
@@ -82,20 +80,25 @@ RouteDecision TextInserter::route(const QString& text, ResolvedMode mode,
 
     const auto& recorded = std::get<DifferentButReactivatable>(match).snapshot;
     const auto appName = recorded.localizedName.value_or(QString());
-    if (!bringBack(recorded))
+    const auto target = bringBack(recorded);
+    if (!target)
         return toClipboard({FocusNotice::Kind::ClipboardReactivateFailed, appName});
-    const auto decision = safely();
+    typed->target = target;
+    const auto decision = directly();
     onNotice({FocusNotice::Kind::PastedIn, appName});
     return decision;
 }
 
-bool TextInserter::bringBack(const FocusSnapshot& snapshot) {
+/// Null when the application doesn't come, or has no text field in focus.
+TypingTargetPtr TextInserter::bringBack(const FocusSnapshot& snapshot) {
     auto& workspace = m_parts.workspace;
     if (!workspace.runningApplication(snapshot.pid) || !workspace.activate(snapshot.pid))
-        return false;
+        return nullptr;
     m_parts.actor.blockFor(reactivationWait);
+    auto target = m_parts.keys.focusedTarget();
     const auto frontmost = workspace.frontmostApplication();
-    return frontmost && frontmost->pid == snapshot.pid && m_focus.hasFocusedTextField();
+    const bool isBack = frontmost && frontmost->pid == snapshot.pid && m_focus.hasFocusedTextField();
+    return isBack ? std::move(target) : nullptr;
 }
 
 void TextInserter::deliver(const QString& text, ResolvedMode mode, const TypedText& typed) {

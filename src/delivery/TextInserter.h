@@ -77,7 +77,7 @@ private:
     /// `typed` is what further parts of the text belong to, if it is typed.
     RouteDecision route(const QString& text, ResolvedMode mode, const std::optional<FocusSnapshot>& snapshot,
                         const OnNotice& onNotice, const TypedText& typed);
-    bool bringBack(const FocusSnapshot& snapshot);
+    TypingTargetPtr bringBack(const FocusSnapshot& snapshot);
     void deliver(const QString& text, ResolvedMode mode, const TypedText& typed);
 
     Parts m_parts;

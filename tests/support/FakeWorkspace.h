@@ -26,6 +26,8 @@ public:
     std::vector<pid_t> activations;
     /// Called after each activate(), with its process.
     std::function<void(pid_t)> onActivate;
+    /// Called after each look at the front application.
+    std::function<void()> onLookAtFront;
     int ownBundleIDReads = 0;
 
     /// Starts an application, or replaces what is known of it.
@@ -44,7 +46,10 @@ public:
     }
 
     std::optional<RunningApplication> frontmostApplication() override {
-        return m_frontmost ? runningApplication(*m_frontmost) : std::nullopt;
+        const auto frontmost = m_frontmost ? runningApplication(*m_frontmost) : std::nullopt;
+        if (onLookAtFront)
+            onLookAtFront();
+        return frontmost;
     }
 
     std::optional<RunningApplication> runningApplication(pid_t pid) override {

@@ -45,6 +45,8 @@ public:
         ::close(m_hears);
     }
 
+    pid_t pid() const { return m_pid; }
+
     /// The next character that it says; 0 once it has ended.
     char hear() const {
         char word = 0;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <utility>
 
 namespace talvera {
 
@@ -22,6 +23,12 @@ const AtspiObject busDaemon{"org.freedesktop.DBus", "/org/freedesktop/DBus"};
 
 bool has(std::uint64_t states, int state) {
     return (states >> state & 1) != 0;
+}
+
+/// An object with more children than that isn't asked for them, since it would make them all up, and send them
+/// in one message: 47 MB of our memory for 100,000, and an application that is busy for seconds.
+bool canBeListed(std::size_t childCount) {
+    return childCount > 0 && childCount <= mostObjects;
 }
 
 } // namespace
@@ -95,6 +102,11 @@ AtspiBus::Question AtspiBus::askStates(const AtspiObject& object, Deadline deadl
     return call(object, accessible, "GetState", nullptr, "(au)", deadline);
 }
 
+AtspiBus::Question AtspiBus::askChildCount(const AtspiObject& object, Deadline deadline) {
+    return call(object, "org.freedesktop.DBus.Properties", "Get",
+                g_variant_new("(ss)", accessible, "ChildCount"), "(v)", deadline);
+}
+
 AtspiBus::Question AtspiBus::askChildren(const AtspiObject& object, Deadline deadline) {
     return call(object, accessible, "GetChildren", nullptr, "(a(so))", deadline);
 }
@@ -119,13 +131,25 @@ std::uint64_t AtspiBus::states(const Question& question) {
     return states;
 }
 
-std::optional<std::vector<AtspiObject>> AtspiBus::children(const Question& question) {
+std::optional<std::size_t> AtspiBus::childCount(const Question& question) {
     auto* answer = await(question);
     if (!answer)
         return std::nullopt;
+    GVariant* value = nullptr;
+    g_variant_get(answer, "(v)", &value);
+    const GlibPtr<GVariant> count(value);
+    const bool isCount = g_variant_is_of_type(count.get(), G_VARIANT_TYPE_INT32) != 0;
+    return isCount ? std::size_t(std::max(0, g_variant_get_int32(count.get()))) : 0;
+}
+
+std::vector<AtspiObject> AtspiBus::children(const Question& question) {
+    auto* answer = await(question);
+    if (!answer)
+        return {};
     const GlibPtr<GVariant> list(g_variant_get_child_value(answer, 0));
+    const gsize count = g_variant_n_children(list.get());
     std::vector<AtspiObject> objects;
-    for (gsize i = 0; i < std::min<gsize>(mostObjects, g_variant_n_children(list.get())); ++i) {
+    for (gsize i = 0; i < std::min<gsize>(mostObjects, count); ++i) {
         const char* service = nullptr;
         const char* path = nullptr;
         g_variant_get_child(list.get(), i, "(&s&o)", &service, &path);
@@ -134,9 +158,16 @@ std::optional<std::vector<AtspiObject>> AtspiBus::children(const Question& quest
     return objects;
 }
 
+std::optional<std::vector<AtspiObject>> AtspiBus::childrenOf(const AtspiObject& object, Deadline deadline) {
+    const auto count = childCount(askChildCount(object, deadline));
+    if (!count)
+        return std::nullopt;
+    return canBeListed(*count) ? children(askChildren(object, deadline)) : std::vector<AtspiObject>();
+}
+
 std::vector<std::string> AtspiBus::applications(Deadline deadline) {
     std::vector<std::string> services;
-    for (const auto& root : children(askChildren(desktop, deadline)).value_or(std::vector<AtspiObject>()))
+    for (const auto& root : childrenOf(desktop, deadline).value_or(std::vector<AtspiObject>()))
         services.push_back(root.service);
     return services;
 }
@@ -177,7 +208,7 @@ std::optional<AtspiDescription> AtspiBus::describe(const AtspiObject& object, De
 /// Some toolkits put the focus on the combo box itself, and say only of the field in it that one can write
 /// there.
 bool AtspiBus::holdsField(const AtspiObject& object, Deadline deadline) {
-    auto parts = children(askChildren(object, deadline)).value_or(std::vector<AtspiObject>());
+    auto parts = childrenOf(object, deadline).value_or(std::vector<AtspiObject>());
     parts.resize(std::min(parts.size(), mostAtOnce));
     std::vector<Question> questions;
     for (const auto& part : parts)
@@ -189,7 +220,7 @@ bool AtspiBus::holdsField(const AtspiObject& object, Deadline deadline) {
 
 std::optional<std::vector<AtspiObject>> AtspiBus::activeWindows(const std::string& service,
                                                                 Deadline deadline) {
-    const auto windows = children(askChildren({service, desktop.path}, deadline));
+    const auto windows = childrenOf({service, desktop.path}, deadline);
     if (!windows)
         return std::nullopt;
     std::vector<Question> questions;
@@ -207,27 +238,36 @@ std::optional<std::vector<AtspiObject>> AtspiBus::activeWindows(const std::strin
 struct AtspiBus::Visit {
     AtspiObject object;
     Question states;
-    Question children;
+    Question childCount;
 };
 
 std::optional<AtspiDescription> AtspiBus::findFocused(const AtspiObject& window, Deadline deadline) {
     std::optional<AtspiDescription> vague;
     std::deque<AtspiObject> waiting{window};
-    std::deque<Visit> underWay;
+    std::deque<Visit> visits;
+    std::deque<Question> lists; ///< of children
     std::size_t asked = 0;
     while (Clock::now() < deadline) {
-        while (!waiting.empty() && underWay.size() < mostAtOnce && asked < mostObjects) {
+        while (!waiting.empty() && visits.size() + lists.size() < mostAtOnce && asked < mostObjects) {
             auto object = std::move(waiting.front());
             waiting.pop_front();
             ++asked;
             auto statesAsked = askStates(object, deadline);
-            auto childrenAsked = askChildren(object, deadline);
-            underWay.push_back({std::move(object), std::move(statesAsked), std::move(childrenAsked)});
+            auto countAsked = askChildCount(object, deadline);
+            visits.push_back({std::move(object), std::move(statesAsked), std::move(countAsked)});
         }
-        if (underWay.empty())
+        if (visits.empty() && lists.empty())
             break;
-        const auto visit = std::move(underWay.front());
-        underWay.pop_front();
+        if (visits.empty()) {
+            auto parts = children(lists.front());
+            lists.pop_front();
+            parts.resize(
+                std::min(parts.size(), mostObjects - asked - std::min(waiting.size(), mostObjects - asked)));
+            waiting.insert(waiting.end(), parts.begin(), parts.end());
+            continue;
+        }
+        const auto visit = std::move(visits.front());
+        visits.pop_front();
         const auto stateBits = states(visit.states);
         if (has(stateBits, ATSPI_STATE_FOCUSED)) {
             const auto description = describe(visit.object, deadline);
@@ -239,12 +279,9 @@ std::optional<AtspiDescription> AtspiBus::findFocused(const AtspiObject& window,
         }
         const bool shown = has(stateBits, ATSPI_STATE_SHOWING) || has(stateBits, ATSPI_STATE_VISIBLE);
         // A table makes its cells up when it is asked for them, all of a million if need be.
-        if (!shown || has(stateBits, ATSPI_STATE_MANAGES_DESCENDANTS))
-            continue;
-        auto parts = children(visit.children).value_or(std::vector<AtspiObject>());
-        parts.resize(
-            std::min(parts.size(), mostObjects - asked - std::min(waiting.size(), mostObjects - asked)));
-        waiting.insert(waiting.end(), parts.begin(), parts.end());
+        if (shown && !has(stateBits, ATSPI_STATE_MANAGES_DESCENDANTS) &&
+            canBeListed(childCount(visit.childCount).value_or(0)))
+            lists.push_back(askChildren(visit.object, deadline));
     }
     return vague;
 }

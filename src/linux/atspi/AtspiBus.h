@@ -56,11 +56,15 @@ private:
     Question call(const AtspiObject& object, const char* interface, const char* method, GVariant* arguments,
                   const char* answerType, Deadline deadline);
     Question askStates(const AtspiObject& object, Deadline deadline);
+    Question askChildCount(const AtspiObject& object, Deadline deadline);
     Question askChildren(const AtspiObject& object, Deadline deadline);
     /// The answer, or null when there is none. Waits for it until the question's deadline.
     GVariant* await(const Question& question);
     std::uint64_t states(const Question& question);
-    std::optional<std::vector<AtspiObject>> children(const Question& question);
+    std::optional<std::size_t> childCount(const Question& question);
+    std::vector<AtspiObject> children(const Question& question);
+    /// None of an object with too many. Nothing when it doesn't answer.
+    std::optional<std::vector<AtspiObject>> childrenOf(const AtspiObject& object, Deadline deadline);
     bool holdsField(const AtspiObject& object, Deadline deadline);
 
     GlibPtr<GDBusConnection> m_connection;

@@ -62,7 +62,8 @@ AgentDirectory::AgentDirectory(const QString& shared)
 }
 
 AgentDirectory::~AgentDirectory() {
-    if (isInPlace())
+    // A recogniser that outlives us by a moment may make another file in between.
+    for (int attempt = 0; attempt < 3 && isInPlace(); ++attempt)
         QDir(m_path).removeRecursively();
 }
 

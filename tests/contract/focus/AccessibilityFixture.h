@@ -22,6 +22,8 @@ class AccessibilityFixture : public testing::Test {
 protected:
     /// Patience enough for a busy machine, where what matters is what applications answer.
     static constexpr std::chrono::seconds longPatience{20};
+    /// What counts as able to take text without having said so.
+    static constexpr char silentWindow[] = "AXTextArea";
 
     explicit AccessibilityFixture(std::chrono::milliseconds patience = longPatience)
         : accessibility(workspace, patience) {}

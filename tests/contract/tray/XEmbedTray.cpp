@@ -2,6 +2,7 @@
 #include "XEmbedTray.h"
 
 #include <array>
+#include <stdexcept>
 
 namespace talvera::test {
 
@@ -10,10 +11,11 @@ namespace {
 constexpr std::uint16_t width = 200;
 constexpr std::uint16_t height = 100;
 constexpr std::uint32_t dockRequest = 0;
+constexpr std::uint8_t translucentDepth = 32;
 
 } // namespace
 
-XEmbedTray::XEmbedTray(const QColor& background, const QSize& iconSize)
+XEmbedTray::XEmbedTray(const QColor& background, const QSize& iconSize, Icons icons)
     : m_iconSize(iconSize) {
     auto* const x11 = m_x11->get();
     m_window = xcb_generate_id(x11);
@@ -23,6 +25,8 @@ XEmbedTray::XEmbedTray(const QColor& background, const QSize& iconSize)
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values.data());
     xcb_map_window(x11, m_window);
+    if (icons == Icons::Translucent)
+        wantTranslucentIcons();
     xcb_set_selection_owner(x11, m_window, m_x11->atom("_NET_SYSTEM_TRAY_S0"), XCB_CURRENT_TIME);
     announce();
 }
@@ -30,6 +34,17 @@ XEmbedTray::XEmbedTray(const QColor& background, const QSize& iconSize)
 XEmbedTray::~XEmbedTray() {
     xcb_destroy_window(m_x11->get(), m_window);
     m_x11->roundTrip();
+}
+
+void XEmbedTray::wantTranslucentIcons() {
+    auto depths = xcb_screen_allowed_depths_iterator(&m_x11->screen());
+    while (depths.rem > 0 && depths.data->depth != translucentDepth)
+        xcb_depth_next(&depths);
+    if (depths.rem == 0)
+        throw std::runtime_error("nothing is translucent on this screen");
+    const xcb_visualid_t visual = xcb_depth_visuals_iterator(depths.data).data->visual_id;
+    xcb_change_property(m_x11->get(), XCB_PROP_MODE_REPLACE, m_window, m_x11->atom("_NET_SYSTEM_TRAY_VISUAL"),
+                        XCB_ATOM_VISUALID, 32, 1, &visual);
 }
 
 void XEmbedTray::announce() {

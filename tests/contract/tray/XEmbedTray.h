@@ -15,7 +15,11 @@ namespace talvera::test {
 /// A tray of the X11 kind, in the upper left corner of the screen. Takes one icon in.
 class XEmbedTray {
 public:
-    explicit XEmbedTray(const QColor& background, const QSize& iconSize = {24, 24});
+    /// How the tray wants its icons.
+    enum class Icons { Opaque, Translucent };
+
+    explicit XEmbedTray(const QColor& background, const QSize& iconSize = {24, 24},
+                        Icons icons = Icons::Opaque);
     ~XEmbedTray();
     XEmbedTray(const XEmbedTray&) = delete;
     XEmbedTray& operator=(const XEmbedTray&) = delete;
@@ -32,6 +36,7 @@ public:
     static constexpr QPoint iconPlace{4, 4}; ///< on the screen
 
 private:
+    void wantTranslucentIcons();
     void announce();
     void takeIn(xcb_window_t icon);
 

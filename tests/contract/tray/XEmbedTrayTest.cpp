@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
+#include <tuple>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -78,6 +80,43 @@ TEST_F(XEmbed, otherSize_isFilledByTheSymbol) {
     EXPECT_TRUE(shows(tray, {24, 12}, TrayColors::onDark));
     EXPECT_TRUE(shows(tray, {13, 12}, Qt::black));
 }
+
+/// Trays of absurd sizes, as broken or malicious ones give them.
+class HugeXEmbed : public testing::TestWithParam<std::tuple<XEmbedTray::Icons, QSize>> {
+protected:
+    int largest = 0; ///< edge in pixels that a symbol was painted with
+    XEmbedIcon icon{X11Server(), [this](const QString& name, const QColor& color, int pixels) {
+                        largest = std::max(largest, pixels);
+                        return pixels <= 1000 ? block(name, color, pixels) : QImage();
+                    }};
+};
+
+TEST_P(HugeXEmbed, size_isDrawnInASmallPartAndTheIconLivesOn) {
+    const auto [icons, size] = GetParam();
+    int clicks = 0;
+    icon.onClick = [&] { ++clicks; };
+    icon.setSymbol("mic.fill");
+    icon.setShown(true);
+    XEmbedTray tray(Qt::black, {24, 24}, icons);
+    ASSERT_TRUE(eventually([&] { return tray.hasIcon() && largest > 0; }));
+    tray.setIconSize(size);
+    ASSERT_TRUE(eventually([&, size = size] { return icon.frame() == QRect(XEmbedTray::IconPlace, size); }));
+    icon.setSymbol("waveform");
+    RigInput mouse;
+    mouse.click(XEmbedTray::IconPlace.x() + 5, XEmbedTray::IconPlace.y() + 5, 1);
+    EXPECT_TRUE(eventually([&] { return clicks == 1; }));
+    tray.setIconSize({64, 64});
+    EXPECT_TRUE(eventually([&] {
+        return largest >= 32 && tray.pixel({32, 32}).value_or(Qt::black) != Qt::black;
+    }));
+    EXPECT_LE(largest, 256);
+}
+
+INSTANTIATE_TEST_SUITE_P(Trays, HugeXEmbed,
+                         testing::Combine(testing::Values(XEmbedTray::Icons::Opaque,
+                                                          XEmbedTray::Icons::Translucent),
+                                          testing::Values(QSize(1000, 700), QSize(10000, 10000),
+                                                          QSize(32767, 32767), QSize(32767, 24))));
 
 TEST_F(XEmbed, eachButton_isAClickAndTheWheelIsNone) {
     XEmbedTray tray(Qt::black);

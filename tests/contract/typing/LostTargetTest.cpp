@@ -2,6 +2,7 @@
 //
 // The keys of a text go to the window that it was meant for, and to nothing else.
 
+#include "HeldUpWindowManager.h"
 #include "Program.h"
 #include "TypingTools.h"
 
@@ -47,9 +48,6 @@ protected:
 
     X11KeyEventPoster poster{X11Server()};
 };
-
-/// On a desktop of its own: windows of the tests before it that are just closing move the focus.
-class LostTargetInOneProgram : public LostTarget {};
 
 } // namespace
 
@@ -117,7 +115,7 @@ TEST_F(LostTarget, keyboardGrabbedForAMoment_isWaitedFor) {
     EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
-TEST_F(LostTargetInOneProgram, otherWindow_getsNothing) {
+TEST_F(LostTarget, otherWindowOfTheSameProgram_getsNothing) {
     Program program;
     program.show(Program::Kind::Managed);
     std::size_t before = 0;
@@ -159,6 +157,18 @@ TEST_F(LostTarget, notificationOfAnotherProgram_doesNotStopTheTyping) {
     Program notification;
     EXPECT_EQ(typeAnd([&] { notification.show(Program::Kind::Unmanaged, 300, 80); }), PostResult::Posted);
     EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
+}
+
+TEST_F(LostTarget, windowThatHasJustBeenClosed_leavesTheTypingToTheNextOne) {
+    Program program;
+    const xcb_window_t window = program.show(Program::Kind::Managed);
+    std::optional<Receiver> other(std::in_place, Receiver::Kind::Terminal);
+    const HeldUpWindowManager heldUp; // and still calls the closed window the active one
+    other.reset();
+    EXPECT_TRUE(heldUp.awaitEndOfActiveWindow());
+    program.focus(window);
+    EXPECT_EQ(typeText(poster, Text), PostResult::Posted);
+    EXPECT_FALSE(program.keyPresses().empty());
 }
 
 TEST_F(LostTarget, pasteChord_isNotPressedElsewhere) {

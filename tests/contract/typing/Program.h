@@ -55,6 +55,12 @@ public:
         EXPECT_TRUE(m_connection->roundTrip());
     }
 
+    /// Makes the window a part of another one, which may be another program's.
+    void moveInto(xcb_window_t whole, xcb_window_t window) {
+        xcb_reparent_window(m_connection->get(), window, whole, 0, 0);
+        EXPECT_TRUE(m_connection->roundTrip());
+    }
+
     void close(xcb_window_t window) {
         xcb_destroy_window(m_connection->get(), window);
         EXPECT_TRUE(m_connection->roundTrip());

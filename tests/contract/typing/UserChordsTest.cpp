@@ -114,9 +114,6 @@ void expectTypedAndPasted(std::uint32_t control, Receiver::Kind kind) {
     EXPECT_TRUE(filter.isOnForPostedKeys());
 }
 
-/// On a desktop of its own: windows of the tests before it that are just closing move the focus.
-class UserShortcut : public UserChord {};
-
 } // namespace
 
 TEST_F(UserChord, hotkeyChord_isHeardAndStaysOutOfTheText) {
@@ -140,7 +137,7 @@ TEST_F(UserChord, hotkeyWithoutModifiersHeldForLong_textComesAllTheSame) {
     EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
-TEST_F(UserShortcut, ofTheApplication_arrivesAsSuch) {
+TEST_F(UserChord, shortcutOfTheApplication_arrivesAsSuch) {
     Program program;
     program.show(Program::Kind::Managed);
     EXPECT_EQ(typeWhilePressing({Key::leftControl, Key::s}), PostResult::Posted);
@@ -172,6 +169,27 @@ TEST_F(UserChord, modifierHeldForLong_isLetGoAfterAWhile) {
     EXPECT_EQ(typeWhilePressing({Key::leftControl}, seconds(5)), PostResult::Posted);
     EXPECT_GT(std::chrono::steady_clock::now() - start, seconds(2));
     EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
+}
+
+TEST_F(UserChord, focusThatIsNobodysAfterALongChord_isWaitedFor) {
+    Program program;
+    const xcb_window_t window = program.show(Program::Kind::Managed);
+    std::thread fingers;
+    EXPECT_EQ(typeText(poster, Text,
+                       [&](qsizetype chunk) {
+                           if (chunk == Middle) {
+                               keys.press(Key::leftControl);
+                               fingers = std::thread([&] {
+                                   std::this_thread::sleep_for(milliseconds(1200));
+                                   program.focus(XCB_NONE);
+                                   keys.release(Key::leftControl);
+                                   std::this_thread::sleep_for(milliseconds(30));
+                                   program.focus(window);
+                               });
+                           }
+                       }),
+              PostResult::Posted);
+    fingers.join();
 }
 
 TEST(SlowKeys, gtk_getsAllThatIsTypedAndPasted) {

@@ -204,6 +204,25 @@ TEST_F(TextInserterTest, focusMovesBeforeTheFirstKey_typesNothing) {
     EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}}));
 }
 
+TEST_F(TextInserterTest, focusMovesAsSoonAsItHasBeenLookedAt_typesNothing) {
+    workspace.onLookAtFront = [this] { keys.focus("second"); };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_TRUE(keys.texts().empty());
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}}));
+}
+
+TEST_F(TextInserterTest, focusMovesAsSoonAsTheApplicationIsSeenBack_typesNothing) {
+    workspace.runInFront(browser);
+    workspace.onActivate = [this](pid_t) { workspace.onLookAtFront = [this] { keys.focus("second"); }; };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_TRUE(keys.texts().empty());
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::PastedIn, "Editor"}, {Kind::ClipboardFocusLost}}));
+}
+
 TEST_F(TextInserterTest, popUpOfTheSameApplication_doesNotStopTheTyping) {
     keys.onPost = [this](const test::PostedKeyEvent&) { keys.focus("first/completions"); };
     inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/clipboard/SelectionOwner.h"
 
+#include "linux/x11/clipboard/terminalProcess.h"
 #include "linux/x11/server/FocusedWindow.h"
 #include "linux/x11/server/eventType.h"
 #include "linux/x11/server/serverTime.h"
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <system_error>
 
 namespace talvera {
 
@@ -20,21 +19,6 @@ constexpr std::chrono::seconds transferPatience{15};
 void wipe(std::string* text) {
     ::explicit_bzero(text->data(), text->size());
     delete text;
-}
-
-/// A terminal emulator holds the other end of its terminals open. A process that can't be looked at counts as
-/// one.
-bool mayBeTerminal(pid_t process) {
-    std::error_code error;
-    const std::string directory = "/proc/" + std::to_string(process) + "/fd";
-    for (std::filesystem::directory_iterator descriptor(directory, error), end; !error && descriptor != end;
-         descriptor.increment(error)) {
-        const std::string target = std::filesystem::read_symlink(descriptor->path(), error);
-        if (target == "/dev/ptmx" || target == "/dev/pts/ptmx")
-            return true;
-        error.clear(); // a descriptor that was closed meanwhile
-    }
-    return static_cast<bool>(error);
 }
 
 /// The text in Latin-1, the form that the oldest programs ask for; null when it can't be said in it.
@@ -97,7 +81,8 @@ bool SelectionOwner::isMarkedInFocusedWindow() {
     const xcb_window_t focused = focusedWindow(m_connection);
     const bool isFocusedClient = owner != XCB_NONE && focused != XCB_NONE &&
                                  clientOf(m_connection, owner) == clientOf(m_connection, focused);
-    return isFocusedClient && !mayBeTerminal(processOfWindow(m_connection, focused));
+    return isFocusedClient &&
+           !mayShowTerminals(processOfWindow(m_connection, focused), processesOfClients(m_connection));
 }
 
 SelectionOwner::Report SelectionOwner::report() {

@@ -3,6 +3,7 @@
 
 #include "linux/x11/server/X11Connection.h"
 
+#include <set>
 #include <sys/types.h>
 
 namespace talvera {
@@ -19,5 +20,8 @@ xcb_window_t clientOf(const X11Connection& connection, xcb_window_t window);
 
 /// The process on this machine that has made the window; 0 if that can't be known.
 pid_t processOfWindow(X11Connection& connection, xcb_window_t window);
+
+/// The processes on this machine that are connected to the server; none if that can't be known.
+std::set<pid_t> processesOfClients(X11Connection& connection);
 
 } // namespace talvera

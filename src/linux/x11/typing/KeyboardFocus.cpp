@@ -20,8 +20,6 @@ constexpr int leastWidth = 600;
 constexpr int leastHeight = 400;
 constexpr int deepestNesting = 16;
 
-// While the focus moves from one window to another, a window manager may take it itself for a moment.
-constexpr std::chrono::milliseconds movePatience{200};
 constexpr std::chrono::milliseconds movePoll{5};
 
 } // namespace
@@ -31,17 +29,15 @@ std::shared_ptr<const X11Target> KeyboardFocus::current() {
     auto target = std::make_shared<X11Target>();
     const Place now = settledPlace();
     target->active = now.active;
-    target->focus = now.focus;
-    if (isWindow(now.focus)) {
-        target->outermost = outermost(now.focus);
+    // A window that is active and hasn't the focus gets it yet, or has lost it to a locker or a launcher,
+    // which no text is meant for.
+    const bool hasActive = isWindow(now.active) && !isInside(now.focus, now.active) &&
+                           !isOfOneApplication(now.focus, now.active);
+    target->focus = hasActive ? now.active : now.focus;
+    if (isWindow(target->focus)) {
+        target->outermost = outermost(target->focus);
         target->isPopup = isPopup(target->outermost);
-        target->process = processOfWindow(m_connection, now.focus);
-    }
-    const bool isOnItsWay = isWindow(now.active) && !isOfApplication(*target, now.active);
-    if (isOnItsWay) { // the window manager has made its choice, and the focus follows
-        target->focus = target->outermost = now.active;
-        target->isPopup = false;
-        target->process = processOfWindow(m_connection, now.active);
+        target->process = processOfWindow(m_connection, target->focus);
     }
     return target;
 }
@@ -76,10 +72,11 @@ KeyDestination KeyboardFocus::destination(const X11Target& target) {
     const Place now = place();
     noteGrabs();
     const bool activeCounts = now.active != XCB_NONE && target.active != XCB_NONE;
-    if (activeCounts && now.active != target.active && !isPartOf(target, now.active))
+    if (activeCounts && now.active != target.active && !isPartOf(target, now.active) &&
+        windowExists(m_connection, now.active))
         return KeyDestination::Elsewhere;
     if (now.focus != target.focus && !m_watched.contains(now.focus)) {
-        if (!isWindow(now.focus))
+        if (!isWindow(now.focus) || isOfWindowManager(now.focus))
             return KeyDestination::Nobody;
         if (!isPartOf(target, now.focus))
             return KeyDestination::Elsewhere;
@@ -97,21 +94,44 @@ KeyboardFocus::Place KeyboardFocus::place() {
             focus ? focus->focus : xcb_window_t{XCB_NONE}};
 }
 
-/// The place of the focus once a window of an application has it; the last one seen if none gets it in time.
+/// The place of the focus once window manager and server agree on it, or the last one seen. While the focus
+/// moves, no window may have it for a moment, or one of the window manager's, and _NET_ACTIVE_WINDOW comes
+/// after it: for a while it may name a window that is gone, which is none then.
 KeyboardFocus::Place KeyboardFocus::settledPlace() {
-    for (const auto start = std::chrono::steady_clock::now();; std::this_thread::sleep_for(movePoll)) {
-        const Place now = place();
-        const bool isOnItsWay = now.active == XCB_NONE && isOfWindowManager(now.focus);
-        if (!isOnItsWay || m_connection.isBroken() ||
-            std::chrono::steady_clock::now() - start >= movePatience)
-            return now;
+    const auto start = std::chrono::steady_clock::now();
+    Place now = place();
+    while (!isSettled(now) && !m_connection.isBroken() &&
+           std::chrono::steady_clock::now() - start < m_patience) {
+        std::this_thread::sleep_for(movePoll);
+        now = place();
     }
+    if (now.active != now.focus && !windowExists(m_connection, now.active))
+        now.active = XCB_NONE;
+    return now;
+}
+
+bool KeyboardFocus::isSettled(const Place& place) {
+    if (!isWindow(place.focus))
+        return false;
+    if (place.focus == place.active || isInside(place.focus, place.active))
+        return true;
+    if (place.active != XCB_NONE)
+        return isOfOneApplication(place.focus, place.active) && isPopup(outermost(place.focus));
+    return !windowManager();
+}
+
+/// A window of the window manager's own, if there is one that tells of the active window.
+std::optional<xcb_window_t> KeyboardFocus::windowManager() {
+    const auto manager =
+        m_connection.property(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
+    // One that has ended leaves its properties behind.
+    const bool runs = !manager.empty() && windowExists(m_connection, manager.front());
+    return runs ? std::optional(manager.front()) : std::nullopt;
 }
 
 bool KeyboardFocus::isOfWindowManager(xcb_window_t window) {
-    const auto manager =
-        m_connection.property(m_connection.root(), m_connection.atom("_NET_SUPPORTING_WM_CHECK"));
-    return isWindow(window) && !manager.empty() && client(window) == client(manager.front());
+    const auto manager = windowManager();
+    return isWindow(window) && manager && client(window) == client(*manager);
 }
 
 /// The server tells the window with the focus that a grab has taken the keys from it, or has given them back.
@@ -148,6 +168,25 @@ bool KeyboardFocus::isPartOf(const X11Target& target, xcb_window_t window) {
     if (whole == target.outermost)
         return true;
     return isOfApplication(target, window) && (target.isPopup || isPopup(whole));
+}
+
+/// Whether `window` is a part of `whole`, of the same application or taken in from another one.
+bool KeyboardFocus::isInside(xcb_window_t window, xcb_window_t whole) {
+    for (int depth = 0; isWindow(window) && depth < deepestNesting; ++depth) {
+        if (window == whole)
+            return true;
+        const auto tree =
+            m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), window));
+        window = tree ? tree->parent : xcb_window_t{XCB_NONE};
+    }
+    return false;
+}
+
+bool KeyboardFocus::isOfOneApplication(xcb_window_t one, xcb_window_t other) {
+    if (client(one) == client(other))
+        return true;
+    const pid_t process = processOfWindow(m_connection, one);
+    return process != 0 && process == processOfWindow(m_connection, other);
 }
 
 bool KeyboardFocus::isOfApplication(const X11Target& target, xcb_window_t window) {
@@ -206,11 +245,13 @@ std::vector<xcb_window_t> KeyboardFocus::unmanagedWindows() {
     std::vector<xcb_get_window_attributes_cookie_t> questions;
     for (const xcb_window_t window : windows)
         questions.push_back(xcb_get_window_attributes(m_connection.get(), window));
+    const auto manager = windowManager();
     std::vector<xcb_window_t> unmanaged;
     for (std::size_t index = 0; index < windows.size(); ++index) {
         const auto attributes = m_connection.reply<xcb_get_window_attributes_reply_t>(questions[index]);
         // Frames are the window manager's own, and overlays of a compositor the server's.
-        const bool isFrame = client(windows[index]) == 0 || isOfWindowManager(windows[index]);
+        const bool isFrame =
+            client(windows[index]) == 0 || (manager && client(windows[index]) == client(*manager));
         if (attributes && attributes->override_redirect && !isFrame &&
             attributes->map_state == XCB_MAP_STATE_VIEWABLE)
             unmanaged.push_back(windows[index]);

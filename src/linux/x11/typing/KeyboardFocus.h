@@ -4,8 +4,10 @@
 #include "linux/x11/server/X11Connection.h"
 #include "platform/keyboard/KeyEventPoster.h"
 
+#include <chrono>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <sys/types.h>
 #include <vector>
@@ -32,12 +34,17 @@ enum class KeyDestination {
 /// Knows which window gets the keys, and notices when that changes. Any thread.
 class KeyboardFocus {
 public:
-    /// Needs a connection of its own: it throws away what else arrives there.
-    explicit KeyboardFocus(X11Connection& connection)
-        : m_connection(connection) {}
+    /// How long current() waits for a focus that is moving.
+    static constexpr std::chrono::milliseconds movePatience{200};
 
-    /// The target that the keys go to now; an empty one if there is none or the server is gone. Takes up to
-    /// 0.2 s when the focus is just moving.
+    /// Needs a connection of its own: it throws away what else arrives there.
+    explicit KeyboardFocus(X11Connection& connection, std::chrono::milliseconds patience = movePatience)
+        : m_connection(connection)
+        , m_patience(patience) {}
+
+    /// The target that the keys go to now; an empty one if there is none or the server is gone. Takes longer
+    /// than some round trips only as long as window manager and server don't agree on the focus, as when it
+    /// moves.
     std::shared_ptr<const X11Target> current();
 
     /// From now on destination() knows of keyboard grabs that begin. Until unwatch().
@@ -55,12 +62,16 @@ private:
 
     Place place();
     Place settledPlace();
+    bool isSettled(const Place& place);
+    std::optional<xcb_window_t> windowManager();
     bool isOfWindowManager(xcb_window_t window);
     void noteGrabs();
     void listenTo(xcb_window_t window, bool listen);
     KeyDestination grabDestination(const X11Target& target);
     bool isWindow(xcb_window_t window) const;
+    bool isInside(xcb_window_t window, xcb_window_t whole);
     bool isPartOf(const X11Target& target, xcb_window_t window);
+    bool isOfOneApplication(xcb_window_t one, xcb_window_t other);
     bool isOfApplication(const X11Target& target, xcb_window_t window);
     bool isPopup(xcb_window_t window);
     bool coversScreen(xcb_window_t window);
@@ -70,6 +81,7 @@ private:
 
     std::mutex m_mutex;
     X11Connection& m_connection;
+    const std::chrono::milliseconds m_patience;
     std::set<xcb_window_t> m_watched; ///< windows of the target that have had the focus
     bool m_isGrabbed = false;
 };

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <set>
 #include <thread>
+#include <utility>
 
 namespace talvera {
 
@@ -25,8 +26,9 @@ constexpr milliseconds keyboardPoll{5};
 // it may never end by itself; a grab may end with it.
 constexpr milliseconds chordPatience{2000};
 constexpr milliseconds grabPatience{2300};
-constexpr milliseconds nobodyPatience{500};
-constexpr milliseconds elsewherePatience{200}; // some window managers have the focus themselves in between
+constexpr milliseconds nobodyPatience{1000};
+constexpr milliseconds elsewherePatience{200}; // for a window that comes up and goes at once
+constexpr std::chrono::seconds longestPatience{10};
 
 /// How long the keys may go astray until the target counts as lost.
 milliseconds patienceWith(KeyDestination destination) {
@@ -137,19 +139,25 @@ PostResult X11Typist::press(std::size_t position, bool withShift) {
 }
 
 std::optional<PostResult> X11Typist::awaitKeyboard() {
+    const auto start = Clock::now();
+    auto destinationSince = start;
+    auto lastDestination = KeyDestination::Target;
     bool hasLetGo = false;
-    for (const auto start = Clock::now();; std::this_thread::sleep_for(keyboardPoll)) {
+    for (;; std::this_thread::sleep_for(keyboardPoll)) {
         const auto destination = m_target ? m_focus.destination(*m_target) : KeyDestination::Target;
         const ModifierGuard::Look keyboard = m_guard.look(); // last, since fingers are quicker than windows
-        const auto waited = Clock::now() - start;
+        const auto now = Clock::now();
         if (m_keyboard.connection().isBroken())
             return PostResult::CutOff;
         m_group = keyboard.group;
         if (!keyboard.isInUseByUser && destination == KeyDestination::Target)
             return std::nullopt;
-        if (waited >= patienceWith(destination))
+        if (std::exchange(lastDestination, destination) != destination)
+            destinationSince = now;
+        if (now - destinationSince >= patienceWith(destination) ||
+            (destination != KeyDestination::Target && now - start >= longestPatience))
             return PostResult::TargetLost;
-        if (waited >= chordPatience && (keyboard.isInUseByUser || !hasLetGo)) {
+        if (now - start >= chordPatience && (keyboard.isInUseByUser || !hasLetGo)) {
             m_guard.letGo(m_spares.neutralKey());
             hasLetGo = true;
         }

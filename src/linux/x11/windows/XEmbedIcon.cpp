@@ -18,7 +18,10 @@ namespace talvera {
 
 namespace {
 
-constexpr std::uint16_t firstSize = 24;   ///< until the tray has given us ours
+constexpr std::uint16_t firstSize = 24; ///< until the tray has given us ours
+/// In pixels. What a tray has room for beyond that stays empty: a picture of ten thousand pixels' edge would take
+/// 400 MB, and more than a request to the server may have.
+constexpr int greatestEdge = 256;
 constexpr std::uint32_t embedVersion = 0; ///< of the XEmbed protocol
 constexpr std::uint32_t embedMapped = 1;
 constexpr std::uint32_t dockRequest = 0;
@@ -256,6 +259,7 @@ void XEmbedIcon::askToBeTakenIn() {
 
 /// Trays give as much room across their length as they have, and along it as much as is asked for.
 void XEmbedIcon::askForSquare(int edge) {
+    edge = std::min(edge, greatestEdge);
     if (edge == std::exchange(m_askedEdge, edge))
         return;
     struct {
@@ -284,30 +288,33 @@ void XEmbedIcon::draw() {
     if (m_window == XCB_WINDOW_NONE || m_symbol.isEmpty() || m_size.isEmpty())
         return;
     xcb_clear_area(m_x11->get(), 0, m_window, 0, 0, 0, 0);
-    const auto below = m_look.translucent ? std::nullopt : background();
+    const QSize size = m_size.boundedTo({greatestEdge, greatestEdge});
+    const QRect place({(m_size.width() - size.width()) / 2, (m_size.height() - size.height()) / 2}, size);
+    const auto below = m_look.translucent ? std::nullopt : background(place);
     if (!m_look.translucent && !below)
         return; // not on the screen now: an Expose event comes when it is
-    const auto square = crispSize(std::min(m_size.width(), m_size.height()));
+    const auto square = crispSize(std::min(size.width(), size.height()));
     const auto symbol = m_painter(m_symbol, colorOn(below), square);
-    QImage picture = below.value_or(QImage(m_size, QImage::Format_ARGB32_Premultiplied));
+    QImage picture = below.value_or(QImage(size, QImage::Format_ARGB32_Premultiplied));
     if (!below)
         picture.fill(Qt::transparent);
     QPainter painter(&picture);
-    painter.drawImage((m_size.width() - square) / 2, (m_size.height() - square) / 2, symbol);
+    painter.drawImage((size.width() - square) / 2, (size.height() - square) / 2, symbol);
     painter.end();
     xcb_put_image(m_x11->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, m_gc,
-                  static_cast<std::uint16_t>(picture.width()), static_cast<std::uint16_t>(picture.height()),
-                  0, 0, 0, m_look.depth, static_cast<std::uint32_t>(picture.sizeInBytes()),
-                  picture.constBits());
+                  static_cast<std::uint16_t>(size.width()), static_cast<std::uint16_t>(size.height()),
+                  static_cast<std::int16_t>(place.x()), static_cast<std::int16_t>(place.y()), 0, m_look.depth,
+                  static_cast<std::uint32_t>(picture.sizeInBytes()), picture.constBits());
     m_x11->flush();
 }
 
-/// What the tray shows behind us.
-std::optional<QImage> XEmbedIcon::background() {
-    const auto answer = m_x11->reply<xcb_get_image_reply_t>(xcb_get_image(
-        m_x11->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, 0, 0, static_cast<std::uint16_t>(m_size.width()),
-        static_cast<std::uint16_t>(m_size.height()), ~0U));
-    QImage image(m_size, QImage::Format_RGB32);
+/// What the tray shows behind us there.
+std::optional<QImage> XEmbedIcon::background(const QRect& place) {
+    const auto answer = m_x11->reply<xcb_get_image_reply_t>(
+        xcb_get_image(m_x11->get(), XCB_IMAGE_FORMAT_Z_PIXMAP, m_window, static_cast<std::int16_t>(place.x()),
+                      static_cast<std::int16_t>(place.y()), static_cast<std::uint16_t>(place.width()),
+                      static_cast<std::uint16_t>(place.height()), ~0U));
+    QImage image(place.size(), QImage::Format_RGB32);
     if (!answer || xcb_get_image_data_length(answer.get()) != image.sizeInBytes())
         return std::nullopt;
     std::memcpy(image.bits(), xcb_get_image_data(answer.get()),

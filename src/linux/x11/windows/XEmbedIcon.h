@@ -46,7 +46,7 @@ private:
     void readColors();
     Look lookForTray();
     void draw();
-    std::optional<QImage> background();
+    std::optional<QImage> background(const QRect& place);
     QColor colorOn(const std::optional<QImage>& background) const;
 
     SymbolPainter m_painter;

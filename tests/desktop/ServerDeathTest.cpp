@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+// The X server dies under the agent. The desktop is gone after that, so this is the only test on its one.
+#include "DesktopTest.h"
+#include "RecogniserGate.h"
+#include "linux/x11/server/X11Connection.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <csignal>
+#include <stdexcept>
+
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+/// The program, with what it says of errors in a file.
+class ProgramWithLog {
+public:
+    explicit ProgramWithLog(const QString& program) {
+        QFile script(path());
+        const auto line = QStringLiteral("#!/bin/sh\nexec '%1' 2>'%2'\n").arg(program, log());
+        if (!script.open(QIODevice::WriteOnly) || script.write(line.toUtf8()) < 0 ||
+            !script.setPermissions(QFile::ReadOwner | QFile::ExeOwner))
+            throw std::runtime_error("no script to start the program with");
+    }
+
+    QString path() const { return m_directory.filePath("talvera"); }
+    QByteArray logged() const {
+        QFile file(log());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+private:
+    QString log() const { return m_directory.filePath("log"); }
+
+    QTemporaryDir m_directory;
+};
+
+pid_t processOfServer() {
+    const auto connection = X11Connection::open();
+    ucred server{};
+    socklen_t size = sizeof server;
+    if (::getsockopt(connection->descriptor(), SOL_SOCKET, SO_PEERCRED, &server, &size) != 0)
+        throw std::runtime_error("the X server has no process");
+    return server.pid;
+}
+
+/// Name, state and parent of a process; nothing when it is gone.
+QByteArrayList statusOf(pid_t process) {
+    QFile file("/proc/" + QString::number(process) + "/stat");
+    const auto line = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const auto name = line.mid(line.indexOf('(') + 1, line.lastIndexOf(')') - line.indexOf('(') - 1);
+    const auto others = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    return others.size() < 2 ? QByteArrayList() : QByteArrayList{name, others[0], others[1]};
+}
+
+/// Zombies have ended: whose they are now is not the agent's business.
+bool hasEnded(pid_t process) {
+    const auto status = statusOf(process);
+    return status.isEmpty() || status[1] == "Z";
+}
+
+pid_t companionOf(pid_t agent) {
+    for (const auto& name : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+        const auto status = statusOf(name.toInt());
+        if (!status.isEmpty() && status[0].startsWith("talvera-x11") && status[2].toInt() == agent)
+            return name.toInt();
+    }
+    throw std::runtime_error("the agent has no companion");
+}
+
+/// Lets programs that we start write core files, if they do.
+void allowCoreFiles() {
+    rlimit limit{};
+    ::getrlimit(RLIMIT_CORE, &limit);
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_CORE, &limit);
+}
+
+using ServerDeath = DesktopTest;
+
+} // namespace
+
+TEST_F(ServerDeath, duringARecognition_takesTheAgentAndAllOfItAlong) {
+    allowCoreFiles();
+    RecogniserGate gate;
+    const ProgramWithLog program(gate.program());
+    startAgent({}, program.path());
+    holdAndSay(spoken("Good morning."));
+    const pid_t recogniser = gate.awaitRun();
+    const pid_t companion = companionOf(agent->pid());
+    ASSERT_EQ(leftFiles().size(), 1) << "the recording";
+
+    ::kill(processOfServer(), SIGKILL);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(agent->awaitEnd(), EXIT_FAILURE);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+    EXPECT_TRUE(program.logged().endsWith("The display server has gone, and Talvera ends with it.\n"))
+        << program.logged().toStdString();
+    EXPECT_TRUE(eventually([&] { return hasEnded(recogniser) && hasEnded(companion); }));
+    EXPECT_EQ(leftFiles(), QStringList());
+    const QDir shared(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/talvera");
+    EXPECT_EQ(shared.entryList({"agent-*"}, QDir::Dirs), QStringList());
+    QDirIterator cores(qEnvironmentVariable("XDG_RUNTIME_DIR"), {"core*"}, QDir::Files | QDir::Hidden,
+                       QDirIterator::Subdirectories);
+    EXPECT_FALSE(cores.hasNext()) << cores.next().toStdString();
+}
