@@ -218,6 +218,7 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
         menuBar, settings, stats, readiness, m_machine.language.model, m_machine.keyboard.layout});
     model.onSettings = [this] { openSettings(); };
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
+    model.followUpdateCheck(updater.isChecking);
     model.onQuit = [this] { m_machine.system.application.terminate(); };
     model.onLanguageModelSettings = [this] {
         hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),

@@ -30,6 +30,9 @@ public:
     /// made ends the program: it is part of it.
     std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
 
+    /// Whether the desktop shows translucent windows as such, as those find it that are about to be shown.
+    void setTranslucent(bool translucent);
+
     QQmlEngine& engine() { return m_engine; }
 
     /// The object that the views know as Theme.

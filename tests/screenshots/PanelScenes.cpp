@@ -30,7 +30,7 @@ namespace talvera::test {
 
 namespace {
 
-constexpr int margin = 20;
+constexpr int margin = 28;
 constexpr QPoint place(490, 40);
 constexpr Duration settled = seconds(0.35);
 
@@ -38,7 +38,9 @@ constexpr Duration settled = seconds(0.35);
 class PanelSet {
 public:
     explicit PanelSet(Stage& stage)
-        : m_stage(stage) {}
+        : m_stage(stage) {
+        m_model.followUpdateCheck(isCheckingForUpdates);
+    }
 
     /// Opens the panel anew, presses `keys` in it, and takes its picture.
     void photograph(const QString& name, const QList<Qt::Key>& keys = {}, const QString& typed = {}) {
@@ -53,6 +55,18 @@ public:
             press(Qt::Key_unknown, character);
         m_stage.wait(settled);
         m_stage.photograph("panel-" + name, m_panel.frame().adjusted(-margin, -margin, margin, margin));
+        m_panel.fadeOut();
+        m_stage.wait(seconds(0.2));
+    }
+
+    /// The same while the pointer rests on this place of the panel.
+    void photographTip(const QString& name, const QPoint& on) {
+        m_panel.renewContent();
+        m_panel.fadeIn(QRect(place, QSize(MenuPanelWidth, m_panel.fittingHeight())));
+        QCursor::setPos(place + on);
+        m_stage.wait(seconds(1));
+        m_stage.photograph("panel-" + name, m_panel.frame().adjusted(-margin, -margin, margin, margin));
+        QCursor::setPos(0, 0);
         m_panel.fadeOut();
         m_stage.wait(seconds(0.2));
     }
@@ -94,6 +108,7 @@ private:
     FakeProgramActivation m_activation;
 
 public:
+    Published<bool> isCheckingForUpdates{false};
     MenuBarController menuBar{m_stage.actor, m_stage.settings};
     StatsStore stats{{m_stage.actor, m_background, m_databases, m_files, m_directories, m_console}};
     ReadinessMonitor readiness{
@@ -124,7 +139,7 @@ void photographPanel(Stage& stage) {
     panel.photograph("ready");
     stage.settings.aiCleanupEnabled.set(true);
     stage.settings.targetLanguageCode.set("pt-BR");
-    stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::T));
+    stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0x1C0000, VirtualKey::T));
     panel.setToggleActs(true);
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
@@ -134,7 +149,11 @@ void photographPanel(Stage& stage) {
     panel.photograph("picker", {Qt::Key_Down, Qt::Key_Return});
     panel.photograph("picker-search", {Qt::Key_Down, Qt::Key_Return}, "an");
     panel.photograph("picker-no-match", {Qt::Key_Down, Qt::Key_Return}, "klingon");
+    panel.photographTip("tip", QPoint(230, 84)); // over the key
     stage.settings.translateToggleBinding.set(std::nullopt);
+    panel.isCheckingForUpdates.set(true);
+    panel.photograph("checking-for-updates");
+    panel.isCheckingForUpdates.set(false);
 
     panel.setMissing(true, false);
     panel.photograph("banner-microphone");

@@ -11,6 +11,7 @@ public:
     bool isComposited() override { return false; }
     void adopt(QWindow&) override {}
     void setShape(QWindow&, const std::vector<QRect>&) override {}
+    void setShadow(QWindow&, const QMargins&, const std::vector<QRect>&) override {}
     void activate(QWindow& window) override;
 };
 

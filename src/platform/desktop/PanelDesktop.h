@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMargins>
 #include <QRect>
 
 #include <vector>
@@ -22,6 +23,10 @@ public:
 
     /// `window` is just these rectangles, in its own pixels; without any, all of its rectangle.
     virtual void setShape(QWindow& window, const std::vector<QRect>& rectangles) = 0;
+
+    /// What lies outside of `clickable` in `window`, in its own pixels and `margins` wide, is but a shadow
+    /// that the window draws itself: the desktop adds none of its own, and clicks go through.
+    virtual void setShadow(QWindow& window, const QMargins& margins, const std::vector<QRect>& clickable) = 0;
 
     /// Gives the keyboard to `window`, which is on screen, since the user wants it.
     virtual void activate(QWindow& window) = 0;

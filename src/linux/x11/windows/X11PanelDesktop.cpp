@@ -6,6 +6,7 @@
 #include "linux/x11/server/compositor.h"
 #include "linux/x11/windows/EwmhWindows.h"
 #include "linux/x11/windows/boundingShape.h"
+#include "linux/x11/windows/forbidShadow.h"
 #include "linux/x11/windows/nativeWindow.h"
 
 #include <xcb/xinput.h>
@@ -51,6 +52,18 @@ void X11PanelDesktop::adopt(QWindow& window) {
 
 void X11PanelDesktop::setShape(QWindow& window, const std::vector<QRect>& rectangles) {
     setBoundingShape(*m_connection, nativeWindow(window), rectangles);
+}
+
+void X11PanelDesktop::setShadow(QWindow& window, const QMargins& margins,
+                                const std::vector<QRect>& clickable) {
+    const auto id = nativeWindow(window);
+    const std::array extents{std::uint32_t(margins.left()), std::uint32_t(margins.right()),
+                             std::uint32_t(margins.top()), std::uint32_t(margins.bottom())};
+    xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, id,
+                        m_connection->atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(),
+                        extents.data());
+    forbidShadow(*m_connection, id);
+    setInputShape(*m_connection, id, clickable);
 }
 
 void X11PanelDesktop::activate(QWindow& window) {

@@ -45,6 +45,7 @@ TEST_F(AbsentWindows, panel_asksForTheKeyboardAsAnyWindowDoes) {
     NoPanelDesktop desktop;
     desktop.adopt(window);
     desktop.setShape(window, {QRect(0, 0, 1, 1)});
+    desktop.setShadow(window, QMargins(1, 1, 1, 1), {QRect(1, 1, 1, 1)});
     EXPECT_FALSE(desktop.isComposited());
     window.show();
     desktop.activate(window);
