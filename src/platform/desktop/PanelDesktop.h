@@ -21,6 +21,9 @@ public:
     /// `window`, not yet on screen, will stand in no task bar and no window switcher, and on every workspace.
     virtual void adopt(QWindow& window) = 0;
 
+    /// `window`, which is on screen, gets exactly this size in its own pixels.
+    virtual void setSize(QWindow& window, const QSize& pixels) = 0;
+
     /// `window` is just these rectangles, in its own pixels; without any, all of its rectangle.
     virtual void setShape(QWindow& window, const std::vector<QRect>& rectangles) = 0;
 

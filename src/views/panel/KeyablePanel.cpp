@@ -9,10 +9,6 @@ KeyablePanel::KeyablePanel() {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint);
     setTitle(QStringLiteral("Talvera"));
     setColor(Qt::transparent);
-    // Qt scales the sizes that stand for none as well: at 150 and 175 % window managers would get steps of
-    // two pixels.
-    setSizeIncrement(QSize(0, 0));
-    setBaseSize(QSize(0, 0));
     connect(this, &QWindow::activeChanged, this, &KeyablePanel::activityChanged);
 }
 

@@ -47,9 +47,7 @@ QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelD
             onFittingHeightChanged();
     };
     m_panel->onShown = [this] {
-        if (m_view)
-            shape(); // a window manager that puts a frame around it heeds where it takes clicks from now on
-                     // only
+        settle();
         m_desktop.activate(*m_panel);
     };
     QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
@@ -115,12 +113,13 @@ void QuickMenuPanel::fadeIn(const QRect& frame) {
 
 void QuickMenuPanel::setFrame(const QRect& frame) {
     place(frame);
-    shape();
+    settle();
 }
 
 /// The window is larger than the panel by its shadow, which ends where the desktop's own panels begin: window
 /// managers would push it away from there.
 void QuickMenuPanel::place(const QRect& frame) {
+    m_frame = frame;
     m_shadow = {};
     if (m_composited) {
         const auto around = frame.marginsAdded({Shadow::Reach, Shadow::Reach, Shadow::Reach, Shadow::Reach});
@@ -145,6 +144,15 @@ bool QuickMenuPanel::closeWhatIsOpen() {
 void QuickMenuPanel::fadeOut() {
     m_closing = true;
     fadeTo(0, fadeOutTime);
+}
+
+/// What a window manager heeds only of a window that it has put on screen.
+void QuickMenuPanel::settle() {
+    if (!m_view)
+        return;
+    shape();
+    const auto size = QSizeF(m_frame.marginsAdded(m_shadow).size()) * m_panel->effectiveDevicePixelRatio();
+    m_desktop.setSize(*m_panel, size.toSize());
 }
 
 /// Round corners are cut out where nothing is translucent. Else they are soft, and the shadow is around them.

@@ -41,6 +41,7 @@ public:
 private:
     bool closeWhatIsOpen();
     void place(const QRect& frame);
+    void settle();
     void shape();
     void fadeTo(qreal opacity, int milliseconds);
     void faded();
@@ -51,6 +52,7 @@ private:
     std::unique_ptr<KeyablePanel> m_panel;
     std::unique_ptr<QQuickItem> m_view;
     QVariantAnimation m_fade;
+    QRect m_frame;             ///< where the panel was put last
     QMargins m_shadow;         ///< what the window has around the panel
     bool m_composited = false; ///< when the content was made
     bool m_closing = false;

@@ -18,6 +18,10 @@ namespace talvera {
 
 namespace {
 
+// In the first item of WM_NORMAL_HINTS, as the ICCCM has them.
+constexpr std::uint32_t resizeIncrement = 1U << 6;
+constexpr std::uint32_t baseSize = 1U << 8;
+
 constexpr std::uint32_t everyWorkspace = 0xffffffff;
 constexpr std::uint32_t leftButton = 1;
 constexpr std::uint32_t rightButton = 3;
@@ -48,6 +52,22 @@ void X11PanelDesktop::adopt(QWindow& window) {
     xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, id, m_connection->atom("_NET_WM_DESKTOP"),
                         XCB_ATOM_CARDINAL, 32, 1, &everyWorkspace);
     m_connection->roundTrip(); // the window is shown over another connection next
+}
+
+/// Qt scales the steps of one pixel that its windows grow by, and says two from 150 % on: window managers then cut off
+/// the odd pixel, and with it the panel's edge.
+void X11PanelDesktop::setSize(QWindow& window, const QSize& pixels) {
+    const auto id = nativeWindow(window);
+    auto hints = m_connection->property(id, XCB_ATOM_WM_NORMAL_HINTS);
+    if (!hints.empty()) {
+        hints.front() &= ~(resizeIncrement | baseSize);
+        xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
+                            XCB_ATOM_WM_SIZE_HINTS, 32, std::uint32_t(hints.size()), hints.data());
+    }
+    const std::array size{std::uint32_t(pixels.width()), std::uint32_t(pixels.height())};
+    xcb_configure_window(m_connection->get(), id, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size.data());
+    m_connection->flush();
 }
 
 void X11PanelDesktop::setShape(QWindow& window, const std::vector<QRect>& rectangles) {
