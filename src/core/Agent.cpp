@@ -267,6 +267,7 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
                                                            m_machine.keyboard.layout, translateToggle});
     model.onSettings = [this] { openSettings(); };
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
+    model.followUpdateCheck(updater.isChecking);
     model.onQuit = [this] { m_machine.system.application.terminate(); };
     model.onLanguageModelSettings = [this] {
         hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),

@@ -55,6 +55,10 @@ ViewEngine::ViewEngine(DesktopAppearance& appearance) {
 
 ViewEngine::~ViewEngine() = default;
 
+void ViewEngine::setTranslucent(bool translucent) {
+    m_theme->setProperty("translucent", translucent);
+}
+
 std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVariantMap& properties) {
     QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Talvera/%1.qml").arg(name)));
     // Asked first: in Qt 6.4 a component with a mistake crashes when it is to be made.

@@ -33,6 +33,9 @@ public:
     /// Lets go of what no view needs any more, for when a large one has gone.
     void giveBackMemory();
 
+    /// Whether the desktop shows translucent windows as such, as those find it that are about to be shown.
+    void setTranslucent(bool translucent);
+
     QQmlEngine& engine() { return m_engine; }
 
     /// The object that the views know as Theme.

@@ -7,6 +7,8 @@
 #include "text/Localization.h"
 #include "views/hud/QuickHUDPanel.h"
 
+#include <QCursor>
+
 namespace talvera::test {
 
 namespace {
@@ -44,6 +46,9 @@ void photographHUD(Stage& stage) {
     hud->show(listening(seconds(7)));
     speak();
     stage.photograph("hud-listening", panel->window().geometry().adjusted(-margin, -margin, margin, margin));
+    stage.settings.hotkeyTapToToggle.set(true);
+    photograph("listening-tap");
+    stage.settings.hotkeyTapToToggle.set(false);
     stage.settings.targetLanguageCode.set("pt-BR");
     hud->show(listening(seconds(3725)));
     photograph("listening-silent-translating");
@@ -63,6 +68,8 @@ void photographHUD(Stage& stage) {
     hud->showNotice(localized("screenshot.nothing", "Nothing recognized"), State::NoticeTone::Warn,
                     seconds(60));
     photograph("notice-warn");
+    notice(FocusNotice::Kind::ClipboardNotTaken, {});
+    photograph("notice-not-taken");
     notice(FocusNotice::Kind::ClipboardReactivateFailed, "Text Editor");
     photograph("notice-long");
     notice(FocusNotice::Kind::ClipboardReactivateFailed,
@@ -74,6 +81,12 @@ void photographHUD(Stage& stage) {
     hud->showPermission(
         State::PermissionKind::Accessibility, [] {}, [] {});
     photograph("permission-accessibility");
+    // The pointer rests on the cross.
+    const auto card = panel->window().geometry();
+    QCursor::setPos(QPoint(card.right() - 30, card.center().y()));
+    stage.wait(seconds(1));
+    photograph("permission-tip");
+    QCursor::setPos(0, 0);
     hud->hide();
     stage.wait(settled);
 }

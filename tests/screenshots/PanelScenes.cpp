@@ -32,7 +32,7 @@ namespace talvera::test {
 
 namespace {
 
-constexpr int margin = 20;
+constexpr int margin = 28;
 constexpr QPoint place(490, 40);
 constexpr Duration settled = seconds(0.35);
 
@@ -40,7 +40,9 @@ constexpr Duration settled = seconds(0.35);
 class PanelSet {
 public:
     explicit PanelSet(Stage& stage)
-        : m_stage(stage) {}
+        : m_stage(stage) {
+        m_model.followUpdateCheck(isCheckingForUpdates);
+    }
 
     /// Opens the panel anew, presses `keys` in it, and takes its picture.
     void photograph(const QString& name, const QList<Qt::Key>& keys = {}, const QString& typed = {}) {
@@ -55,6 +57,18 @@ public:
             press(Qt::Key_unknown, character);
         m_stage.wait(settled);
         m_stage.photograph("panel-" + name, m_panel.frame().adjusted(-margin, -margin, margin, margin));
+        m_panel.fadeOut();
+        m_stage.wait(seconds(0.2));
+    }
+
+    /// The same while the pointer rests on this place of the panel.
+    void photographTip(const QString& name, const QPoint& on) {
+        m_panel.renewContent();
+        m_panel.fadeIn(QRect(place, QSize(menuPanelWidth, m_panel.fittingHeight())));
+        QCursor::setPos(place + on);
+        m_stage.wait(seconds(1));
+        m_stage.photograph("panel-" + name, m_panel.frame().adjusted(-margin, -margin, margin, margin));
+        QCursor::setPos(0, 0);
         m_panel.fadeOut();
         m_stage.wait(seconds(0.2));
     }
@@ -98,6 +112,7 @@ private:
     FakeProgramActivation m_activation;
 
 public:
+    Published<bool> isCheckingForUpdates{false};
     MenuBarController menuBar{m_stage.actor, m_stage.settings};
     StatsStore stats{{m_stage.actor, m_background, m_databases, m_files, m_directories, m_console}};
     ReadinessMonitor readiness{
@@ -131,7 +146,7 @@ void photographPanel(Stage& stage) {
     panel.photograph("ready");
     stage.settings.aiCleanupEnabled.set(true);
     stage.settings.targetLanguageCode.set("pt-BR");
-    panel.setToggle(HotkeyBinding::chord(0xC0000, VirtualKey::T));
+    panel.setToggle(HotkeyBinding::chord(0x1C0000, VirtualKey::T));
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
     QCursor::setPos(place + QPoint(menuPanelWidth / 2, 345)); // over one of the lower rows
@@ -140,7 +155,11 @@ void photographPanel(Stage& stage) {
     panel.photograph("picker", {Qt::Key_Down, Qt::Key_Return});
     panel.photograph("picker-search", {Qt::Key_Down, Qt::Key_Return}, "an");
     panel.photograph("picker-no-match", {Qt::Key_Down, Qt::Key_Return}, "klingon");
+    panel.photographTip("tip", QPoint(230, 84)); // over the key
     panel.setToggle(std::nullopt);
+    panel.isCheckingForUpdates.set(true);
+    panel.photograph("checking-for-updates");
+    panel.isCheckingForUpdates.set(false);
 
     panel.setMissing(true, false);
     panel.photograph("banner-microphone");

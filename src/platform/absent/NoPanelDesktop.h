@@ -10,7 +10,9 @@ class NoPanelDesktop final : public PanelDesktop {
 public:
     bool isComposited() override { return false; }
     void adopt(QWindow&) override {}
+    void setSize(QWindow&, const QSize&) override {}
     void setShape(QWindow&, const std::vector<QRect>&) override {}
+    void setShadow(QWindow&, const QMargins&, const std::vector<QRect>&) override {}
     void activate(QWindow& window) override;
 };
 

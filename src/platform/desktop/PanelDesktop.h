@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QMargins>
 #include <QRect>
 
 #include <vector>
@@ -20,8 +21,15 @@ public:
     /// `window`, not yet on screen, will stand in no task bar and no window switcher, and on every workspace.
     virtual void adopt(QWindow& window) = 0;
 
+    /// `window`, which is on screen, gets exactly this size in its own pixels.
+    virtual void setSize(QWindow& window, const QSize& pixels) = 0;
+
     /// `window` is just these rectangles, in its own pixels; without any, all of its rectangle.
     virtual void setShape(QWindow& window, const std::vector<QRect>& rectangles) = 0;
+
+    /// What lies outside of `clickable` in `window`, in its own pixels and `margins` wide, is but a shadow
+    /// that the window draws itself: the desktop adds none of its own, and clicks go through.
+    virtual void setShadow(QWindow& window, const QMargins& margins, const std::vector<QRect>& clickable) = 0;
 
     /// Gives the keyboard to `window`, which is on screen, since the user wants it.
     virtual void activate(QWindow& window) = 0;

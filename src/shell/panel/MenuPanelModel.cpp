@@ -103,6 +103,19 @@ QString MenuPanelModel::dictations() const {
     return formatted(QStringLiteral("%lld"), m_parts.stats.lastWeekStats.get().count);
 }
 
+QString MenuPanelModel::dictationsCaption() const {
+    return counted("menu.stats.dictations", "DICTATIONS", m_parts.stats.lastWeekStats.get().count);
+}
+
+void MenuPanelModel::followUpdateCheck(Published<bool>& isChecking) {
+    const auto take = [this](const bool& checking) {
+        m_isCheckingForUpdates = checking;
+        Q_EMIT updateCheckChanged();
+    };
+    take(isChecking.get());
+    m_cancellables.push_back(isChecking.observe(take));
+}
+
 void MenuPanelModel::fixMicrophone() {
     advise(m_parts.readiness.openMicrophoneSettings());
 }

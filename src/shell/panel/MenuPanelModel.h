@@ -40,6 +40,8 @@ class MenuPanelModel final : public QObject {
     Q_PROPERTY(talvera::SettingModel* aiCleanup READ aiCleanup CONSTANT)
     Q_PROPERTY(QString timeSaved READ timeSaved NOTIFY statsChanged)
     Q_PROPERTY(QString dictations READ dictations NOTIFY statsChanged)
+    Q_PROPERTY(QString dictationsCaption READ dictationsCaption NOTIFY statsChanged)
+    Q_PROPERTY(bool isCheckingForUpdates READ isCheckingForUpdates NOTIFY updateCheckChanged)
     Q_PROPERTY(talvera::MenuPanelTexts* texts READ texts CONSTANT)
 
 public:
@@ -85,6 +87,11 @@ public:
 
     QString timeSaved() const;
     QString dictations() const;
+    QString dictationsCaption() const;
+
+    /// Tells from now on whether a search for updates is under way. `isChecking` outlives the model.
+    void followUpdateCheck(Published<bool>& isChecking);
+    bool isCheckingForUpdates() const { return m_isCheckingForUpdates; }
 
     MenuPanelTexts* texts() { return &m_texts; }
 
@@ -101,6 +108,7 @@ Q_SIGNALS:
     void toggleShortcutChanged();
     void languageModelChanged();
     void statsChanged();
+    void updateCheckChanged();
 
 private:
     static void run(const std::function<void()>& action) {
@@ -114,6 +122,7 @@ private:
     MenuPanelTexts m_texts;
     TargetLanguagePicker m_targetLanguages;
     SettingModel m_aiCleanup;
+    bool m_isCheckingForUpdates = false;
     Cancellables m_cancellables;
 };
 

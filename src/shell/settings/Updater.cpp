@@ -5,8 +5,6 @@
 #include "shell/hud/DictationHUDController.h"
 #include "text/Localization.h"
 
-#include <utility>
-
 namespace talvera {
 
 namespace {
@@ -58,10 +56,11 @@ Updater::Updater(UpdateService& service, Notifier& notifier, DictationHUDControl
     , m_hud(hud) {}
 
 void Updater::checkForUpdates() {
-    if (std::exchange(m_isAsking, true))
+    if (isChecking.get())
         return;
+    isChecking.set(true);
     m_service.check(m_lifetime.ifAlive([this](const UpdateAnswer& answer) {
-        m_isAsking = false;
+        isChecking.set(false);
         say(answer);
     }));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "concurrency/Lifetime.h"
+#include "concurrency/Published.h"
 #include "platform/system/UpdateService.h"
 
 #include <QString>
@@ -19,6 +20,9 @@ class Updater {
 public:
     Updater(UpdateService& service, Notifier& notifier, DictationHUDController& hud);
 
+    /// A question is under way.
+    Published<bool> isChecking{false};
+
     /// Asks, and says the answer in a notification, or on the HUD where the desktop shows none. While a
     /// question is under way another one is not asked.
     void checkForUpdates();
@@ -29,7 +33,6 @@ private:
     UpdateService& m_service;
     Notifier& m_notifier;
     DictationHUDController& m_hud;
-    bool m_isAsking = false;
     Lifetime m_lifetime;
 };
 

@@ -7,10 +7,13 @@ MenuRowButton {
     id: note
 
     property string systemIcon
+    property string help ///< explains it where the pointer rests
     property color tone: Theme.warn
     property real column: Theme.iconColumn ///< where its words begin, from its symbol on
 
     implicitHeight: words.implicitHeight + 12
+
+    Tip { text: note.help }
 
     contentItem: Item {
         implicitWidth: words.x + words.implicitWidth

@@ -7,6 +7,8 @@ QtObject {
     /// Set by ViewEngine, and followed live.
     property bool dark: false
     property string fontFamily
+    /// Windows can be translucent: they have shadows and soft corners.
+    property bool translucent: false
 
     // Surfaces, from the back to the front
     readonly property color window: dark ? "#1b1b1f" : "#f6f6f8"
@@ -17,7 +19,8 @@ QtObject {
     readonly property color outline: dark ? "#38383f" : "#dcdce2"
     readonly property color mark: dark ? "#5a5a64" : "#b4b4be" ///< tells a place without words
     readonly property color separator: dark ? "#2e2e34" : "#e8e8ec"
-    readonly property color scrim: dark ? "#80000000" : "#33000000" ///< over what can't be used for now
+    readonly property color scrim: dark ? "#66000000" : "#1f000000" ///< over what can't be used for now
+    readonly property color shadow: dark ? "#8c000000" : "#38000000" ///< of what floats
 
     // What can be used
     readonly property color fill: dark ? "#2f2f36" : "#ececf0"
@@ -48,6 +51,7 @@ QtObject {
     readonly property int spacingSmall: 8
     readonly property int spacing: 12
     readonly property int spacingLarge: 16
+    readonly property int spacingWide: 20
     readonly property int spacingHuge: 24
     readonly property int iconColumn: 28 ///< a symbol of 16, and the gap before the words
 

@@ -9,7 +9,7 @@ HUDContent {
     property string line
     default property alias badge: badge.data
 
-    contentWidth: Theme.spacingLarge + badge.width + Theme.spacing + label.width + Theme.spacingHuge
+    contentWidth: Theme.spacingLarge + badge.width + Theme.spacing + label.width + Theme.spacingWide
     contentHeight: Math.max(56, label.height + 2 * 10)
 
     // What fades out keeps its words, though the state has others already.
@@ -18,7 +18,7 @@ HUDContent {
 
     Item {
         id: badge
-        x: Theme.spacingLarge
+        x: content.inset + Theme.spacingLarge
         anchors.verticalCenter: parent.verticalCenter
         width: 28
         height: 28

@@ -13,6 +13,9 @@ Item {
     implicitWidth: 8 * Math.ceil(contentWidth / 8)
     implicitHeight: 8 * Math.ceil(contentHeight / 8)
 
+    /// What that adds goes to both sides.
+    readonly property int inset: Math.floor((implicitWidth - contentWidth) / 2)
+
     width: implicitWidth
     height: implicitHeight
     opacity: shown ? 1 : 0

@@ -10,12 +10,12 @@ HUDContent {
     property bool animating
     property real level
 
-    contentWidth: row.width + Theme.spacingLarge + Theme.spacingHuge
+    contentWidth: row.width + Theme.spacingLarge + Theme.spacingWide
     contentHeight: Math.max(56, words.height + 2 * 10)
 
     Row {
         id: row
-        x: Theme.spacingLarge
+        x: content.inset + Theme.spacingLarge
         anchors.verticalCenter: parent.verticalCenter
         spacing: Theme.spacing
 

@@ -41,13 +41,20 @@ HUDContent {
             id: words
             anchors { left: missing.right; leftMargin: 6; right: action.left; rightMargin: Theme.spacing }
             anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
+            spacing: dense ? 1 : 2
 
+            /// The title takes two lines, and what is below it as many again.
+            readonly property bool dense: titleInOneLine.advanceWidth > width
+
+            TextMetrics {
+                id: titleInOneLine
+                text: card.model.cardTitle
+                font { family: Theme.fontFamily; pixelSize: Theme.sizeGlance; weight: Theme.weightStrong }
+            }
             Label {
-                id: title
                 width: parent.width
                 text: card.model.cardTitle
-                font.pixelSize: Theme.sizeGlance
+                font.pixelSize: words.dense ? Theme.sizeBody : Theme.sizeGlance
                 strong: true
                 wrapMode: Text.Wrap
                 maximumLineCount: 2
@@ -55,8 +62,10 @@ HUDContent {
             Caption {
                 width: parent.width
                 text: card.model.cardSubtitle
+                font.pixelSize: words.dense ? Theme.sizeCaps : Theme.sizeSmall
+                lineHeight: words.dense ? 1 : 1.1
                 wrapMode: Text.Wrap
-                maximumLineCount: title.lineCount > 1 ? 2 : 3
+                maximumLineCount: words.dense ? 2 : 3
             }
         }
         Plane {
@@ -113,6 +122,11 @@ HUDContent {
             enabled: card.shown
             hoverEnabled: card.shown
             onClicked: card.dismiss()
+        }
+        Tip {
+            text: card.model.cardDismiss
+            above: true
+            clearOf: card
         }
     }
 }

@@ -115,6 +115,7 @@ void QuickHUDPanel::place() {
 void QuickHUDPanel::followCompositor() {
     const bool composited = m_parts.desktop.isComposited.get();
     m_root->setProperty("translucent", composited);
+    m_parts.views.setTranslucent(composited);
     m_window.setColor(composited ? QColor(Qt::transparent) : m_root->property("backdrop").value<QColor>());
     if (isVisible())
         fadeTo(1);

@@ -54,6 +54,11 @@ FocusScope {
         }
     }
 
+    Shadow {
+        anchors.fill: plane
+        color: Theme.shadow
+        radius: plane.radius
+    }
     Surface {
         id: plane
 
@@ -171,15 +176,9 @@ FocusScope {
             }
         }
 
-        // There is more than can be seen.
-        Plane {
-            visible: rows.contentHeight > rows.height
+        ScrollMark {
+            view: rows
             anchors { right: parent.right; rightMargin: 2 }
-            width: 3
-            radius: 1.5
-            y: rows.y + rows.visibleArea.yPosition * rows.height
-            height: rows.visibleArea.heightRatio * rows.height
-            color: Theme.mark
         }
 
         Item {
@@ -202,6 +201,7 @@ FocusScope {
                 tone: list.footerIsWarning ? Theme.warn : Theme.textSecondary
                 text: list.footerText
                 Accessible.description: list.footerHelpText
+                help: list.footerHelpText
                 onClicked: list.footerAction()
                 Keys.onBacktabPressed: search.forceActiveFocus(Qt.BacktabFocusReason)
                 Keys.onTabPressed: list.dismissed(Qt.TabFocusReason)

@@ -17,6 +17,7 @@ MenuRowButton {
     property bool footerIsWarning: false
     property bool footerActs: true ///< it can be clicked
     property string trailingShortcut
+    property string shortcutHelp
     property Item floatIn ///< what the list floats over
     property bool listOpen: false
 
@@ -46,7 +47,14 @@ MenuRowButton {
     }
 
     contentItem: Item {
-        implicitWidth: words.x + words.implicitWidth
+        id: line
+
+        // The key stands beside both lines if it can, else beside the first, else below them.
+        readonly property real roomBesideKey: words.width - keys.implicitWidth - Theme.spacingSmall
+        readonly property bool capFits: heading.implicitWidth <= roomBesideKey
+        readonly property bool capFitsBoth: capFits && choice.implicitWidth <= roomBesideKey
+
+        implicitWidth: words.x + heading.implicitWidth + Theme.spacingSmall + chevron.width
         implicitHeight: words.implicitHeight
 
         Symbol {
@@ -57,29 +65,40 @@ MenuRowButton {
         Column {
             id: words
             x: Theme.iconColumn
-            width: keys.x - Theme.spacingSmall - x
+            width: chevron.x - Theme.spacingSmall - x
             spacing: 2
 
             Label {
+                id: heading
                 width: parent.width
                 text: row.title
-                wrapMode: Text.Wrap
+                wrapMode: Text.WordWrap
             }
             Caption {
+                id: choice
                 width: parent.width
                 text: row.currentDisplay
+            }
+            Item {
+                visible: keys.visible && !line.capFits
+                width: parent.width
+                height: keys.height + 2
             }
         }
         KbdCap {
             id: keys
-            anchors { right: chevron.left; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+            x: line.capFits ? words.x + words.width - width : words.x
+            y: line.capFitsBoth ? Math.round((line.height - height) / 2)
+             : line.capFits ? Math.round((heading.height - height) / 2) : words.height - height
             text: row.trailingShortcut
             visible: row.trailingShortcut !== ""
-            width: row.trailingShortcut !== "" ? implicitWidth : 0
+            width: Math.min(implicitWidth, line.width - words.x)
+
+            Tip { text: row.shortcutHelp }
         }
         Symbol {
             id: chevron
-            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+            anchors { right: parent.right; verticalCenter: keys.visible && line.capFits ? keys.verticalCenter : parent.verticalCenter }
             name: "chevron.down"
             size: 14
             color: Theme.textSecondary

@@ -38,8 +38,11 @@ Item {
         size: 14
         color: Theme.accent
     }
+    // The remark is what gets shorter when there isn't room for both.
     Label {
-        anchors { left: parent.left; leftMargin: Theme.iconColumn; right: detail.left; rightMargin: Theme.spacingSmall }
+        id: name
+        anchors { left: parent.left; leftMargin: Theme.iconColumn }
+        width: Math.min(Math.ceil(implicitWidth), row.width - Theme.iconColumn - Theme.spacingSmall)
         anchors.verticalCenter: parent.verticalCenter
         text: row.displayName
         color: row.isEnabled ? Theme.text : Theme.textSecondary
@@ -47,6 +50,7 @@ Item {
     Caption {
         id: detail
         anchors { right: parent.right; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+        width: Math.max(0, Math.min(Math.ceil(implicitWidth), parent.width - name.x - name.width - 2 * Theme.spacingSmall))
         text: row.detailText
     }
     MouseArea {

@@ -7,7 +7,7 @@ FocusScope {
     id: view
 
     required property MenuPanelModel panel
-    readonly property int fittingHeight: content.implicitHeight + 2 * Theme.spacingSmall
+    readonly property int fittingHeight: Math.ceil(content.implicitHeight) + 2 * Theme.spacingSmall
 
     /// What lies over the content goes before the panel itself does; false when there is nothing.
     function closeWhatIsOpen() {
@@ -29,6 +29,12 @@ FocusScope {
         onActivated: view.panel.quit()
     }
 
+    Shadow {
+        anchors.fill: parent
+        visible: Theme.translucent
+        color: Theme.shadow
+        radius: Theme.radius
+    }
     Surface {
         anchors.fill: parent
         color: Theme.overlayOpaque
@@ -93,6 +99,7 @@ FocusScope {
                 footerActs: view.panel.languageModel.footerActs
                 footerHelpText: view.panel.languageModel.footerHelp
                 trailingShortcut: view.panel.toggleShortcut
+                shortcutHelp: view.panel.texts.toggleHelp
                 onSelect: index => view.panel.targetLanguages.select(index)
                 onFooterAction: view.panel.openLanguageModelSettings()
             }
@@ -145,7 +152,9 @@ FocusScope {
             SimpleMenuItem {
                 width: parent.width
                 systemIcon: "arrow.down.circle"
-                label: view.panel.texts.checkForUpdates
+                label: busy ? view.panel.texts.checkingForUpdates : view.panel.texts.checkForUpdates
+                muted: busy
+                busy: view.panel.isCheckingForUpdates
                 onClicked: view.panel.checkForUpdates()
             }
             SimpleMenuItem {
@@ -156,6 +165,11 @@ FocusScope {
                 onClicked: view.panel.quit()
             }
         }
+    }
+
+    ScrollMark {
+        view: pages
+        anchors { right: parent.right; rightMargin: 3 }
     }
 
     // The arrow keys begin at the first line.

@@ -4,6 +4,8 @@
 #include "platform/desktop/PanelDesktop.h"
 #include "shell/panel/MenuPanelModel.h"
 #include "views/ViewEngine.h"
+#include "views/controls/Plane.h"
+#include "views/controls/Shadow.h"
 #include "views/panel/KeyablePanel.h"
 #include "views/roundedSpans.h"
 
@@ -44,7 +46,10 @@ QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelD
         if (m_view && !m_closing && onFittingHeightChanged)
             onFittingHeightChanged();
     };
-    m_panel->onShown = [this] { m_desktop.activate(*m_panel); };
+    m_panel->onShown = [this] {
+        settle();
+        m_desktop.activate(*m_panel);
+    };
     QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
                      [this](const QVariant& opacity) { m_panel->setOpacity(opacity.toReal()); });
     QObject::connect(&m_fade, &QVariantAnimation::finished, m_panel.get(), [this] { faded(); });
@@ -59,11 +64,12 @@ bool QuickMenuPanel::isVisible() const {
 }
 
 QRect QuickMenuPanel::frame() const {
-    return m_panel->geometry();
+    return m_panel->geometry().marginsRemoved(m_shadow);
 }
 
 void QuickMenuPanel::renewContent() {
     m_composited = m_desktop.isComposited();
+    m_engine.setTranslucent(m_composited);
     m_panel->setColor(m_composited ? QColor(Qt::transparent)
                                    : m_engine.theme().property("overlayOpaque").value<QColor>());
     m_view.reset();
@@ -91,8 +97,7 @@ ScreenArea QuickMenuPanel::screenOf(const std::optional<QRect>& item) const {
 
 void QuickMenuPanel::fadeIn(const QRect& frame) {
     m_closing = false;
-    m_view->setSize(frame.size());
-    m_panel->setGeometry(frame);
+    place(frame);
     m_view->forceActiveFocus(Qt::OtherFocusReason);
     if (m_panel->isVisible()) { // again, or during its fade out
         m_desktop.activate(*m_panel);
@@ -107,9 +112,25 @@ void QuickMenuPanel::fadeIn(const QRect& frame) {
 }
 
 void QuickMenuPanel::setFrame(const QRect& frame) {
+    place(frame);
+    settle();
+}
+
+/// The window is larger than the panel by its shadow, which ends where the desktop's own panels begin: window
+/// managers would push it away from there.
+void QuickMenuPanel::place(const QRect& frame) {
+    m_frame = frame;
+    m_shadow = {};
+    if (m_composited) {
+        const auto around = frame.marginsAdded({Shadow::Reach, Shadow::Reach, Shadow::Reach, Shadow::Reach});
+        const auto room = screenOf(frame).visible | frame;
+        const auto whole = around & room;
+        m_shadow = {frame.left() - whole.left(), frame.top() - whole.top(), whole.right() - frame.right(),
+                    whole.bottom() - frame.bottom()};
+    }
+    m_view->setPosition(QPointF(m_shadow.left(), m_shadow.top()));
     m_view->setSize(frame.size());
-    m_panel->setGeometry(frame);
-    shape();
+    m_panel->setGeometry(frame.marginsAdded(m_shadow));
 }
 
 /// A list that floats over the content closes before the panel does.
@@ -125,18 +146,22 @@ void QuickMenuPanel::fadeOut() {
     fadeTo(0, fadeOutTime);
 }
 
-/// Round corners are cut out where nothing is translucent. Else the soft edge stays, and what is empty around
-/// it is cut off all the same, so that a compositor's shadow reaches it.
+/// What a window manager heeds only of a window that it has put on screen.
+void QuickMenuPanel::settle() {
+    if (!m_view)
+        return;
+    shape();
+    const auto size = QSizeF(m_frame.marginsAdded(m_shadow).size()) * m_panel->effectiveDevicePixelRatio();
+    m_desktop.setSize(*m_panel, size.toSize());
+}
+
+/// Round corners are cut out where nothing is translucent. Else they are soft, and the shadow is around them.
 void QuickMenuPanel::shape() {
     const double ratio = m_panel->effectiveDevicePixelRatio();
     const double radius = m_engine.theme().property("radius").toDouble() * ratio;
-    const QRectF whole(QPointF(), QSizeF(m_panel->size()) * ratio);
-    const double edge = m_composited ? 0.5 : 0;
-    auto spans = roundedSpans(whole.adjusted(-edge, -edge, edge, edge), radius + edge);
-    for (auto& span : spans)
-        span &= whole.toRect();
-    std::erase_if(spans, [](const QRect& span) { return span.isEmpty(); });
-    m_desktop.setShape(*m_panel, spans);
+    const auto spans = roundedSpans(wholePixels(QRectF(m_view->position(), m_view->size()), ratio), radius);
+    m_desktop.setShape(*m_panel, m_composited ? std::vector<QRect>() : spans);
+    m_desktop.setShadow(*m_panel, (QMarginsF(m_shadow) * ratio).toMargins(), spans);
 }
 
 void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {

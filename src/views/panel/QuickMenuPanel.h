@@ -32,6 +32,7 @@ public:
     void fadeIn(const QRect& frame) override;
     void fadeOut() override;
     void setFrame(const QRect& frame) override;
+    /// Without the shadow.
     QRect frame() const override;
 
     /// For tests and pictures.
@@ -39,6 +40,8 @@ public:
 
 private:
     bool closeWhatIsOpen();
+    void place(const QRect& frame);
+    void settle();
     void shape();
     void fadeTo(qreal opacity, int milliseconds);
     void faded();
@@ -49,6 +52,8 @@ private:
     std::unique_ptr<KeyablePanel> m_panel;
     std::unique_ptr<QQuickItem> m_view;
     QVariantAnimation m_fade;
+    QRect m_frame;             ///< where the panel was put last
+    QMargins m_shadow;         ///< what the window has around the panel
     bool m_composited = false; ///< when the content was made
     bool m_closing = false;
 };

@@ -10,6 +10,7 @@ MenuRowButton {
     property string label
     property string shortcut
     property bool muted: false
+    property bool busy: false ///< what it does goes on
 
     text: label
 
@@ -19,8 +20,14 @@ MenuRowButton {
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter
+            visible: !item.busy
             name: item.systemIcon
             color: Theme.textSecondary
+        }
+        Spinner {
+            anchors.verticalCenter: parent.verticalCenter
+            visible: item.busy
+            size: 16
         }
         Label {
             id: words

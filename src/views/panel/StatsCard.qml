@@ -12,32 +12,39 @@ Plane {
     radius: Theme.radiusSmall
     color: Theme.fill
 
-    component Figure: Column {
+    component Figure: Item {
         property alias caption: name.text
         property alias figure: number.text
         property string spoken
 
         anchors.verticalCenter: parent ? parent.verticalCenter : undefined
+        height: lines.height
         Accessible.role: Accessible.StaticText
         Accessible.name: spoken + ": " + figure
 
-        Label {
-            id: number
+        Column {
+            id: lines
             width: parent.width
-            font.pixelSize: Theme.sizeLarge
-            font.weight: Theme.weightStrong
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: Theme.sizeSmall
-            height: 24
-            verticalAlignment: Text.AlignVCenter
+
+            Label {
+                id: number
+                width: parent.width
+                font.pixelSize: Theme.sizeLarge
+                font.weight: Theme.weightStrong
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: Theme.sizeSmall
+                height: 24
+                verticalAlignment: Text.AlignVCenter
+            }
+            Caption {
+                id: name
+                width: parent.width
+                font { pixelSize: Theme.sizeCaps; weight: Theme.weightMedium; letterSpacing: 0.4 }
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: 8
+            }
         }
-        Caption {
-            id: name
-            width: parent.width
-            font { pixelSize: Theme.sizeCaps; weight: Theme.weightMedium; letterSpacing: 0.4 }
-            fontSizeMode: Text.HorizontalFit
-            minimumPixelSize: 8
-        }
+        Tip { text: parent.spoken }
     }
 
     Figure {
@@ -56,7 +63,7 @@ Plane {
     Figure {
         x: card.width / 2 + Theme.spacing
         width: card.width / 2 - Theme.spacing - Theme.spacingSmall
-        caption: card.store.texts.dictations
+        caption: card.store.dictationsCaption
         figure: card.store.dictations
         spoken: card.store.texts.dictationsSpoken
     }

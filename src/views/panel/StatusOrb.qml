@@ -18,6 +18,8 @@ Item {
     Accessible.role: Accessible.Graphic
     Accessible.name: label
 
+    Tip { text: orb.label }
+
     PulseRing {
         anchors.centerIn: parent
         from: dot.width

@@ -4,6 +4,7 @@
 #include "linux/x11/server/X11Connection.h"
 #include "linux/x11/windows/X11OverlayStack.h"
 #include "linux/x11/windows/boundingShape.h"
+#include "linux/x11/windows/forbidShadow.h"
 
 #include <xcb/shape.h>
 
@@ -51,10 +52,7 @@ void X11OverlayWindow::describe() {
     xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, m_window,
                         m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(),
                         types.data());
-    const std::uint32_t none = 0;
-    for (const char* shadow : {"_COMPTON_SHADOW", "_KDE_NET_WM_SHADOW"})
-        xcb_change_property(m_connection.get(), XCB_PROP_MODE_REPLACE, m_window, m_connection.atom(shadow),
-                            XCB_ATOM_CARDINAL, 32, 1, &none);
+    forbidShadow(m_connection, m_window);
 }
 
 } // namespace talvera

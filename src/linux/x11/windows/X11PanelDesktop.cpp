@@ -7,6 +7,7 @@
 #include "linux/x11/server/eventType.h"
 #include "linux/x11/windows/EwmhWindows.h"
 #include "linux/x11/windows/boundingShape.h"
+#include "linux/x11/windows/forbidShadow.h"
 #include "linux/x11/windows/nativeWindow.h"
 
 #include <xcb/xinput.h>
@@ -17,6 +18,10 @@
 namespace talvera {
 
 namespace {
+
+// In the first item of WM_NORMAL_HINTS, as the ICCCM has them.
+constexpr std::uint32_t resizeIncrement = 1U << 6;
+constexpr std::uint32_t baseSize = 1U << 8;
 
 constexpr std::uint32_t everyWorkspace = 0xffffffff;
 constexpr std::uint32_t leftButton = 1;
@@ -50,8 +55,36 @@ void X11PanelDesktop::adopt(QWindow& window) {
     m_connection->roundTrip(); // the window is shown over another connection next
 }
 
+/// Qt scales the steps of one pixel that its windows grow by, and says two from 150 % on: window managers then cut off
+/// the odd pixel, and with it the panel's edge.
+void X11PanelDesktop::setSize(QWindow& window, const QSize& pixels) {
+    const auto id = nativeWindow(window);
+    auto hints = m_connection->property(id, XCB_ATOM_WM_NORMAL_HINTS);
+    if (!hints.empty()) {
+        hints.front() &= ~(resizeIncrement | baseSize);
+        xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, id, XCB_ATOM_WM_NORMAL_HINTS,
+                            XCB_ATOM_WM_SIZE_HINTS, 32, std::uint32_t(hints.size()), hints.data());
+    }
+    const std::array size{std::uint32_t(pixels.width()), std::uint32_t(pixels.height())};
+    xcb_configure_window(m_connection->get(), id, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         size.data());
+    m_connection->flush();
+}
+
 void X11PanelDesktop::setShape(QWindow& window, const std::vector<QRect>& rectangles) {
     setBoundingShape(*m_connection, nativeWindow(window), rectangles);
+}
+
+void X11PanelDesktop::setShadow(QWindow& window, const QMargins& margins,
+                                const std::vector<QRect>& clickable) {
+    const auto id = nativeWindow(window);
+    const std::array extents{std::uint32_t(margins.left()), std::uint32_t(margins.right()),
+                             std::uint32_t(margins.top()), std::uint32_t(margins.bottom())};
+    xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, id,
+                        m_connection->atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(),
+                        extents.data());
+    forbidShadow(*m_connection, id);
+    setInputShape(*m_connection, id, clickable);
 }
 
 void X11PanelDesktop::activate(QWindow& window) {

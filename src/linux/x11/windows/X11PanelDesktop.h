@@ -21,7 +21,9 @@ public:
 
     bool isComposited() override;
     void adopt(QWindow& window) override;
+    void setSize(QWindow& window, const QSize& pixels) override;
     void setShape(QWindow& window, const std::vector<QRect>& rectangles) override;
+    void setShadow(QWindow& window, const QMargins& margins, const std::vector<QRect>& clickable) override;
     void activate(QWindow& window) override;
     Subscription watchPresses(std::function<void(QPoint place)> pressed) override;
 

@@ -15,4 +15,7 @@ class X11Connection;
 /// server has done so.
 void setBoundingShape(X11Connection& connection, xcb_window_t window, const std::vector<QRect>& rectangles);
 
+/// The same for where `window` takes the mouse.
+void setInputShape(X11Connection& connection, xcb_window_t window, const std::vector<QRect>& rectangles);
+
 } // namespace talvera

@@ -44,7 +44,9 @@ TEST_F(AbsentWindows, overlay_isAnOrdinaryWindowWithoutAPlaceOfItsOwn) {
 TEST_F(AbsentWindows, panel_asksForTheKeyboardAsAnyWindowDoes) {
     NoPanelDesktop desktop;
     desktop.adopt(window);
+    desktop.setSize(window, QSize(10, 10));
     desktop.setShape(window, {QRect(0, 0, 1, 1)});
+    desktop.setShadow(window, QMargins(1, 1, 1, 1), {QRect(1, 1, 1, 1)});
     EXPECT_FALSE(desktop.isComposited());
     window.show();
     desktop.activate(window);

@@ -262,6 +262,17 @@ TEST_F(PanelModel, statistics_areThoseOfTheWeek) {
     EXPECT_EQ(model.dictations(), "1");
 }
 
+TEST_F(PanelModel, searchForUpdates_isFollowed) {
+    Published<bool> isChecking{true};
+    model.followUpdateCheck(isChecking);
+    EXPECT_TRUE(model.isCheckingForUpdates());
+    int changes = 0;
+    QObject::connect(&model, &MenuPanelModel::updateCheckChanged, [&] { ++changes; });
+    isChecking.set(false);
+    EXPECT_FALSE(model.isCheckingForUpdates());
+    EXPECT_EQ(changes, 1);
+}
+
 TEST_F(PanelModel, rowsAtTheBottom_doWhatTheyAreTold) {
     QStringList done;
     model.onSettings = [&] { done << "settings"; };

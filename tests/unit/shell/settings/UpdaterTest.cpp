@@ -95,6 +95,14 @@ TEST_F(UpdaterTest, anotherNoticeOnTheHUD_givesWay) {
     EXPECT_EQ(notice()->text, "Talvera is up to date");
 }
 
+TEST_F(UpdaterTest, question_isToldAsLongAsItLasts) {
+    EXPECT_FALSE(updater->isChecking.get());
+    updater->checkForUpdates();
+    EXPECT_TRUE(updater->isChecking.get());
+    actor.settle();
+    EXPECT_FALSE(updater->isChecking.get());
+}
+
 TEST_F(UpdaterTest, secondAsking_waitsForTheFirstAnswer) {
     updater->checkForUpdates();
     updater->checkForUpdates();

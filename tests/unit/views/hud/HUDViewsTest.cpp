@@ -180,6 +180,24 @@ TEST_F(HUDViews, cardInGerman_showsItsTitlesWhole) {
     }
 }
 
+TEST_F(HUDViews, cardWithLongWords_showsAllOfThemWithAir) {
+    TextCatalog words({{"hud.permission.ax.title", "Berechtigung für Bedienungshilfen erforderlich"},
+                       {"hud.permission.subtitle",
+                        "Klicken, um die Systemeinstellungen zu öffnen und die Berechtigung zu erteilen"},
+                       {"hud.permission.cta", "Einstellungen öffnen"}},
+                      QStringLiteral("de"));
+    QCoreApplication::installTranslator(&words);
+    holder.state.set(State::PermissionRequired{State::PermissionKind::Accessibility});
+    QCoreApplication::removeTranslator(&words);
+    EXPECT_EQ(texts().size(), 3U);
+    for (auto* text : texts()) {
+        EXPECT_FALSE(text->property("truncated").toBool()) << qPrintable(text->property("text").toString());
+        const auto place = text->mapRectToItem(root.get(), QRectF(QPointF(), text->size()));
+        EXPECT_GE(place.top(), 4);
+        EXPECT_LE(place.bottom(), 72 - 4);
+    }
+}
+
 TEST_F(HUDViews, markUpInANotice_isShownAsItStands) {
     holder.state.set(State::Notice{"Pasted in <b>x</b>", State::NoticeTone::Info});
     EXPECT_TRUE(reads("Pasted in <b>x</b>"));

@@ -96,6 +96,20 @@ protected:
         return item ? item->property("text").toString() : QString();
     }
     bool isListOpen() { return ofType("LanguagePickerRow").property("listOpen").toBool(); }
+    /// The tip that is open, if there is one.
+    QString openTip() {
+        for (auto* tip : allOfType("Tip")) {
+            if (tip->property("open").toBool())
+                return tip->property("text").toString();
+        }
+        return {};
+    }
+    bool tipComes(const QQuickItem& item, const QString& words) {
+        // As a hand does it: the first move comes to the row, the next to what lies on it.
+        for (const QPoint step : {QPoint(-2, 0), QPoint(-1, 0), QPoint(0, 0)})
+            QTest::mouseMove(&window, centreOf(item).toPoint() + step);
+        return QTest::qWaitFor([&] { return openTip() == words; });
+    }
     /// Opens the list of languages.
     QQuickItem& openList() {
         ofType("LanguagePickerRow").setProperty("listOpen", true);
@@ -188,6 +202,14 @@ TEST_F(MenuPanelViews, hugeStatistics_getSmallerRatherThanCut) {
     stats.lastWeekStats.set({99'999LL * 3600, 12'345'678'901});
     EXPECT_TRUE(shownText("12345678901"));
     expectWholeTexts();
+}
+
+TEST_F(MenuPanelViews, captionOfTheDictations_counts) {
+    const GermanTexts german;
+    open();
+    EXPECT_TRUE(shownText("DIKTATE"));
+    stats.lastWeekStats.set({60, 1});
+    EXPECT_TRUE(shownText("DIKTAT"));
 }
 
 TEST_F(MenuPanelViews, languageList_showsWholeRowsAndTheChosenOne) {
@@ -361,6 +383,105 @@ TEST_F(MenuPanelViews, pageKeysInTheList_goFartherThanArrows) {
     EXPECT_GT(current(), 1);
     press(Qt::Key_PageUp);
     EXPECT_EQ(current(), 0);
+}
+
+TEST_F(MenuPanelViews, searchForUpdates_isShownInItsRow) {
+    open();
+    Published<bool> isChecking{false};
+    model->followUpdateCheck(isChecking);
+    auto& row = *allOfType("SimpleMenuItem").at(1);
+    const double height = row.height();
+    const auto spins = [&row] {
+        const auto spinners =
+            itemsBelow(row, [](QQuickItem& item) { return item.property("turns").toBool(); });
+        return spinners.size() == 1;
+    };
+    EXPECT_FALSE(spins());
+    EXPECT_FALSE(shownText("Checking for Updates…"));
+    isChecking.set(true);
+    EXPECT_TRUE(spins());
+    EXPECT_TRUE(shownText("Checking for Updates…"));
+    EXPECT_EQ(row.height(), height);
+    isChecking.set(false);
+    EXPECT_FALSE(spins());
+    EXPECT_FALSE(shownText("Checking for Updates…"));
+}
+
+TEST_F(MenuPanelViews, contentThatFits_doesNotScroll) {
+    settings.aiCleanupEnabled.set(true);
+    open();
+    const auto flickable =
+        itemsBelow(*view, [](QQuickItem& item) { return item.inherits("QQuickFlickable"); });
+    ASSERT_EQ(flickable.size(), 1U);
+    EXPECT_FALSE(flickable.front()->property("interactive").toBool());
+    EXPECT_FALSE(ofType("ScrollMark").isVisible());
+    view->setHeight(300);
+    EXPECT_TRUE(flickable.front()->property("interactive").toBool());
+    EXPECT_TRUE(ofType("ScrollMark").isVisible());
+}
+
+TEST_F(MenuPanelViews, languageListOnASmallScreen_staysWithinIt) {
+    microphone.current = AuthorizationStatus::Denied;
+    access.trusted = false;
+    const GermanTexts german;
+    open();
+    view->setHeight(472); // 600 pixels at 125 %
+    auto& rows = rowsOf(openList());
+    EXPECT_GE(rows.height(), rows.parentItem()->parentItem()->property("rowHeight").toDouble());
+    const auto bottom = rows.mapToItem(&*view, QPointF(0, rows.height())).y();
+    EXPECT_LE(bottom, 472);
+}
+
+TEST_F(MenuPanelViews, languageThatIsNotInstalled_keepsItsWholeName) {
+    const GermanTexts german;
+    languageModel.languages = {"es"};
+    open();
+    view->setHeight(1000); // all rows are there
+    openList();
+    const auto rows = allOfType("LanguageRow");
+    EXPECT_EQ(rows.size(), 18U);
+    for (auto* row : rows) {
+        for (auto* text : itemsBelow(*row, [](QQuickItem& item) { return item.inherits("QQuickText"); }))
+            EXPECT_FALSE(text->property("truncated").toBool())
+                << qPrintable(text->property("text").toString());
+    }
+}
+
+TEST_F(MenuPanelViews, longestToggle_breaksNeitherWordNorKey) {
+    model.reset();
+    settings.translateToggleBinding.set(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
+    settings.targetLanguageCode.set("zh-TW");
+    const GermanTexts german;
+    open();
+    model->toggleActs = [] { return true; };
+    Q_EMIT model->toggleShortcutChanged();
+    layOut(*view);
+    view->setHeight(view->property("fittingHeight").toInt());
+    expectWholeTexts();
+    auto* title = shownText("Übersetzen in");
+    ASSERT_TRUE(title);
+    EXPECT_EQ(title->property("lineCount"), 1);
+    auto* cap = shownText(model->toggleShortcut());
+    ASSERT_TRUE(cap);
+    const auto capPlace = cap->mapRectToScene(QRectF(QPointF(), cap->size()));
+    for (const QQuickItem* words : {title, shownText("Chinesisch (traditionell)")}) {
+        ASSERT_TRUE(words);
+        const QSizeF written(words->property("contentWidth").toDouble(), words->height());
+        EXPECT_FALSE(words->mapRectToScene(QRectF(QPointF(), written)).intersects(capPlace));
+    }
+}
+
+TEST_F(MenuPanelViews, pointerThatRests_bringsWordsForWhatHasNone) {
+    settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::T));
+    open();
+    model->toggleActs = [] { return true; };
+    Q_EMIT model->toggleShortcutChanged();
+    layOut(*view);
+    show();
+    EXPECT_TRUE(tipComes(ofType("StatusOrb"), model->orbLabel()));
+    EXPECT_TRUE(tipComes(*shownText(model->toggleShortcut()), "Turns translation on and off"));
+    EXPECT_TRUE(tipComes(*shownText("THIS WEEK"), "Time saved in the last seven days"));
+    EXPECT_TRUE(tipComes(*allOfType("MenuDivider").front(), ""));
 }
 
 TEST_F(MenuPanelViews, bannerWhileOpen_asksForMoreHeight) {

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Talvera
+
+/// Tells that a view holds more than can be seen of it, and where one is. It stands beside the view.
+Plane {
+    required property Flickable view
+
+    visible: view.contentHeight > view.height
+    width: 3
+    radius: 1.5
+    y: view.y + view.visibleArea.yPosition * view.height
+    height: view.visibleArea.heightRatio * view.height
+    color: Theme.mark
+}
