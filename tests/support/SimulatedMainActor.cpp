@@ -1,36 +1,28 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatedMainActor.h"
 
+#include <algorithm>
+
 namespace talvera::test {
 
-SimulatedMainActor::SimulatedMainActor()
-    : m_startDate(std::chrono::seconds(1'700'000'000)) {}
+SimulatedMainActor::SimulatedMainActor(Instant start)
+    : m_now(start)
+    , m_startDate(std::chrono::seconds(1'700'000'000)) {}
 SimulatedMainActor::~SimulatedMainActor() = default;
 
-Instant SimulatedMainActor::now() const {
-    return m_offMain ? m_offMainNow : m_now;
-}
-
 WallTime SimulatedMainActor::date() const {
-    return m_startDate + std::chrono::duration_cast<WallTime::duration>(now() - Instant{});
+    return m_startDate + std::chrono::duration_cast<WallTime::duration>(m_now - Instant{});
 }
 
 void SimulatedMainActor::post(std::function<void()> work) {
-    if (m_offMain)
-        postAt(m_offMainNow, std::move(work));
-    else
-        m_posted.push_back(std::move(work));
-}
-
-void SimulatedMainActor::postAt(Instant moment, std::function<void()> work) {
-    const auto timer = m_nextTimer++;
-    m_timers.emplace(std::pair{moment, timer}, std::move(work));
-    m_dueOf.emplace(timer, moment);
+    m_posted.push_back(std::move(work));
 }
 
 MainActor::TimerId SimulatedMainActor::startTimer(Duration delay, std::function<void()> work) {
-    const auto timer = m_nextTimer;
-    postAt(now() + std::max(delay, Duration::zero()), std::move(work));
+    const auto timer = m_nextTimer++;
+    const auto moment = m_now + std::max(delay, Duration::zero());
+    m_timers.emplace(std::pair{moment, timer}, std::move(work));
+    m_dueOf.emplace(timer, moment);
     return timer;
 }
 
@@ -42,39 +34,52 @@ void SimulatedMainActor::cancelTimer(TimerId timer) {
     m_dueOf.erase(due);
 }
 
+void SimulatedMainActor::startOutside(Duration delay, std::function<void()> happening) {
+    m_outside.emplace(std::pair{m_now + std::max(delay, Duration::zero()), m_nextTimer++},
+                      std::move(happening));
+}
+
+void SimulatedMainActor::startJob(std::function<void()> job) {
+    auto& made = *m_jobs.emplace_back(std::make_unique<SimulatedThread>(std::move(job)));
+    startOutside(Duration::zero(), [this, &made] { resume(made); });
+}
+
+void SimulatedMainActor::resume(SimulatedThread& job) {
+    job.resume();
+    if (job.hasEnded())
+        std::erase_if(m_jobs, [&job](const auto& other) { return other.get() == &job; });
+}
+
 void SimulatedMainActor::block(const std::function<void()>& work) {
-    if (m_offMain) {
-        work();
-        return;
-    }
-    m_now = runOffMain(work);
+    work();
 }
 
 void SimulatedMainActor::blockFor(Duration duration) {
-    if (m_offMain)
-        m_offMainNow += duration;
-    else
-        m_now += duration;
+    if (auto* job = SimulatedThread::current()) {
+        startOutside(duration, [this, job] { resume(*job); });
+        job->pause();
+        return;
+    }
+    const auto end = m_now + duration;
+    while (runNextOutside(end)) {
+    }
+    m_now = std::max(m_now, end);
 }
 
-Instant SimulatedMainActor::runOffMain(const std::function<void()>& job) {
-    struct Restore {
-        SimulatedMainActor& actor;
-        bool wasOffMain;
-        Instant before;
-        ~Restore() {
-            actor.m_offMain = wasOffMain;
-            actor.m_offMainNow = before;
-        }
-    } restore{*this, m_offMain, m_offMainNow};
-    m_offMainNow = now();
-    m_offMain = true;
-    job();
-    return m_offMainNow;
+/// False when nothing is due by then.
+bool SimulatedMainActor::runNextOutside(Instant until) {
+    if (m_outside.empty() || m_outside.begin()->first.first > until)
+        return false;
+    const auto next = m_outside.extract(m_outside.begin());
+    m_now = std::max(m_now, next.key().first);
+    next.mapped()();
+    return true;
 }
 
 void SimulatedMainActor::settle() {
     while (true) {
+        if (runNextOutside(m_now))
+            continue;
         // Timers that are already due have their place between the posted turns.
         if (!m_timers.empty() && m_timers.begin()->first.first <= m_now) {
             const auto entry = m_timers.begin();
@@ -91,10 +96,19 @@ void SimulatedMainActor::settle() {
     }
 }
 
+std::optional<Instant> SimulatedMainActor::nextDue() const {
+    std::optional<Instant> due;
+    for (const auto* timers : {&m_timers, &m_outside}) {
+        if (!timers->empty() && (!due || timers->begin()->first.first < *due))
+            due = timers->begin()->first.first;
+    }
+    return due;
+}
+
 void SimulatedMainActor::runUntil(Instant moment) {
     settle();
-    while (!m_timers.empty() && m_timers.begin()->first.first <= moment) {
-        m_now = std::max(m_now, m_timers.begin()->first.first);
+    for (auto due = nextDue(); due && *due <= moment; due = nextDue()) {
+        m_now = std::max(m_now, *due);
         settle();
     }
     m_now = std::max(m_now, moment);
@@ -103,10 +117,10 @@ void SimulatedMainActor::runUntil(Instant moment) {
 bool SimulatedMainActor::runToRest(Duration limit) {
     const auto end = m_now + limit;
     settle();
-    while (!m_timers.empty()) {
-        if (m_timers.begin()->first.first > end)
+    for (auto due = nextDue(); due; due = nextDue()) {
+        if (*due > end)
             return false;
-        m_now = std::max(m_now, m_timers.begin()->first.first);
+        m_now = std::max(m_now, *due);
         settle();
     }
     return true;
@@ -114,31 +128,22 @@ bool SimulatedMainActor::runToRest(Duration limit) {
 
 void SimulatedSerialQueue::async(std::function<void()> job) {
     m_jobs.push_back(std::move(job));
-    if (!m_running) {
-        m_running = true;
-        m_actor.postAt(m_actor.now(), [this] { runNext(); });
-    }
-}
-
-void SimulatedSerialQueue::sleep(Duration duration) {
-    m_actor.blockFor(duration);
-}
-
-void SimulatedSerialQueue::runNext() {
-    if (m_jobs.empty()) {
-        m_running = false;
+    if (std::exchange(m_running, true))
         return;
-    }
-    const auto job = std::move(m_jobs.front());
-    m_jobs.pop_front();
-    const auto end = m_actor.runOffMain(job);
-    m_actor.postAt(end, [this] { runNext(); });
+    m_actor.startJob([this] {
+        while (!m_jobs.empty()) {
+            const auto next = std::move(m_jobs.front());
+            m_jobs.pop_front();
+            next();
+        }
+        m_running = false;
+    });
 }
 
 void SimulatedBackgroundPool::run(std::function<void()> work, std::function<void()> done) {
-    m_actor.postAt(m_actor.now(), [this, work = std::move(work), done = std::move(done)]() mutable {
-        const auto end = m_actor.runOffMain(work);
-        m_actor.postAt(end, std::move(done));
+    m_actor.startJob([&actor = m_actor, work = std::move(work), done = std::move(done)]() mutable {
+        work();
+        actor.post(std::move(done));
     });
 }
 
