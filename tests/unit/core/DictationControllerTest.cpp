@@ -39,6 +39,7 @@ TEST_F(Dictation, holdMode_recordsOnlyAfterTheHoldDelay) {
     advance(0.001);
     EXPECT_FALSE(dictation().hasPendingRecordStart());
     EXPECT_EQ(state(), State::Recording);
+    EXPECT_EQ(hud(), HUD(HUD::Listening{world.actor.date()})); // the time counts from here
     release();
 }
 
@@ -374,6 +375,21 @@ TEST_F(Dictation, capturedHotkey_feedsTheWizardsDemo) {
     EXPECT_TRUE(world.effects.empty());
     EXPECT_EQ(world.demoStarts, 1);
     EXPECT_EQ(world.demoEnds, 1);
+}
+
+TEST_F(Dictation, releaseThatTheWizardGets_doesNotEndARecordingOfOurs) {
+    launch();
+    press();
+    advance(1);
+    world.agent().onboarding.captureHotkey.set(true);
+    release();
+    world.actor.settle();
+    EXPECT_EQ(world.demoEnds, 1);
+    EXPECT_EQ(state(), State::Recording);
+    world.agent().onboarding.captureHotkey.set(false);
+    release();
+    world.actor.settle();
+    EXPECT_EQ(state(), State::Transcribing);
 }
 
 TEST_F(Dictation, startSoundOff_isSilent) {

@@ -50,6 +50,21 @@ TEST_F(Pipeline, recognitionFails_tellsTheUserAndRecordsNothing) {
     EXPECT_EQ(story({"menu", "hud"}), QStringList({"hud hidden", "menu idle"}));
 }
 
+TEST_F(Pipeline, failure_isInTheTrayForFourSecondsAndOnTheHUDForThree) {
+    launch();
+    recognise({failure()});
+    dictate();
+    const auto timeOf = [this](const char* text) {
+        for (const auto& effect : world.effects) {
+            if (effect.text().startsWith(text))
+                return effect.at;
+        }
+        return 0.0;
+    };
+    EXPECT_DOUBLE_EQ(timeOf("menu idle") - timeOf("menu error"), 4.0);
+    EXPECT_NEAR(timeOf("hud hidden") - timeOf("hud notice"), 3.0, 0.2); // with its fade
+}
+
 TEST_F(Pipeline, everyKindOfFailure_endsInTheSameWords) {
     launch();
     ToolRun noFile;
@@ -109,6 +124,16 @@ TEST_F(Pipeline, applicationWithoutANameClosed_isCalledTheApp) {
     EXPECT_EQ(story({"clipboard", "type"}), QStringList({"clipboard hello world"}));
     EXPECT_EQ(story({"hud"}).value(2),
               "hud notice The app closed — text copied to clipboard. Press ⌘V to paste. warn 6.0");
+}
+
+TEST_F(Pipeline, languageModelThatIsToTranslate_isNamedInTheStatistics) {
+    world.settings.targetLanguageCode.set("de");
+    world.settings.sourceLanguageCode.set("en");
+    world.languageModel.reason.reset();
+    world.languageModel.languages = {"en", "de"};
+    launch();
+    dictate();
+    EXPECT_EQ(story({"statistics"}), QStringList({"statistics 2.0 2 11 en true false Apple Intelligence"}));
 }
 
 TEST_F(Pipeline, sourceThatTheLanguageModelRejects_isTranslatedInTwoHops) {

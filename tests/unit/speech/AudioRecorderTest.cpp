@@ -109,6 +109,16 @@ TEST_F(AudioRecorderTest, stereoAt48k_becomesMonoAt16kAndTheLevelIsTheFirstChann
         EXPECT_NEAR(level, 0.35F, 1e-5F);
 }
 
+TEST_F(AudioRecorderTest, otherMicrophoneForTheNextRecording_isConvertedFromItsOwnRate) {
+    recorder.start();
+    deliver(Samples(16000, 5000));
+    EXPECT_EQ(recorder.stop(path), 1.0);
+    engine.format = {48000.0, 1, SampleType::Float32};
+    recorder.start();
+    engine.deliver(std::vector<float>(48000, 0.5F));
+    EXPECT_EQ(recorder.stop(path), 1.0);
+}
+
 TEST_F(AudioRecorderTest, startThatTheEngineRefuses_throwsAndLeavesTheRecorderIdle) {
     engine.startFailure = PlatformError(AudioEngineFailure::NoInput, "no input");
     EXPECT_THROW(recorder.start(), PlatformError);

@@ -50,6 +50,12 @@ TEST(PostProcess, linesOfTheTool_areJoinedByOneBlank) {
                             {"Hello\n\n \n\t\nworld", "Hello world"}});
 }
 
+TEST(PostProcess, blanksOfOtherKindsAroundLines_goWithThem) {
+    expectAll(postProcess, {{"Hello\xC2\xA0\n\xE3\x80\x80world", "Hello world"},
+                            {"Hello\n\xC2\xA0\nworld", "Hello world"},
+                            {"Hello\n[noise]\xC2\xA0\nworld", "Hello world"}});
+}
+
 TEST(PostProcess, questionMark_isSetOnceTheTextIsTidy) {
     expectAll(postProcess, {{"new line how are you", "how are you?"},
                             {"How are you...", "How are you?"},

@@ -153,6 +153,16 @@ TEST_F(PanelModel, modelGoneSinceThePanelLooked_rowsCanNotBeChosen) {
     EXPECT_EQ(names(TargetLanguagePicker::IsEnabled), QStringList({"Off (keep source language)", "English"}));
 }
 
+TEST_F(PanelModel, modelThatCameSinceThePanelLooked_isWaitedForUntilItIsTold) {
+    languageModel.reason.reset();
+    languageModel.languages = {"de"};
+    EXPECT_EQ(names(TargetLanguagePicker::IsEnabled), QStringList({"Off (keep source language)", "English"}));
+    EXPECT_EQ(details().join(""), "");
+    readiness.refresh();
+    EXPECT_EQ(names(TargetLanguagePicker::IsEnabled),
+              QStringList({"Off (keep source language)", "English", "German"}));
+}
+
 TEST_F(PanelModel, currentLanguage_isNamedWithoutItsRemark) {
     EXPECT_EQ(model.targetLanguages()->currentDisplay(), "Off");
     settings.targetLanguageCode.set("pt-BR");
