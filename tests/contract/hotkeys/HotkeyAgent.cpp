@@ -4,6 +4,8 @@
 #include "concurrency/QtMainActor.h"
 #include "hotkeys/HotkeyManager.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
+#include "linux/x11/server/X11Server.h"
+#include "platform/system/Console.h"
 
 #include <QCoreApplication>
 

@@ -147,7 +147,7 @@ TEST_F(MenuPanelPlace, severalMonitors_opensOnTheOneWithTheItem) {
         panel.fadeIn(menuPanelFrame(item, panel.screenOf(item), panel.fittingHeight()));
         ASSERT_TRUE(isPainted());
         EXPECT_TRUE(screen->geometry().contains(panel.frame()));
-        EXPECT_EQ(panel.frame().right(), screen->geometry().right() - MenuPanelGap);
+        EXPECT_EQ(panel.frame().right(), screen->geometry().right() - menuPanelGap);
         close();
     }
     xrandr({"--delmonitor", "left", "--delmonitor", "right"});

@@ -5,6 +5,7 @@
 #include "HeldUpWindowManager.h"
 #include "Program.h"
 
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/KeyboardFocus.h"
 #include "receivers/Receiver.h"
 
@@ -20,7 +21,7 @@ namespace {
 
 class KeyboardFocusTest : public ::testing::Test {
 protected:
-    const std::unique_ptr<X11Connection> connection = X11Connection::open();
+    const std::unique_ptr<X11Connection> connection = X11Server().connect();
     KeyboardFocus focus{*connection};
 };
 

@@ -36,6 +36,12 @@ protected:
         view->setHeight(view->property("fittingHeight").toInt());
     }
 
+    void setToggle(const HotkeyBinding& binding) {
+        settings.translateToggleBinding.set(binding);
+        toggle.setBinding(binding);
+        toggle.install();
+    }
+
     static void layOut(QQuickItem& item) {
         for (auto* child : item.childItems())
             layOut(*child);
@@ -449,12 +455,10 @@ TEST_F(MenuPanelViews, languageThatIsNotInstalled_keepsItsWholeName) {
 
 TEST_F(MenuPanelViews, longestToggle_breaksNeitherWordNorKey) {
     model.reset();
-    settings.translateToggleBinding.set(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
+    setToggle(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
     settings.targetLanguageCode.set("zh-TW");
     const GermanTexts german;
     open();
-    model->toggleActs = [] { return true; };
-    Q_EMIT model->toggleShortcutChanged();
     layOut(*view);
     view->setHeight(view->property("fittingHeight").toInt());
     expectWholeTexts();
@@ -472,10 +476,8 @@ TEST_F(MenuPanelViews, longestToggle_breaksNeitherWordNorKey) {
 }
 
 TEST_F(MenuPanelViews, pointerThatRests_bringsWordsForWhatHasNone) {
-    settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::T));
+    setToggle(HotkeyBinding::chord(0xC0000, VirtualKey::T));
     open();
-    model->toggleActs = [] { return true; };
-    Q_EMIT model->toggleShortcutChanged();
     layOut(*view);
     show();
     EXPECT_TRUE(tipComes(ofType("StatusOrb"), model->orbLabel()));
