@@ -145,8 +145,8 @@ void KeyboardFocus::noteGrabs() {
     }
 }
 
-/// Only the server knows which client has the grab. But one that grabs the keyboard for long shows a window: the
-/// menus of an application do, and so do lockers.
+/// Only the server knows which client has the grab. But one that grabs the keyboard for long shows a window:
+/// the menus of an application do, and so do lockers.
 KeyDestination KeyboardFocus::grabDestination(const X11Target& target) {
     for (const xcb_window_t window : unmanagedWindows()) {
         if (isOfApplication(target, window))
