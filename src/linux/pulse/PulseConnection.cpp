@@ -22,8 +22,7 @@ void forget(pa_operation* operation) {
 PulseConnection::PulseConnection(MainActor& mainActor, std::string server)
     : m_mainActor(mainActor)
     , m_server(std::move(server))
-    , m_announced(AuthorizationStatus::NotDetermined)
-    , m_self(std::make_shared<PulseConnection*>(this)) {
+    , m_announced(AuthorizationStatus::NotDetermined) {
     const PulseLoop::Lock lock(m_loop);
     connect();
 }
@@ -181,12 +180,8 @@ void PulseConnection::onAllSources() {
 
 void PulseConnection::answer() {
     const auto status = m_microphone ? AuthorizationStatus::Authorized : AuthorizationStatus::Denied;
-    if (std::exchange(m_status, status) != status) {
-        m_mainActor.post([weak = std::weak_ptr(m_self), status] {
-            if (const auto self = weak.lock())
-                (*self)->m_announced.set(status);
-        });
-    }
+    if (std::exchange(m_status, status) != status)
+        m_mainActor.post(m_lifetime.ifAlive([this, status] { m_announced.set(status); }));
     for (auto& waiting : std::exchange(m_waiting, {}))
         m_mainActor.post(std::move(waiting));
     m_loop.signal();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/MainActor.h"
 #include "concurrency/Published.h"
 #include "linux/pulse/PulseLoop.h"
@@ -69,7 +70,6 @@ private:
     MainActor& m_mainActor;
     std::string m_server;
     Published<AuthorizationStatus> m_announced; // main thread
-    std::shared_ptr<PulseConnection*> m_self;   // main thread; posted work looks here whether we still exist
 
     // Under the lock.
     pa_context* m_context = nullptr;
@@ -88,6 +88,7 @@ private:
     std::vector<PulseSource> m_newSources;
 
     PulseLoop m_loop;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

@@ -200,7 +200,7 @@ JsonPreferenceStore::JsonPreferenceStore(const QString& directory, FileSystem& f
     , m_document(std::make_unique<json>(m_file->load())) {}
 
 JsonPreferenceStore::~JsonPreferenceStore() {
-    if (m_pendingWrite || m_file->isFailing())
+    if (m_isWritePending || m_file->isFailing())
         write();
 }
 
@@ -226,17 +226,12 @@ void JsonPreferenceStore::remove(const QString& key) {
 }
 
 void JsonPreferenceStore::changed() {
-    if (m_pendingWrite)
-        return;
-    m_pendingWrite = std::make_shared<bool>();
-    m_actor.post([this, pending = std::weak_ptr(m_pendingWrite)] {
-        if (pending.lock())
-            write();
-    });
+    if (!std::exchange(m_isWritePending, true))
+        m_actor.post(m_lifetime.ifAlive([this] { write(); }));
 }
 
 void JsonPreferenceStore::write() {
-    m_pendingWrite.reset();
+    m_isWritePending = false;
     const auto text = m_document->dump(2, ' ', false, json::error_handler_t::replace) + '\n';
     m_writer.async([file = m_file, bytes = QByteArray::fromStdString(text)] { file->save(bytes); });
 }

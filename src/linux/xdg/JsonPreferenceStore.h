@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "concurrency/MainActor.h"
 #include "concurrency/SerialQueue.h"
 #include "platform/system/Console.h"
@@ -46,7 +47,8 @@ private:
     SerialQueue& m_writer;
     std::shared_ptr<File> m_file; ///< the writer's, once it is loaded
     std::unique_ptr<nlohmann::json> m_document;
-    std::shared_ptr<bool> m_pendingWrite; ///< lives until the turn that writes; its end calls that off
+    bool m_isWritePending = false; ///< in a turn that is to come
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

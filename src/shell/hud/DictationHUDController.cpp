@@ -13,11 +13,6 @@ DictationHUDController::DictationHUDController(MainActor& actor, HUDPanelFactory
     , m_makePanel(std::move(makePanel))
     , m_stateChanges(m_stateHolder->state.observe([this](const DictationHUDState&) { sayWhatWaits(); })) {}
 
-DictationHUDController::~DictationHUDController() {
-    if (m_noticeAutoHide)
-        m_noticeAutoHide->cancel();
-}
-
 void DictationHUDController::show(DictationHUDState state) {
     beginTransition();
     panel().setIgnoresMouseEvents(true);
@@ -41,10 +36,9 @@ void DictationHUDController::showNotice(const QString& text, NoticeTone tone, Du
 
     const CancellationToken token;
     m_noticeAutoHide = token;
-    m_actor.start([this, &actor = m_actor, token, autoHideAfter]() -> Task<void> {
+    m_actor.start([this, &actor = m_actor, owner = m_lifetime.token(), token, autoHideAfter]() -> Task<void> {
         co_await actor.sleep(autoHideAfter, token);
-        // The destructor cancels too, so an uncancelled token also tells that the controller is still there.
-        if (!token.isCancelled())
+        if (owner.isAlive() && !token.isCancelled())
             hide();
     });
 }

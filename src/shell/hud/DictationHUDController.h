@@ -28,7 +28,6 @@ public:
 
     /// `makePanel` is called once: when the panel is prepared, else at the first transition that needs it.
     DictationHUDController(MainActor& actor, HUDPanelFactory makePanel);
-    ~DictationHUDController();
     DictationHUDController(const DictationHUDController&) = delete;
     DictationHUDController& operator=(const DictationHUDController&) = delete;
 
