@@ -256,11 +256,7 @@ void DictationController::discardRecording(const QString& wav) {
 }
 
 void DictationController::deleteFile(const QString& path) {
-    try {
-        m_parts.files.remove(path);
-    } catch (const PlatformError&) {
-        // A cancelled press has no file yet, and there is no remedy for the rest.
-    }
+    removeIfPossible(m_parts.files, path); // a cancelled press has no file yet
 }
 
 } // namespace talvera

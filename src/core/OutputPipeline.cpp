@@ -178,11 +178,7 @@ void OutputPipeline::failRecognition(const QString& wav, const char* traceText, 
 }
 
 void OutputPipeline::deleteRecording(const QString& wav) {
-    try {
-        m_parts.files.remove(wav);
-    } catch (const PlatformError&) {
-        // Nothing that the user could do about it.
-    }
+    removeIfPossible(m_parts.files, wav);
 }
 
 Task<std::optional<QString>> OutputPipeline::recognise(const DictationRequest& request, WhisperMode mode,

@@ -33,13 +33,13 @@ public:
     virtual std::optional<qint64> size(const QString& path) = 0;
 };
 
-/// Removes the file, or leaves it where that fails: for what lies in the private directory, where nobody
-/// could do anything about it and the next start takes it away.
+/// Removes the file, or leaves it where that fails: for what lies in the private directory, where the user
+/// could do nothing about it and the next start takes it away.
 inline void removeIfPossible(FileSystem& files, const QString& path) {
     try {
         files.remove(path);
     } catch (const PlatformError&) {
-        // As said above.
+        return;
     }
 }
 
