@@ -12,7 +12,7 @@ namespace talvera {
 namespace {
 
 QString menuLine(const MenuBarController::State& state) {
-    return QStringLiteral("menu ") + caseName(state);
+    return QStringLiteral("menu ") + rawValue(state);
 }
 
 QString hudLine(const DictationHUDState& state) {

@@ -51,28 +51,6 @@ std::optional<QString> HotkeyBinding::layoutCharacter(VirtualKey key, KeyboardLa
     return character;
 }
 
-QString rawValue(HotkeyBinding::SpecialKey key) {
-    switch (key) {
-    case HotkeyBinding::SpecialKey::Fn:
-        return QStringLiteral("fn");
-    case HotkeyBinding::SpecialKey::RightCommand:
-        return QStringLiteral("rightCommand");
-    case HotkeyBinding::SpecialKey::RightOption:
-        return QStringLiteral("rightOption");
-    case HotkeyBinding::SpecialKey::CapsLock:
-        return QStringLiteral("capsLock");
-    }
-    Q_UNREACHABLE();
-}
-
-std::optional<HotkeyBinding::SpecialKey> specialKeyFromRawValue(const QString& raw) {
-    for (const auto key : HotkeyBinding::allSpecialKeys) {
-        if (raw == rawValue(key))
-            return key;
-    }
-    return std::nullopt;
-}
-
 VirtualKey keyCode(HotkeyBinding::SpecialKey key) {
     return specialKeyCodes.at(indexOf(key));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/keyboard/VirtualKey.h"
+#include "text/CaseNames.h"
 
 #include <QByteArray>
 #include <QString>
@@ -29,8 +30,6 @@ public:
     };
 
     enum class SpecialKey { Fn, RightCommand, RightOption, CapsLock };
-    static constexpr std::array allSpecialKeys{SpecialKey::Fn, SpecialKey::RightCommand,
-                                               SpecialKey::RightOption, SpecialKey::CapsLock};
 
     class DecodingError;
 
@@ -85,10 +84,12 @@ private:
     std::string m_what;
 };
 
-/// The persisted form of a special key.
-QString rawValue(HotkeyBinding::SpecialKey key);
-/// The special key whose persisted form is exactly `raw`, if there is one.
-std::optional<HotkeyBinding::SpecialKey> specialKeyFromRawValue(const QString& raw);
+template <>
+inline constexpr std::array caseNames<HotkeyBinding::SpecialKey>{
+    CaseName{HotkeyBinding::SpecialKey::Fn, "fn"},
+    CaseName{HotkeyBinding::SpecialKey::RightCommand, "rightCommand"},
+    CaseName{HotkeyBinding::SpecialKey::RightOption, "rightOption"},
+    CaseName{HotkeyBinding::SpecialKey::CapsLock, "capsLock"}};
 
 /// The key that a special key is.
 VirtualKey keyCode(HotkeyBinding::SpecialKey key);

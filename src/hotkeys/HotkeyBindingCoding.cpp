@@ -107,7 +107,7 @@ HotkeyBinding HotkeyBinding::decoded(const QByteArray& data) {
     if (!value.is_string())
         fail(Kind::TypeMismatch, "Expected a string under \"_0\".");
     const auto raw = QString::fromStdString(value.get<std::string>());
-    const auto key = specialKeyFromRawValue(raw);
+    const auto key = fromRawValue<HotkeyBinding::SpecialKey>(raw);
     if (!key)
         fail(Kind::DataCorrupted, "Cannot initialize SpecialKey from invalid String value %1", raw);
     return holdSpecial(*key);

@@ -53,18 +53,4 @@ QString MenuBarController::statusIconName() const {
                                     : QStringLiteral("waveform.badge.microphone");
 }
 
-QString caseName(MenuBarController::State state) {
-    switch (state) {
-    case MenuBarController::State::Idle:
-        return QStringLiteral("idle");
-    case MenuBarController::State::Recording:
-        return QStringLiteral("recording");
-    case MenuBarController::State::Transcribing:
-        return QStringLiteral("transcribing");
-    case MenuBarController::State::Error:
-        return QStringLiteral("error");
-    }
-    return {};
-}
-
 } // namespace talvera

@@ -4,6 +4,7 @@
 #include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
 #include "concurrency/Time.h"
+#include "text/CaseNames.h"
 
 #include <QString>
 
@@ -44,7 +45,11 @@ private:
     Lifetime m_lifetime;
 };
 
-/// The state's name, as in "transcribing".
-QString caseName(MenuBarController::State state);
+template <>
+inline constexpr std::array caseNames<MenuBarController::State>{
+    CaseName{MenuBarController::State::Idle, "idle"},
+    CaseName{MenuBarController::State::Recording, "recording"},
+    CaseName{MenuBarController::State::Transcribing, "transcribing"},
+    CaseName{MenuBarController::State::Error, "error"}};
 
 } // namespace talvera

@@ -254,7 +254,7 @@ Answer Scenario::effects() const {
 Answer Scenario::final() {
     auto& agent = m_world.agent();
     const auto& dictation = agent.delegate().dictation();
-    return {{"menu", caseName(agent.menuBar.state.get()).toStdString()},
+    return {{"menu", rawValue(agent.menuBar.state.get()).toStdString()},
             {"hud", caseName(agent.hud.currentState()).toStdString()},
             {"wavExists", !m_world.wavFiles().isEmpty()},
             {"chunkFiles", m_world.chunkFiles().size()},

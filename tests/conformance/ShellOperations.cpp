@@ -37,15 +37,6 @@ Answer hudLevels(const Request& request) {
     return {{"levels", levels}};
 }
 
-std::optional<MenuBarController::State> stateFromName(const QString& name) {
-    using State = MenuBarController::State;
-    for (const auto state : {State::Idle, State::Recording, State::Transcribing, State::Error}) {
-        if (caseName(state) == name)
-            return state;
-    }
-    return std::nullopt;
-}
-
 Answer statusIcon(const Request& request) {
     test::SimulatedMainActor actor;
     test::InMemoryPreferenceStore store;
@@ -54,7 +45,7 @@ Answer statusIcon(const Request& request) {
     settings.targetLanguageCode.set(request.truth("translate") ? QStringLiteral("en")
                                                                : QStringLiteral("off"));
     MenuBarController menuBar(actor, settings);
-    menuBar.state.set(request.named("state", stateFromName));
+    menuBar.state.set(request.named("state", fromRawValue<MenuBarController::State>));
     return {{"symbol", menuBar.statusIconName().toStdString()}};
 }
 

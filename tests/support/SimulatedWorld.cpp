@@ -31,12 +31,12 @@ ordered_json describe(const DictationHUDState& state, Duration noticeDuration) {
     ordered_json fields{{"state", utf8(caseName(state))}};
     if (const auto* notice = state.as<DictationHUDState::Notice>()) {
         fields["text"] = utf8(notice->text);
-        fields["tone"] = utf8(caseName(notice->tone));
+        fields["tone"] = utf8(rawValue(notice->tone));
         fields["seconds"] = toSeconds(noticeDuration);
     } else if (const auto* translating = state.as<DictationHUDState::Translating>()) {
         fields["name"] = utf8(translating->targetDisplayName);
     } else if (const auto* permission = state.as<DictationHUDState::PermissionRequired>()) {
-        fields["kind"] = utf8(caseName(permission->kind));
+        fields["kind"] = utf8(rawValue(permission->kind));
     }
     return fields;
 }
@@ -206,7 +206,7 @@ void SimulatedWorld::observeMachine() {
 void SimulatedWorld::observeAgent() {
     auto& agent = *m_agent;
     m_observations.push_back(agent.menuBar.state.observe([this](MenuBarController::State state) {
-        note("menu", {{"state", utf8(caseName(state))}});
+        note("menu", {{"state", utf8(rawValue(state))}});
     }));
     m_observations.push_back(agent.hud.stateHolder().state.observe([this](const DictationHUDState& state) {
         note("hud", describe(state, m_agent->hud.noticeDuration()));

@@ -15,23 +15,14 @@ QString caseName(const DictationHUDState& state) {
     return names[state.value.index()];
 }
 
-QString caseName(DictationHUDState::NoticeTone tone) {
-    return tone == DictationHUDState::NoticeTone::Warn ? QStringLiteral("warn") : QStringLiteral("info");
-}
-
-QString caseName(DictationHUDState::PermissionKind kind) {
-    return kind == DictationHUDState::PermissionKind::Microphone ? QStringLiteral("microphone")
-                                                                 : QStringLiteral("accessibility");
-}
-
 QString inWords(const DictationHUDState& state) {
     QStringList words{caseName(state)};
     if (const auto* translating = state.as<DictationHUDState::Translating>())
         words << translating->targetDisplayName;
     else if (const auto* notice = state.as<DictationHUDState::Notice>())
-        words << notice->text << caseName(notice->tone);
+        words << notice->text << rawValue(notice->tone);
     else if (const auto* card = state.as<DictationHUDState::PermissionRequired>())
-        words << caseName(card->kind);
+        words << rawValue(card->kind);
     return words.join(u' ');
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "concurrency/Time.h"
+#include "text/CaseNames.h"
 
 #include <QString>
 
@@ -65,8 +66,16 @@ struct DictationHUDState {
 
 /// The case's name, as in "permissionRequired".
 QString caseName(const DictationHUDState& state);
-QString caseName(DictationHUDState::NoticeTone tone);
-QString caseName(DictationHUDState::PermissionKind kind);
+
+template <>
+inline constexpr std::array caseNames<DictationHUDState::NoticeTone>{
+    CaseName{DictationHUDState::NoticeTone::Info, "info"},
+    CaseName{DictationHUDState::NoticeTone::Warn, "warn"}};
+
+template <>
+inline constexpr std::array caseNames<DictationHUDState::PermissionKind>{
+    CaseName{DictationHUDState::PermissionKind::Microphone, "microphone"},
+    CaseName{DictationHUDState::PermissionKind::Accessibility, "accessibility"}};
 
 /// The state and what it shows, as in "notice Transcription failed warn": the words of traces and stories.
 QString inWords(const DictationHUDState& state);

@@ -61,7 +61,7 @@ bool MenuPanelModel::accessibilityMissing() const {
 }
 
 QString MenuPanelModel::state() const {
-    return caseName(m_parts.menuBar.state.get());
+    return rawValue(m_parts.menuBar.state.get());
 }
 
 QString MenuPanelModel::statusTitle() const {

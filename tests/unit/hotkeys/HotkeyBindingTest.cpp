@@ -69,18 +69,18 @@ TEST(HotkeyBinding, specialKeys_haveTheirCodesFlagsAndNames) {
                           Row{Key::RightCommand, "rightCommand", 54, 0x100000, "Right ⌘ hold"},
                           Row{Key::RightOption, "rightOption", 61, 0x80000, "Right ⌥ hold"},
                           Row{Key::CapsLock, "capsLock", 57, 0x10000, "Caps Lock hold"}};
-    ASSERT_EQ(HotkeyBinding::allSpecialKeys.size(), rows.size());
+    ASSERT_EQ(allCases<Key>().size(), rows.size());
     test::FakeKeyboardLayout layout;
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const auto& row = rows[i];
-        EXPECT_EQ(HotkeyBinding::allSpecialKeys[i], row.key);
+        EXPECT_EQ(allCases<Key>()[i], row.key);
         EXPECT_EQ(rawValue(row.key), row.raw);
-        EXPECT_EQ(specialKeyFromRawValue(row.raw), row.key);
+        EXPECT_EQ(fromRawValue<Key>(row.raw), row.key);
         EXPECT_EQ(keyCode(row.key), VirtualKey(row.code));
         EXPECT_EQ(heldFlag(row.key), row.flag);
         EXPECT_EQ(HotkeyBinding::holdSpecial(row.key).displayString(layout), row.name);
     }
-    EXPECT_FALSE(specialKeyFromRawValue("Fn"));
+    EXPECT_FALSE(fromRawValue<Key>("Fn"));
 }
 
 TEST(HotkeyBindingCoding, chord_isWrittenModifiersFirst) {
@@ -97,7 +97,7 @@ TEST(HotkeyBindingCoding, everyBinding_comesBackAsItWas) {
                                         HotkeyBinding::chord(UINT64_MAX, VirtualKey(UINT16_MAX)),
                                         HotkeyBinding::chord((std::uint64_t(1) << 53) + 1, VirtualKey::S),
                                         HotkeyBinding::chord((std::uint64_t(1) << 63) + 1, VirtualKey::S)};
-    for (const auto key : HotkeyBinding::allSpecialKeys)
+    for (const auto key : allCases<Key>())
         bindings.push_back(HotkeyBinding::holdSpecial(key));
     for (const auto& binding : bindings)
         EXPECT_EQ(HotkeyBinding::decoded(binding.encoded()), binding) << binding.encoded().toStdString();

@@ -257,7 +257,7 @@ TEST_F(HotkeyManagerTest, rightCommandReleasedWithLeftStillDown_goesOnUntilTheNe
 }
 
 TEST_F(HotkeyManagerTest, specialKey_isNeverSwallowed) {
-    for (const auto key : HotkeyBinding::allSpecialKeys) {
+    for (const auto key : allCases<Key>()) {
         install(HotkeyBinding::holdSpecial(key));
         keyboard.tap(keyCode(key));
         keyboard.tap(keyCode(key)); // a lock is off again
