@@ -28,9 +28,9 @@ struct Panel {
 } // namespace
 
 void drawIconSheet(const QString& file) {
-    constexpr std::array panels{Panel{darkPanel, TrayColors::OnDark}, Panel{lightPanel, TrayColors::OnLight},
-                                Panel{darkPanel, TrayColors::OnUnknown},
-                                Panel{lightPanel, TrayColors::OnUnknown}};
+    constexpr std::array panels{Panel{darkPanel, TrayColors::onDark}, Panel{lightPanel, TrayColors::onLight},
+                                Panel{darkPanel, TrayColors::onUnknown},
+                                Panel{lightPanel, TrayColors::onUnknown}};
     int rowWidth = gap;
     for (const int size : sizes)
         rowWidth += size + gap;

@@ -44,8 +44,8 @@ public:
     void photograph(const QString& name, const QList<Qt::Key>& keys = {}, const QString& typed = {}) {
         m_panel.renewContent();
         const auto screen = m_panel.screenOf(QRect(place, QSize(1, 1)));
-        const int height = std::min(m_panel.fittingHeight(), screen.visible.height() - 2 * MenuPanelGap);
-        m_panel.fadeIn(QRect(place, QSize(MenuPanelWidth, height)));
+        const int height = std::min(m_panel.fittingHeight(), screen.visible.height() - 2 * menuPanelGap);
+        m_panel.fadeIn(QRect(place, QSize(menuPanelWidth, height)));
         m_stage.wait(settled);
         for (const auto key : keys)
             press(key);
@@ -128,7 +128,7 @@ void photographPanel(Stage& stage) {
     panel.setToggleActs(true);
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
-    QCursor::setPos(place + QPoint(MenuPanelWidth / 2, 345)); // over one of the lower rows
+    QCursor::setPos(place + QPoint(menuPanelWidth / 2, 345)); // over one of the lower rows
     panel.photograph("pointer");
     QCursor::setPos(0, 0);
     panel.photograph("picker", {Qt::Key_Down, Qt::Key_Return});

@@ -24,10 +24,10 @@ constexpr int crispSize(int pixels) {
 }
 
 namespace TrayColors {
-inline constexpr QColor OnDark{0xf4, 0xf4, 0xf6};
-inline constexpr QColor OnLight{0x2a, 0x2a, 0x30};
+inline constexpr QColor onDark{0xf4, 0xf4, 0xf6};
+inline constexpr QColor onLight{0x2a, 0x2a, 0x30};
 /// Where it isn't known what lies behind: as far from black as from white.
-inline constexpr QColor OnUnknown{0x7d, 0x79, 0xf2};
+inline constexpr QColor onUnknown{0x7d, 0x79, 0xf2};
 } // namespace TrayColors
 
 } // namespace talvera

@@ -97,7 +97,7 @@ QString StatusNotifierItem::iconName() const {
 NotifierPixmaps StatusNotifierItem::iconPixmap() const {
     NotifierPixmaps pixmaps;
     for (const int size : pixmapSizes)
-        pixmaps.append(pixmapOf(m_painter(m_symbol, TrayColors::OnUnknown, size)));
+        pixmaps.append(pixmapOf(m_painter(m_symbol, TrayColors::onUnknown, size)));
     return pixmaps;
 }
 

@@ -13,7 +13,7 @@ TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, c
     , m_item(painter, iconThemePath)
     , m_link(m_item)
     , m_icon(std::move(icon))
-    , m_patience(actor.startTimer(Patience, [this] {
+    , m_patience(actor.startTimer(patience, [this] {
         if (!hasTray() && onNoTray)
             onNoTray();
     })) {

@@ -17,7 +17,7 @@ namespace talvera {
 class TrayStatusItem final : public StatusItem {
 public:
     /// How long a session may take until its tray is there.
-    static constexpr Duration Patience = seconds(10.0);
+    static constexpr Duration patience = seconds(10.0);
 
     TrayStatusItem(MainActor& actor, const SymbolPainter& painter, const QString& iconThemePath,
                    std::unique_ptr<TrayIcon> icon);

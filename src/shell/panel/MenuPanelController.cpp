@@ -65,7 +65,7 @@ void MenuPanelController::open() {
 }
 
 QRect MenuPanelController::fittingFrame() {
-    return menuPanelFrame(m_item, m_screen, std::max(window().fittingHeight(), MenuPanelLeastHeight));
+    return menuPanelFrame(m_item, m_screen, std::max(window().fittingHeight(), menuPanelLeastHeight));
 }
 
 /// A banner may come or go while the panel is open.

@@ -29,20 +29,20 @@ QRect menuPanelFrame(const std::optional<QRect>& item, const ScreenArea& screen,
     const auto& visible = screen.visible;
     const auto anchor = item.value_or(cornerOfTrays(screen));
     if (!visible.isEmpty())
-        height = std::min(height, visible.height() - 2 * MenuPanelGap);
+        height = std::min(height, visible.height() - 2 * menuPanelGap);
 
-    int x = anchor.x() + anchor.width() / 2 - MenuPanelWidth / 2;
-    x = std::min(x, rightOf(visible) - MenuPanelWidth - MenuPanelGap);
-    x = std::max(x, visible.x() + MenuPanelGap);
+    int x = anchor.x() + anchor.width() / 2 - menuPanelWidth / 2;
+    x = std::min(x, rightOf(visible) - menuPanelWidth - menuPanelGap);
+    x = std::max(x, visible.x() + menuPanelGap);
 
-    int y = bottomOf(anchor) + MenuPanelGap;
-    const bool fitsBelow = y + height + MenuPanelGap <= bottomOf(visible);
+    int y = bottomOf(anchor) + menuPanelGap;
+    const bool fitsBelow = y + height + menuPanelGap <= bottomOf(visible);
     const bool moreRoomAbove = anchor.y() - visible.y() > bottomOf(visible) - bottomOf(anchor);
     if (!fitsBelow && moreRoomAbove)
-        y = anchor.y() - height - MenuPanelGap;
-    y = std::min(y, bottomOf(visible) - height - MenuPanelGap);
-    y = std::max(y, visible.y() + MenuPanelGap);
-    return {x, y, MenuPanelWidth, height};
+        y = anchor.y() - height - menuPanelGap;
+    y = std::min(y, bottomOf(visible) - height - menuPanelGap);
+    y = std::max(y, visible.y() + menuPanelGap);
+    return {x, y, menuPanelWidth, height};
 }
 
 } // namespace talvera

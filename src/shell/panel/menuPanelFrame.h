@@ -13,9 +13,9 @@ struct ScreenArea {
     QRect visible;
 };
 
-inline constexpr int MenuPanelWidth = 300;
-inline constexpr int MenuPanelLeastHeight = 100;
-inline constexpr int MenuPanelGap = 4; ///< to the item, and to the edges of the visible frame
+inline constexpr int menuPanelWidth = 300;
+inline constexpr int menuPanelLeastHeight = 100;
+inline constexpr int menuPanelGap = 4; ///< to the item, and to the edges of the visible frame
 
 /// Where the panel goes that hangs at `item`: below it, or above it where there is no room below; centred on
 /// it, but within the visible frame. Without an item it goes to the corner where trays are. It is never

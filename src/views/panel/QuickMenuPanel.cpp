@@ -69,7 +69,7 @@ void QuickMenuPanel::renewContent() {
     m_view.reset();
     m_view = m_engine.create(QStringLiteral("panel/MenuPanelView"),
                              {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)}});
-    m_view->setWidth(MenuPanelWidth);
+    m_view->setWidth(menuPanelWidth);
     // Its layout is under way when it tells.
     QObject::connect(m_view.get(), SIGNAL(fittingHeightChanged()), m_panel.get(), SLOT(contentChanged()),
                      Qt::QueuedConnection);

@@ -77,7 +77,7 @@ TEST_F(TrayStatusItemTest, clickOnTheIcon_isToldInATurnOfItsOwn) {
 TEST_F(TrayStatusItemTest, noTrayOfEitherKind_isToldOnceAfterTheSessionsStart) {
     icon->trayIsThere = false;
     ASSERT_TRUE(eventually([this] { return icon->shown; }));
-    actor.advance(TrayStatusItem::Patience - seconds(0.1));
+    actor.advance(TrayStatusItem::patience - seconds(0.1));
     EXPECT_EQ(lacks, 0);
     actor.advance(seconds(60));
     EXPECT_EQ(lacks, 1);

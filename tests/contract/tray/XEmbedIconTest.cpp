@@ -44,7 +44,7 @@ protected:
         return pixel ? QColor(pixel[2], pixel[1], pixel[0]) : QColor();
     }
 
-    std::unique_ptr<X11Connection> screen = X11Connection::open();
+    std::unique_ptr<X11Connection> screen = X11Server().connect();
     QProcess tray;
     XEmbedIcon icon{X11Server(), square};
 };
@@ -54,7 +54,7 @@ TEST_P(XEmbedIconInTray, symbol_standsOutFromTheTraysColour) {
     icon.setSymbol("mic.fill");
     icon.setShown(true);
     ASSERT_TRUE(eventually([this] { return icon.frame().has_value(); }));
-    EXPECT_TRUE(eventually([&] { return seen() == (dark ? TrayColors::OnDark : TrayColors::OnLight); }))
+    EXPECT_TRUE(eventually([&] { return seen() == (dark ? TrayColors::onDark : TrayColors::onLight); }))
         << qPrintable(seen().name());
 }
 

@@ -79,8 +79,8 @@ bool XEmbedTray::hasIcon() {
 
 void XEmbedTray::takeIn(xcb_window_t icon) {
     m_icon = icon;
-    xcb_reparent_window(m_x11->get(), icon, m_window, std::int16_t(IconPlace.x()),
-                        std::int16_t(IconPlace.y()));
+    xcb_reparent_window(m_x11->get(), icon, m_window, std::int16_t(iconPlace.x()),
+                        std::int16_t(iconPlace.y()));
     setIconSize(m_iconSize);
     xcb_map_window(m_x11->get(), icon);
     m_x11->roundTrip(); // from here on we hear of its end

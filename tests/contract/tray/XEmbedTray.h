@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QColor>
 #include <QPoint>
@@ -33,14 +33,14 @@ public:
     /// The icon's pixel at this place, once it can be seen.
     std::optional<QColor> pixel(const QPoint& place);
 
-    static constexpr QPoint IconPlace{4, 4}; ///< on the screen
+    static constexpr QPoint iconPlace{4, 4}; ///< on the screen
 
 private:
     void wantTranslucentIcons();
     void announce();
     void takeIn(xcb_window_t icon);
 
-    std::unique_ptr<X11Connection> m_x11 = X11Connection::open();
+    std::unique_ptr<X11Connection> m_x11 = X11Server().connect();
     xcb_window_t m_window = XCB_WINDOW_NONE;
     xcb_window_t m_icon = XCB_WINDOW_NONE;
     QSize m_iconSize;

@@ -53,14 +53,14 @@ TEST_F(XEmbed, trayThatComesLater_takesTheIconIn) {
     EXPECT_EQ(icon.frame(), std::nullopt);
     XEmbedTray tray(Qt::black);
     EXPECT_TRUE(takesIn(tray));
-    EXPECT_TRUE(eventually([&] { return icon.frame() == QRect(XEmbedTray::IconPlace, QSize(24, 24)); }));
+    EXPECT_TRUE(eventually([&] { return icon.frame() == QRect(XEmbedTray::iconPlace, QSize(24, 24)); }));
 }
 
 TEST_F(XEmbed, symbol_standsOutAgainstTheTraysBackground) {
     const QColor dark("#202428");
     const QColor light("#f0ece8");
     for (const auto& [background, symbol] :
-         {std::pair(dark, TrayColors::OnDark), std::pair(light, TrayColors::OnLight)}) {
+         {std::pair(dark, TrayColors::onDark), std::pair(light, TrayColors::onLight)}) {
         XEmbedTray tray(background);
         ASSERT_TRUE(takesIn(tray));
         EXPECT_TRUE(shows(tray, {12, 12}, symbol)) << background.name().toStdString();
@@ -71,13 +71,13 @@ TEST_F(XEmbed, symbol_standsOutAgainstTheTraysBackground) {
 TEST_F(XEmbed, otherSize_isFilledByTheSymbol) {
     XEmbedTray tray(Qt::black, {16, 16});
     ASSERT_TRUE(takesIn(tray));
-    EXPECT_TRUE(shows(tray, {8, 8}, TrayColors::OnDark));
+    EXPECT_TRUE(shows(tray, {8, 8}, TrayColors::onDark));
     tray.setIconSize({64, 64});
-    EXPECT_TRUE(shows(tray, {18, 18}, TrayColors::OnDark));
-    EXPECT_TRUE(shows(tray, {46, 46}, TrayColors::OnDark));
+    EXPECT_TRUE(shows(tray, {18, 18}, TrayColors::onDark));
+    EXPECT_TRUE(shows(tray, {46, 46}, TrayColors::onDark));
     EXPECT_TRUE(shows(tray, {8, 8}, Qt::black));
     tray.setIconSize({48, 24}); // in the middle, and not distorted
-    EXPECT_TRUE(shows(tray, {24, 12}, TrayColors::OnDark));
+    EXPECT_TRUE(shows(tray, {24, 12}, TrayColors::onDark));
     EXPECT_TRUE(shows(tray, {13, 12}, Qt::black));
 }
 
@@ -121,9 +121,9 @@ INSTANTIATE_TEST_SUITE_P(Trays, HugeXEmbed,
 TEST_F(XEmbed, eachButton_isAClickAndTheWheelIsNone) {
     XEmbedTray tray(Qt::black);
     ASSERT_TRUE(takesIn(tray));
-    ASSERT_TRUE(shows(tray, {12, 12}, TrayColors::OnDark));
+    ASSERT_TRUE(shows(tray, {12, 12}, TrayColors::onDark));
     RigInput mouse;
-    const auto place = XEmbedTray::IconPlace + QPoint(12, 12);
+    const auto place = XEmbedTray::iconPlace + QPoint(12, 12);
     for (const int button : {4, 5, 1, 2, 3})
         mouse.click(place.x(), place.y(), button);
     EXPECT_TRUE(eventually([this] { return clicks == 3; })) << clicks;
@@ -133,7 +133,7 @@ TEST_F(XEmbed, trayThatGoes_leavesNoWindowAndTheNextHasTheIcon) {
     for (int i = 0; i < 3; ++i) {
         XEmbedTray tray(Qt::black);
         ASSERT_TRUE(takesIn(tray));
-        EXPECT_TRUE(shows(tray, {12, 12}, TrayColors::OnDark));
+        EXPECT_TRUE(shows(tray, {12, 12}, TrayColors::onDark));
     }
     EXPECT_TRUE(eventually([this] { return !icon.hasTray(); }));
     EXPECT_EQ(icon.frame(), std::nullopt);
