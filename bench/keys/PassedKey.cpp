@@ -19,21 +19,21 @@ using namespace talvera::bench;
 
 namespace {
 
-constexpr int letterA = test::Key::a;
+constexpr XKeycode letterA = test::Key::a;
 constexpr int rounds = 4;
 
-void tap(int keycode, int times, test::RigInput& hands, KeyWindow& window, Figure& figure) {
+void tap(XKeycode key, int times, test::RigInput& hands, KeyWindow& window, Figure& figure) {
     for (int i = 0; i < times; ++i) {
         const auto start = Clock::now();
-        hands.press(keycode);
+        hands.press(key);
         figure.add(milliseconds(window.awaitKeyDown() - start));
-        hands.release(keycode);
+        hands.release(key);
     }
 }
 
 struct Trip {
     std::string key;
-    int keycode;
+    XKeycode key;
     Figure with{"a key to the window: " + key + ", with the agent"};
     Figure without{"a key to the window: " + key + ", without it"};
 };
@@ -46,15 +46,15 @@ int main(int argc, char** argv) {
     try {
         test::RigInput hands;
         KeyWindow window;
-        Trip trips[] = {{"a letter", letterA}, {"the hotkey", Dictating::RightCtrl}};
+        Trip trips[] = {{"a letter", letterA}, {"the hotkey", Dictating::hotkey}};
         for (int round = 0; round < rounds; ++round) {
             {
                 const Dictating agent({});
                 for (auto& trip : trips)
-                    tap(trip.keycode, times, hands, window, trip.with);
+                    tap(trip.key, times, hands, window, trip.with);
             }
             for (auto& trip : trips)
-                tap(trip.keycode, times, hands, window, trip.without);
+                tap(trip.key, times, hands, window, trip.without);
         }
         for (const auto& trip : trips) {
             trip.with.print();

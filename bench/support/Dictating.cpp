@@ -30,7 +30,7 @@ void Dictating::holdAndSay(const std::vector<std::int16_t>& speech) {
 
 KeyWitness::Clock::time_point Dictating::hold() {
     m_witness.forget();
-    m_keys.press(RightCtrl);
+    m_keys.press(hotkey);
     m_agent->await(QStringLiteral("hud listening"));
     return KeyWitness::Clock::now();
 }
@@ -40,7 +40,7 @@ void Dictating::say(const std::vector<std::int16_t>& speech) {
 }
 
 void Dictating::release() {
-    m_keys.release(RightCtrl);
+    m_keys.release(hotkey);
 }
 
 void Dictating::awaitEnd() {
@@ -50,7 +50,7 @@ void Dictating::awaitEnd() {
 }
 
 KeyWitness::Clock::time_point Dictating::released() {
-    return m_witness.await([](const auto& key) { return key.keycode == RightCtrl && !key.isDown; }).at;
+    return m_witness.await([](const auto& key) { return key.key == hotkey && !key.isDown; }).at;
 }
 
 KeyWitness::Clock::time_point Dictating::firstTyped() {

@@ -22,7 +22,7 @@ namespace talvera::bench {
 /// that is waited for doesn't happen.
 class Dictating {
 public:
-    static constexpr int RightCtrl = test::Key::rightControl; ///< the hotkey as long as no other is set
+    static constexpr XKeycode hotkey = test::Key::rightControl; ///< the hotkey as long as no other is set
 
     /// Starts the agent and waits until it can record.
     explicit Dictating(const QJsonObject& preferences, const QString& program = TALVERA_PROGRAM);

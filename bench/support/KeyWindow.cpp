@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/KeyWindow.h"
 
+#include "linux/x11/server/X11Server.h"
+
 #include <stdexcept>
 
 namespace talvera::bench {
@@ -15,7 +17,7 @@ constexpr std::uint8_t typeMask = 0x7F; // the other bit tells events that progr
 } // namespace
 
 KeyWindow::KeyWindow()
-    : m_connection(X11Connection::open()) {
+    : m_connection(X11Server().connect()) {
     if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     auto* connection = m_connection->get();

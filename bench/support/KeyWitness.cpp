@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/KeyWitness.h"
 
+#include "linux/x11/server/X11Server.h"
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -15,7 +17,7 @@ constexpr std::chrono::milliseconds lookRound{200}; // at whether the witness is
 } // namespace
 
 KeyWitness::KeyWitness()
-    : m_connection(X11Connection::open()) {
+    : m_connection(X11Server().connect()) {
     if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     m_connection->reply<xcb_input_xi_query_version_reply_t>(
@@ -45,7 +47,7 @@ void KeyWitness::run() {
         if (raw->event_type != XCB_INPUT_RAW_KEY_PRESS && raw->event_type != XCB_INPUT_RAW_KEY_RELEASE)
             continue;
         const std::scoped_lock lock(m_mutex);
-        m_keys.push_back({Clock::now(), raw->detail, raw->event_type == XCB_INPUT_RAW_KEY_PRESS,
+        m_keys.push_back({Clock::now(), XKeycode(raw->detail), raw->event_type == XCB_INPUT_RAW_KEY_PRESS,
                           m_devices.isPosted(raw->sourceid)});
         m_changed.notify_all();
     }
@@ -64,7 +66,7 @@ std::vector<KeyWitness::Key> KeyWitness::seen() const {
 KeyWitness::Key KeyWitness::await(const std::function<bool(const Key&)>& isWanted) {
     std::unique_lock lock(m_mutex);
     auto found = m_keys.end();
-    const bool came = m_changed.wait_for(lock, Patience, [&] {
+    const bool came = m_changed.wait_for(lock, patience, [&] {
         found = std::find_if(m_keys.begin(), m_keys.end(), isWanted);
         return found != m_keys.end();
     });

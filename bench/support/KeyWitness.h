@@ -24,12 +24,12 @@ public:
 
     struct Key {
         Clock::time_point at;
-        std::uint32_t keycode;
+        XKeycode key;
         bool isDown;
         bool isPosted; ///< by a program
     };
 
-    static constexpr std::chrono::seconds Patience{60};
+    static constexpr std::chrono::seconds patience{60};
 
     KeyWitness();
     ~KeyWitness();

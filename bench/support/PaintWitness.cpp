@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "support/PaintWitness.h"
 
+#include "linux/x11/server/X11Server.h"
+
 #include <stdexcept>
 
 namespace talvera::bench {
@@ -13,7 +15,7 @@ constexpr std::uint8_t typeMask = 0x7F;             // the other bit tells event
 } // namespace
 
 PaintWitness::PaintWitness()
-    : m_connection(X11Connection::open()) {
+    : m_connection(X11Server().connect()) {
     if (m_connection->isBroken())
         throw std::runtime_error("no X server");
     auto* const x = m_connection->get();
@@ -73,7 +75,7 @@ void PaintWitness::forget() {
 
 PaintWitness::Clock::time_point PaintWitness::await() {
     std::unique_lock lock(m_mutex);
-    if (!m_changed.wait_for(lock, Patience, [this] { return m_painted.has_value(); }))
+    if (!m_changed.wait_for(lock, patience, [this] { return m_painted.has_value(); }))
         throw std::runtime_error("no window has come up");
     return *m_painted;
 }

@@ -21,7 +21,7 @@ class PaintWitness {
 public:
     using Clock = std::chrono::steady_clock;
 
-    static constexpr std::chrono::seconds Patience{20};
+    static constexpr std::chrono::seconds patience{20};
 
     PaintWitness();
     ~PaintWitness();

@@ -27,7 +27,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr int escape = test::Key::escape;
+constexpr XKeycode escape = test::Key::escape;
 
 /// The panel fades in or out, and the agent frees what it needs no longer.
 constexpr auto settling = 400ms;

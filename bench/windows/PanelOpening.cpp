@@ -20,7 +20,7 @@ using namespace talvera::bench;
 
 namespace {
 
-constexpr int escape = test::Key::escape;
+constexpr XKeycode escape = test::Key::escape;
 
 /// The panel closes, and the agent does what it does then.
 constexpr std::chrono::milliseconds settling{1000};

@@ -44,10 +44,10 @@ SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts
         (parts.directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString();
     const auto panels = std::make_shared<X11PanelDesktop>(offer.server);
     SessionBackEnds chosen;
-    chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor);
-    chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>();
+    chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor, offer.server);
+    chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>(offer.server);
     chosen.keyPoster = std::make_unique<X11KeyEventPoster>(offer.server);
-    chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion);
+    chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion, offer.server);
     chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
     chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);
     chosen.overlays = std::make_unique<X11OverlayDesktop>(offer.server);

@@ -111,15 +111,15 @@ TEST_F(AgentLife, pressWithoutAModel_saysWhatIsMissing) {
     QFile model(models + "/ggml-medium-q5_0.bin");
     ASSERT_TRUE(model.open(QIODevice::WriteOnly) && model.write("model") > 0);
     model.close();
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("hud notice A directory of the speech model is missing: " + models +
                  "/ggml-medium-encoder.mlmodelc");
-    keys.release(RightCtrl);
+    keys.release(hotkey);
 
     ASSERT_TRUE(model.remove());
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("hud notice The speech model is missing: " + models + "/ggml-medium-q5_0.bin");
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     EXPECT_EQ(agent->count("menu recording"), 0);
 }
 
@@ -195,22 +195,22 @@ TEST_F(AgentLife, killedDuringRecognition_takesTheRecogniserAlongAndTheNextStart
 TEST_F(AgentLife, killedWithTheChordHeld_leavesAKeyboardThatWorks) {
     startAgent(chordOfCtrlAltSpace());
     Receiver editor(Receiver::Kind::Gtk);
-    for (const int key : {LeftCtrl, LeftAlt, Space})
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
     agent->await("menu recording");
     agent->kill();
-    for (const int key : {Space, LeftAlt, LeftCtrl})
+    for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
-    keys.tap(H);
+    keys.tap(Key::h);
     EXPECT_TRUE(editor.waitForText("h")) << editor.text().toStdString();
     EXPECT_EQ(leftFiles(), QStringList());
 
     startAgentAgain(); // and gets the chord again
-    for (const int key : {LeftCtrl, LeftAlt, Space})
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
     agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
-    for (const int key : {Space, LeftAlt, LeftCtrl})
+    for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
     EXPECT_TRUE(editor.waitForText("hGood morning.")) << editor.text().toStdString();
     agent->await("menu idle");

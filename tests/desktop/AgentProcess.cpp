@@ -11,7 +11,8 @@ namespace talvera::test {
 
 namespace {
 
-constexpr int patience = static_cast<int>(std::chrono::milliseconds(AgentProcess::Patience).count());
+constexpr int patienceInMilliseconds =
+    static_cast<int>(std::chrono::milliseconds(AgentProcess::patience).count());
 
 struct Activity {
     char state = 0;         ///< of the main thread, as in /proc/PID/stat
@@ -55,7 +56,7 @@ int AgentProcess::startSecond(const QProcessEnvironment& environment) {
     second.setProcessEnvironment(environment);
     second.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     second.start(TALVERA_PROGRAM, QStringList());
-    if (!second.waitForFinished(patience) || second.exitStatus() != QProcess::NormalExit)
+    if (!second.waitForFinished(patienceInMilliseconds) || second.exitStatus() != QProcess::NormalExit)
         throw std::runtime_error("a second start doesn't end by itself");
     return second.exitCode();
 }
@@ -67,7 +68,7 @@ QString AgentProcess::await(const QString& traced) {
 QString AgentProcess::awaitLine(const QString& start) {
     for (;;) {
         while (!m_process.canReadLine()) {
-            if (!m_process.waitForReadyRead(patience))
+            if (!m_process.waitForReadyRead(patienceInMilliseconds))
                 fail("waited in vain for: " + start);
         }
         m_lines.append(QString::fromUtf8(m_process.readLine()).chopped(1));
@@ -81,7 +82,7 @@ void AgentProcess::awaitRest() {
     constexpr int quietPauses = 8;
     Activity before;
     int quiet = 0;
-    for (auto left = Patience / pause; quiet < quietPauses; --left) {
+    for (auto left = patience / pause; quiet < quietPauses; --left) {
         if (left == 0)
             fail("it doesn't come to rest");
         std::this_thread::sleep_for(pause);
@@ -101,7 +102,7 @@ int AgentProcess::end() {
 }
 
 int AgentProcess::awaitEnd() {
-    if (isRunning() && !m_process.waitForFinished(patience))
+    if (isRunning() && !m_process.waitForFinished(patienceInMilliseconds))
         fail("it doesn't end");
     if (m_process.exitStatus() != QProcess::NormalExit)
         fail("it has crashed");
@@ -112,7 +113,7 @@ void AgentProcess::kill() {
     if (!isRunning())
         return;
     m_process.kill();
-    m_process.waitForFinished(patience);
+    m_process.waitForFinished(patienceInMilliseconds);
 }
 
 void AgentProcess::signal(int number) const {

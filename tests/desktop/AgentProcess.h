@@ -17,7 +17,7 @@ namespace talvera::test {
 /// throws std::runtime_error, with the agent's lines so far, when what it waits for doesn't come in time.
 class AgentProcess {
 public:
-    static constexpr std::chrono::seconds Patience{120};
+    static constexpr std::chrono::seconds patience{120};
 
     /// Starts the program and returns when it takes the hotkey.
     explicit AgentProcess(const AgentHome& home, const QString& program = TALVERA_PROGRAM);

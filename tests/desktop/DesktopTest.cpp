@@ -38,7 +38,7 @@ bool runsHere(const QString& process) {
 
 void DesktopTest::TearDown() {
     if (HasFailure()) { // it may have ended with keys down, and the next test is to begin without
-        for (const int key : {RightCtrl, LeftCtrl, LeftAlt, Space, H, V})
+        for (const auto key : {hotkey, Key::leftControl, Key::leftAlt, Key::space, Key::h, Key::v})
             keys.release(key);
     }
     if (!agent || !agent->isRunning())
@@ -66,15 +66,15 @@ QJsonObject DesktopTest::chordOfCtrlAltSpace() {
 }
 
 void DesktopTest::holdAndSay(const Samples& speech) {
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("menu recording");
     voice.sayAndWait(speech);
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     agent->await("menu transcribing");
 }
 
 bool DesktopTest::eventually(const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + AgentProcess::Patience;
+    const auto deadline = std::chrono::steady_clock::now() + AgentProcess::patience;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline)
             return false;

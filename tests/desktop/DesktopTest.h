@@ -36,13 +36,7 @@ using Samples = std::vector<std::int16_t>;
 /// Afterwards the agent is ended, and checked to have left nothing behind.
 class DesktopTest : public testing::Test {
 protected:
-    static constexpr int RightCtrl = Key::rightControl; ///< the hotkey as long as no other is set
-    static constexpr int LeftCtrl = Key::leftControl;
-    static constexpr int LeftAlt = Key::leftAlt;
-    static constexpr int Space = Key::space;
-    static constexpr int H = Key::h;
-    static constexpr int V = Key::v;
-    static constexpr int Tab = Key::tab;
+    static constexpr XKeycode hotkey = Key::rightControl; ///< the hotkey as long as no other is set
 
     /// Ends the agent, if it still runs, and checks that it is clean.
     void TearDown() override;
@@ -77,10 +71,10 @@ protected:
     RigInput keys;
     AgentHome home;
     std::optional<AgentProcess> agent;
-    Voice voice{qgetenv("PULSE_SERVER").toStdString(), "rigmic_feed", SpeechRate};
+    Voice voice{qgetenv("PULSE_SERVER").toStdString(), "rigmic_feed", speechRate};
 
 private:
-    static constexpr int SpeechRate = 16000; ///< samples a second, as spoken() makes them
+    static constexpr int speechRate = 16000; ///< samples a second, as spoken() makes them
 };
 
 } // namespace talvera::test

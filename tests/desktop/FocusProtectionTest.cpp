@@ -48,9 +48,9 @@ TEST_F(FocusProtection, windowLeftInClipboardMode_staysAndTheTextIsOnTheClipboar
     agent->await("hud notice Focus changed" + onClipboard);
     EXPECT_TRUE(clipboardBecomes(sentence));
 
-    keys.press(LeftCtrl); // pasted where the user is now
-    keys.tap(V);
-    keys.release(LeftCtrl);
+    keys.press(Key::leftControl); // pasted where the user is now
+    keys.tap(Key::v);
+    keys.release(Key::leftControl);
     EXPECT_TRUE(other.waitForText(sentence)) << other.text().toStdString();
     EXPECT_EQ(editor->text(), "");
 }
@@ -96,9 +96,9 @@ TEST_F(FocusLeftWhileTyping, restIsTypedNowhereAndAllIsOnTheClipboard) {
     dictateInto(editor);
     gate.letIn();
     ASSERT_TRUE(editor->waitFor([](const QString& text) { return text.size() >= 5; }));
-    keys.press(LeftAlt);
-    keys.tap(Tab);
-    keys.release(LeftAlt);
+    keys.press(Key::leftAlt);
+    keys.tap(Key::tab);
+    keys.release(Key::leftAlt);
     agent->await("hud notice Focus changed — the whole text is on the clipboard.");
     EXPECT_TRUE(clipboardBecomes(sentence));
     EXPECT_LT(editor->text().size(), sentence.size());

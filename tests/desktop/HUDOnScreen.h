@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QRect>
 
@@ -25,7 +25,7 @@ public:
     xcb_window_t activeWindow();
 
 private:
-    std::unique_ptr<X11Connection> m_x11 = X11Connection::open();
+    std::unique_ptr<X11Connection> m_x11 = X11Server().connect();
 };
 
 } // namespace talvera::test

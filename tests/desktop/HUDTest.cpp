@@ -57,7 +57,7 @@ TEST_F(HUDWhileDictating, eachState_isSeenAndReadAloudAndTheFocusStays) {
     const auto active = hud.activeWindow();
     EXPECT_FALSE(hud.place());
 
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("hud listening");
     EXPECT_TRUE(appears());
     EXPECT_TRUE(isPainted());
@@ -66,7 +66,7 @@ TEST_F(HUDWhileDictating, eachState_isSeenAndReadAloudAndTheFocusStays) {
     EXPECT_EQ(hud.activeWindow(), active);
 
     voice.sayAndWait(spoken("Good morning."));
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     agent->await("hud transcribing");
     gate.awaitRun();
     EXPECT_TRUE(says("alert", "Transcribing…"));
@@ -84,12 +84,12 @@ TEST_F(HUDWhileDictating, clicksOnIt_meetTheApplicationBelowInEveryState) {
     startAgent({}, gate.program());
     OtherWindow application({0, 0, 1280, 800}, Qt::darkGreen);
     application.activate();
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("hud listening");
     EXPECT_EQ(clicksThrough(application, 1), 1);
 
     voice.sayAndWait(Samples(16000, 0));
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     agent->await("hud transcribing");
     gate.awaitRun();
     EXPECT_EQ(clicksThrough(application, 2), 2);
@@ -103,10 +103,10 @@ TEST_F(HUDWhileDictating, clicksOnIt_meetTheApplicationBelowInEveryState) {
 TEST_F(HUDWhileDictating, noticeOfSilence_goesByItself) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("menu recording");
     voice.sayAndWait(Samples(16000, 0));
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     agent->await("hud notice");
     EXPECT_TRUE(isPainted());
     EXPECT_TRUE(disappears());

@@ -29,7 +29,7 @@ TEST_F(MicrophonePermission, card_takesClicksAndOpensTheSettings) {
     agent->await("hud hidden");
     EXPECT_TRUE(opens({"pavucontrol --tab=4"}));
 
-    keys.tap(RightCtrl); // a press asks again
+    keys.tap(hotkey); // a press asks again
     agent->await("hud permissionRequired microphone");
     clickOn("push button", "Dismiss");
     agent->await("hud hidden");

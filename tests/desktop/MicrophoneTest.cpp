@@ -28,9 +28,9 @@ TEST_F(Microphones, unplugged_isAskedForUntilItIsPluggedInAgain) {
     Microphone::unplug();
     agent->await("microphone denied");
     agent->await("hud permissionRequired microphone");
-    keys.press(RightCtrl); // refused at once, without the hold delay
+    keys.press(hotkey); // refused at once, without the hold delay
     agent->await("hud permissionRequired microphone");
-    keys.release(RightCtrl);
+    keys.release(hotkey);
 
     Microphone::plugIn();
     agent->await("microphone authorized");
@@ -44,13 +44,13 @@ TEST_F(Microphones, unplugged_isAskedForUntilItIsPluggedInAgain) {
 TEST_F(Microphones, unpluggedDuringARecording_leavesWhatWasSaidBefore) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     Microphone::unplug();
     agent->await("hud notice The microphone is gone. What you said before is kept.");
     awaitDenial();
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("menu idle");
     Microphone::plugIn();
@@ -60,18 +60,18 @@ TEST_F(Microphones, unpluggedDuringARecording_leavesWhatWasSaidBefore) {
 TEST_F(SoundServerDeath, duringARecording_leavesWhatWasSaidBefore) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
     for (const pid_t server : processes("pulseaudio"))
         ::kill(server, SIGKILL);
     agent->await("hud notice The microphone is gone. What you said before is kept.");
     awaitDenial();
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("menu idle");
 
-    keys.press(RightCtrl); // nothing to record from: told at once
+    keys.press(hotkey); // nothing to record from: told at once
     agent->await("hud permissionRequired microphone");
-    keys.release(RightCtrl);
+    keys.release(hotkey);
 }

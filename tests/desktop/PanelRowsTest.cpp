@@ -58,18 +58,18 @@ TEST_F(PanelRows, everyControl_hasANameForScreenReaders) {
             EXPECT_NE(element.name, "") << element.role.toStdString();
         }
     }
-    keys.tap(Escape); // closes the list
+    keys.tap(Key::escape); // closes the list
     closePanel();
 }
 
 TEST_F(PanelRows, recordingWithThePanelOpen_isToldByIt) {
     startAgent();
     openPanel();
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     agent->await("menu recording");
     shown("image", "Recording");
     shown("label", "Listening…");
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     agent->await("menu idle");
     shown("image", "Idle, ready to record");
     closePanel();

@@ -37,7 +37,7 @@ void PanelTest::openPanel() {
 }
 
 void PanelTest::closePanel() {
-    keys.tap(Escape);
+    keys.tap(Key::escape);
     if (!panelGoes())
         throw std::runtime_error("the panel doesn't go");
 }

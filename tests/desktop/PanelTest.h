@@ -15,10 +15,6 @@ namespace talvera::test {
 /// A test in which the user works with the status panel.
 class PanelTest : public DesktopTest {
 protected:
-    static constexpr int Escape = Key::escape;
-    static constexpr int Tab = Key::tab;
-    static constexpr int Return = Key::enter;
-
     /// Where the panel is, in pixels; nothing while it isn't on the screen.
     static std::optional<QRect> panel();
     /// Whether it comes to be there and has the keyboard.

@@ -14,9 +14,9 @@ const QJsonObject tapping{{"hotkeyTapToToggle", true}};
 class Presses : public DesktopTest {
 protected:
     void press(std::chrono::milliseconds length) {
-        keys.press(RightCtrl);
+        keys.press(hotkey);
         std::this_thread::sleep_for(length); // what the user does, and nothing that is waited for
-        keys.release(RightCtrl);
+        keys.release(hotkey);
     }
 };
 
@@ -25,10 +25,10 @@ protected:
 TEST_F(Presses, oneTapToBeginAndOneToEnd_dictate) {
     startAgent(tapping);
     Receiver editor(Receiver::Kind::Gtk);
-    keys.tap(RightCtrl);
+    keys.tap(hotkey);
     agent->await("menu recording");
     voice.sayAndWait(spoken("Can you check the invoice today?"));
-    keys.tap(RightCtrl);
+    keys.tap(hotkey);
     agent->await("menu transcribing");
     EXPECT_TRUE(editor.waitForText("Can you check the invoice today?")) << editor.text().toStdString();
     agent->await("menu idle");
@@ -51,11 +51,11 @@ TEST_F(Presses, ofThreeTenthsOfASecond_leaveNoTrace) {
 TEST_F(Presses, forAShortcutOfTheApplication_leaveNoTraceHoweverLong) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
-    keys.press(RightCtrl);
+    keys.press(hotkey);
     keys.tap(Key::left);
     std::this_thread::sleep_for(std::chrono::milliseconds(1000)); // what the user does
     keys.tap(Key::left);
-    keys.release(RightCtrl);
+    keys.release(hotkey);
     EXPECT_EQ(leftFiles(), QStringList());
 
     // Whatever that has set off would come before or with this.
@@ -69,16 +69,16 @@ TEST_F(Presses, forAShortcutOfTheApplication_leaveNoTraceHoweverLong) {
 TEST_F(Presses, ofAChordWhoseModifiersStayDown_dontGarbleTheText) {
     startAgent(chordOfCtrlAltSpace());
     Receiver editor(Receiver::Kind::Qt);
-    for (const int key : {LeftCtrl, LeftAlt, Space})
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
     agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
-    keys.release(Space);
+    keys.release(Key::space);
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("menu idle");
-    for (const int key : {LeftAlt, LeftCtrl})
+    for (const auto key : {Key::leftAlt, Key::leftControl})
         keys.release(key);
-    keys.tap(H); // and nothing is stuck
+    keys.tap(Key::h); // and nothing is stuck
     EXPECT_TRUE(editor.waitForText("Good morning.h")) << editor.text().toStdString();
 }
 
@@ -105,12 +105,12 @@ TEST_F(Presses, ofTapModeDuringARecognition_areIgnored) {
     RecogniserGate gate;
     startAgent(tapping, gate.program());
     Receiver editor(Receiver::Kind::Gtk);
-    keys.tap(RightCtrl);
+    keys.tap(hotkey);
     agent->await("menu recording");
     voice.sayAndWait(spoken("Good morning."));
-    keys.tap(RightCtrl);
+    keys.tap(hotkey);
     gate.awaitRun();
-    keys.tap(RightCtrl);
+    keys.tap(hotkey);
     gate.letIn();
     EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
     agent->await("hud hidden");

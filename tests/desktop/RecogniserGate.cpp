@@ -65,7 +65,7 @@ RecogniserGate::~RecogniserGate() {
 }
 
 pid_t RecogniserGate::awaitRun() {
-    constexpr auto patience = std::chrono::milliseconds(AgentProcess::Patience);
+    constexpr auto patience = std::chrono::milliseconds(AgentProcess::patience);
     pollfd arrival{m_arrivals, POLLIN, 0};
     char line[32] = {};
     // A line as short as this is written and read whole.

@@ -9,10 +9,6 @@ using namespace talvera::test;
 
 namespace {
 
-constexpr int E = Key::e;
-constexpr int N = Key::n;
-constexpr int G = Key::g;
-
 class StatusPanel : public PanelTest, public testing::WithParamInterface<Tray::Kind> {
 protected:
     void openPanel() {
@@ -52,7 +48,7 @@ TEST_P(StatusPanel, escape_closesAndReachesNoOtherProgram) {
     OtherWindow other({700, 300, 200, 200}, Qt::darkGreen);
     other.activate();
     openPanel();
-    keys.tap(Escape);
+    keys.tap(Key::escape);
     EXPECT_TRUE(panelGoes());
     other.activate();
     EXPECT_EQ(other.keys(), 0);
@@ -71,7 +67,7 @@ TEST_P(StatusPanel, openedAgainRightAfterItClosed_stillClosesWithTheKeyboard) {
     OtherWindow other({700, 300, 200, 200}, Qt::darkGreen);
     openPanel();
     for (int i = 0; i < 3; ++i) {
-        keys.tap(Escape);
+        keys.tap(Key::escape);
         ASSERT_TRUE(panelGoes());
         click(tray->icon());
         ASSERT_TRUE(panelComes());
@@ -95,14 +91,14 @@ TEST_P(StatusPanel, mouseAlone_choosesALanguageAndSwitchesCleanUp) {
 
 TEST_P(StatusPanel, keyboardAlone_choosesALanguageAndSwitchesCleanUp) {
     openPanel();
-    keys.tap(Tab);
-    keys.tap(Return); // opens the list, and its search has the keyboard
-    for (const int key : {E, N, G})
+    keys.tap(Key::tab);
+    keys.tap(Key::enter); // opens the list, and its search has the keyboard
+    for (const auto key : {Key::e, Key::n, Key::g})
         keys.tap(key);
-    keys.tap(Return);
+    keys.tap(Key::enter);
     EXPECT_TRUE(becomes("targetLanguageCode", "en"));
-    keys.tap(Tab);
-    keys.tap(Return);
+    keys.tap(Key::tab);
+    keys.tap(Key::enter);
     EXPECT_TRUE(becomes("aiCleanupEnabled", true));
     EXPECT_TRUE(panel().has_value());
 }

@@ -113,7 +113,9 @@ bool FakeKeyboard::isOn(VirtualKey keyCode) const {
 }
 
 std::uint64_t FakeKeyboard::flags() const {
-    std::uint64_t flags = m_capsLock ? KeyFlag::CapsLock : 0;
+    std::uint64_t flags = 0;
+    if (m_capsLock)
+        flags |= KeyFlag::CapsLock;
     for (const auto key : m_held)
         flags |= flagOfModifierKey(key);
     return flags;

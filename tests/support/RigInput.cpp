@@ -34,17 +34,17 @@ RigInput::~RigInput() {
     ::close(m_socket);
 }
 
-void RigInput::press(int keycode, int keyboard) {
-    request("press " + std::to_string(keyboard) + " " + std::to_string(keycode));
+void RigInput::press(XKeycode key, int keyboard) {
+    request("press " + std::to_string(keyboard) + " " + std::to_string(indexOf(key)));
 }
 
-void RigInput::release(int keycode, int keyboard) {
-    request("release " + std::to_string(keyboard) + " " + std::to_string(keycode));
+void RigInput::release(XKeycode key, int keyboard) {
+    request("release " + std::to_string(keyboard) + " " + std::to_string(indexOf(key)));
 }
 
-void RigInput::tap(int keycode, int keyboard) {
-    press(keycode, keyboard);
-    release(keycode, keyboard);
+void RigInput::tap(XKeycode key, int keyboard) {
+    press(key, keyboard);
+    release(key, keyboard);
 }
 
 void RigInput::movePointer(int dx, int dy) {

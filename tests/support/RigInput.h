@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/server/XKeycode.h"
+
 #include <string>
 
 namespace talvera::test {
@@ -17,12 +19,11 @@ public:
     RigInput(const RigInput&) = delete;
     RigInput& operator=(const RigInput&) = delete;
 
-    /// Keys by their X keycode, which is the evdev code + 8: 38 is the key A and 105 Right Ctrl, whatever the
-    /// layout. The keyboard is 0 or 1.
-    void press(int keycode, int keyboard = 0);
-    void release(int keycode, int keyboard = 0);
+    /// Keys by their place, whatever the layout; keys.h names them. The keyboard is 0 or 1.
+    void press(XKeycode key, int keyboard = 0);
+    void release(XKeycode key, int keyboard = 0);
     /// Presses and releases at once.
-    void tap(int keycode, int keyboard = 0);
+    void tap(XKeycode key, int keyboard = 0);
 
     /// By so many pixels.
     void movePointer(int dx, int dy);

@@ -10,8 +10,12 @@ namespace talvera::EvdevKeys {
 namespace {
 
 struct Row {
+    constexpr Row(VirtualKey virtualKey, std::uint16_t evdevCode)
+        : key(virtualKey)
+        , code{evdevCode} {}
+
     VirtualKey key;
-    std::uint16_t code;
+    EvdevCode code;
 };
 
 // A virtual key with several rows is on several physical keys.
@@ -156,14 +160,14 @@ std::vector<EvdevCode> fromVirtual(VirtualKey key) {
     std::vector<EvdevCode> codes;
     for (const auto& row : rows) {
         if (row.key == key)
-            codes.push_back(EvdevCode(row.code));
+            codes.push_back(row.code);
     }
     return codes;
 }
 
 std::optional<VirtualKey> toVirtual(EvdevCode code) {
     for (const auto& row : rows) {
-        if (EvdevCode(row.code) == code)
+        if (row.code == code)
             return row.key;
     }
     return std::nullopt;

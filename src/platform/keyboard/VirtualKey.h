@@ -137,12 +137,14 @@ enum class VirtualKey : std::uint16_t {
 
 /// Modifier bits of key events and bindings.
 namespace KeyFlag {
-inline constexpr std::uint64_t CapsLock = 0x10000;
-inline constexpr std::uint64_t Shift = 0x20000;
-inline constexpr std::uint64_t Control = 0x40000;
-inline constexpr std::uint64_t Option = 0x80000;   ///< Alt
-inline constexpr std::uint64_t Command = 0x100000; ///< Super
-inline constexpr std::uint64_t Fn = 0x800000;
+enum : std::uint64_t {
+    CapsLock = 0x10000,
+    Shift = 0x20000,
+    Control = 0x40000,
+    Option = 0x80000,   ///< Alt
+    Command = 0x100000, ///< Super
+    Fn = 0x800000,
+};
 } // namespace KeyFlag
 
 /// The KeyFlag bit that a modifier key switches; 0 for keys that switch none. Modifier keys have flag

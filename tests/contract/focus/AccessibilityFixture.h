@@ -6,7 +6,7 @@
 #include "delivery/FocusTracker.h"
 #include "linux/applications/DesktopEntryCatalog.h"
 #include "linux/atspi/AtspiAccessibility.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ protected:
     explicit AccessibilityFixture(std::chrono::milliseconds patience = longPatience)
         : accessibility(workspace, patience) {}
 
-    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    std::unique_ptr<X11Connection> connection = X11Server().connect();
     DesktopEntryCatalog installed{{}, {}};
     EwmhWorkspace workspace{*connection, installed};
     AtspiAccessibility accessibility;

@@ -3,7 +3,7 @@
 // machines.
 #include "WindowPeer.h"
 #include "linux/applications/DesktopEntryCatalog.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
 #include "linux/x11/windows/X11SessionAccess.h"
 
@@ -38,7 +38,7 @@ protected:
         display = ":" + number.left(qsizetype(size)).trimmed();
         former = qgetenv("DISPLAY");
         qputenv("DISPLAY", display);
-        connection = X11Connection::open();
+        connection = X11Server().connect();
         ASSERT_FALSE(connection->isBroken());
     }
     ~BareServer() override {
@@ -106,7 +106,7 @@ TEST_F(BareServer, windowManagerWithoutActivation_refusesAndIsReported) {
 
 TEST_F(BareServer, activation_isAskedForAsTheUsersWishAtTheServersTime) {
     startServer({});
-    const auto manager = X11Connection::open();
+    const auto manager = X11Server().connect();
     const auto check = xcb_generate_id(manager->get());
     const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_create_window(manager->get(), XCB_COPY_FROM_PARENT, check, manager->root(), 0, 0, 1, 1, 0,

@@ -26,7 +26,7 @@ namespace {
 
 class EwmhWorkspaceTest : public testing::Test {
 protected:
-    std::unique_ptr<X11Connection> connection = X11Connection::open();
+    std::unique_ptr<X11Connection> connection = X11Server().connect();
     QTemporaryDir applications;
     std::optional<DesktopEntryCatalog> installed;
     std::optional<EwmhWorkspace> workspace;
@@ -208,7 +208,7 @@ TEST_F(EwmhWorkspaceTest, impossibleProcesses_areNotThere) {
 
 TEST_F(EwmhWorkspaceTest, ownWindowInFront_hasOurOwnIdentifierWhateverItsClass) {
     start();
-    const auto own = X11Connection::open();
+    const auto own = X11Server().connect();
     const auto window = xcb_generate_id(own->get());
     xcb_create_window(own->get(), XCB_COPY_FROM_PARENT, window, own->root(), 0, 0, 100, 100, 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);

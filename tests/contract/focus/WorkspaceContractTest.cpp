@@ -3,7 +3,7 @@
 #include "FakeWorkspace.h"
 #include "Peer.h"
 #include "linux/applications/DesktopEntryCatalog.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
 
 #include <gtest/gtest.h>
@@ -49,7 +49,7 @@ public:
     static bool becomes(const std::function<bool()>& condition) { return test::eventually(condition); }
 
 private:
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
     DesktopEntryCatalog m_installed{{}, {}};
     EwmhWorkspace m_workspace{*m_connection, m_installed};
     std::map<pid_t, std::unique_ptr<test::Peer>> m_peers;

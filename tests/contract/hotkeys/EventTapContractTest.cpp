@@ -42,10 +42,10 @@ struct RealSession {
     static constexpr auto bound = std::chrono::milliseconds(50);
 
     test::RealKeyboard keyboard{bound};
-    std::unique_ptr<X11Connection> other = X11Connection::open();
+    std::unique_ptr<X11Connection> other = X11Server().connect();
     bool isListening = true;
 
-    static int keycode(VirtualKey key) { return static_cast<int>(X11KeyCodes::fromVirtual(key).front()); }
+    static XKeycode keycode(VirtualKey key) { return X11KeyCodes::fromVirtual(key).front(); }
 
     EventTapFactory& taps() { return keyboard.taps(); }
     void press(VirtualKey key) { keyboard.keys.press(keycode(key)); }

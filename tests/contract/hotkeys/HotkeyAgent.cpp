@@ -26,7 +26,7 @@ int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     QtMainActor actor;
     StandardConsole console;
-    X11EventTapFactory taps(actor);
+    X11EventTapFactory taps(actor, X11Server());
     HotkeyManager hotkey(actor, taps, console);
     hotkey.onPressStart = [&console] { console.print("start"); };
     hotkey.onPressEnd = [&console] { console.print("end"); };

@@ -32,8 +32,8 @@ protected:
     }
 
     void TearDown() override {
-        for (const auto& [keycode, device] : std::set(held))
-            release(keycode, device);
+        for (const auto& [key, device] : std::set(held))
+            release(key, device);
         lock(0, 0);
     }
 
@@ -43,25 +43,25 @@ protected:
         ASSERT_NE(hotkey.eventTap(), nullptr);
     }
 
-    void press(int keycode, int device = 0) {
-        held.emplace(keycode, device);
-        keyboard.keys.press(keycode, device);
+    void press(XKeycode key, int device = 0) {
+        held.emplace(key, device);
+        keyboard.keys.press(key, device);
     }
-    void release(int keycode, int device = 0) {
-        held.erase({keycode, device});
-        keyboard.keys.release(keycode, device);
+    void release(XKeycode key, int device = 0) {
+        held.erase({key, device});
+        keyboard.keys.release(key, device);
     }
-    void tap(int keycode, int device = 0) {
-        press(keycode, device);
-        release(keycode, device);
+    void tap(XKeycode key, int device = 0) {
+        press(key, device);
+        release(key, device);
     }
-    void pressAll(std::initializer_list<int> keycodes) {
-        for (const int keycode : keycodes)
-            press(keycode);
+    void pressAll(std::initializer_list<XKeycode> keys) {
+        for (const auto key : keys)
+            press(key);
     }
-    void releaseAll(std::initializer_list<int> keycodes) {
-        for (const int keycode : keycodes)
-            release(keycode);
+    void releaseAll(std::initializer_list<XKeycode> keys) {
+        for (const auto key : keys)
+            release(key);
     }
     /// Ctrl+Alt+Space, pressed and let go.
     void tapChord() {
@@ -70,9 +70,9 @@ protected:
     }
 
     /// A key event as programs post them.
-    void post(std::uint8_t type, int keycode) {
+    void post(std::uint8_t type, XKeycode key) {
         auto& connection = keyboard.window().connection();
-        xcb_test_fake_input(connection.get(), type, static_cast<std::uint8_t>(keycode), XCB_CURRENT_TIME,
+        xcb_test_fake_input(connection.get(), type, static_cast<xcb_keycode_t>(key), XCB_CURRENT_TIME,
                             XCB_NONE, 0, 0, 0);
         ASSERT_TRUE(connection.roundTrip());
     }
@@ -99,7 +99,7 @@ protected:
     HotkeyManager hotkey{keyboard.actor(), keyboard.taps(), console};
     Calls calls;
     std::vector<WatchResult> refused;
-    std::set<std::pair<int, int>> held; // keycode, device
+    std::set<std::pair<XKeycode, int>> held; // with the device
 };
 
 } // namespace talvera::test

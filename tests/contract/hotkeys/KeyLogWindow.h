@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <memory>
 #include <string>
@@ -27,7 +27,7 @@ public:
 private:
     void awaitFocus();
 
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
     xcb_window_t m_window = 0;
 };
 

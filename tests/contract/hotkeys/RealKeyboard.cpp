@@ -6,7 +6,7 @@
 namespace talvera::test {
 
 RealKeyboard::RealKeyboard(Duration bound)
-    : m_taps(m_actor, bound)
+    : m_taps(m_actor, X11Server(), bound)
     , m_barrier(m_taps.create([](const KeyEvent&) { return Verdict::Pass; })) {}
 
 void RealKeyboard::settle() {
@@ -22,10 +22,11 @@ void RealKeyboard::run(const std::function<bool()>& done) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-bool RealKeyboard::canBeGrabbed(std::uint8_t keycode, std::uint16_t modifiers) {
-    const auto other = X11Connection::open();
-    const auto request = xcb_grab_key_checked(other->get(), 0, other->root(), modifiers, keycode,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+bool RealKeyboard::canBeGrabbed(XKeycode key, std::uint16_t modifiers) {
+    const auto other = X11Server().connect();
+    const auto request =
+        xcb_grab_key_checked(other->get(), 0, other->root(), modifiers, static_cast<xcb_keycode_t>(key),
+                             XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     const XcbPtr<xcb_generic_error_t> refusal(xcb_request_check(other->get(), request));
     return refusal == nullptr;
 }

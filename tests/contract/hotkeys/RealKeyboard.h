@@ -28,7 +28,7 @@ public:
     void run(const std::function<bool()>& done);
 
     /// Whether a program of its own could have this key with these X modifiers now.
-    bool canBeGrabbed(std::uint8_t keycode, std::uint16_t modifiers);
+    bool canBeGrabbed(XKeycode key, std::uint16_t modifiers);
 
 private:
     int m_argc = 1;

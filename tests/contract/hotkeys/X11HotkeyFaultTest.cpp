@@ -20,16 +20,16 @@ namespace {
 
 class X11HotkeyFault : public HotkeyOnX11 {
 protected:
-    bool isDown(int keycode) {
+    bool isDown(XKeycode key) {
         auto& connection = keyboard.window().connection();
         const auto keys = connection.reply<xcb_query_keymap_reply_t>(xcb_query_keymap(connection.get()));
-        return (keys->keys[keycode / 8] >> (keycode % 8) & 1) != 0;
+        return (keys->keys[indexOf(key) / 8] >> (indexOf(key) % 8) & 1) != 0;
     }
 
     void expectKeyboardIsWhole() {
         keyboard.window().takeKeys();
-        for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
-            EXPECT_FALSE(isDown(key)) << key;
+        for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
+            EXPECT_FALSE(isDown(key)) << indexOf(key);
         tap(Key::a);
         tapChord();
         EXPECT_EQ(keyboard.window().takeKeys(),
@@ -106,7 +106,7 @@ TEST_F(X11HotkeyFault, agentStoppedWithTheChordHeld_letsTheOtherKeysThrough) {
 }
 
 TEST_F(X11HotkeyFault, noServer_isARefusedTap) {
-    X11EventTapFactory nowhere(keyboard.actor(), seconds(1.0), "unix:/nowhere");
+    X11EventTapFactory nowhere(keyboard.actor(), X11Server("unix:/nowhere"));
     HotkeyManager refusedHotkey(keyboard.actor(), nowhere, console);
     refusedHotkey.install();
     EXPECT_EQ(refusedHotkey.eventTap(), nullptr);
@@ -126,7 +126,7 @@ std::set<int> sockets() {
 }
 
 TEST_F(X11HotkeyFault, connectionOfTheTapLostAlone_isReplacedByTheNextInstall) {
-    X11EventTapFactory taps(keyboard.actor());
+    X11EventTapFactory taps(keyboard.actor(), X11Server());
     HotkeyManager other(keyboard.actor(), taps, console);
     other.onPressStart = [this] { calls.emplace_back("start"); };
     const auto before = sockets();
@@ -153,7 +153,7 @@ TEST_F(X11HotkeyFault, serverThatGoesAway_takesNobodyWithIt) {
     server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"),
                                           QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     const auto display = ":" + line(server).toStdString();
-    X11EventTapFactory taps(keyboard.actor(), seconds(1.0), display);
+    X11EventTapFactory taps(keyboard.actor(), X11Server(display));
     const auto eventTap = taps.create([](const KeyEvent&) { return Verdict::Pass; });
     ASSERT_NE(eventTap, nullptr);
     eventTap->setEnabled(true);

@@ -17,9 +17,9 @@ namespace {
 class X11Hotkey : public HotkeyOnX11 {
 protected:
     void postChord() {
-        for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+        for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
             post(XCB_KEY_PRESS, key);
-        for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
+        for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
             post(XCB_KEY_RELEASE, key);
     }
 
@@ -53,22 +53,22 @@ TEST_F(X11Hotkey, chord_isOursWithEveryLock) {
 
 TEST_F(X11Hotkey, chord_isOursWithLocksSwitchedOnTheKeyboard) {
     install();
-    for (const int key : {Key::capsLock, Key::numLock, Key::scrollLock}) {
+    for (const auto key : {Key::capsLock, Key::numLock, Key::scrollLock}) {
         tap(key);
-        expectChordIsOurs("lock key " + std::to_string(key));
+        expectChordIsOurs("lock key " + std::to_string(indexOf(key)));
     }
 }
 
 TEST_F(X11Hotkey, chord_isOursWithFurtherModifiers) {
     install();
-    for (const auto& further : std::vector<std::vector<int>>{
+    for (const auto& further : std::vector<std::vector<XKeycode>>{
              {Key::leftShift}, {Key::leftSuper}, {Key::leftShift, Key::rightSuper}, {Key::rightAlt}}) {
-        for (const int key : further)
+        for (const auto key : further)
             press(key);
         pressAll({Key::leftControl, Key::leftAlt, Key::space});
         EXPECT_EQ(takeCalls(), Calls{"start"});
         releaseAll({Key::space, Key::leftAlt, Key::leftControl});
-        for (const int key : further)
+        for (const auto key : further)
             release(key);
         EXPECT_EQ(takeCalls(), Calls{"end"});
         for (const auto& key : keyboard.window().takeKeys())
@@ -133,7 +133,7 @@ TEST_F(X11Hotkey, keyOnTwoKeyboards_isHeldUntilBothLetGo) {
 }
 
 TEST_F(X11Hotkey, repeats_areSwallowedWithTheirKey) {
-    X11ChordGrabs grabs(X11Connection::open());
+    X11ChordGrabs grabs{X11Server()};
     ASSERT_EQ(grabs.hold({{0xC0000, VirtualKey::Space}}), std::vector{WatchResult::Watching});
     pressAll({Key::leftControl, Key::leftAlt, Key::space});
     for (int keyDowns = 0; keyDowns < 4;) {
@@ -169,7 +169,7 @@ TEST_F(X11Hotkey, keyHeldWhileItsBindingGoes_countsAsLetGo) {
     EXPECT_EQ(takeCalls(), Calls{"end"});
     releaseAll({Key::space, Key::leftAlt, Key::leftControl});
     hotkey.setBinding(HotkeyBinding());
-    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         press(key, 1);
     EXPECT_EQ(takeCalls(), Calls{"start"});
     release(Key::space, 1);
@@ -189,9 +189,9 @@ TEST_F(X11Hotkey, specialKeyBoundDuringAPress_isHeardAfterIt) {
 
 TEST_F(X11Hotkey, rightCommand_isRightSuperAndRightControl) {
     install(HotkeyBinding::holdSpecial(Special::RightCommand));
-    for (const int key : {Key::rightSuper, Key::rightControl}) {
+    for (const auto key : {Key::rightSuper, Key::rightControl}) {
         press(key);
-        EXPECT_EQ(takeCalls(), Calls{"start"}) << key;
+        EXPECT_EQ(takeCalls(), Calls{"start"}) << indexOf(key);
         release(key);
         EXPECT_EQ(takeCalls(), Calls{"end"}) << key;
         EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+" + std::to_string(key), "-" + std::to_string(key)}));
@@ -347,7 +347,7 @@ public:
     }
 
 private:
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
 };
 
 TEST_F(X11Hotkey, keyboardOfAnotherProgram_keepsTheChord) {
@@ -381,9 +381,9 @@ TEST_F(X11Hotkey, chordsThatWereOnlyHalfOurs_makeNoWholeOne) {
 }
 
 TEST_F(X11Hotkey, chordOfAnotherProgram_isToldAndOursOnceThatLetsGo) {
-    const auto other = X11Connection::open();
-    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, Key::space,
-                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const auto other = X11Server().connect();
+    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1,
+                 static_cast<xcb_keycode_t>(Key::space), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     ASSERT_TRUE(other->roundTrip());
     install();
     tapChord();
@@ -391,7 +391,7 @@ TEST_F(X11Hotkey, chordOfAnotherProgram_isToldAndOursOnceThatLetsGo) {
     EXPECT_EQ(refused, std::vector{WatchResult::ChordTaken});
     EXPECT_EQ(console.logged(), QStringList{"HotkeyManager: another program holds the bound shortcut."});
 
-    xcb_ungrab_key(other->get(), Key::space, other->root(), XCB_MOD_MASK_ANY);
+    xcb_ungrab_key(other->get(), static_cast<xcb_keycode_t>(Key::space), other->root(), XCB_MOD_MASK_ANY);
     ASSERT_TRUE(other->roundTrip());
     tapChord(); // shows that the user wants it
     takeCalls();
@@ -400,18 +400,18 @@ TEST_F(X11Hotkey, chordOfAnotherProgram_isToldAndOursOnceThatLetsGo) {
 }
 
 TEST_F(X11Hotkey, chordThatAnotherProgramLetsGo_isOursOnceTheUserAsksForIt) {
-    const auto other = X11Connection::open();
-    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, Key::space,
-                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const auto other = X11Server().connect();
+    xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1,
+                 static_cast<xcb_keycode_t>(Key::space), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     ASSERT_TRUE(other->roundTrip());
     install();
-    xcb_ungrab_key(other->get(), Key::space, other->root(), XCB_MOD_MASK_ANY);
+    xcb_ungrab_key(other->get(), static_cast<xcb_keycode_t>(Key::space), other->root(), XCB_MOD_MASK_ANY);
     ASSERT_TRUE(other->roundTrip());
     // Nothing but the key asks anew here: settling would, too.
     const auto spaces = [this] {
         keyboard.window().takeKeys();
         tapChord();
-        return std::ranges::count(keyboard.window().takeKeys(), "+" + std::to_string(Key::space));
+        return std::ranges::count(keyboard.window().takeKeys(), "+" + std::to_string(indexOf(Key::space)));
     };
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (spaces() > 0)
@@ -419,9 +419,9 @@ TEST_F(X11Hotkey, chordThatAnotherProgramLetsGo_isOursOnceTheUserAsksForIt) {
 }
 
 TEST_F(X11Hotkey, chordThatAnotherProgramHoldsWithALock_isTold) {
-    const auto other = X11Connection::open();
+    const auto other = X11Server().connect();
     xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_2,
-                 Key::space, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                 static_cast<xcb_keycode_t>(Key::space), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     ASSERT_TRUE(other->roundTrip());
     install();
     takeCalls();
@@ -430,9 +430,9 @@ TEST_F(X11Hotkey, chordThatAnotherProgramHoldsWithALock_isTold) {
 }
 
 TEST_F(X11Hotkey, furtherModifiersOfAnotherProgram_stayWithIt) {
-    const auto other = X11Connection::open();
+    const auto other = X11Server().connect();
     xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT,
-                 Key::space, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                 static_cast<xcb_keycode_t>(Key::space), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     ASSERT_TRUE(other->roundTrip());
     install();
     EXPECT_TRUE(refused.empty());

@@ -114,7 +114,8 @@ TEST_F(X11HotkeyXlib, laterDeviceForPostedKeys_isNotTheUsers) {
     ASSERT_TRUE(posting);
     XDevice* device = XOpenDevice(display.get(), *posting);
     for (const Bool isPress : {True, False})
-        XTestFakeDeviceKeyEvent(display.get(), device, test::Key::rightControl, isPress, nullptr, 0, 0);
+        XTestFakeDeviceKeyEvent(display.get(), device, static_cast<KeyCode>(test::Key::rightControl), isPress,
+                                nullptr, 0, 0);
     XSync(display.get(), False);
     EXPECT_EQ(takeCalls(), Calls{});
 
@@ -125,7 +126,7 @@ TEST_F(X11HotkeyXlib, laterDeviceForPostedKeys_isNotTheUsers) {
 TEST_F(X11HotkeyXlib, keysBehindWayland_areRefused) {
     char name[] = "xwayland-keyboard:1";
     addMaster(name);
-    X11EventTapFactory taps(keyboard.actor());
+    X11EventTapFactory taps(keyboard.actor(), X11Server());
     EXPECT_EQ(taps.create([](const KeyEvent&) { return Verdict::Pass; }), nullptr);
     EXPECT_EQ(X11SessionAccess(keyboard.window().connection()).lacks(),
               std::vector{SessionLack::KnownSession});

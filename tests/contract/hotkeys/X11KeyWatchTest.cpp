@@ -32,16 +32,17 @@ protected:
     test::RigInput keys;
     std::vector<KeyEvent> told;
     std::unique_ptr<X11KeyWatch> watch =
-        X11KeyWatch::open({}, [this](const KeyEvent& event) { told.push_back(event); });
+        X11KeyWatch::open(X11Server(), [this](const KeyEvent& event) { told.push_back(event); });
 };
 
 TEST_F(X11KeyWatchTest, keysThatNobodyWaitsFor_areNotTold) {
     ASSERT_EQ(watch->waitFor(
                   {KeyInterest(VirtualKey::RightCommand), KeyInterest(KeyChord{0xC0000, VirtualKey::Space})}),
               std::vector(2, WatchResult::Watching));
-    for (int keycode = 9; keycode < 97; ++keycode) {
-        if (keycode != Key::space && keycode != Key::capsLock) // that one for the sake of the next test
-            keys.tap(keycode);
+    for (std::size_t index = 9; index < 97; ++index) {
+        const auto key = XKeycode(index);
+        if (key != Key::space && key != Key::capsLock) // that one for the sake of the next test
+            keys.tap(key);
     }
     keys.tap(Key::space);   // without its modifiers
     keys.tap(Key::numLock); // Num Lock off again
@@ -69,8 +70,8 @@ TEST_F(X11KeyWatchTest, postedKeyWhileOneIsHeldAlone_isNoOtherKey) {
     watch->waitFor({KeyInterest(VirtualKey::RightCommand)});
     keys.press(Key::rightControl);
     for (const auto type : {XCB_KEY_PRESS, XCB_KEY_RELEASE})
-        xcb_test_fake_input(window.connection().get(), static_cast<std::uint8_t>(type), Key::left,
-                            XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        xcb_test_fake_input(window.connection().get(), static_cast<std::uint8_t>(type),
+                            static_cast<xcb_keycode_t>(Key::left), XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
     keys.release(Key::rightControl);
     readAll();
     EXPECT_EQ(told.size(), 2U);
@@ -124,7 +125,7 @@ TEST_F(X11KeyWatchTest, fnThatNoKeyboardHas_isUnavailable) {
     tell("event0", "8000 200000000 0\n");
     tell("event1", "200000000 0\n");
     const auto watchOnThem = X11KeyWatch::open(
-        {}, [](const KeyEvent&) {}, sysfs.path().toStdString());
+        X11Server(), [](const KeyEvent&) {}, sysfs.path().toStdString());
     const std::vector fn{KeyInterest(VirtualKey::Fn)};
     const std::vector rightCommand{KeyInterest(VirtualKey::RightCommand)};
     Nodes nodes(window.connection());
@@ -157,9 +158,9 @@ TEST_F(X11KeyWatchTest, keyThatBecomesAModifierLater_showsInTheFlags) {
 
 TEST_F(X11KeyWatchTest, tapReadOnlyAfterItsEnd_isToldWhole) {
     watch->waitFor({KeyInterest(KeyChord{0xC0000, VirtualKey::Space})});
-    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
-    for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
+    for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
     readAll();
     ASSERT_EQ(told.size(), 2U);
@@ -171,9 +172,9 @@ TEST_F(X11KeyWatchTest, tapReadOnlyAfterItsEnd_isToldWhole) {
 TEST_F(X11KeyWatchTest, suspendedWatch_tellsNothingAndHasNoChords) {
     watch->waitFor({KeyInterest(KeyChord{0xC0000, VirtualKey::Space})});
     watch->suspend({});
-    for (const int key : {Key::leftControl, Key::leftAlt, Key::space})
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
-    for (const int key : {Key::space, Key::leftAlt, Key::leftControl})
+    for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
     readAll();
     EXPECT_TRUE(told.empty());

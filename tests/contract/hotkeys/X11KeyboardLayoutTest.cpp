@@ -17,7 +17,7 @@ protected:
         return KeyMap({QStringLiteral("-layout"), QString::fromLatin1(name)});
     }
 
-    X11KeyboardLayout layout;
+    X11KeyboardLayout layout{X11Server()};
 };
 
 TEST_F(X11KeyboardLayoutTest, letters_followTheLayout) {
@@ -69,12 +69,12 @@ TEST_F(X11KeyboardLayoutTest, keysWithoutText_haveNoCharacter) {
 }
 
 TEST_F(X11KeyboardLayoutTest, noServer_hasNoCharacters) {
-    X11KeyboardLayout nowhere("unix:/nowhere");
+    X11KeyboardLayout nowhere{X11Server("unix:/nowhere")};
     EXPECT_EQ(nowhere.character(VirtualKey::A), std::nullopt);
 }
 
 TEST_F(X11KeyboardLayoutTest, serverThatDoesNotAnswer_isNotWaitedForForEver) {
-    const auto other = X11Connection::open();
+    const auto other = X11Server().connect();
     xcb_grab_server(other->get());
     ASSERT_TRUE(other->roundTrip());
     EXPECT_EQ(layout.character(VirtualKey::A), std::nullopt);

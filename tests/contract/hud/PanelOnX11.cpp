@@ -27,7 +27,7 @@ bool hasSettled(const QQuickItem& item) {
 } // namespace
 
 QRect PanelOnX11::geometry() {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     const auto answer = connection->reply<xcb_get_geometry_reply_t>(
         xcb_get_geometry(connection->get(), xcb_window_t(panel.window().winId())));
     return answer ? QRect(answer->x, answer->y, answer->width, answer->height) : QRect();

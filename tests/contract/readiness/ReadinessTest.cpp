@@ -6,7 +6,7 @@
 #include "concurrency/QtMainActor.h"
 #include "linux/pulse/PulseConnection.h"
 #include "linux/pulse/PulseMicrophonePermission.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/windows/X11SessionAccess.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
@@ -72,7 +72,7 @@ protected:
 
     QtMainActor actor;
     SoundServer server{GetParam()};
-    std::unique_ptr<X11Connection> x11 = X11Connection::open();
+    std::unique_ptr<X11Connection> x11 = X11Server().connect();
     X11SessionAccess access{*x11};
     FakeLanguageModel languageModel;
     FakeSettingsPanels settingsPanels;

@@ -25,13 +25,13 @@ namespace {
 
 using std::chrono::milliseconds;
 
-const QString Text = QStringLiteral("A sentence that takes a while to type, and some more of it.");
+const QString sentence = QStringLiteral("A sentence that takes a while to type, and some more of it.");
 
 /// Hears the hotkey on a thread of its own, as the agent does.
 class Hearing {
 public:
     Hearing()
-        : m_watch(X11KeyWatch::open({}, [this](const KeyEvent& event) {
+        : m_watch(X11KeyWatch::open(X11Server(), [this](const KeyEvent& event) {
             const std::scoped_lock lock(m_mutex);
             if (m_presses.empty() || m_presses.back() != isPress(event)) {
                 m_presses.push_back(isPress(event));
@@ -74,7 +74,7 @@ TEST(CapsLockHotkey, tappedTwiceWhileATextIsTyped_startsAndEndsOnce) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Qt);
     RigInput keys;
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     Hearing hearing;
     std::thread finger;
     const auto tapSlowly = [&] {
@@ -85,7 +85,7 @@ TEST(CapsLockHotkey, tappedTwiceWhileATextIsTyped_startsAndEndsOnce) {
             keys.release(Key::capsLock);
         });
     };
-    EXPECT_EQ(typeText(poster, Text,
+    EXPECT_EQ(typeText(poster, sentence,
                        [&](qsizetype chunk) {
                            if (chunk == 8) {
                                tapSlowly();
@@ -98,7 +98,7 @@ TEST(CapsLockHotkey, tappedTwiceWhileATextIsTyped_startsAndEndsOnce) {
               PostResult::Posted);
     finger.join();
     EXPECT_EQ(hearing.await(2), (std::vector<bool>{true, false}));
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "");
 }
 
@@ -106,16 +106,16 @@ TEST(CapsLockHotkey, tappedOnceWhileATextIsTyped_isOnAfterwards) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Gtk);
     RigInput keys;
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     Hearing hearing;
-    EXPECT_EQ(typeText(poster, Text,
+    EXPECT_EQ(typeText(poster, sentence,
                        [&](qsizetype chunk) {
                            if (chunk == 8) {
                                keys.tap(Key::capsLock);
                            }
                        }),
               PostResult::Posted);
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
     EXPECT_EQ(hearing.await(1), std::vector<bool>{true});
     EXPECT_EQ(keyboardState(), "locked 2 ");
     keys.tap(Key::capsLock);

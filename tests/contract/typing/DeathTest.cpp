@@ -19,7 +19,7 @@ using namespace talvera::test;
 namespace {
 
 void pressPasteChord() {
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     poster.postPaste(KeyPhase::Down, nullptr);
     poster.postPaste(KeyPhase::Up, nullptr);
 }
@@ -98,7 +98,7 @@ TEST(AgentKilled, companionToo_nextStartPutsThingsRight) {
     agent.kill();
     ASSERT_NE(keymap(), before);
     ASSERT_NE(keyboardState(), "");
-    const X11KeyEventPoster next;
+    const X11KeyEventPoster next{X11Server()};
     EXPECT_EQ(keymap(), before);
     EXPECT_EQ(keyboardState(), "");
 }

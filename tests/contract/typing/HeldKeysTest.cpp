@@ -14,7 +14,7 @@ using namespace talvera::test;
 
 namespace {
 
-const QString Text = QStringLiteral("hello Wörld 123 @ мир");
+const QString sentence = QStringLiteral("hello Wörld 123 @ мир");
 
 /// The user's keyboards, a real application and our own typing.
 class TypingScene {
@@ -24,7 +24,7 @@ public:
         , receiver(kind) {}
 
     /// What arrives is `expected`, and after that the user's own keys write what they always do.
-    void expectArrived(const QString& expected = Text) {
+    void expectArrived(const QString& expected = sentence) {
         EXPECT_EQ(result, PostResult::Posted);
         EXPECT_TRUE(receiver.waitForText(expected)) << receiver.text().toStdString();
         EXPECT_EQ(keyboardState(), "");
@@ -38,15 +38,15 @@ private:
 public:
     Receiver receiver;
     RigInput keys;
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     PostResult result = PostResult::Posted; ///< of what has been typed last
 };
 
-void expectHeldKeyStaysOut(Receiver::Kind kind, int key, const std::string& layout = "us") {
+void expectHeldKeyStaysOut(Receiver::Kind kind, XKeycode key, const std::string& layout = "us") {
     TypingScene scene(kind, layout);
     scene.keys.press(key);
-    scene.result = typeText(scene.poster, Text);
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    scene.result = typeText(scene.poster, sentence);
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
     scene.keys.release(key);
     scene.expectArrived();
 }
@@ -75,14 +75,14 @@ TALVERA_HELD(HeldInGtk, Receiver::Kind::Gtk)
 TALVERA_HELD(HeldInTerminal, Receiver::Kind::Terminal)
 
 TEST(HeldInQt, keysOfTheRightHand_stayOut) {
-    for (const int key : {Key::rightShift, Key::rightControl, Key::rightSuper, Key::rightAlt}) {
+    for (const auto key : {Key::rightShift, Key::rightControl, Key::rightSuper, Key::rightAlt}) {
         expectHeldKeyStaysOut(Receiver::Kind::Qt, key);
     }
 }
 
 TEST(MovingKeys, shiftPressedAndReleasedMeanwhile_staysOut) {
     TypingScene scene;
-    scene.result = typeText(scene.poster, Text, [&](qsizetype chunk) {
+    scene.result = typeText(scene.poster, sentence, [&](qsizetype chunk) {
         if (chunk % 4 == 1) {
             scene.keys.press(Key::leftShift);
         } else if (chunk % 4 == 3) {
@@ -95,7 +95,7 @@ TEST(MovingKeys, shiftPressedAndReleasedMeanwhile_staysOut) {
 TEST(MovingKeys, heldModifierReleasedMeanwhile_isNotStuck) {
     TypingScene scene;
     scene.keys.press(Key::leftShift);
-    scene.result = typeText(scene.poster, Text, [&](qsizetype chunk) {
+    scene.result = typeText(scene.poster, sentence, [&](qsizetype chunk) {
         if (chunk == 7) {
             scene.keys.release(Key::leftShift);
         }
@@ -105,12 +105,12 @@ TEST(MovingKeys, heldModifierReleasedMeanwhile_isNotStuck) {
 
 TEST(MovingKeys, modifierHeldBeyondTheEnd_isNotStuckWhenReleased) {
     TypingScene scene;
-    scene.result = typeText(scene.poster, Text, [&](qsizetype chunk) {
+    scene.result = typeText(scene.poster, sentence, [&](qsizetype chunk) {
         if (chunk == 7) {
             scene.keys.press(Key::leftControl);
         }
     });
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
     scene.keys.release(Key::leftControl);
     scene.expectArrived();
 }
@@ -118,9 +118,9 @@ TEST(MovingKeys, modifierHeldBeyondTheEnd_isNotStuckWhenReleased) {
 TEST(MovingKeys, heldLetter_stopsRepeating) {
     TypingScene scene;
     scene.keys.press(Key::a);
-    const QString expected = QLatin1Char('a') + Text;
+    const QString expected = QLatin1Char('a') + sentence;
     ASSERT_TRUE(scene.receiver.waitForText(QStringLiteral("a")));
-    scene.result = typeText(scene.poster, Text);
+    scene.result = typeText(scene.poster, sentence);
     EXPECT_TRUE(scene.receiver.waitForText(expected)) << scene.receiver.text().toStdString();
     scene.keys.release(Key::a);
     scene.expectArrived(expected);
@@ -145,8 +145,8 @@ TEST(Locks, capsLock_makesNoDifferenceAndStaysOn) {
     TypingScene scene;
     scene.keys.tap(Key::capsLock);
     ASSERT_EQ(keyboardState(), "locked 2 ");
-    scene.result = typeText(scene.poster, Text);
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    scene.result = typeText(scene.poster, sentence);
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 2 ");
     scene.keys.tap(Key::capsLock);
     scene.expectArrived();
@@ -154,12 +154,12 @@ TEST(Locks, capsLock_makesNoDifferenceAndStaysOn) {
 
 TEST(Locks, capsLockPressedMeanwhile_staysOutAndIsOnAfterwards) {
     TypingScene scene;
-    scene.result = typeText(scene.poster, Text, [&](qsizetype chunk) {
+    scene.result = typeText(scene.poster, sentence, [&](qsizetype chunk) {
         if (chunk == 7) {
             scene.keys.tap(Key::capsLock);
         }
     });
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 2 ");
     scene.keys.tap(Key::capsLock);
     scene.expectArrived();
@@ -168,7 +168,7 @@ TEST(Locks, capsLockPressedMeanwhile_staysOutAndIsOnAfterwards) {
 TEST(Locks, capsLockSwitchedOffMeanwhile_isOffAfterwards) {
     TypingScene scene;
     scene.keys.tap(Key::capsLock);
-    scene.result = typeText(scene.poster, Text, [&](qsizetype chunk) {
+    scene.result = typeText(scene.poster, sentence, [&](qsizetype chunk) {
         if (chunk == 7) {
             scene.keys.tap(Key::capsLock);
         }
@@ -180,8 +180,8 @@ TEST(Locks, numLock_isLeftAlone) {
     TypingScene scene;
     scene.keys.tap(Key::numLock);
     ASSERT_EQ(keyboardState(), "locked 16 ");
-    scene.result = typeText(scene.poster, Text);
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    scene.result = typeText(scene.poster, sentence);
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 16 ");
     scene.keys.tap(Key::numLock);
     scene.expectArrived();
@@ -189,19 +189,19 @@ TEST(Locks, numLock_isLeftAlone) {
 
 TEST(HeldHotkey, chordStillDownAsTypingBegins_staysOut) {
     TypingScene scene;
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     for (const std::uint16_t locks : {0, 2, 16, 18}) {
         xcb_grab_key(connection->get(), 0, connection->root(),
-                     static_cast<std::uint16_t>(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | locks), Key::space,
-                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+                     static_cast<std::uint16_t>(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | locks),
+                     static_cast<xcb_keycode_t>(Key::space), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     }
     ASSERT_TRUE(connection->roundTrip());
     scene.keys.press(Key::leftControl);
     scene.keys.press(Key::leftAlt);
     scene.keys.press(Key::space);
-    scene.result = typeText(scene.poster, Text);
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
-    for (const int key : {Key::space, Key::leftAlt, Key::leftControl}) {
+    scene.result = typeText(scene.poster, sentence);
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
+    for (const auto key : {Key::space, Key::leftAlt, Key::leftControl}) {
         scene.keys.release(key);
     }
     scene.expectArrived();
@@ -209,13 +209,13 @@ TEST(HeldHotkey, chordStillDownAsTypingBegins_staysOut) {
 
 TEST(PasteWithHeldKeys, eachModifier_staysOut) {
     TypingScene scene;
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
     QString expected;
-    for (const int key : {Key::leftShift, Key::leftControl, Key::leftAlt, Key::leftSuper, Key::rightAlt}) {
+    for (const auto key : {Key::leftShift, Key::leftControl, Key::leftAlt, Key::leftSuper, Key::rightAlt}) {
         SCOPED_TRACE(key);
         scene.keys.press(key);
-        pasteText(scene.poster, pasteboard, Text);
-        expected += Text;
+        pasteText(scene.poster, pasteboard, sentence);
+        expected += sentence;
         EXPECT_TRUE(scene.receiver.waitForText(expected)) << scene.receiver.text().toStdString();
         scene.keys.release(key);
         EXPECT_EQ(keyboardState(), "");
@@ -224,10 +224,10 @@ TEST(PasteWithHeldKeys, eachModifier_staysOut) {
 
 TEST(PasteWithHeldKeys, capsLock_staysOn) {
     TypingScene scene;
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
     scene.keys.tap(Key::capsLock);
-    pasteText(scene.poster, pasteboard, Text);
-    EXPECT_TRUE(scene.receiver.waitForText(Text)) << scene.receiver.text().toStdString();
+    pasteText(scene.poster, pasteboard, sentence);
+    EXPECT_TRUE(scene.receiver.waitForText(sentence)) << scene.receiver.text().toStdString();
     EXPECT_EQ(keyboardState(), "locked 2 ");
     scene.keys.tap(Key::capsLock);
 }

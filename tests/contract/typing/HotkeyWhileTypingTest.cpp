@@ -59,8 +59,8 @@ protected:
     RealKeyboard keyboard{seconds(120)};
     RecordingConsole console;
     HotkeyManager hotkey{keyboard.actor(), keyboard.taps(), console};
-    X11KeyEventPoster poster;
-    X11Pasteboard pasteboard{test::console, TALVERA_X11_COMPANION};
+    X11KeyEventPoster poster{X11Server()};
+    X11Pasteboard pasteboard{test::console, TALVERA_X11_COMPANION, X11Server()};
     Calls calls;
 };
 

@@ -8,7 +8,7 @@
 #include "RigInput.h"
 #include "keys.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/InputMethod.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "receivers/Receiver.h"
@@ -22,7 +22,7 @@ using namespace talvera::test;
 
 namespace {
 
-const QString Sentence = QStringLiteral("Hello world, this is a test 123. \"Right?\" ö, я, 漢");
+const QString sentence = QStringLiteral("Hello world, this is a test 123. \"Right?\" ö, я, 漢");
 
 /// What the user types is composed, and what we type arrives as it stands.
 void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind) {
@@ -44,14 +44,14 @@ void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind) {
         ASSERT_TRUE(isComposed(control.text())) << control.text().toStdString();
     }
     Receiver receiver(kind);
-    X11KeyEventPoster poster;
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11KeyEventPoster poster{X11Server()};
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
     if (poster.isTypingFaithful()) {
-        EXPECT_EQ(typeText(poster, Sentence), PostResult::Posted);
+        EXPECT_EQ(typeText(poster, sentence), PostResult::Posted);
     } else {
-        pasteText(poster, pasteboard, Sentence);
+        pasteText(poster, pasteboard, sentence);
     }
-    EXPECT_TRUE(receiver.waitForText(Sentence)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
 /// Announces an input method that does nothing.
@@ -70,7 +70,7 @@ public:
     }
 
 private:
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
 };
 
 void expectMixedTextArrives(Receiver::Kind kind, const std::string& layout = "us") {
@@ -78,7 +78,7 @@ void expectMixedTextArrives(Receiver::Kind kind, const std::string& layout = "us
     Receiver receiver(kind);
     const IdleInputMethod method;
     const std::string before = keymap();
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     EXPECT_EQ(typeText(poster, mixedText()), PostResult::Posted);
     EXPECT_TRUE(receiver.waitForText(mixedText())) << receiver.text().toStdString();
     EXPECT_EQ(keymap(), before);
@@ -122,7 +122,7 @@ TEST(IdleMethod, chromium_getsTheTextAsItStands) {
 }
 
 TEST(IdleMethod, thatHasEnded_isNotThere) {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     {
         const IdleInputMethod method;
         EXPECT_EQ(inputMethod(*connection), InputMethod::Composes);

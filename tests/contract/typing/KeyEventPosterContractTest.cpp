@@ -37,8 +37,8 @@ struct FakeDesk {
 
 struct X11Desk {
     Receiver receiver{Receiver::Kind::Qt};
-    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION};
-    X11KeyEventPoster poster;
+    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION, X11Server()};
+    X11KeyEventPoster poster{X11Server()};
 
     bool showsText(const QString& expected) { return receiver.waitForText(expected); }
     QString text() const { return receiver.text(); }

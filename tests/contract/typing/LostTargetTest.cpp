@@ -23,9 +23,9 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-const QString Text = QStringLiteral("Please send it tomorrow.");
-const QString FirstHalf = QStringLiteral("Please send it ");
-constexpr qsizetype Middle = 12; ///< in chunks, of which each has the space behind it
+const QString sentence = QStringLiteral("Please send it tomorrow.");
+const QString firstHalf = QStringLiteral("Please send it ");
+constexpr qsizetype middle = 12; ///< in chunks, of which each has the space behind it
 
 class LostTarget : public ::testing::Test {
 protected:
@@ -33,8 +33,8 @@ protected:
 
     /// Types the text, and does something in its middle.
     PostResult typeAnd(const std::function<void()>& inTheMiddle) {
-        return typeText(poster, Text, [&](qsizetype chunk) {
-            if (chunk == Middle) {
+        return typeText(poster, sentence, [&](qsizetype chunk) {
+            if (chunk == middle) {
                 inTheMiddle();
             }
         });
@@ -42,11 +42,11 @@ protected:
 
     /// The receiver's text is what was typed before the middle, though more could have come by now.
     void expectFirstHalf(Receiver& receiver) {
-        EXPECT_TRUE(receiver.waitForText(FirstHalf)) << receiver.text().toStdString();
+        EXPECT_TRUE(receiver.waitForText(firstHalf)) << receiver.text().toStdString();
         EXPECT_EQ(keyboardState(), "");
     }
 
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
 };
 
 } // namespace
@@ -59,7 +59,7 @@ TEST_F(LostTarget, anotherWindowTakesTheFocus_getsNothing) {
     expectFirstHalf(first);
     EXPECT_EQ(typeText(poster, QStringLiteral("!")), PostResult::Posted);
     EXPECT_TRUE(second->waitForText(QStringLiteral("!"))) << second->text().toStdString();
-    EXPECT_EQ(first.text(), FirstHalf);
+    EXPECT_EQ(first.text(), firstHalf);
 }
 
 TEST_F(LostTarget, targetClosed_nextWindowGetsNothing) {
@@ -112,7 +112,7 @@ TEST_F(LostTarget, keyboardGrabbedForAMoment_isWaitedFor) {
               PostResult::Posted);
     release.join();
     EXPECT_TRUE(passing.keyPresses().empty());
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
 TEST_F(LostTarget, otherWindowOfTheSameProgram_getsNothing) {
@@ -156,7 +156,7 @@ TEST_F(LostTarget, notificationOfAnotherProgram_doesNotStopTheTyping) {
     Receiver receiver(Receiver::Kind::Qt);
     Program notification;
     EXPECT_EQ(typeAnd([&] { notification.show(Program::Kind::Unmanaged, 300, 80); }), PostResult::Posted);
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
 TEST_F(LostTarget, windowThatHasJustBeenClosed_leavesTheTypingToTheNextOne) {

@@ -28,8 +28,8 @@ QString megabyte() {
 void expectPasteArrives(Receiver::Kind kind, const QString& text, const std::string& layout = "us") {
     setLayout(layout);
     Receiver receiver(kind);
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
-    X11KeyEventPoster poster;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
+    X11KeyEventPoster poster{X11Server()};
     pasteText(poster, pasteboard, text);
     EXPECT_TRUE(receiver.waitForText(text))
         << receiver.text().size() << " of " << text.size() << ": " << receiver.text().left(200).toStdString();
@@ -37,7 +37,7 @@ void expectPasteArrives(Receiver::Kind kind, const QString& text, const std::str
 
 /// Marks the word at the top left of the focused window with a double click. False when nothing gets marked.
 bool markWord(RigInput& keys) {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     const auto corner = connection->reply<xcb_translate_coordinates_reply_t>(
         xcb_translate_coordinates(connection->get(), focusedWindow(*connection), connection->root(), 0, 0));
     const xcb_window_t former = xcb_generate_id(connection->get());
@@ -66,8 +66,8 @@ void expectSelectionIsReplaced(Receiver::Kind kind) {
     setLayout("us");
     Receiver receiver(kind);
     RigInput keys;
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
-    X11KeyEventPoster poster;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
+    X11KeyEventPoster poster{X11Server()};
     typeText(poster, QStringLiteral("old"));
     ASSERT_TRUE(receiver.waitForText(QStringLiteral("old")));
     keys.press(Key::leftControl);
@@ -83,8 +83,8 @@ TEST(PasteInTerminal, somethingMarkedInIt_isNotWhatIsPasted) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Terminal);
     RigInput keys;
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
-    X11KeyEventPoster poster;
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
+    X11KeyEventPoster poster{X11Server()};
     typeText(poster, QStringLiteral("old "));
     ASSERT_TRUE(receiver.waitForText(QStringLiteral("old ")));
     ASSERT_TRUE(markWord(keys));

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "linux/x11/server/FocusedWindow.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
+#include "linux/x11/server/XKeycode.h"
 
 #include <gtest/gtest.h>
 
@@ -67,7 +68,7 @@ public:
 
     /// The keys that have been pressed in its windows by now.
     struct KeyPress {
-        xcb_keycode_t key;
+        XKeycode key;
         std::uint16_t modifiers;
         bool operator==(const KeyPress&) const = default;
     };
@@ -76,16 +77,16 @@ public:
         while (const XcbEvent event = m_connection->pollEvent()) {
             if ((event->response_type & 0x7f) == XCB_KEY_PRESS) {
                 const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
-                m_keyPresses.push_back({press.detail, press.state});
+                m_keyPresses.push_back({XKeycode{press.detail}, press.state});
             }
         }
         return m_keyPresses;
     }
 
     /// Takes a key with modifiers for itself, wherever the focus is.
-    void grabChord(xcb_keycode_t key, std::uint16_t modifiers) {
-        xcb_grab_key(m_connection->get(), 0, m_connection->root(), modifiers, key, XCB_GRAB_MODE_ASYNC,
-                     XCB_GRAB_MODE_ASYNC);
+    void grabChord(XKeycode key, std::uint16_t modifiers) {
+        xcb_grab_key(m_connection->get(), 0, m_connection->root(), modifiers, static_cast<xcb_keycode_t>(key),
+                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         EXPECT_TRUE(m_connection->roundTrip());
     }
 
@@ -109,7 +110,7 @@ private:
         return true;
     }
 
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
     std::vector<KeyPress> m_keyPresses;
 };
 

@@ -2,7 +2,7 @@
 #include "RunningInputMethod.h"
 
 #include "TypingTools.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/InputMethod.h"
 
 #include <QDir>
@@ -69,7 +69,7 @@ RunningInputMethod::RunningInputMethod(Kind kind) {
         outputOf("gsettings set org.freedesktop.ibus.engine.anthy.common input-mode 0");
         start({"ibus-daemon", "--xim", "--panel=disable"});
     }
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     await([&] { return inputMethod(*connection) != InputMethod::None; },
           "the input method doesn't announce itself");
     if (kind != Kind::FcitxPinyin) {

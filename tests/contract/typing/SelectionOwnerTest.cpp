@@ -20,7 +20,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds Patience{10};
+constexpr std::chrono::seconds patience{10};
 
 test::RecordingConsole console;
 
@@ -34,7 +34,7 @@ WipedText textOf(std::string_view bytes) {
 class OwnerAtWork {
 public:
     explicit OwnerAtWork(WipedText text)
-        : m_connection(X11Connection::open())
+        : m_connection(X11Server().connect())
         , m_owner(*m_connection) {
         EXPECT_TRUE(m_owner.own(std::move(text)));
         m_thread = std::thread([this] { work(); });
@@ -77,7 +77,7 @@ public:
     };
 
     Requestor()
-        : m_connection(X11Connection::open())
+        : m_connection(X11Server().connect())
         , m_window(xcb_generate_id(m_connection->get())) {
         const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_create_window(m_connection->get(), 0, m_window, m_connection->root(), 0, 0, 1, 1, 0,
@@ -154,7 +154,7 @@ public:
     XcbEvent awaitEvent(std::uint8_t type) {
         XcbEvent event;
         do {
-            event = m_connection->waitForEvent(Clock::now() + Patience);
+            event = m_connection->waitForEvent(Clock::now() + patience);
         } while (event && (event->response_type & 0x7f) != type);
         return event;
     }
@@ -315,7 +315,7 @@ TEST(SelectionOwner, readerThatVanishesOrStalls_isGivenUp) {
 }
 
 TEST(ClipboardThread, companionThatCantBeStarted_isReplacedByIt) {
-    X11Pasteboard pasteboard(console, "/nowhere/companion");
+    X11Pasteboard pasteboard(console, "/nowhere/companion", X11Server());
     pasteboard.setString(QStringLiteral("held by a thread"));
     Requestor requestor;
     const auto answer = requestor.ask("UTF8_STRING");
@@ -324,7 +324,7 @@ TEST(ClipboardThread, companionThatCantBeStarted_isReplacedByIt) {
 }
 
 TEST(ClipboardThread, companionThatEndsAtOnce_isReplacedByIt) {
-    X11Pasteboard pasteboard(console, "/bin/false");
+    X11Pasteboard pasteboard(console, "/bin/false", X11Server());
     pasteboard.setString(QStringLiteral("held by a thread"));
     Requestor requestor;
     const auto answer = requestor.ask("UTF8_STRING");
@@ -335,7 +335,7 @@ TEST(ClipboardThread, companionThatEndsAtOnce_isReplacedByIt) {
 TEST(CompanionProcess, clipboardManager_isGivenTheTextWhenTheAgentEnds) {
     Requestor manager;
     manager.takeOver("CLIPBOARD_MANAGER");
-    { X11Pasteboard(console, TALVERA_X11_COMPANION).setString(QStringLiteral("to be kept")); }
+    { X11Pasteboard(console, TALVERA_X11_COMPANION, X11Server()).setString(QStringLiteral("to be kept")); }
 
     const XcbEvent event = manager.awaitEvent(XCB_SELECTION_REQUEST);
     ASSERT_TRUE(event);

@@ -24,7 +24,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// More characters than there are spare keys, so that the keymap has to change again and again.
-const QString ManySymbols =
+const QString manySymbols =
     QStringLiteral("漢字かな交じり文を書くのは難しい。안녕하세요 세계 नमस्ते दुनिया съешь ещё");
 
 void expectArrives(Receiver& receiver, const QString& text) {
@@ -35,7 +35,7 @@ void expectStoppedReceiverMissesNothing(Receiver::Kind kind) {
     setLayout("us");
     Receiver receiver(kind);
     const std::string before = keymap();
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     std::thread freeze;
     typeText(poster, mixedText(), [&](qsizetype chunk) {
         if (chunk == 130) {
@@ -74,7 +74,7 @@ void cutConnections() {
 /// The two keyboards get layouts of their own, and both are used while we type.
 void expectKeyboardsKeepTheirLayouts(Receiver::Kind kind) {
     setLayout("us");
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     const auto keyboard = X11Keyboard::open(*connection);
     std::vector<std::uint16_t> users;
     for (const std::uint16_t device : keyboard->devices()) {
@@ -93,7 +93,7 @@ void expectKeyboardsKeepTheirLayouts(Receiver::Kind kind) {
 
     Receiver receiver(kind);
     RigInput keys;
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     typeText(poster, mixedText(), [&](qsizetype chunk) {
         if (chunk % 5 == 0) { // the layout in use is the one of the keyboard used last
             keys.tap(Key::leftShift, static_cast<int>(chunk % 2));
@@ -122,7 +122,7 @@ TEST(ChangingKeyboard, layoutReplacedMeanwhile_textIsRightAndTheNewLayoutStays) 
     const std::string german = keymap();
     setLayout("us");
     Receiver receiver(Receiver::Kind::Qt);
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     typeText(poster, mixedText(), [&](qsizetype chunk) {
         if (chunk == 90) {
             setLayout("de");
@@ -135,7 +135,7 @@ TEST(ChangingKeyboard, layoutReplacedMeanwhile_textIsRightAndTheNewLayoutStays) 
 TEST(ChangingKeyboard, layoutReplacedSinceThePreparation_textIsRight) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Qt);
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     poster.prepare();
     setLayout("fr");
     const QString text = QStringLiteral("What a QUIZ: 1 + 2, é, ж");
@@ -148,7 +148,7 @@ TEST(ChangingKeyboard, userSwitchesToAnotherLayoutMeanwhile_textIsRight) {
     setLayout("us,ru -option grp:alt_shift_toggle");
     Receiver receiver(Receiver::Kind::Qt);
     RigInput keys;
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     const QString text = QStringLiteral("hello World, привет Мир, hello again");
     typeText(poster, text, [&](qsizetype chunk) {
         if (chunk == 5 || chunk == 20) {
@@ -170,7 +170,7 @@ TEST(ChangingKeyboard, secondGroupInUse_textIsRight) {
     keys.press(Key::leftShift);
     keys.release(Key::leftShift);
     keys.release(Key::leftAlt);
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     const QString text = QStringLiteral("hello World, привет Мир");
     typeText(poster, text);
     expectArrives(receiver, text);
@@ -199,7 +199,7 @@ TEST(ChangingKeyboard, manyLayouts_typeAsciiAndMore) {
         setLayout(layout);
         const std::string before = keymap();
         Receiver receiver(Receiver::Kind::Qt);
-        X11KeyEventPoster poster;
+        X11KeyEventPoster poster{X11Server()};
         typeText(poster, text);
         expectArrives(receiver, text);
         EXPECT_EQ(keymap(), before);
@@ -214,7 +214,7 @@ TEST(Trouble, oneCharacterWithMoreAccentsThanThereAreSpareKeys_arrives) {
     for (char16_t accent = 0x0300; accent < 0x0300 + 40; ++accent) {
         text += QChar(accent);
     }
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     typeText(poster, text);
     expectArrives(receiver, text);
 }
@@ -223,9 +223,9 @@ TEST(Trouble, windowClosedMeanwhile_typingEndsSoonAndLeavesNothingBehind) {
     setLayout("us");
     std::optional<Receiver> receiver(Receiver::Kind::Gtk);
     const std::string before = keymap();
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     const auto start = Clock::now();
-    typeAnywhere(poster, ManySymbols, [&](qsizetype chunk) {
+    typeAnywhere(poster, manySymbols, [&](qsizetype chunk) {
         if (chunk == 10) {
             receiver.reset();
         }
@@ -240,8 +240,8 @@ TEST(Trouble, focusMovesOnWhileTheFirstTargetIsSlow_eachCharacterArrivesSomewher
     Receiver first(Receiver::Kind::Gtk, QStringLiteral("first"));
     std::optional<Receiver> second;
     std::thread freeze;
-    X11KeyEventPoster poster;
-    typeAnywhere(poster, ManySymbols, [&](qsizetype chunk) {
+    X11KeyEventPoster poster{X11Server()};
+    typeAnywhere(poster, manySymbols, [&](qsizetype chunk) {
         if (chunk == 0) { // it has been told of the new symbols, but has not looked at them yet
             first.signal(SIGSTOP);
         } else if (chunk == 9) {
@@ -253,7 +253,7 @@ TEST(Trouble, focusMovesOnWhileTheFirstTargetIsSlow_eachCharacterArrivesSomewher
         }
     });
     freeze.join();
-    EXPECT_TRUE(second->waitFor([&](const QString& text) { return first.text() + text == ManySymbols; }))
+    EXPECT_TRUE(second->waitFor([&](const QString& text) { return first.text() + text == manySymbols; }))
         << first.text().toStdString() << " | " << second->text().toStdString();
 }
 
@@ -261,9 +261,9 @@ TEST(Trouble, hungTarget_delaysTypingOnce) {
     setLayout("us");
     Receiver receiver(Receiver::Kind::Gtk);
     const std::string before = keymap();
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     const auto start = Clock::now();
-    typeText(poster, ManySymbols, [&](qsizetype chunk) {
+    typeText(poster, manySymbols, [&](qsizetype chunk) {
         if (chunk == 2) {
             receiver.signal(SIGSTOP);
         }
@@ -286,7 +286,7 @@ TEST(Trouble, noXServer_noEventCanBeMade) {
 TEST(Trouble, xServerGoneMeanwhile_noEventCanBeMade) {
     setLayout("us");
     const std::string before = keymap();
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     const auto session = poster.beginTyping({QStringLiteral("a"), QStringLiteral("я")}, nullptr);
     ASSERT_EQ(session->post(0, KeyPhase::Down), PostResult::Posted);
     ASSERT_EQ(session->post(0, KeyPhase::Up), PostResult::Posted);
@@ -294,6 +294,6 @@ TEST(Trouble, xServerGoneMeanwhile_noEventCanBeMade) {
     EXPECT_EQ(session->post(1, KeyPhase::Down), PostResult::CutOff);
     EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
     // What it couldn't pay back any more is paid by the next one.
-    const X11KeyEventPoster next;
+    const X11KeyEventPoster next{X11Server()};
     EXPECT_EQ(keymap(), before);
 }

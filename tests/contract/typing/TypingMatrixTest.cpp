@@ -17,7 +17,7 @@ void expectMixedTextArrives(Receiver::Kind kind, const std::string& layout) {
     setLayout(layout);
     Receiver receiver(kind);
     const std::string before = keymap();
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     typeText(poster, mixedText());
     EXPECT_TRUE(receiver.waitForText(mixedText())) << receiver.text().toStdString();
     EXPECT_EQ(keymap(), before);

@@ -77,7 +77,7 @@ std::string keymap() {
 }
 
 std::string keyboardState() {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     const auto keyboard = X11Keyboard::open(*connection);
     if (!keyboard) {
         throw std::runtime_error("no keyboard");

@@ -28,21 +28,21 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-const QString Text = QStringLiteral("A sentence that takes a while to type.");
-constexpr qsizetype Middle = 10;
+const QString sentence = QStringLiteral("A sentence that takes a while to type.");
+constexpr qsizetype middle = 10;
 
 /// Fingers that press and let go at the pace of fingers, while a text is typed.
 class UserChord : public ::testing::Test {
 protected:
     UserChord() { setLayout("us"); }
     /// Types the text; in its middle the keys go down one after another, and up in the other order.
-    PostResult typeWhilePressing(const std::vector<int>& chord, milliseconds hold = milliseconds(100)) {
+    PostResult typeWhilePressing(const std::vector<XKeycode>& chord, milliseconds hold = milliseconds(100)) {
         std::thread fingers;
-        const auto result = typeText(poster, Text, [&](qsizetype chunk) {
-            if (chunk == Middle) {
+        const auto result = typeText(poster, sentence, [&](qsizetype chunk) {
+            if (chunk == middle) {
                 fingers = std::thread([this, chord, hold] {
                     std::this_thread::sleep_for(milliseconds(12)); // between two of our keys
-                    for (const int key : chord) {
+                    for (const auto key : chord) {
                         keys.press(key);
                         std::this_thread::sleep_for(milliseconds(60));
                     }
@@ -61,7 +61,7 @@ protected:
     }
 
     RigInput keys;
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
 };
 
 /// Switches Slow Keys or Bounce Keys on for all keyboards, and off in the end.
@@ -92,19 +92,19 @@ private:
         EXPECT_TRUE(m_connection->roundTrip());
     }
 
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
     std::uint32_t m_control;
 };
 
 void expectTypedAndPasted(std::uint32_t control, Receiver::Kind kind) {
     setLayout("us");
     Receiver receiver(kind);
-    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION);
+    X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
     KeyFilter filter(control);
     ASSERT_TRUE(filter.isOnForPostedKeys());
     const QString text = QStringLiteral("Hello all, book and Wörld: жжж");
     {
-        X11KeyEventPoster poster;
+        X11KeyEventPoster poster{X11Server()};
         EXPECT_EQ(typeText(poster, text), PostResult::Posted);
         EXPECT_TRUE(receiver.waitForText(text)) << receiver.text().toStdString();
         EXPECT_TRUE(filter.isOnForPostedKeys());
@@ -123,7 +123,7 @@ TEST_F(UserChord, hotkeyChord_isHeardAndStaysOutOfTheText) {
     EXPECT_EQ(typeWhilePressing({Key::leftControl, Key::leftAlt, Key::space}), PostResult::Posted);
     EXPECT_EQ(other.keyPresses(),
               (std::vector<Program::KeyPress>{{Key::space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1}}));
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
 TEST_F(UserChord, hotkeyWithoutModifiersHeldForLong_textComesAllTheSame) {
@@ -134,7 +134,7 @@ TEST_F(UserChord, hotkeyWithoutModifiersHeldForLong_textComesAllTheSame) {
     for (const auto& press : other.keyPresses()) { // with its repeats
         EXPECT_EQ(press, (Program::KeyPress{Key::f8, 0}));
     }
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
 TEST_F(UserChord, shortcutOfTheApplication_arrivesAsSuch) {
@@ -155,7 +155,8 @@ TEST_F(UserChord, altTab_movesTheFocusAndStopsTheTyping) {
     Receiver second(Receiver::Kind::Qt, QStringLiteral("second"));
     Receiver first(Receiver::Kind::Gtk, QStringLiteral("first"));
     EXPECT_EQ(typeWhilePressing({Key::leftAlt, Key::tab}), PostResult::TargetLost);
-    EXPECT_TRUE(first.waitFor([](const QString& text) { return !text.isEmpty() && Text.startsWith(text); }));
+    EXPECT_TRUE(
+        first.waitFor([](const QString& text) { return !text.isEmpty() && sentence.startsWith(text); }));
     typeAnywhere(poster, QStringLiteral("."));
     EXPECT_TRUE(second.waitFor([](const QString& text) { return text.endsWith('.'); }));
     // One key may be on its way to the server when the focus moves; none is posted after that.
@@ -167,7 +168,7 @@ TEST_F(UserChord, modifierHeldForLong_isLetGoAfterAWhile) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(typeWhilePressing({Key::leftControl}, seconds(5)), PostResult::Posted);
     EXPECT_GT(std::chrono::steady_clock::now() - start, seconds(2));
-    EXPECT_TRUE(receiver.waitForText(Text)) << receiver.text().toStdString();
+    EXPECT_TRUE(receiver.waitForText(sentence)) << receiver.text().toStdString();
 }
 
 TEST_F(UserChord, focusThatIsNobodysAfterALongChord_isWaitedFor) {

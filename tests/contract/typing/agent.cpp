@@ -21,9 +21,9 @@
 using namespace talvera;
 
 int main(int argc, char** argv) {
-    X11KeyEventPoster poster;
+    X11KeyEventPoster poster{X11Server()};
     test::RecordingConsole console;
-    X11Pasteboard pasteboard(console, argc > 1 ? argv[1] : "");
+    X11Pasteboard pasteboard(console, argc > 1 ? argv[1] : "", X11Server());
     std::unique_ptr<TypingSession> session;
     std::cout << "done" << std::endl;
     for (std::string line; std::getline(std::cin, line);) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "receivers/Receiver.h"
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -48,7 +48,7 @@ std::string titleOf(X11Connection& connection, xcb_window_t window) {
 
 /// Waits until the window with this title is the active one.
 bool waitUntilActive(const std::string& title, Clock::time_point deadline) {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     if (connection->isBroken()) {
         throw std::runtime_error("no X server");
     }
@@ -89,7 +89,7 @@ Receiver::Receiver(Kind kind, const QString& title)
 }
 
 void Receiver::awaitFocus(const QString& title) {
-    const auto deadline = Clock::now() + Patience;
+    const auto deadline = Clock::now() + patience;
     const bool active = waitUntilActive(title.toStdString(), deadline);
     std::unique_lock lock(m_mutex);
     if (!active || !m_changed.wait_until(lock, deadline, [this] { return m_ready; })) {

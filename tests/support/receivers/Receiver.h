@@ -19,7 +19,7 @@ class Receiver {
 public:
     enum class Kind { Gtk, Qt, Terminal, Chromium };
 
-    static constexpr std::chrono::seconds Patience{30};
+    static constexpr std::chrono::seconds patience{30};
 
     /// Starts the application and returns when its text field has the focus. Its window is titled `title`.
     /// Throws std::runtime_error when that doesn't happen.
@@ -32,9 +32,9 @@ public:
     QString text() const;
 
     /// Waits until the field holds exactly `expected`; false if it doesn't in time.
-    bool waitForText(const QString& expected, std::chrono::milliseconds limit = Patience);
+    bool waitForText(const QString& expected, std::chrono::milliseconds limit = patience);
     bool waitFor(const std::function<bool(const QString&)>& condition,
-                 std::chrono::milliseconds limit = Patience);
+                 std::chrono::milliseconds limit = patience);
 
     /// The process that owns the window.
     pid_t process() const { return m_process; }

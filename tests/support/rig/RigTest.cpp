@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The virtual desktop's own promises, on which every test that runs in it relies.
 #include "RigInput.h"
+#include "keys.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -12,15 +13,12 @@
 namespace talvera::test {
 namespace {
 
-constexpr int keyA = 38;
-constexpr int keyShift = 50;
-
 class Rig : public testing::Test {
 protected:
-    bool isDown(int keycode) {
+    bool isDown(XKeycode key) {
         char keys[32];
         XQueryKeymap(display.get(), keys);
-        return (keys[keycode / 8] & (1 << (keycode % 8))) != 0;
+        return (keys[indexOf(key) / 8] & (1 << (indexOf(key) % 8))) != 0;
     }
 
     std::pair<int, int> pointer() {
@@ -41,24 +39,24 @@ protected:
 };
 
 TEST_F(Rig, pressAndRelease_keyIsDownInBetween) {
-    EXPECT_FALSE(isDown(keyA));
-    input.press(keyA);
-    EXPECT_TRUE(isDown(keyA));
-    input.release(keyA);
-    EXPECT_FALSE(isDown(keyA));
+    EXPECT_FALSE(isDown(Key::a));
+    input.press(Key::a);
+    EXPECT_TRUE(isDown(Key::a));
+    input.release(Key::a);
+    EXPECT_FALSE(isDown(Key::a));
 }
 
 TEST_F(Rig, secondKeyboard_pressesItsOwnKeys) {
-    input.press(keyShift, 1);
-    input.tap(keyA, 0);
-    EXPECT_TRUE(isDown(keyShift));
-    input.release(keyShift, 1);
-    EXPECT_FALSE(isDown(keyShift));
+    input.press(Key::leftShift, 1);
+    input.tap(Key::a, 0);
+    EXPECT_TRUE(isDown(Key::leftShift));
+    input.release(Key::leftShift, 1);
+    EXPECT_FALSE(isDown(Key::leftShift));
 }
 
 TEST_F(Rig, keycodeThatNoKeyboardHas_throws) {
-    EXPECT_THROW(input.press(7), std::runtime_error);
-    EXPECT_THROW(input.press(keyA, 2), std::runtime_error);
+    EXPECT_THROW(input.press(XKeycode{7}), std::runtime_error);
+    EXPECT_THROW(input.press(Key::a, 2), std::runtime_error);
 }
 
 TEST_F(Rig, pointer_goesWhereItIsSent) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QColor>
 #include <QRect>
@@ -50,7 +50,7 @@ private:
     void set(const char* property, xcb_atom_t type, const std::vector<std::uint32_t>& items);
     void readEvents();
 
-    std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    std::unique_ptr<X11Connection> m_connection = X11Server().connect();
     xcb_window_t m_window = XCB_WINDOW_NONE;
     int m_clicks = 0;
     int m_keys = 0;

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "X11Windows.h"
 
+#include "linux/x11/server/X11Server.h"
+
 #include <algorithm>
 #include <stdexcept>
 
 namespace talvera::test {
 
 X11Windows::X11Windows()
-    : m_x11(X11Connection::open()) {
+    : m_x11(X11Server().connect()) {
     if (m_x11->isBroken())
         throw std::runtime_error("no X server");
 }

@@ -20,7 +20,7 @@ class Console;
 class X11Pasteboard final : public Pasteboard {
 public:
     /// Starts the companion, without waiting for it.
-    X11Pasteboard(Console& console, std::string companionProgram, X11Server server = X11Server());
+    X11Pasteboard(Console& console, std::string companionProgram, X11Server server);
     ~X11Pasteboard() override;
 
     /// Takes a few milliseconds. A companion that is gone or doesn't answer within two seconds is replaced by

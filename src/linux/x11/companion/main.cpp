@@ -7,6 +7,7 @@
 
 #include "linux/support/privateMemory.h"
 #include "linux/x11/clipboard/ClipboardService.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/TargetBarrier.h"
 #include "linux/x11/typing/TypingLedger.h"
 
@@ -31,9 +32,9 @@ int endOfSession() {
     return ::signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-void putKeyboardRight() {
-    const auto connection = X11Connection::open();
-    const auto barrierConnection = X11Connection::open();
+void putKeyboardRight(const X11Server& server) {
+    const auto connection = server.connect();
+    const auto barrierConnection = server.connect();
     if (const auto keyboard = X11Keyboard::open(*connection)) {
         TargetBarrier barrier(*barrierConnection);
         TypingLedger::settle(*keyboard, &barrier);
@@ -46,12 +47,13 @@ int main() {
     leaveNoCoreFile();
     keepMemoryPrivate(); // it holds what was dictated
     const int end = endOfSession();
-    const auto connection = X11Connection::open();
+    const X11Server server;
+    const auto connection = server.connect();
     if (connection->isBroken())
         return EXIT_FAILURE;
     ClipboardService clipboard(*connection, linkSocket);
     if (clipboard.serveLink(end))
-        putKeyboardRight();
+        putKeyboardRight(server);
     if (!clipboard.handOver())
         clipboard.serveRest(end);
     return EXIT_SUCCESS;

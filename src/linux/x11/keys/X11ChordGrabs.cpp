@@ -17,8 +17,8 @@ constexpr std::uint16_t locks = XCB_MOD_MASK_LOCK | XCB_MOD_MASK_2 | XCB_MOD_MAS
 
 } // namespace
 
-X11ChordGrabs::X11ChordGrabs(std::unique_ptr<X11Connection> connection)
-    : m_connection(std::move(connection)) {}
+X11ChordGrabs::X11ChordGrabs(const X11Server& server)
+    : m_connection(server.connect()) {}
 
 X11ChordGrabs::~X11ChordGrabs() {
     hold({});
@@ -55,25 +55,26 @@ std::vector<WatchResult> X11ChordGrabs::hold(const std::vector<KeyChord>& chords
 /// What we type has no modifiers but Shift and those of the layout's levels.
 void X11ChordGrabs::noteReservedKeys(const Combinations& wanted) {
     constexpr std::uint16_t typed = XCB_MOD_MASK_SHIFT | locks;
-    std::set<std::uint32_t> keys;
+    std::set<XKeycode> keycodes;
     for (const auto& [keycode, modifiers] : wanted) {
         if ((modifiers & ~typed) == 0)
-            keys.insert(static_cast<std::uint32_t>(keycode));
+            keycodes.insert(keycode);
     }
-    const std::vector<std::uint32_t> keycodes(keys.begin(), keys.end());
     if (keycodes != m_notedKeys) // the first time also replaces what a former process may have left
         writeNote(keycodes);
     m_notedKeys = keycodes;
 }
 
-void X11ChordGrabs::writeNote(const std::vector<std::uint32_t>& keycodes) {
+void X11ChordGrabs::writeNote(const std::set<XKeycode>& keycodes) {
+    std::vector<std::uint32_t> items;
+    for (const auto keycode : keycodes)
+        items.push_back(static_cast<std::uint32_t>(keycode));
     const auto note = m_connection->atom(serverNotes::reservedKeys);
-    if (keycodes.empty())
+    if (items.empty())
         xcb_delete_property(m_connection->get(), m_connection->root(), note);
     else
         xcb_change_property(m_connection->get(), XCB_PROP_MODE_REPLACE, m_connection->root(), note,
-                            XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(keycodes.size()),
-                            keycodes.data());
+                            XCB_ATOM_CARDINAL, 32, static_cast<std::uint32_t>(items.size()), items.data());
     m_connection->flush();
 }
 
@@ -83,10 +84,10 @@ X11ChordGrabs::Combinations X11ChordGrabs::withFurtherModifiers(const KeyChord& 
     const auto modifiers = X11KeyCodes::modifiersFromFlags(chord.modifiers);
     if (!modifiers || isModifierKey(chord.keyCode))
         return {};
-    const auto* setup = xcb_get_setup(m_connection->get());
+    const auto& setup = m_connection->setup();
     Combinations combinations;
     for (const auto keycode : X11KeyCodes::fromVirtual(chord.keyCode)) {
-        if (keycode < XKeycode(setup->min_keycode) || keycode > XKeycode(setup->max_keycode))
+        if (keycode < XKeycode(setup.min_keycode) || keycode > XKeycode(setup.max_keycode))
             continue;
         for (std::uint16_t more = 0; more <= allModifiers; ++more) {
             if ((more & ~further) == 0)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/server/XKeycode.h"
 #include "platform/keyboard/EventTap.h"
 
@@ -28,7 +28,7 @@ public:
         std::uint16_t state; ///< the modifiers
     };
 
-    explicit X11ChordGrabs(std::unique_ptr<X11Connection> connection);
+    explicit X11ChordGrabs(const X11Server& server);
     X11ChordGrabs(const X11ChordGrabs&) = delete;
     X11ChordGrabs& operator=(const X11ChordGrabs&) = delete;
     ~X11ChordGrabs();
@@ -45,7 +45,7 @@ public:
     /// The next key down that came to us, if there is one already.
     std::optional<KeyDown> nextKeyDown();
 
-    X11Connection& connection() { return *m_connection; }
+    X11Connection& connection() const { return *m_connection; }
 
 private:
     using Combination = std::pair<XKeycode, std::uint16_t>; ///< with the modifiers
@@ -55,11 +55,11 @@ private:
     void grab(const Combinations& combinations);
     void letGo(const Combination& combination);
     void noteReservedKeys(const Combinations& wanted);
-    void writeNote(const std::vector<std::uint32_t>& keycodes);
+    void writeNote(const std::set<XKeycode>& keycodes);
 
     std::unique_ptr<X11Connection> m_connection;
     Combinations m_held;
-    std::optional<std::vector<std::uint32_t>> m_notedKeys; ///< keycodes
+    std::optional<std::set<XKeycode>> m_notedKeys;
 };
 
 } // namespace talvera

@@ -7,8 +7,8 @@
 
 namespace talvera {
 
-X11EventTapFactory::X11EventTapFactory(MainActor& mainActor, Duration bound, std::string display)
-    : m_group(mainActor, bound, std::move(display)) {}
+X11EventTapFactory::X11EventTapFactory(MainActor& mainActor, X11Server server, Duration bound)
+    : m_group(mainActor, std::move(server), bound) {}
 
 std::unique_ptr<EventTap> X11EventTapFactory::create(EventTap::Callback callback) {
     auto tap = m_group.add(std::move(callback));

@@ -5,7 +5,6 @@
 #include "platform/keyboard/EventTap.h"
 
 #include <memory>
-#include <string>
 
 namespace talvera {
 
@@ -16,10 +15,8 @@ namespace talvera {
 /// and the key up. What a callback lets pass of them is not delivered.
 class X11EventTapFactory final : public EventTapFactory {
 public:
-    /// `bound` is how long the main actor may take to answer an event. An empty `display` means $DISPLAY.
-    /// Must outlive its taps.
-    explicit X11EventTapFactory(MainActor& mainActor, Duration bound = seconds(1.0),
-                                std::string display = {});
+    /// `bound` is how long the main actor may take to answer an event. Must outlive its taps.
+    X11EventTapFactory(MainActor& mainActor, X11Server server, Duration bound = seconds(1.0));
 
     std::unique_ptr<EventTap> create(EventTap::Callback callback) override;
 

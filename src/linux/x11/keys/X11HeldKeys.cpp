@@ -43,7 +43,7 @@ bool X11HeldKeys::isModifier(XKeycode keycode) const {
     return m_flagOf[indexOf(keycode)] != 0;
 }
 
-void X11HeldKeys::keepKeys(const std::bitset<xKeycodeCount>& keys) {
+void X11HeldKeys::keepKeys(const XKeycodeBits& keys) {
     std::erase_if(m_held, [&keys](const auto& held) { return !keys[indexOf(held.first)]; });
 }
 

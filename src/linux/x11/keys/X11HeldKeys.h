@@ -6,7 +6,6 @@
 #include "platform/keyboard/VirtualKey.h"
 
 #include <array>
-#include <bitset>
 #include <cstdint>
 #include <set>
 #include <utility>
@@ -29,7 +28,7 @@ public:
     void press(std::uint16_t device, XKeycode keycode) { m_held.emplace(keycode, device); }
     void release(std::uint16_t device, XKeycode keycode) { m_held.erase({keycode, device}); }
     /// Forgets that others than these are held.
-    void keepKeys(const std::bitset<xKeycodeCount>& keys);
+    void keepKeys(const XKeycodeBits& keys);
 
     bool isHeld(XKeycode keycode) const;
 
@@ -39,7 +38,7 @@ public:
 
 private:
     std::array<std::uint64_t, xKeycodeCount> m_flagOf{};
-    std::bitset<xKeycodeCount> m_isLock;
+    XKeycodeBits m_isLock;
     std::set<std::pair<XKeycode, std::uint16_t>> m_held; // with the device
 };
 

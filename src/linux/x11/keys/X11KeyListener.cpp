@@ -22,9 +22,9 @@ std::vector<WatchResult> allOf(std::size_t count, WatchResult result) {
 
 } // namespace
 
-std::unique_ptr<X11KeyListener> X11KeyListener::start(const std::string& display,
+std::unique_ptr<X11KeyListener> X11KeyListener::start(const X11Server& server,
                                                       std::shared_ptr<KeyEventMailbox> mailbox) {
-    auto watch = X11KeyWatch::open(display, [mailbox](const KeyEvent& event) { mailbox->send(event); });
+    auto watch = X11KeyWatch::open(server, [mailbox](const KeyEvent& event) { mailbox->send(event); });
     if (!watch)
         return nullptr;
     const int wakeUp = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);

@@ -8,7 +8,6 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <thread>
 #include <vector>
 
@@ -19,8 +18,8 @@ namespace talvera {
 /// been told so and says again what to listen for. Sleeps while no key moves. Main thread only.
 class X11KeyListener {
 public:
-    /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY.
-    static std::unique_ptr<X11KeyListener> start(const std::string& display,
+    /// Null when the session doesn't let us watch keys.
+    static std::unique_ptr<X11KeyListener> start(const X11Server& server,
                                                  std::shared_ptr<KeyEventMailbox> mailbox);
     X11KeyListener(const X11KeyListener&) = delete;
     X11KeyListener& operator=(const X11KeyListener&) = delete;

@@ -24,32 +24,25 @@ VirtualKey keyOf(const KeyInterest& interest) {
 
 } // namespace
 
-std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const std::string& display, Tell tell,
+std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const X11Server& server, Report report,
                                                const std::string& sysfs) {
-    auto events = X11Connection::open(display);
-    auto grabbing = X11Connection::open(display);
-    if (events->isBroken() || grabbing->isBroken())
-        return nullptr;
-    auto grabs = std::make_unique<X11ChordGrabs>(std::move(grabbing));
-    auto watch = std::unique_ptr<X11KeyWatch>(
-        new X11KeyWatch(std::move(events), std::move(grabs), std::move(tell), sysfs));
+    auto watch = std::unique_ptr<X11KeyWatch>(new X11KeyWatch(server, std::move(report), sysfs));
     if (!watch->selectEvents() || watch->m_devices.isBehindWayland())
         return nullptr;
     return watch;
 }
 
-X11KeyWatch::X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs,
-                         Tell tell, std::string sysfs)
-    : m_events(std::move(events))
-    , m_grabs(std::move(grabs))
-    , m_tell(std::move(tell))
+X11KeyWatch::X11KeyWatch(const X11Server& server, Report report, std::string sysfs)
+    : m_events(server.connect())
+    , m_grabs(server)
+    , m_report(std::move(report))
     , m_sysfs(std::move(sysfs))
     , m_capsLock(*m_events) {}
 
 bool X11KeyWatch::selectEvents() {
     auto* connection = m_events->get();
-    const auto* input = xcb_get_extension_data(connection, &xcb_input_id);
-    if (!input || !input->present)
+    const auto* input = m_events->extension(xcb_input_id);
+    if (!input)
         return false;
     m_inputExtension = input->major_opcode;
     const auto version = m_events->reply<xcb_input_xi_query_version_reply_t>(
@@ -68,7 +61,7 @@ bool X11KeyWatch::selectEvents() {
     xcb_input_xi_select_events(connection, m_events->root(), 2, &masks.keyboards);
     m_devices.load(*m_events);
     m_heldKeys.loadModifiers(*m_events);
-    return !m_events->isBroken();
+    return !m_events->isBroken() && !m_grabs.connection().isBroken();
 }
 
 std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& interests) {
@@ -80,16 +73,16 @@ std::vector<WatchResult> X11KeyWatch::waitFor(const std::vector<KeyInterest>& in
     const auto results =
         m_isSuspended ? std::vector(interests.size(), WatchResult::Watching) : applyInterests();
     if (letsGo)
-        m_grabs->letGoOfPress(); // last, or else a repeat could bring the press back to us
+        m_grabs.letGoOfPress(); // last, or else a repeat could bring the press back to us
     if (!m_isSuspended && std::exchange(m_hasMissedEnds, false))
-        tellMissedEnds();
+        reportMissedEnds();
     return results;
 }
 
 /// True when there is a chord's press among them.
 bool X11KeyWatch::forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests) {
     bool hasChord = false;
-    std::erase_if(m_toldPresses, [&](VirtualKey key) {
+    std::erase_if(m_reportedPresses, [&](VirtualKey key) {
         const bool isKept = std::ranges::any_of(interests, [&](const KeyInterest& interest) {
             return keyOf(interest) == key && std::ranges::count(m_interests, interest) > 0;
         });
@@ -116,7 +109,7 @@ void X11KeyWatch::chooseRelevantKeys() {
 }
 
 std::vector<WatchResult> X11KeyWatch::applyInterests() {
-    const auto ofChords = m_grabs->hold(chords());
+    const auto ofChords = m_grabs.hold(chords());
     m_hasTakenChords = std::ranges::count(ofChords, WatchResult::ChordTaken) > 0;
     std::vector<WatchResult> results;
     auto next = ofChords.begin();
@@ -151,32 +144,32 @@ std::vector<KeyChord> X11KeyWatch::chords() const {
 
 void X11KeyWatch::suspend(const std::set<VirtualKey>& heardPresses) {
     m_isSuspended = true;
-    m_toldPresses = heardPresses;
-    std::erase_if(m_toldPresses, [this](VirtualKey key) {
+    m_reportedPresses = heardPresses;
+    std::erase_if(m_reportedPresses, [this](VirtualKey key) {
         return !m_chordKeys.contains(key) && !m_aloneKeys.contains(key);
     });
     m_rawKeyDown.reset();
     m_grabbedKeyDown.reset();
-    m_grabs->hold({});
+    m_grabs.hold({});
 }
 
 void X11KeyWatch::resume() {
     m_hasMissedEnds = std::exchange(m_isSuspended, false) || m_hasMissedEnds;
 }
 
-void X11KeyWatch::tellMissedEnds() {
-    for (const auto key : std::set(m_toldPresses)) {
+void X11KeyWatch::reportMissedEnds() {
+    for (const auto key : std::set(m_reportedPresses)) {
         if (isOn(key))
             continue;
         if (m_chordKeys.contains(key))
-            tellChordEnd(key);
+            reportChordEnd(key);
         else
-            tellHeldKey(key);
+            reportHeldKey(key);
     }
 }
 
 std::array<int, 2> X11KeyWatch::descriptors() const {
-    return {m_events->descriptor(), m_grabs->connection().descriptor()};
+    return {m_events->descriptor(), m_grabs.connection().descriptor()};
 }
 
 bool X11KeyWatch::readEvents() {
@@ -187,7 +180,7 @@ bool X11KeyWatch::readEvents() {
         hasRead = readGrabbedEvent() || hasRead;
     }
     m_events->flush();
-    return !m_events->isBroken() && !m_grabs->connection().isBroken();
+    return !m_events->isBroken() && !m_grabs.connection().isBroken();
 }
 
 bool X11KeyWatch::readRawEvent() {
@@ -205,7 +198,7 @@ bool X11KeyWatch::readRawEvent() {
 }
 
 bool X11KeyWatch::readGrabbedEvent() {
-    const auto keyDown = m_grabs->nextKeyDown();
+    const auto keyDown = m_grabs.nextKeyDown();
     if (!keyDown)
         return false;
     m_grabbedKeyDown = keyDown;
@@ -225,7 +218,7 @@ void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
         return;
     const auto keycode = XKeycode(key.detail);
     if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
-        tellOtherKeyThan(X11KeyCodes::toVirtual(keycode));
+        reportOtherKeyThan(X11KeyCodes::toVirtual(keycode));
     if (!m_relevantKeys[key.detail])
         return;
     if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
@@ -242,7 +235,7 @@ void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_
     if (!key || m_isSuspended)
         return;
     if (m_aloneKeys.contains(*key))
-        tellHeldKey(*key);
+        reportHeldKey(*key);
     if (m_chordKeys.contains(*key)) {
         m_rawKeyDown = RawKeyDown{keycode, time};
         startChordIfBothSay();
@@ -258,11 +251,11 @@ void X11KeyWatch::released(std::uint16_t device, XKeycode keycode) {
     if (!key || m_isSuspended)
         return;
     if (m_aloneKeys.contains(*key))
-        tellHeldKey(*key);
+        reportHeldKey(*key);
     if (m_rawKeyDown && m_rawKeyDown->keycode == keycode)
         m_rawKeyDown->isReleased = true;
-    if (m_chordKeys.contains(*key) && m_toldPresses.contains(*key) && !isHeld(*key))
-        tellChordEnd(*key);
+    if (m_chordKeys.contains(*key) && m_reportedPresses.contains(*key) && !isHeld(*key))
+        reportChordEnd(*key);
 }
 
 void X11KeyWatch::startChordIfBothSay() {
@@ -274,32 +267,33 @@ void X11KeyWatch::startChordIfBothSay() {
     const bool isReleased = m_rawKeyDown->isReleased;
     m_rawKeyDown.reset();
     m_grabbedKeyDown.reset();
-    m_toldPresses.insert(key);
-    m_tell({.type = KeyEventType::KeyDown, .keyCode = key, .flags = X11KeyCodes::flagsFromState(state)});
+    m_reportedPresses.insert(key);
+    m_report({.type = KeyEventType::KeyDown, .keyCode = key, .flags = X11KeyCodes::flagsFromState(state)});
     if (isReleased)
-        tellChordEnd(key); // a short tap: the other connection was ahead
+        reportChordEnd(key); // a short tap: the other connection was ahead
 }
 
-void X11KeyWatch::tellChordEnd(VirtualKey keyCode) {
-    m_toldPresses.erase(keyCode);
-    m_tell({.type = KeyEventType::KeyUp, .keyCode = keyCode, .flags = flags(keyCode)});
+void X11KeyWatch::reportChordEnd(VirtualKey keyCode) {
+    m_reportedPresses.erase(keyCode);
+    m_report({.type = KeyEventType::KeyUp, .keyCode = keyCode, .flags = flags(keyCode)});
 }
 
-void X11KeyWatch::tellHeldKey(VirtualKey keyCode) {
+void X11KeyWatch::reportHeldKey(VirtualKey keyCode) {
     const KeyEvent event{.type = KeyEventType::FlagsChanged, .keyCode = keyCode, .flags = flags(keyCode)};
     if (!isPress(event))
-        m_toldPresses.erase(keyCode);
-    else if (m_toldPresses.insert(keyCode).second)
-        m_isOtherKeyTold = false;
-    m_tell(event);
+        m_reportedPresses.erase(keyCode);
+    else if (m_reportedPresses.insert(keyCode).second)
+        m_isOtherKeyReported = false;
+    m_report(event);
 }
 
-void X11KeyWatch::tellOtherKeyThan(std::optional<VirtualKey> key) {
-    const bool isHeldAlone = std::ranges::any_of(
-        m_toldPresses, [this, key](VirtualKey told) { return m_aloneKeys.contains(told) && key != told; });
-    if (m_isSuspended || !isHeldAlone || std::exchange(m_isOtherKeyTold, true))
+void X11KeyWatch::reportOtherKeyThan(std::optional<VirtualKey> key) {
+    const bool isHeldAlone = std::ranges::any_of(m_reportedPresses, [this, key](VirtualKey held) {
+        return m_aloneKeys.contains(held) && key != held;
+    });
+    if (m_isSuspended || !isHeldAlone || std::exchange(m_isOtherKeyReported, true))
         return;
-    m_tell(
+    m_report(
         {.type = KeyEventType::KeyDown, .keyCode = VirtualKey::Unnamed, .flags = flags(VirtualKey::Unnamed)});
 }
 
@@ -321,14 +315,15 @@ bool X11KeyWatch::isHeld(VirtualKey keyCode) const {
                                [this](XKeycode keycode) { return m_heldKeys.isHeld(keycode); });
 }
 
-/// The press that was told for this key has not ended.
+/// The press that was reported for this key has not ended.
 bool X11KeyWatch::isOn(VirtualKey keyCode) {
     return m_chordKeys.contains(keyCode) ? isHeld(keyCode)
                                          : (flags(keyCode) & flagOfModifierKey(keyCode)) != 0;
 }
 
 std::uint64_t X11KeyWatch::flags(VirtualKey about) {
-    return m_heldKeys.flags(about) | (m_capsLock.isOn() ? KeyFlag::CapsLock : 0);
+    const auto held = m_heldKeys.flags(about);
+    return m_capsLock.isOn() ? held | KeyFlag::CapsLock : held;
 }
 
 } // namespace talvera

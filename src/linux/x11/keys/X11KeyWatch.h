@@ -8,7 +8,6 @@
 #include "platform/keyboard/EventTap.h"
 
 #include <array>
-#include <bitset>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -31,25 +30,25 @@ using KeyInterest = std::variant<KeyChord, VirtualKey>;
 /// goes where it always goes, and the raw events are all there is of it.
 ///
 /// What the user types passes through here. Of keys that no tap waits for, only held modifiers are kept, as
-/// long as they are held, and what is told of another key that is struck while one is held alone doesn't
+/// long as they are held, and what is reported of another key that is struck while one is held alone doesn't
 /// say which. One thread at a time.
 class X11KeyWatch {
 public:
-    using Tell = std::function<void(const KeyEvent&)>;
+    using Report = std::function<void(const KeyEvent&)>;
 
-    /// Null when the session doesn't let us watch keys. An empty `display` means $DISPLAY. `sysfs` is where
-    /// the kernel tells what keys keyboards have.
-    static std::unique_ptr<X11KeyWatch> open(const std::string& display, Tell tell,
+    /// Null when the session doesn't let us watch keys. `sysfs` is where the kernel tells what keys keyboards
+    /// have.
+    static std::unique_ptr<X11KeyWatch> open(const X11Server& server, Report report,
                                              const std::string& sysfs = "/sys");
 
     /// Waits for these and nothing else; the answers are in their order. A press in progress of a chord
     /// that is no longer among them is let go.
     std::vector<WatchResult> waitFor(const std::vector<KeyInterest>& interests);
 
-    /// Swallows and tells nothing from here on, but keeps the rest of a press in progress from the focused
-    /// application. `heardPresses` are the keys whose presses were told and heard, but not their ends.
+    /// Swallows and reports nothing from here on, but keeps the rest of a press in progress from the focused
+    /// application. `heardPresses` are the keys whose presses were reported and heard, but not their ends.
     void suspend(const std::set<VirtualKey>& heardPresses);
-    /// Ends that with the next `waitFor`, which also tells the ends of presses that have been missed.
+    /// Ends that with the next `waitFor`, which also reports the ends of presses that have been missed.
     void resume();
 
     /// Works off what the server has told. False when the server is gone.
@@ -59,8 +58,7 @@ public:
     std::array<int, 2> descriptors() const;
 
 private:
-    X11KeyWatch(std::unique_ptr<X11Connection> events, std::unique_ptr<X11ChordGrabs> grabs, Tell tell,
-                std::string sysfs);
+    X11KeyWatch(const X11Server& server, Report report, std::string sysfs);
 
     bool selectEvents();
     bool readRawEvent();
@@ -70,10 +68,10 @@ private:
     void pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time);
     void released(std::uint16_t device, XKeycode keycode);
     void startChordIfBothSay();
-    void tellHeldKey(VirtualKey keyCode);
-    void tellOtherKeyThan(std::optional<VirtualKey> key);
-    void tellChordEnd(VirtualKey keyCode);
-    void tellMissedEnds();
+    void reportHeldKey(VirtualKey keyCode);
+    void reportOtherKeyThan(std::optional<VirtualKey> key);
+    void reportChordEnd(VirtualKey keyCode);
+    void reportMissedEnds();
 
     bool forgetPressesOtherThanOf(const std::vector<KeyInterest>& interests);
     void retryTakenChords(VirtualKey keyCode);
@@ -91,9 +89,9 @@ private:
         bool isReleased = false; // since then
     };
 
-    std::unique_ptr<X11Connection> m_events;
-    std::unique_ptr<X11ChordGrabs> m_grabs;
-    Tell m_tell;
+    const std::unique_ptr<X11Connection> m_events;
+    X11ChordGrabs m_grabs;
+    Report m_report;
     std::uint8_t m_inputExtension = 0;
 
     const std::string m_sysfs;
@@ -105,14 +103,14 @@ private:
     bool m_isSuspended = false;
     bool m_hasMissedEnds = false;
     bool m_hasTakenChords = false;
-    std::bitset<xKeycodeCount> m_relevantKeys; // those that m_heldKeys hears of
-    bool m_isOtherKeyTold = false;             // since a key is held alone
-    std::set<VirtualKey> m_chordKeys;          // of m_interests, and so on
+    XKeycodeBits m_relevantKeys;       // those that m_heldKeys hears of
+    bool m_isOtherKeyReported = false; // since a key is held alone
+    std::set<VirtualKey> m_chordKeys;  // of m_interests, and so on
     std::set<VirtualKey> m_aloneKeys;
 
     std::optional<RawKeyDown> m_rawKeyDown;
     std::optional<X11ChordGrabs::KeyDown> m_grabbedKeyDown;
-    std::set<VirtualKey> m_toldPresses; // their ends have not been told yet
+    std::set<VirtualKey> m_reportedPresses; // their ends have not been reported yet
 };
 
 } // namespace talvera

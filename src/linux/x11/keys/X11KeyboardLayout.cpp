@@ -41,8 +41,8 @@ QString textOf(const State& state, XKeycode keycode) {
 
 } // namespace
 
-X11KeyboardLayout::X11KeyboardLayout(const std::string& display)
-    : m_connection(X11Connection::open(display))
+X11KeyboardLayout::X11KeyboardLayout(const X11Server& server)
+    : m_connection(server.connect())
     , m_context(xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref) {
     if (!m_connection->isBroken())
         xkb_x11_setup_xkb_extension(m_connection->get(), XKB_X11_MIN_MAJOR_XKB_VERSION,

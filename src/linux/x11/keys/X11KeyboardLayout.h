@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 #include "platform/keyboard/KeyboardLayout.h"
 
 #include <memory>
-#include <string>
 
 struct xkb_context;
 
@@ -15,8 +14,7 @@ namespace talvera {
 /// key has a character while the server doesn't answer.
 class X11KeyboardLayout final : public KeyboardLayout {
 public:
-    /// An empty `display` means $DISPLAY.
-    explicit X11KeyboardLayout(const std::string& display = {});
+    explicit X11KeyboardLayout(const X11Server& server);
     X11KeyboardLayout(const X11KeyboardLayout&) = delete;
     X11KeyboardLayout& operator=(const X11KeyboardLayout&) = delete;
     ~X11KeyboardLayout() override;

@@ -17,8 +17,8 @@ bool X11Tap::isWaitingFor(const KeyEvent& event) const {
                                                             : isPress(event);
 }
 
-X11TapGroup::X11TapGroup(MainActor& mainActor, Duration bound, std::string display)
-    : m_display(std::move(display))
+X11TapGroup::X11TapGroup(MainActor& mainActor, X11Server server, Duration bound)
+    : m_server(std::move(server))
     , m_mailbox(std::make_shared<KeyEventMailbox>(mainActor, bound,
                                                   [this](const KeyEvent& event) { deliver(event); })) {}
 
@@ -29,7 +29,7 @@ X11TapGroup::~X11TapGroup() {
 
 std::shared_ptr<X11Tap> X11TapGroup::add(EventTap::Callback callback) {
     if (isBroken())
-        m_listener = X11KeyListener::start(m_display, m_mailbox);
+        m_listener = X11KeyListener::start(m_server, m_mailbox);
     if (!m_listener)
         return nullptr;
     auto tap = std::make_shared<X11Tap>();
@@ -65,7 +65,7 @@ bool X11TapGroup::isBroken() const {
 
 void X11TapGroup::deliver(const KeyEvent& event) {
     if (event.type == KeyEventType::TapDisabledByTimeout) {
-        tellOfTimeout();
+        reportTimeout();
         return;
     }
     const std::vector newestFirst(m_taps.rbegin(), m_taps.rend());
@@ -75,7 +75,7 @@ void X11TapGroup::deliver(const KeyEvent& event) {
     }
 }
 
-void X11TapGroup::tellOfTimeout() {
+void X11TapGroup::reportTimeout() {
     std::vector<std::shared_ptr<X11Tap>> disabled;
     for (const auto& tap : m_taps) {
         if (std::exchange(tap->isEnabled, false))

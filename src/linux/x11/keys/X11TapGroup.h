@@ -7,7 +7,6 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace talvera {
@@ -15,7 +14,7 @@ namespace talvera {
 class KeyEventMailbox;
 class X11KeyListener;
 
-/// One tap: what it waits for, and whom it tells.
+/// One tap: what it waits for, and whom it calls.
 struct X11Tap {
     EventTap::Callback callback;
     bool isEnabled = false;
@@ -28,8 +27,8 @@ struct X11Tap {
 /// thread only.
 class X11TapGroup {
 public:
-    /// `bound` is how long the main actor may take to answer an event. An empty `display` means $DISPLAY.
-    X11TapGroup(MainActor& mainActor, Duration bound, std::string display);
+    /// `bound` is how long the main actor may take to answer an event.
+    X11TapGroup(MainActor& mainActor, X11Server server, Duration bound);
     X11TapGroup(const X11TapGroup&) = delete;
     X11TapGroup& operator=(const X11TapGroup&) = delete;
     ~X11TapGroup();
@@ -47,9 +46,9 @@ public:
 
 private:
     void deliver(const KeyEvent& event);
-    void tellOfTimeout();
+    void reportTimeout();
 
-    const std::string m_display;
+    const X11Server m_server;
     std::shared_ptr<KeyEventMailbox> m_mailbox;
     std::unique_ptr<X11KeyListener> m_listener;
     std::vector<std::shared_ptr<X11Tap>> m_taps; // the oldest first

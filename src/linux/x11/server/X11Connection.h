@@ -20,14 +20,10 @@ namespace talvera {
 using XcbEvent = XcbPtr<xcb_generic_event_t>;
 
 /// A connection to the X server that can't take the process down: a lost server or a refused request is an
-/// empty answer, and no answer is waited for longer than a bound. One thread at a time.
+/// empty answer, and no answer is waited for longer than a bound. X11Server opens it. One thread at a time.
 class X11Connection {
 public:
     static constexpr std::chrono::milliseconds answerTimeout{2000};
-
-    /// Connects to `display`, or to $DISPLAY when it is empty. Never null: where there is no such server the
-    /// connection is broken from the start, as one is whose server has gone.
-    static std::unique_ptr<X11Connection> open(const std::string& display = {});
 
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
@@ -87,6 +83,7 @@ public:
     std::vector<std::uint32_t> property(xcb_window_t window, xcb_atom_t name);
 
 private:
+    friend class X11Server;
     X11Connection(xcb_connection_t* connection, const xcb_setup_t* setup, const xcb_screen_t* screen)
         : m_connection(connection)
         , m_setup(setup)

@@ -20,7 +20,7 @@ public:
     const std::string& display() const { return m_display; }
 
     /// A connection of the caller's own. Never null: it is broken when the server has gone, or never was.
-    std::unique_ptr<X11Connection> connect() const { return X11Connection::open(m_display); }
+    std::unique_ptr<X11Connection> connect() const;
 
 private:
     std::string m_display;

@@ -22,14 +22,14 @@ void append(std::vector<std::uint8_t>& bytes, const T& value) {
 } // namespace
 
 bool KeySymEntry::isEmpty() const {
-    return std::all_of(symbols.begin(), symbols.end(), [](std::uint32_t symbol) { return symbol == 0; });
+    return std::all_of(symbols.begin(), symbols.end(), [](XKeysym symbol) { return symbol == noKeysym; });
 }
 
-bool KeySymEntry::isOnly(std::uint32_t symbol) const {
+bool KeySymEntry::isOnly(XKeysym symbol) const {
     return (groups & groupCountMask) == 1 && symbols.size() == 1 && symbols.front() == symbol;
 }
 
-KeySymEntry KeySymEntry::only(std::uint32_t symbol) {
+KeySymEntry KeySymEntry::only(XKeysym symbol) {
     KeySymEntry entry;
     entry.types.fill(oneLevelType);
     entry.groups = 1;
@@ -39,23 +39,24 @@ KeySymEntry KeySymEntry::only(std::uint32_t symbol) {
 }
 
 std::vector<KeySymTable> KeySymTable::fetch(X11Keyboard& keyboard, const std::vector<std::uint16_t>& devices,
-                                            xcb_keycode_t first, xcb_keycode_t last) {
+                                            XKeycode first, XKeycode last) {
     X11Connection& connection = keyboard.connection();
-    const auto count = static_cast<std::uint8_t>(last - first + 1);
+    const auto firstKey = static_cast<xcb_keycode_t>(first);
+    const auto count = static_cast<std::uint8_t>(indexOf(last) - indexOf(first) + 1);
     std::vector<xcb_xkb_get_map_cookie_t> cookies;
     for (const std::uint16_t device : devices) {
-        cookies.push_back(xcb_xkb_get_map(connection.get(), device, 0, XCB_XKB_MAP_PART_KEY_SYMS, 0, 0, first,
-                                          count, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
+        cookies.push_back(xcb_xkb_get_map(connection.get(), device, 0, XCB_XKB_MAP_PART_KEY_SYMS, 0, 0,
+                                          firstKey, count, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
     }
     std::vector<KeySymTable> tables;
     for (const auto cookie : cookies) {
         const auto answer = connection.reply<xcb_xkb_get_map_reply_t>(cookie);
-        if (!answer || answer->firstKeySym != first || answer->nKeySyms != count)
+        if (!answer || answer->firstKeySym != firstKey || answer->nKeySyms != count)
             continue;
         KeySymTable table;
         table.m_first = first;
-        table.m_minimum = answer->minKeyCode;
-        table.m_maximum = answer->maxKeyCode;
+        table.m_lowest = XKeycode{answer->minKeyCode};
+        table.m_highest = XKeycode{answer->maxKeyCode};
         const auto* bytes = static_cast<const std::uint8_t*>(xcb_xkb_get_map_map(answer.get()));
         for (unsigned index = 0; index < count; ++index) {
             xcb_xkb_key_sym_map_t head;
@@ -65,8 +66,8 @@ std::vector<KeySymTable> KeySymTable::fetch(X11Keyboard& keyboard, const std::ve
             entry.groups = head.groupInfo;
             entry.width = head.width;
             bytes += sizeof head;
-            for (unsigned left = head.nSyms; left > 0; --left, bytes += sizeof(std::uint32_t))
-                std::memcpy(&entry.symbols.emplace_back(), bytes, sizeof(std::uint32_t));
+            for (unsigned left = head.nSyms; left > 0; --left, bytes += sizeof(XKeysym))
+                std::memcpy(&entry.symbols.emplace_back(), bytes, sizeof(XKeysym));
             table.m_entries.push_back(std::move(entry));
         }
         tables.push_back(std::move(table));
@@ -84,18 +85,19 @@ void KeySymTable::store(X11Keyboard& keyboard, std::uint16_t device) const {
         head.width = entry.width;
         head.nSyms = static_cast<std::uint16_t>(entry.symbols.size());
         append(bytes, head);
-        for (const std::uint32_t symbol : entry.symbols)
+        for (const XKeysym symbol : entry.symbols)
             append(bytes, symbol);
         symbols += entry.symbols.size();
     }
     // No flags: the server keeps what it has derived for the user's keys as it is.
-    xcb_xkb_set_map(keyboard.connection().get(), device, XCB_XKB_MAP_PART_KEY_SYMS, 0, m_minimum, m_maximum,
-                    0, 0, m_first, static_cast<std::uint8_t>(m_entries.size()),
+    xcb_xkb_set_map(keyboard.connection().get(), device, XCB_XKB_MAP_PART_KEY_SYMS, 0,
+                    static_cast<xcb_keycode_t>(m_lowest), static_cast<xcb_keycode_t>(m_highest), 0, 0,
+                    static_cast<xcb_keycode_t>(m_first), static_cast<std::uint8_t>(m_entries.size()),
                     static_cast<std::uint16_t>(symbols), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                     bytes.data());
 }
 
-bool changeKeySyms(X11Keyboard& keyboard, xcb_keycode_t first, xcb_keycode_t last,
+bool changeKeySyms(X11Keyboard& keyboard, XKeycode first, XKeycode last,
                    const std::function<void(KeySymTable&)>& edit) {
     const std::vector<std::uint16_t> devices = keyboard.devices();
     std::vector<KeySymTable> tables = KeySymTable::fetch(keyboard, devices, first, last);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/server/XKeysym.h"
 #include "linux/x11/typing/X11Keyboard.h"
 
 #include <array>
@@ -15,14 +16,14 @@ struct KeySymEntry {
     std::array<std::uint8_t, 4> types{};
     std::uint8_t groups = 0;
     std::uint8_t width = 0;
-    std::vector<std::uint32_t> symbols;
+    std::vector<XKeysym> symbols;
 
     /// The key writes nothing.
     bool isEmpty() const;
     /// The key writes `symbol`, whatever modifiers and layout group are in force, and nothing else.
-    bool isOnly(std::uint32_t symbol) const;
+    bool isOnly(XKeysym symbol) const;
 
-    static KeySymEntry only(std::uint32_t symbol);
+    static KeySymEntry only(XKeysym symbol);
 
     bool operator==(const KeySymEntry&) const = default;
 };
@@ -32,10 +33,12 @@ class KeySymTable {
 public:
     /// The tables of `devices`, in one round trip. Empty when the server doesn't answer for one of them.
     static std::vector<KeySymTable> fetch(X11Keyboard& keyboard, const std::vector<std::uint16_t>& devices,
-                                          xcb_keycode_t first, xcb_keycode_t last);
+                                          XKeycode first, XKeycode last);
 
-    KeySymEntry& operator[](xcb_keycode_t key) { return m_entries.at(key - m_first); }
-    const KeySymEntry& operator[](xcb_keycode_t key) const { return m_entries.at(key - m_first); }
+    KeySymEntry& operator[](XKeycode key) { return m_entries.at(indexOf(key) - indexOf(m_first)); }
+    const KeySymEntry& operator[](XKeycode key) const {
+        return m_entries.at(indexOf(key) - indexOf(m_first));
+    }
 
     bool sameEntriesAs(const KeySymTable& other) const { return m_entries == other.m_entries; }
 
@@ -43,9 +46,9 @@ public:
     void store(X11Keyboard& keyboard, std::uint16_t device) const;
 
 private:
-    xcb_keycode_t m_first = 0;
-    xcb_keycode_t m_minimum = 0;
-    xcb_keycode_t m_maximum = 0;
+    XKeycode m_first{};
+    XKeycode m_lowest{}; ///< that the device has at all
+    XKeycode m_highest{};
     std::vector<KeySymEntry> m_entries;
 };
 
@@ -53,7 +56,7 @@ private:
 /// table, fetched the moment before, so that nothing but its changes is written. Applications take in one
 /// change, however many keys it has, as long as all devices have the same layout. False when the server
 /// doesn't answer.
-bool changeKeySyms(X11Keyboard& keyboard, xcb_keycode_t first, xcb_keycode_t last,
+bool changeKeySyms(X11Keyboard& keyboard, XKeycode first, XKeycode last,
                    const std::function<void(KeySymTable&)>& edit);
 
 } // namespace talvera

@@ -23,12 +23,12 @@ ModifierGuard::Look ModifierGuard::look() {
         return {state.group, true};
     // Shift and AltGr, which the layout's characters are made with. They need not be listed as modifiers.
     if ((state.baseModifiers & ~m_harmless) != 0)
-        releaseKeys(state);
+        m_keyboard.releaseAll(state.downKeys);
     liftLocks(state);
     return {state.group, false};
 }
 
-void ModifierGuard::letGo(std::optional<xcb_keycode_t> neutral) {
+void ModifierGuard::letGo(std::optional<XKeycode> neutral) {
     const X11KeyboardState state = m_keyboard.state();
     // Pressed and let go alone, these open a menu or a launcher.
     if ((state.baseModifiers & (alt | super)) != 0 && neutral) {
@@ -37,15 +37,9 @@ void ModifierGuard::letGo(std::optional<xcb_keycode_t> neutral) {
     }
     // Not only modifiers: a letter that is held would go on repeating, or keep a grab in force that takes
     // what we type.
-    releaseKeys(state);
+    m_keyboard.releaseAll(state.downKeys);
     liftLocks(state);
     m_chordKeys.reset();
-}
-
-void ModifierGuard::releaseKeys(const X11KeyboardState& state) {
-    for (unsigned key = 0; key < state.downKeys.size(); ++key)
-        if (state.downKeys[key])
-            m_keyboard.release(static_cast<xcb_keycode_t>(key));
 }
 
 void ModifierGuard::liftLocks(const X11KeyboardState& state) {

@@ -3,7 +3,6 @@
 
 #include "linux/x11/typing/TypingLedger.h"
 
-#include <bitset>
 #include <cstdint>
 #include <optional>
 
@@ -35,21 +34,20 @@ public:
     Look look();
 
     /// Lets go of all keys that are down. `neutral` is a key that writes nothing.
-    void letGo(std::optional<xcb_keycode_t> neutral);
+    void letGo(std::optional<XKeycode> neutral);
 
     /// Puts the locks back that have been lifted.
     void restoreLocks();
 
 private:
-    void releaseKeys(const X11KeyboardState& state);
     void liftLocks(const X11KeyboardState& state);
 
     X11Keyboard& m_keyboard;
     TypingLedger& m_ledger;
     std::uint8_t m_harmless;
     std::uint8_t m_lifted = 0;
-    std::uint8_t m_locked = 0;    ///< of the lifted ones, those that have to be locked in the end
-    std::bitset<256> m_chordKeys; ///< the keys that were down together with a modifier
+    std::uint8_t m_locked = 0; ///< of the lifted ones, those that have to be locked in the end
+    XKeycodeBits m_chordKeys;  ///< the keys that were down together with a modifier
 };
 
 } // namespace talvera

@@ -12,13 +12,14 @@ namespace talvera {
 namespace {
 
 /// Keys that press a modifier, even if they write nothing.
-std::set<xcb_keycode_t> modifierKeys(X11Connection& connection) {
-    std::set<xcb_keycode_t> keys;
+std::set<XKeycode> modifierKeys(X11Connection& connection) {
+    std::set<XKeycode> keys;
     const auto answer =
         connection.reply<xcb_get_modifier_mapping_reply_t>(xcb_get_modifier_mapping(connection.get()));
     if (answer) {
-        const xcb_keycode_t* begin = xcb_get_modifier_mapping_keycodes(answer.get());
-        keys.insert(begin, begin + xcb_get_modifier_mapping_keycodes_length(answer.get()));
+        const xcb_keycode_t* keycodes = xcb_get_modifier_mapping_keycodes(answer.get());
+        for (int index = 0; index < xcb_get_modifier_mapping_keycodes_length(answer.get()); ++index)
+            keys.insert(XKeycode{keycodes[index]});
     }
     return keys;
 }
@@ -32,81 +33,83 @@ SpareKeycodes::SpareKeycodes(X11Keyboard& keyboard, TypingLedger& ledger)
 }
 
 void SpareKeycodes::refresh() {
-    X11Connection& connection = m_keyboard.connection();
-    const xcb_setup_t* setup = xcb_get_setup(connection.get());
+    const xcb_setup_t& setup = m_keyboard.connection().setup();
     // The lowest keycode of all can't be used: many programs treat it as none.
-    const auto first = static_cast<xcb_keycode_t>(setup->min_keycode + 1);
-    const xcb_keycode_t last = setup->max_keycode;
-    const std::vector<KeySymTable> tables = KeySymTable::fetch(m_keyboard, m_keyboard.devices(), first, last);
-    const std::set<xcb_keycode_t> modifiers = modifierKeys(connection);
+    const auto first = XKeycode(setup.min_keycode + 1);
+    const auto last = XKeycode(setup.max_keycode);
+    const auto tables = KeySymTable::fetch(m_keyboard, m_keyboard.devices(), first, last);
+    const auto modifiers = modifierKeys(m_keyboard.connection());
 
     m_pool.clear();
     m_neutral.reset();
     TypingLedger::LentKeys stillLent;
-    for (int key = last; key >= first && !tables.empty(); --key) {
-        const auto keycode = static_cast<xcb_keycode_t>(key);
-        const auto lent = m_lent.find(keycode);
-        const bool ours = lent != m_lent.end() && tables.front()[keycode].isOnly(lent->second);
-        const bool empty = std::all_of(tables.begin(), tables.end(),
-                                       [&](const KeySymTable& table) { return table[keycode].isEmpty(); });
-        if (ours)
+    for (std::size_t index = indexOf(last); index >= indexOf(first) && !tables.empty(); --index) {
+        const auto key = XKeycode(index);
+        const auto lent = m_lent.find(key);
+        const bool isOurs = lent != m_lent.end() && tables.front()[key].isOnly(lent->second);
+        const bool isEmpty =
+            std::ranges::all_of(tables, [key](const KeySymTable& table) { return table[key].isEmpty(); });
+        if (isOurs)
             stillLent.insert(*lent);
-        if (!ours && (!empty || modifiers.contains(keycode)))
+        if (!isOurs && (!isEmpty || modifiers.contains(key)))
             continue;
-        if (!ours && !m_neutral)
-            m_neutral = keycode;
+        if (!isOurs && !m_neutral)
+            m_neutral = key;
         else
-            m_pool.push_back(keycode);
+            m_pool.push_back(key);
     }
     m_lent = std::move(stillLent);
 }
 
-std::optional<xcb_keycode_t> SpareKeycodes::find(std::uint32_t symbol) const {
-    for (const auto& [key, lentSymbol] : m_lent)
+std::optional<XKeycode> SpareKeycodes::find(XKeysym symbol) const {
+    for (const auto& [key, lentSymbol] : m_lent) {
         if (lentSymbol == symbol)
             return key;
+    }
     return std::nullopt;
 }
 
-void SpareKeycodes::lend(const std::vector<std::uint32_t>& symbols) {
-    const std::size_t count = std::min(symbols.size(), m_pool.size());
-    const std::set<std::uint32_t> wanted(symbols.begin(),
-                                         symbols.begin() + static_cast<std::ptrdiff_t>(count));
-    std::set<std::uint32_t> missing = wanted;
-    std::vector<xcb_keycode_t> free;
-    std::vector<xcb_keycode_t> replaceable;
-    for (const xcb_keycode_t key : m_pool) {
+void SpareKeycodes::lend(const std::vector<XKeysym>& symbols) {
+    const auto count = static_cast<std::ptrdiff_t>(std::min(symbols.size(), m_pool.size()));
+    std::set<XKeysym> missing(symbols.begin(), symbols.begin() + count);
+    const auto keys = keysFor(missing);
+    TypingLedger::LentKeys changes;
+    for (auto key = keys.begin(); const XKeysym symbol : missing)
+        changes[*key++] = symbol;
+    if (!changes.empty())
+        change(changes);
+}
+
+/// The keys that can be had for `symbols`, free ones first. Takes from `symbols` what is lent already.
+std::vector<XKeycode> SpareKeycodes::keysFor(std::set<XKeysym>& symbols) const {
+    const std::set<XKeysym> wanted = symbols;
+    std::vector<XKeycode> free;
+    std::vector<XKeycode> replaceable;
+    for (const XKeycode key : m_pool) {
         const auto lent = m_lent.find(key);
         if (lent == m_lent.end())
             free.push_back(key);
         else if (wanted.contains(lent->second))
-            missing.erase(lent->second);
+            symbols.erase(lent->second);
         else
             replaceable.push_back(key);
     }
-    if (missing.empty())
-        return;
     free.insert(free.end(), replaceable.begin(), replaceable.end());
+    return free;
+}
 
-    TypingLedger::LentKeys lent = m_lent;
-    xcb_keycode_t first = 255;
-    xcb_keycode_t last = 0;
-    auto key = free.begin();
-    for (const std::uint32_t symbol : missing) {
-        first = std::min(first, *key);
-        last = std::max(last, *key);
-        lent[*key++] = symbol;
-    }
-    m_ledger.noteLentKeys(lent);
-    const TypingLedger::LentKeys before = std::exchange(m_lent, std::move(lent));
-    changeKeySyms(m_keyboard, first, last, [&](KeySymTable& table) {
-        for (auto change = m_lent.lower_bound(first); change != m_lent.end() && change->first <= last;
-             ++change) {
-            KeySymEntry& entry = table[change->first];
-            const auto old = before.find(change->first);
+void SpareKeycodes::change(const TypingLedger::LentKeys& changes) {
+    const TypingLedger::LentKeys before = m_lent;
+    for (const auto& [key, symbol] : changes)
+        m_lent[key] = symbol;
+    m_ledger.noteLentKeys(m_lent);
+    changeKeySyms(m_keyboard, changes.begin()->first, changes.rbegin()->first, [&](KeySymTable& table) {
+        for (const auto& [key, symbol] : changes) {
+            KeySymEntry& entry = table[key];
+            const auto old = before.find(key);
             // Another program may have taken the key since we looked; then it stays that one's.
             if (entry.isEmpty() || (old != before.end() && entry.isOnly(old->second)))
-                entry = KeySymEntry::only(change->second);
+                entry = KeySymEntry::only(symbol);
         }
     });
 }

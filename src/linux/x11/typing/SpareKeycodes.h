@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace talvera {
@@ -25,23 +26,26 @@ public:
     std::size_t capacity() const { return m_pool.size(); }
 
     /// A key that writes nothing and is never lent; none when all keys are taken.
-    std::optional<xcb_keycode_t> neutralKey() const { return m_neutral; }
+    std::optional<XKeycode> neutralKey() const { return m_neutral; }
 
     /// The key that has been lent for `symbol`.
-    std::optional<xcb_keycode_t> find(std::uint32_t symbol) const;
+    std::optional<XKeycode> find(XKeysym symbol) const;
 
     /// Makes the first capacity() of `symbols` writable, in one change of the keymap. Symbols that were lent
     /// before stay if they are among them, or if their keys are not needed.
-    void lend(const std::vector<std::uint32_t>& symbols);
+    void lend(const std::vector<XKeysym>& symbols);
 
     const TypingLedger::LentKeys& lent() const { return m_lent; }
     void giveBack();
 
 private:
+    std::vector<XKeycode> keysFor(std::set<XKeysym>& symbols) const;
+    void change(const TypingLedger::LentKeys& changes);
+
     X11Keyboard& m_keyboard;
     TypingLedger& m_ledger;
-    std::vector<xcb_keycode_t> m_pool;
-    std::optional<xcb_keycode_t> m_neutral;
+    std::vector<XKeycode> m_pool;
+    std::optional<XKeycode> m_neutral;
     TypingLedger::LentKeys m_lent;
 };
 

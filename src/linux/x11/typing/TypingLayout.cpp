@@ -24,29 +24,33 @@ bool isDead(xkb_keysym_t symbol) {
 }
 
 /// One name for all the symbols that write the same character.
-xkb_keysym_t canonical(xkb_keysym_t symbol) {
+XKeysym canonical(xkb_keysym_t symbol) {
     const std::uint32_t character = isDead(symbol) ? 0 : xkb_keysym_to_utf32(symbol);
-    return character >= U' ' && character != 0x7f ? xkb_utf32_to_keysym(character) : symbol;
+    return XKeysym{character >= U' ' && character != 0x7f ? xkb_utf32_to_keysym(character) : symbol};
+}
+
+xkb_keycode_t xkbCode(XKeycode key) {
+    return static_cast<xkb_keycode_t>(key);
 }
 
 } // namespace
 
-xkb_keysym_t symbolFor(char32_t character) {
+XKeysym symbolFor(char32_t character) {
     switch (character) {
     case U'\n':
-        return XKB_KEY_Return;
+        return XKeysym{XKB_KEY_Return};
     case U'\t':
-        return XKB_KEY_Tab;
+        return XKeysym{XKB_KEY_Tab};
     default:
-        return xkb_utf32_to_keysym(character);
+        return XKeysym{xkb_utf32_to_keysym(character)};
     }
 }
 
-xkb_keysym_t uncomposedSymbolFor(char32_t character) {
-    constexpr xkb_keysym_t unicode = 0x01000000;
+XKeysym uncomposedSymbolFor(char32_t character) {
+    constexpr std::uint32_t unicode = 0x01000000;
     // Not beyond ASCII: no method composes that, and terminals can't read all of it in this form.
     const bool isAscii = character >= U' ' && character < 0x7f;
-    return isAscii ? unicode + static_cast<xkb_keysym_t>(character) : symbolFor(character);
+    return isAscii ? XKeysym{unicode + character} : symbolFor(character);
 }
 
 TypingLayout::TypingLayout(X11Keyboard& keyboard)
@@ -60,16 +64,16 @@ void TypingLayout::refresh(const TypingLedger::LentKeys& lent) {
     m_lent = lent;
     m_keymap.reset(xkb_x11_keymap_new_from_device(m_context.get(), m_keyboard.connection().get(),
                                                   m_keyboard.typingDevice(), XKB_KEYMAP_COMPILE_NO_FLAGS));
-    m_numLock = m_keymap ? lockedBy(XKB_KEY_Num_Lock) : 0;
+    m_numLock = m_keymap ? numLockModifiersNow() : 0;
 }
 
-std::optional<KeyStroke> TypingLayout::find(xkb_keysym_t symbol, unsigned group) {
+std::optional<KeyStroke> TypingLayout::find(XKeysym symbol, unsigned group) {
     const Strokes& known = strokes(group);
     const auto stroke = known.find(symbol);
     return stroke != known.end() ? std::optional(stroke->second) : std::nullopt;
 }
 
-void TypingLayout::avoid(std::set<xcb_keycode_t> keys) {
+void TypingLayout::avoid(std::set<XKeycode> keys) {
     if (m_avoided == keys)
         return;
     m_avoided = std::move(keys);
@@ -85,79 +89,106 @@ TypingLayout::Strokes TypingLayout::collect(unsigned group) const {
     Strokes found;
     if (!m_keymap)
         return found;
-    const std::map<std::uint8_t, xcb_keycode_t> modifierKeyOf = modifierKeys(group);
-    const auto strokeWith = [&](xcb_keycode_t key, xkb_mod_mask_t modifiers) -> std::optional<KeyStroke> {
-        KeyStroke stroke{key, {}};
-        for (; modifiers != 0; modifiers &= modifiers - 1) {
-            const auto modifier = static_cast<std::uint8_t>(1U << std::countr_zero(modifiers));
-            const auto modifierKey = modifierKeyOf.find(modifier);
-            if (modifierKey == modifierKeyOf.end())
-                return std::nullopt;
-            stroke.modifiers.push_back(modifierKey->second);
-        }
-        return stroke;
-    };
-
-    const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
-    for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
-        const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(m_keymap.get(), key);
-        const auto keycode = static_cast<xcb_keycode_t>(key);
-        if (groups == 0 || m_lent.contains(keycode) || m_avoided.contains(keycode))
+    const ModifierKeys modifierKeys = modifierKeysIn(group);
+    for (const XKeycode key : keycodes()) {
+        if (m_lent.contains(key) || m_avoided.contains(key))
             continue;
-        const xkb_layout_index_t layout = group % groups;
-        const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(m_keymap.get(), key, layout);
-        for (xkb_level_index_t level = 0; level < levels; ++level) {
-            const xkb_keysym_t* symbols = nullptr;
-            const int count = xkb_keymap_key_get_syms_by_level(m_keymap.get(), key, layout, level, &symbols);
-            if (count != 1 || isOnKeypad(symbols[0]))
+        for (const auto& [symbol, modifiers] : symbolsOf(key, group)) {
+            const auto stroke = strokeWith(key, modifiers, modifierKeys);
+            if (!stroke)
                 continue;
-            std::array<xkb_mod_mask_t, maxMasks> masks{};
-            const std::size_t maskCount = xkb_keymap_key_get_mods_for_level(
-                m_keymap.get(), key, layout, level, masks.data(), masks.size());
-            for (std::size_t index = 0; index < maskCount; ++index) {
-                const auto stroke = strokeWith(static_cast<xcb_keycode_t>(key), masks[index]);
-                if (!stroke)
-                    continue;
-                const auto [place, isNew] = found.emplace(canonical(symbols[0]), *stroke);
-                if (!isNew && stroke->modifiers.size() < place->second.modifiers.size())
-                    place->second = *stroke;
-            }
+            const auto [place, isNew] = found.emplace(symbol, *stroke);
+            if (!isNew && stroke->modifiers.size() < place->second.modifiers.size())
+                place->second = *stroke;
         }
     }
     return found;
 }
 
-std::map<std::uint8_t, xcb_keycode_t> TypingLayout::modifierKeys(unsigned group) const {
-    std::map<std::uint8_t, xcb_keycode_t> found;
-    const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
+std::vector<XKeycode> TypingLayout::keycodes() const {
+    std::vector<XKeycode> keycodes;
+    const xkb_keycode_t last =
+        std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), xKeycodeCount - 1);
+    for (xkb_keycode_t code = xkb_keymap_min_keycode(m_keymap.get()); code <= last; ++code)
+        keycodes.push_back(XKeycode(code));
+    return keycodes;
+}
+
+/// What the key writes in this group, and with which modifiers. Keypads write the same as other keys do, but
+/// not to every application.
+std::vector<TypingLayout::SymbolOfKey> TypingLayout::symbolsOf(XKeycode key, unsigned group) const {
+    auto* const keymap = m_keymap.get();
+    const xkb_keycode_t code = xkbCode(key);
+    const xkb_layout_index_t groups = xkb_keymap_num_layouts_for_key(keymap, code);
+    if (groups == 0)
+        return {};
+    std::vector<SymbolOfKey> found;
+    const xkb_layout_index_t layout = group % groups;
+    const xkb_level_index_t levels = xkb_keymap_num_levels_for_key(keymap, code, layout);
+    for (xkb_level_index_t level = 0; level < levels; ++level) {
+        const xkb_keysym_t* symbols = nullptr;
+        const int count = xkb_keymap_key_get_syms_by_level(keymap, code, layout, level, &symbols);
+        if (count != 1 || isOnKeypad(symbols[0]))
+            continue;
+        std::array<xkb_mod_mask_t, maxMasks> masks{};
+        const std::size_t maskCount =
+            xkb_keymap_key_get_mods_for_level(keymap, code, layout, level, masks.data(), masks.size());
+        for (std::size_t index = 0; index < maskCount; ++index)
+            found.push_back({canonical(symbols[0]), masks[index]});
+    }
+    return found;
+}
+
+/// Nothing when there is no key for one of the modifiers.
+std::optional<KeyStroke> TypingLayout::strokeWith(XKeycode key, xkb_mod_mask_t modifiers,
+                                                  const ModifierKeys& modifierKeys) {
+    KeyStroke stroke{key, {}};
+    for (; modifiers != 0; modifiers &= modifiers - 1) {
+        const auto modifierKey = modifierKeys.find(modifiers & -modifiers);
+        if (modifierKey == modifierKeys.end())
+            return std::nullopt;
+        stroke.modifiers.push_back(modifierKey->second);
+    }
+    return stroke;
+}
+
+TypingLayout::ModifierKeys TypingLayout::modifierKeysIn(unsigned group) const {
+    ModifierKeys found;
+    const auto keys = keycodes();
+    const State rest = stateIn(group);
     for (const xkb_keysym_t wanted : {XKB_KEY_Shift_L, XKB_KEY_Shift_R, XKB_KEY_ISO_Level3_Shift,
                                       XKB_KEY_Mode_switch, XKB_KEY_ISO_Level5_Shift}) {
-        for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
-            const std::unique_ptr<xkb_state, Free> state(xkb_state_new(m_keymap.get()));
-            xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
-            if (xkb_state_key_get_one_sym(state.get(), key) != wanted)
+        for (const XKeycode key : keys) {
+            if (xkb_state_key_get_one_sym(rest.get(), xkbCode(key)) != wanted)
                 continue;
             // Which modifiers a key sets is told by pressing it; one that latches or locks is of no use.
-            xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
+            const State state = stateIn(group);
+            xkb_state_update_key(state.get(), xkbCode(key), XKB_KEY_DOWN);
             const xkb_mod_mask_t pressed =
                 xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_DEPRESSED) & ((1U << realModifiers) - 1);
-            xkb_state_update_key(state.get(), key, XKB_KEY_UP);
+            xkb_state_update_key(state.get(), xkbCode(key), XKB_KEY_UP);
             const xkb_mod_mask_t stuck = xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_EFFECTIVE);
             if (std::has_single_bit(pressed) && stuck == 0)
-                found.emplace(static_cast<std::uint8_t>(pressed), static_cast<xcb_keycode_t>(key));
+                found.emplace(pressed, key);
         }
     }
     return found;
 }
 
-std::uint8_t TypingLayout::lockedBy(xkb_keysym_t symbol) const {
-    const xkb_keycode_t last = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(m_keymap.get()), 255);
-    for (xkb_keycode_t key = xkb_keymap_min_keycode(m_keymap.get()); key <= last; ++key) {
-        const std::unique_ptr<xkb_state, Free> state(xkb_state_new(m_keymap.get()));
-        if (xkb_state_key_get_one_sym(state.get(), key) == symbol) {
-            xkb_state_update_key(state.get(), key, XKB_KEY_DOWN);
-            return static_cast<std::uint8_t>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED));
-        }
+/// The layout with no key held and no lock on.
+TypingLayout::State TypingLayout::stateIn(unsigned group) const {
+    State state(xkb_state_new(m_keymap.get()));
+    xkb_state_update_mask(state.get(), 0, 0, 0, 0, 0, group);
+    return state;
+}
+
+std::uint8_t TypingLayout::numLockModifiersNow() const {
+    const State state = stateIn(0);
+    for (const XKeycode key : keycodes()) {
+        if (xkb_state_key_get_one_sym(state.get(), xkbCode(key)) != XKB_KEY_Num_Lock)
+            continue;
+        xkb_state_update_key(state.get(), xkbCode(key), XKB_KEY_DOWN);
+        return static_cast<std::uint8_t>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED));
     }
     return 0;
 }

@@ -16,10 +16,9 @@ constexpr std::chrono::seconds catchUpLimit{10};
 
 TypingLedger::LentKeys lentKeys(const std::vector<std::uint32_t>& items) {
     TypingLedger::LentKeys keys;
-    const xcb_keycode_t lowest = 8;
     for (std::size_t index = headLength; index + 1 < items.size(); index += 2)
-        if (items[index] >= lowest && items[index] <= 255)
-            keys.emplace(static_cast<xcb_keycode_t>(items[index]), items[index + 1]);
+        if (items[index] >= indexOf(lowestXKeycode) && items[index] < xKeycodeCount)
+            keys.emplace(XKeycode(items[index]), XKeysym{items[index + 1]});
     return keys;
 }
 
@@ -60,8 +59,8 @@ void TypingLedger::write() {
     }
     std::vector<std::uint32_t> items{m_lifted, m_locked, m_filters};
     for (const auto& [key, symbol] : m_keys) {
-        items.push_back(key);
-        items.push_back(symbol);
+        items.push_back(static_cast<std::uint32_t>(key));
+        items.push_back(static_cast<std::uint32_t>(symbol));
     }
     xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, connection.root(),
                         connection.atom(propertyName), XCB_ATOM_CARDINAL, 32,

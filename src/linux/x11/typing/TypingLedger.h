@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/x11/server/XKeysym.h"
 #include "linux/x11/typing/X11Keyboard.h"
 
 #include <cstdint>
@@ -14,7 +15,7 @@ class TargetBarrier;
 /// before each change, so that the companion or the next agent can undo it after a sudden death.
 class TypingLedger {
 public:
-    using LentKeys = std::map<xcb_keycode_t, std::uint32_t>; ///< the symbol that each spare key has for now
+    using LentKeys = std::map<XKeycode, XKeysym>; ///< the symbol that each spare key has for now
 
     explicit TypingLedger(X11Keyboard& keyboard)
         : m_keyboard(keyboard) {}

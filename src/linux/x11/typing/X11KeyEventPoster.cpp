@@ -113,7 +113,7 @@ PostResult X11KeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& t
     if (phase == KeyPhase::Up)
         return PostResult::Posted;
     m_chord = takeTypist();
-    m_chord->begin({XKB_KEY_Insert}, x11Target(target));
+    m_chord->begin({XKeysym{XKB_KEY_Insert}}, x11Target(target));
     return m_chord->press(0, true);
 }
 

@@ -19,7 +19,7 @@ class X11Typist;
 class X11KeyEventPoster final : public KeyEventPoster {
 public:
     /// Also pays back what a former process of ours has left undone.
-    explicit X11KeyEventPoster(const X11Server& server = X11Server());
+    explicit X11KeyEventPoster(const X11Server& server);
     ~X11KeyEventPoster() override;
 
     void prepare() override;

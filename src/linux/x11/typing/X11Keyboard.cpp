@@ -14,7 +14,6 @@ namespace talvera {
 
 namespace {
 
-constexpr int firstKeycode = 8;
 constexpr std::uint32_t allFilters = XCB_XKB_BOOL_CTRL_SLOW_KEYS | XCB_XKB_BOOL_CTRL_BOUNCE_KEYS;
 
 /// The keyboard that belongs to a pointer, and so to the keys that we post.
@@ -23,6 +22,14 @@ std::uint16_t masterOf(const X11InputDevices& devices, std::optional<std::uint16
         if (device.use == XCB_INPUT_DEVICE_TYPE_MASTER_POINTER && (!pointer || device.id == *pointer))
             return device.attachment;
     return 0;
+}
+
+/// What the server tells as one bit for each key.
+XKeycodeBits keysIn(const std::uint8_t (&bytes)[xKeycodeCount / 8]) {
+    XKeycodeBits keys;
+    for (std::size_t index = indexOf(lowestXKeycode); index < keys.size(); ++index)
+        keys[index] = (bytes[index / 8] >> (index % 8) & 1) != 0;
+    return keys;
 }
 
 } // namespace
@@ -80,8 +87,16 @@ std::vector<std::uint16_t> X11Keyboard::devices() {
     return ours;
 }
 
-void X11Keyboard::fake(std::uint8_t type, xcb_keycode_t key) {
-    xcb_test_fake_input(m_connection.get(), type, key, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+void X11Keyboard::fake(std::uint8_t type, XKeycode key) {
+    xcb_test_fake_input(m_connection.get(), type, static_cast<xcb_keycode_t>(key), XCB_CURRENT_TIME, XCB_NONE,
+                        0, 0, 0);
+}
+
+void X11Keyboard::releaseAll(const XKeycodeBits& keys) {
+    for (std::size_t index = 0; index < keys.size(); ++index) {
+        if (keys[index])
+            release(XKeycode(index));
+    }
 }
 
 X11KeyboardState X11Keyboard::state() {
@@ -92,8 +107,7 @@ X11KeyboardState X11Keyboard::state() {
     X11KeyboardState state;
     if (!keys || !modifiers)
         return state;
-    for (unsigned key = firstKeycode; key < state.downKeys.size(); ++key)
-        state.downKeys[key] = (keys->keys[key / 8] >> (key % 8) & 1) != 0;
+    state.downKeys = keysIn(keys->keys);
     state.group = modifiers->group;
     state.baseModifiers = modifiers->baseMods;
     state.latchedModifiers = modifiers->latchedMods;
@@ -158,10 +172,7 @@ void X11Keyboard::releaseStranded() {
         for (unsigned left = answer->num_classes; left > 0; --left, record += record[1]) {
             if (record[0] != XCB_INPUT_INPUT_CLASS_KEY)
                 continue;
-            const auto* keys = reinterpret_cast<const xcb_input_key_state_t*>(record)->keys;
-            for (unsigned key = firstKeycode; key < 256; ++key)
-                if ((keys[key / 8] >> (key % 8) & 1) != 0)
-                    release(static_cast<xcb_keycode_t>(key));
+            releaseAll(keysIn(reinterpret_cast<const xcb_input_key_state_t*>(record)->keys));
         }
     }
     xcb_input_close_device(m_connection.get(), device);

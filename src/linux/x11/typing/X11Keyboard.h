@@ -2,8 +2,8 @@
 #pragma once
 
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/XKeycode.h"
 
-#include <bitset>
 #include <cstdint>
 #include <vector>
 
@@ -11,8 +11,8 @@ namespace talvera {
 
 /// The keyboard as applications see it at one moment, whichever device its parts come from.
 struct X11KeyboardState {
-    std::bitset<256> downKeys; ///< by keycode
-    std::uint8_t group = 0;    ///< the layout in use among those that the user has set
+    XKeycodeBits downKeys;
+    std::uint8_t group = 0; ///< the layout in use among those that the user has set
     std::uint8_t baseModifiers = 0;
     std::uint8_t latchedModifiers = 0;
     std::uint8_t lockedModifiers = 0;
@@ -41,8 +41,9 @@ public:
 
     /// Posts a key event. Releasing a key that the user holds takes it from applications until it is pressed
     /// anew; pressing it again would leave it stuck.
-    void press(xcb_keycode_t key) { fake(XCB_KEY_PRESS, key); }
-    void release(xcb_keycode_t key) { fake(XCB_KEY_RELEASE, key); }
+    void press(XKeycode key) { fake(XCB_KEY_PRESS, key); }
+    void release(XKeycode key) { fake(XCB_KEY_RELEASE, key); }
+    void releaseAll(const XKeycodeBits& keys);
 
     /// The state now; empty when the server doesn't answer.
     X11KeyboardState state();
@@ -69,7 +70,7 @@ private:
         , m_typingDevice(typingDevice)
         , m_eventType(eventType) {}
 
-    void fake(std::uint8_t type, xcb_keycode_t key);
+    void fake(std::uint8_t type, XKeycode key);
     std::uint32_t filtersOf(std::uint16_t device);
     void setFilters(std::uint32_t mask, std::uint32_t filters);
 

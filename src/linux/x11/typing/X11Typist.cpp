@@ -46,23 +46,22 @@ milliseconds patienceWith(KeyDestination destination) {
 }
 
 /// The keys that our own hotkeys would take from us.
-std::set<xcb_keycode_t> reservedKeys(X11Connection& connection) {
-    std::set<xcb_keycode_t> keys;
+std::set<XKeycode> reservedKeys(X11Connection& connection) {
+    std::set<XKeycode> keys;
     for (const std::uint32_t key :
          connection.property(connection.root(), connection.atom(serverNotes::reservedKeys)))
-        keys.insert(static_cast<xcb_keycode_t>(key));
+        keys.insert(XKeycode(key));
     return keys;
 }
 
 } // namespace
 
-std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
-                                        std::size_t capacity,
-                                        const std::function<bool(xkb_keysym_t)>& isWritable) {
-    std::vector<xkb_keysym_t> wanted;
+std::vector<XKeysym> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start, std::size_t capacity,
+                                   const std::function<bool(XKeysym)>& isWritable) {
+    std::vector<XKeysym> wanted;
     for (std::size_t position = start; position < symbols.size(); ++position) {
-        const xkb_keysym_t symbol = symbols[position];
-        if (symbol == XKB_KEY_NoSymbol || isWritable(symbol) ||
+        const XKeysym symbol = symbols[position];
+        if (symbol == noKeysym || isWritable(symbol) ||
             std::find(wanted.begin(), wanted.end(), symbol) != wanted.end())
             continue;
         if (wanted.size() == capacity)
@@ -83,7 +82,7 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, KeyboardFocu
     , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
     , m_patience(fullPatience) {
     m_group = m_keyboard.state().group;
-    m_layout.find(XKB_KEY_space, m_group); // collects what the group writes
+    m_layout.find(XKeysym{XKB_KEY_space}, m_group); // collects what the group writes
 }
 
 void X11Typist::begin(Symbols symbols, std::shared_ptr<const X11Target> target) {
@@ -116,21 +115,21 @@ PostResult X11Typist::press(std::size_t position, bool withShift) {
     if (const auto refusal = awaitKeyboard())
         return *refusal;
     followKeyboard();
-    const xkb_keysym_t symbol = m_symbols[position];
+    const XKeysym symbol = m_symbols[position];
     std::optional<KeyStroke> stroke = findStroke(symbol);
-    if (!stroke && symbol != XKB_KEY_NoSymbol) {
+    if (!stroke && symbol != noKeysym) {
         lendFrom(position);
         if (const auto refusal = awaitKeyboard()) // that has taken its time
             return *refusal;
         stroke = findStroke(symbol);
     }
     if (stroke && withShift) {
-        const auto shift = m_layout.find(XKB_KEY_Shift_L, m_group);
+        const auto shift = m_layout.find(XKeysym{XKB_KEY_Shift_L}, m_group);
         stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
     }
     if (!stroke)
         return PostResult::NotMakeable;
-    for (const xcb_keycode_t modifier : stroke->modifiers)
+    for (const XKeycode modifier : stroke->modifiers)
         m_keyboard.press(modifier);
     m_keyboard.press(stroke->key);
     m_keyboard.connection().flush();
@@ -185,7 +184,7 @@ void X11Typist::followKeyboard() {
     }
 }
 
-std::optional<KeyStroke> X11Typist::findStroke(xkb_keysym_t symbol) {
+std::optional<KeyStroke> X11Typist::findStroke(XKeysym symbol) {
     if (auto stroke = m_layout.find(symbol, m_group))
         return stroke;
     const auto spare = m_spares.find(symbol);
@@ -193,11 +192,11 @@ std::optional<KeyStroke> X11Typist::findStroke(xkb_keysym_t symbol) {
 }
 
 void X11Typist::lendFrom(std::size_t position) {
-    const auto wanted = symbolsToLend(m_symbols, position, m_spares.capacity(), [this](xkb_keysym_t symbol) {
+    const auto wanted = symbolsToLend(m_symbols, position, m_spares.capacity(), [this](XKeysym symbol) {
         return m_layout.find(symbol, m_group).has_value();
     });
     const bool known = std::all_of(wanted.begin(), wanted.end(),
-                                   [this](xkb_keysym_t symbol) { return m_spares.find(symbol).has_value(); });
+                                   [this](XKeysym symbol) { return m_spares.find(symbol).has_value(); });
     if (known)
         return;
     if (m_hasTyped) {

@@ -22,7 +22,7 @@ namespace talvera {
 /// keyboard and layout as they were found.
 class X11Typist {
 public:
-    using Symbols = std::vector<xkb_keysym_t>;
+    using Symbols = std::vector<XKeysym>;
 
     /// `keyboard`, `barrier` and `focus` stand on different connections. Reads the keyboard, which takes most
     /// of the time until the first key, and follows it from then on.
@@ -44,7 +44,7 @@ public:
 
 private:
     void followKeyboard();
-    std::optional<KeyStroke> findStroke(xkb_keysym_t symbol);
+    std::optional<KeyStroke> findStroke(XKeysym symbol);
     void lendFrom(std::size_t position);
     void awaitReading();
     /// Waits until the next key comes alone and goes to the target. Answers why it can't, if so.
@@ -70,8 +70,7 @@ private:
 /// The symbols that have to be made writable so that as many as possible of `symbols` from `start` on can be
 /// typed in one go: those that `isWritable` denies, each once, in the order of their appearance, at most
 /// `capacity` of them.
-std::vector<xkb_keysym_t> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start,
-                                        std::size_t capacity,
-                                        const std::function<bool(xkb_keysym_t)>& isWritable);
+std::vector<XKeysym> symbolsToLend(const X11Typist::Symbols& symbols, std::size_t start, std::size_t capacity,
+                                   const std::function<bool(XKeysym)>& isWritable);
 
 } // namespace talvera

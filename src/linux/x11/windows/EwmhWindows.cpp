@@ -77,9 +77,9 @@ std::optional<EwmhWindowFacts> EwmhWindows::facts(xcb_window_t window) {
     const auto names = bytesOf(windowClass).split('\0');
     facts.identity.instance = foreignText(names.value(0));
     facts.identity.windowClass = foreignText(names.value(1));
-    facts.identity.applicationId = foreignText(bytesOf(gtk));
-    if (facts.identity.applicationId.isEmpty())
-        facts.identity.applicationId = foreignText(bytesOf(kde));
+    facts.identity.ApplicationId = foreignText(bytesOf(gtk));
+    if (facts.identity.ApplicationId.isEmpty())
+        facts.identity.ApplicationId = foreignText(bytesOf(kde));
     return facts;
 }
 

@@ -84,7 +84,7 @@ RunningApplication EwmhWorkspace::describe(pid_t pid, const WindowIdentity& wind
         application.bundleID = application.bundleID.value_or(entry->id);
         application.localizedName = presentOrNothing(entry->name);
     }
-    const auto& ownWord = window.applicationId.isEmpty() ? window.windowClass : window.applicationId;
+    const auto& ownWord = window.ApplicationId.isEmpty() ? window.windowClass : window.ApplicationId;
     if (!application.bundleID)
         application.bundleID = presentOrNothing(ownWord);
     if (!application.localizedName)

@@ -60,7 +60,7 @@ double lightness(const QImage& image) {
 }
 
 QColor readableOn(double lightness) {
-    return lightness < 0.5 ? TrayColors::OnDark : TrayColors::OnLight;
+    return lightness < 0.5 ? TrayColors::onDark : TrayColors::onLight;
 }
 
 } // namespace
@@ -325,7 +325,7 @@ std::optional<QImage> XEmbedIcon::background(const QRect& place) {
 QColor XEmbedIcon::colorOn(const std::optional<QImage>& background) const {
     if (background)
         return readableOn(lightness(*background));
-    return m_foreground.value_or(TrayColors::OnUnknown);
+    return m_foreground.value_or(TrayColors::onUnknown);
 }
 
 } // namespace talvera

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace talvera {
+
+/// What a key writes or does, as X names it: XKeysym{XKB_KEY_Return} or the letter a. One keycode has several,
+/// for the modifiers and the group of the layout that are in force.
+enum class XKeysym : std::uint32_t {};
+
+/// Stands for none.
+inline constexpr XKeysym noKeysym{0};
+
+} // namespace talvera
