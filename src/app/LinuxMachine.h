@@ -20,7 +20,7 @@
 #include "linux/pulse/PulseMicrophonePermission.h"
 #include "linux/pulse/PulseSoundPlayer.h"
 #include "linux/sqlite/SqliteSessionDatabase.h"
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/xdg/DesktopSettingsPanels.h"
 #include "linux/xdg/JsonPreferenceStore.h"
 #include "linux/xdg/PortalAppearance.h"
@@ -68,7 +68,7 @@ private:
                                       m_console};
     SqliteSessionDatabases m_sessions;
     XdgLoginItem m_loginItem{XdgLoginItem::session()};
-    PackageKitUpdates m_updates{m_actor, QString::fromLatin1(ApplicationId)};
+    PackageKitUpdates m_updates{m_actor, QString::fromLatin1(applicationId)};
 
     // What the user types, and where it goes
     DesktopEntryCatalog m_installed{DesktopEntryCatalog::sessionDirectories(),

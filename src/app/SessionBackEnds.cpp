@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/SessionBackEnds.h"
 
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
@@ -64,7 +64,7 @@ SessionBackEnds absentBackEnds(const BackEndParts& parts) {
     chosen.keyboardLayout = std::make_unique<NoKeyboardLayout>();
     chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
     chosen.pasteboard = std::make_unique<NoPasteboard>();
-    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(ApplicationId));
+    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
     chosen.access = std::make_unique<NoSessionAccess>();
     chosen.overlays = std::make_unique<NoOverlayDesktop>();
     chosen.panels = std::make_shared<NoPanelDesktop>();

@@ -8,7 +8,7 @@
 #include "linux/posix/StandardConsole.h"
 #include "linux/posix/TerminationSignals.h"
 #include "linux/posix/leftRecordings.h"
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/support/privateMemory.h"
 #include "linux/xdg/XdgDirectories.h"
 #include "persistence/AppSettings.h"
@@ -91,7 +91,7 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     session.prepareToolkit();
     ViewEngine::prepareProcess();
     QGuiApplication application(argc, argv);
-    QGuiApplication::setDesktopFileName(QString::fromLatin1(ApplicationId));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(applicationId));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     TerminationSignals termination([] { QCoreApplication::quit(); });
     directory.keepInPlace();

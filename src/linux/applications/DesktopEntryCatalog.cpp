@@ -51,7 +51,7 @@ std::optional<DesktopEntry> DesktopEntryCatalog::find(const WindowIdentity& wind
     if (entry)
         return *entry;
     const auto key =
-        window.ApplicationId + QLatin1Char('\n') + window.instance + QLatin1Char('\n') + window.windowClass;
+        window.applicationId + QLatin1Char('\n') + window.instance + QLatin1Char('\n') + window.windowClass;
     // A reading that is under way may have passed the new entry by: this window then asks for another.
     if (!m_reading.valid() && !m_missed.contains(key) && m_missed.size() < mostMisses) {
         m_missed.insert(key);

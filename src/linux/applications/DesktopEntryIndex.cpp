@@ -68,7 +68,7 @@ DesktopEntryIndex DesktopEntryIndex::read(const QStringList& directories, const 
 }
 
 const DesktopEntry* DesktopEntryIndex::find(const WindowIdentity& window) const {
-    if (const auto* entry = byId(window.ApplicationId))
+    if (const auto* entry = byId(window.applicationId))
         return entry;
     // The instance comes first: web applications of a browser share its class but not their instance.
     for (const auto& name : {window.instance, window.windowClass}) {

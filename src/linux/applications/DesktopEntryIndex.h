@@ -12,7 +12,7 @@ namespace talvera {
 
 /// What a window tells of the application that it belongs to; each may be empty.
 struct WindowIdentity {
-    QString ApplicationId; ///< said outright
+    QString applicationId; ///< said outright
     QString windowClass;
     QString instance;
 };

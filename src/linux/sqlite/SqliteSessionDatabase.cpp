@@ -17,7 +17,7 @@ namespace talvera {
 namespace {
 
 /// What says that a file is ours: the bytes "Tlvr" in its header, and the version of its schema.
-constexpr std::int64_t ApplicationId = 0x546C7672;
+constexpr std::int64_t applicationId = 0x546C7672;
 constexpr std::int64_t schemaVersion = 10000; // 1.0.0
 
 /// How long another program that looks into the file may hold us up.
@@ -141,7 +141,7 @@ void SqliteSessionDatabase::prepare() {
 
     if (m_file.number("SELECT count(*) FROM sqlite_schema") == 0)
         createSchema();
-    if (m_file.number("PRAGMA application_id") != ApplicationId)
+    if (m_file.number("PRAGMA application_id") != applicationId)
         throw notOurs(QStringLiteral("not a file of ours"));
     if (m_file.number("PRAGMA user_version") != schemaVersion)
         throw notOurs(QStringLiteral("of an unknown version"));

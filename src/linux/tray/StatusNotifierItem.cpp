@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/tray/StatusNotifierItem.h"
 
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -70,7 +70,7 @@ StatusNotifierItem::StatusNotifierItem(SymbolPainter painter, QString iconThemeP
 }
 
 QString StatusNotifierItem::id() const {
-    return QString::fromLatin1(ApplicationId);
+    return QString::fromLatin1(applicationId);
 }
 
 void StatusNotifierItem::setSymbol(const QString& name) {

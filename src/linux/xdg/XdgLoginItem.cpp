@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/xdg/XdgLoginItem.h"
 
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/support/replaceFile.h"
 #include "linux/xdg/XdgDirectories.h"
 #include "platform/system/PlatformError.h"
@@ -207,13 +207,13 @@ void XdgLoginItem::unregisterProgram() {
 }
 
 QString XdgLoginItem::userEntry() const {
-    return QStringLiteral("%1/autostart/%2.desktop").arg(m_session.configHome, QLatin1String(ApplicationId));
+    return QStringLiteral("%1/autostart/%2.desktop").arg(m_session.configHome, QLatin1String(applicationId));
 }
 
 QString XdgLoginItem::systemEntry() const {
     for (const auto& directory : m_session.configDirs) {
         const auto path =
-            QStringLiteral("%1/autostart/%2.desktop").arg(directory, QLatin1String(ApplicationId));
+            QStringLiteral("%1/autostart/%2.desktop").arg(directory, QLatin1String(applicationId));
         if (QFileInfo(path).isFile())
             return path;
     }

@@ -2,7 +2,7 @@
 #include "linux/x11/windows/EwmhWorkspace.h"
 
 #include "linux/applications/DesktopEntryCatalog.h"
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/support/processes.h"
 #include "linux/x11/server/X11Connection.h"
 #include "linux/x11/windows/ScreenCover.h"
@@ -73,7 +73,7 @@ bool EwmhWorkspace::activate(pid_t pid) {
 }
 
 std::optional<QString> EwmhWorkspace::ownBundleID() {
-    return QString::fromLatin1(ApplicationId);
+    return QString::fromLatin1(applicationId);
 }
 
 RunningApplication EwmhWorkspace::describe(pid_t pid, const WindowIdentity& window) {
@@ -84,7 +84,7 @@ RunningApplication EwmhWorkspace::describe(pid_t pid, const WindowIdentity& wind
         application.bundleID = application.bundleID.value_or(entry->id);
         application.localizedName = presentOrNothing(entry->name);
     }
-    const auto& ownWord = window.ApplicationId.isEmpty() ? window.windowClass : window.ApplicationId;
+    const auto& ownWord = window.applicationId.isEmpty() ? window.windowClass : window.applicationId;
     if (!application.bundleID)
         application.bundleID = presentOrNothing(ownWord);
     if (!application.localizedName)
