@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,6 +52,32 @@ protected:
     void SetUp() override { ASSERT_TRUE(isFreeSoon()); }
 };
 
+/// Holds the display in a program with an event loop.
+class X11DisplayHolder : public X11DisplayClaimTest {
+protected:
+    void SetUp() override {
+        X11DisplayClaimTest::SetUp();
+        m_claim.emplace(X11Server());
+    }
+
+    void listen() {
+        m_claim->onSecondStart([this] { ++heard; });
+    }
+    void awaitStarts(int count) const {
+        while (heard < count)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    int heard = 0; ///< second starts
+
+private:
+    int m_argumentCount = 1;
+    char m_name[5] = "test";
+    char* m_arguments[2] = {m_name, nullptr};
+    const QCoreApplication m_application{m_argumentCount, m_arguments};
+    std::optional<X11DisplayClaim> m_claim;
+};
+
 /// A second X server, as of another session of the same user.
 class OtherDisplay {
 public:
@@ -90,47 +117,27 @@ TEST_F(X11DisplayClaimTest, otherDisplayOfTheSameUser_hasAHolderOfItsOwn) {
     EXPECT_TRUE(there.isOurs());
 }
 
-TEST_F(X11DisplayClaimTest, secondStart_isHeardByTheHolderFromItsEventLoop) {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    const QCoreApplication application(argc, argv);
-    X11DisplayClaim first{X11Server()};
-    int heard = 0;
-    first.onSecondStart([&heard] { ++heard; });
+TEST_F(X11DisplayHolder, secondStart_isHeardByTheHolderFromItsEventLoop) {
+    listen();
     for (int start = 1; start <= 3; ++start) {
         auto second = startAndTell();
-        while (heard < start)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        awaitStarts(start);
         EXPECT_EQ(second.hear(), 'y');
     }
     QCoreApplication::processEvents();
     EXPECT_EQ(heard, 3);
 }
 
-TEST_F(X11DisplayClaimTest, startBeforeTheHolderListens_isHeardOnceItDoes) {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    const QCoreApplication application(argc, argv);
-    X11DisplayClaim first{X11Server()};
+TEST_F(X11DisplayHolder, startBeforeTheHolderListens_isHeardOnceItDoes) {
     const auto second = startAndTell();
     EXPECT_EQ(second.hear(), 'n') << "nobody answered in time";
-    int heard = 0;
-    first.onSecondStart([&heard] { ++heard; });
-    while (heard < 1)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    listen();
+    awaitStarts(1);
     EXPECT_EQ(heard, 1);
 }
 
-TEST_F(X11DisplayClaimTest, requestForSomethingElse_isRefusedAndNoStart) {
-    int argc = 1;
-    char name[] = "test";
-    char* argv[] = {name, nullptr};
-    const QCoreApplication application(argc, argv);
-    X11DisplayClaim first{X11Server()};
-    int heard = 0;
-    first.onSecondStart([&heard] { ++heard; });
+TEST_F(X11DisplayHolder, requestForSomethingElse_isRefusedAndNoStart) {
+    listen();
 
     const auto other = X11Server().connect();
     const auto window = xcb_generate_id(other->get());

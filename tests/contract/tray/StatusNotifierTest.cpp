@@ -2,12 +2,13 @@
 // The item as panels meet it on the session bus.
 #include "NotifierWatcher.h"
 #include "PrintQt.h"
+#include "eventually.h"
 #include "linux/tray/StatusNotifierLink.h"
+#include "square.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QDeadlineTimer>
 #include <QVariantMap>
 
 #include <gtest/gtest.h>
@@ -20,12 +21,6 @@ using namespace talvera::test;
 
 namespace {
 
-QImage square(const QString&, const QColor& color, int pixels) {
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    return image;
-}
-
 class StatusNotifier : public testing::Test {
 protected:
     StatusNotifier() {
@@ -34,12 +29,6 @@ protected:
         link.onHostChanged = [this] { ++changes; };
     }
 
-    static bool eventually(const std::function<bool()>& condition) {
-        const QDeadlineTimer deadline(10000);
-        while (!condition() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-        return condition();
-    }
     bool isShown() const { return watcher && watcher->items().size() == 1; }
 
     /// Asks the item over the bus, as panels do.

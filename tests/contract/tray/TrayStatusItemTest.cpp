@@ -5,9 +5,10 @@
 #include "NotifierWatcher.h"
 #include "PrintQt.h"
 #include "SimulatedMainActor.h"
+#include "eventually.h"
+#include "square.h"
 
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 #include <gtest/gtest.h>
 
@@ -15,12 +16,6 @@ using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-QImage square(const QString&, const QColor& color, int pixels) {
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    return image;
-}
 
 class TrayStatusItemTest : public testing::Test {
 protected:
@@ -33,13 +28,6 @@ protected:
         item->setSymbol("mic.fill");
         item->setToolTip("Ready");
         item->setVisible(true);
-    }
-
-    static bool eventually(const std::function<bool()>& condition) {
-        const QDeadlineTimer deadline(10000);
-        while (!condition() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-        return condition();
     }
 
     SimulatedMainActor actor;

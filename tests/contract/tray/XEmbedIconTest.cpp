@@ -3,6 +3,7 @@
 #include "linux/x11/windows/XEmbedIcon.h"
 #include "OtherWindow.h"
 #include "linux/x11/server/X11Server.h"
+#include "square.h"
 
 #include <QProcess>
 
@@ -12,12 +13,6 @@ using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-QImage square(const QString&, const QColor& color, int pixels) {
-    QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
-    image.fill(color);
-    return image;
-}
 
 class XEmbedIconInTray : public testing::TestWithParam<const char*> {
 protected:

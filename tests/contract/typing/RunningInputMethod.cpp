@@ -4,6 +4,7 @@
 #include "TypingTools.h"
 #include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/InputMethod.h"
+#include "receivers/processGroup.h"
 
 #include <QDir>
 #include <QFile>
@@ -11,12 +12,9 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <spawn.h>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <thread>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): not declared by every C library
 
 namespace talvera::test {
 
@@ -62,12 +60,12 @@ RunningInputMethod::RunningInputMethod(Kind kind) {
     if (kind == Kind::FcitxPinyin) {
         write(m_home.filePath(".config/fcitx5/profile"), pinyinAlone);
         write(m_home.filePath(".config/fcitx5/config"), "[Behavior]\nActiveByDefault=True\n");
-        start({"fcitx5", "--replace", "--disable=notificationitem,cloudpinyin"});
+        m_process = startProcessGroup({"fcitx5", "--replace", "--disable=notificationitem,cloudpinyin"});
     } else {
         // Both engines begin with Latin letters by default.
         outputOf("gsettings set org.freedesktop.ibus.engine.hangul initial-input-mode hangul");
         outputOf("gsettings set org.freedesktop.ibus.engine.anthy.common input-mode 0");
-        start({"ibus-daemon", "--xim", "--panel=disable"});
+        m_process = startProcessGroup({"ibus-daemon", "--xim", "--panel=disable"});
     }
     const auto connection = X11Server().connect();
     await([&] { return inputMethod(*connection) != InputMethod::None; },
@@ -100,24 +98,6 @@ void RunningInputMethod::set(const char* name, const std::string& value) {
         m_new.emplace_back(name);
     }
     ::setenv(name, value.c_str(), 1);
-}
-
-void RunningInputMethod::start(const std::vector<std::string>& command) {
-    std::vector<std::string> words = command;
-    std::vector<char*> arguments;
-    for (std::string& word : words) {
-        arguments.push_back(word.data());
-    }
-    arguments.push_back(nullptr);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    const int error =
-        ::posix_spawnp(&m_process, arguments[0], nullptr, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    if (error != 0) {
-        throw std::runtime_error("can't start " + command[0]);
-    }
 }
 
 } // namespace talvera::test

@@ -23,7 +23,6 @@ public:
 
 private:
     void set(const char* name, const std::string& value);
-    void start(const std::vector<std::string>& command);
 
     QTemporaryDir m_home;
     pid_t m_process = 0;

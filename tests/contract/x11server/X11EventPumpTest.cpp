@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/server/X11EventPump.h"
 #include "WatchedWindow.h"
+#include "eventually.h"
 #include "linux/x11/server/X11Server.h"
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
-#include <QDeadlineTimer>
 
 #include <gtest/gtest.h>
 
@@ -18,13 +18,6 @@ namespace {
 
 class X11EventPumpTest : public testing::Test {
 protected:
-    static bool eventually(const std::function<bool()>& condition) {
-        const QDeadlineTimer deadline(10000);
-        while (!condition() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-        return condition();
-    }
-
     int argumentCount = 1;
     char name[5] = "pump";
     char* arguments[2] = {name, nullptr};

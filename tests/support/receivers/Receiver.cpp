@@ -2,6 +2,7 @@
 #include "receivers/Receiver.h"
 
 #include "linux/x11/server/X11Server.h"
+#include "receivers/processGroup.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,15 +11,12 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): not declared by every C library
 
 namespace talvera::test {
 
@@ -117,22 +115,7 @@ void Receiver::launch(Kind kind, const QString& title) {
         command = {directory + "/chromium-editor.py", pipe, title.toStdString(), profile};
         break;
     }
-    std::vector<char*> arguments;
-    for (std::string& argument : command) {
-        arguments.push_back(argument.data());
-    }
-    arguments.push_back(nullptr);
-
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    const int error =
-        ::posix_spawnp(&m_process, arguments[0], nullptr, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    if (error != 0) {
-        m_process = 0;
-        throw std::runtime_error("can't start " + command[0]);
-    }
+    m_process = startProcessGroup(std::move(command));
 }
 
 Receiver::~Receiver() {

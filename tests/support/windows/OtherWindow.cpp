@@ -1,26 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "OtherWindow.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-
 #include <stdexcept>
-#include <thread>
 
 namespace talvera::test {
-
-bool eventually(const std::function<bool()>& condition) {
-    const QDeadlineTimer deadline(std::chrono::seconds(30));
-    while (!condition()) {
-        if (deadline.hasExpired())
-            return false;
-        if (QCoreApplication::instance())
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        else
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return true;
-}
 
 OtherWindow::OtherWindow(const QRect& area, const QColor& color, const Wishes& wishes) {
     auto* const x = m_connection->get();

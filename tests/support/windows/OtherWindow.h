@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "eventually.h"
 #include "linux/x11/server/X11Server.h"
 
 #include <QColor>
@@ -56,8 +57,5 @@ private:
     int m_keys = 0;
     bool m_exposed = false;
 };
-
-/// Runs the event loop, if there is one, until the condition holds; false when it doesn't in half a minute.
-bool eventually(const std::function<bool()>& condition);
 
 } // namespace talvera::test
