@@ -190,11 +190,12 @@ TEST_F(X11Hotkey, specialKeyBoundDuringAPress_isHeardAfterIt) {
 TEST_F(X11Hotkey, rightCommand_isRightSuperAndRightControl) {
     install(HotkeyBinding::holdSpecial(Special::RightCommand));
     for (const auto key : {Key::rightSuper, Key::rightControl}) {
+        const auto number = std::to_string(indexOf(key));
         press(key);
-        EXPECT_EQ(takeCalls(), Calls{"start"}) << indexOf(key);
+        EXPECT_EQ(takeCalls(), Calls{"start"}) << number;
         release(key);
-        EXPECT_EQ(takeCalls(), Calls{"end"}) << key;
-        EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+" + std::to_string(key), "-" + std::to_string(key)}));
+        EXPECT_EQ(takeCalls(), Calls{"end"}) << number;
+        EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"+" + number, "-" + number}));
     }
 }
 
