@@ -212,7 +212,7 @@ TEST(PasteWithHeldKeys, eachModifier_staysOut) {
     X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
     QString expected;
     for (const auto key : {Key::leftShift, Key::leftControl, Key::leftAlt, Key::leftSuper, Key::rightAlt}) {
-        SCOPED_TRACE(key);
+        SCOPED_TRACE(indexOf(key));
         scene.keys.press(key);
         pasteText(scene.poster, pasteboard, sentence);
         expected += sentence;

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "linux/x11/server/FocusedWindow.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <chrono>
 #include <csignal>
@@ -46,7 +46,7 @@ private:
         return value.empty() ? xcb_window_t{XCB_NONE} : value.front();
     }
 
-    const std::unique_ptr<X11Connection> m_connection = X11Connection::open();
+    const std::unique_ptr<X11Connection> m_connection = X11Server().connect();
     pid_t m_process = 0;
 };
 

@@ -20,7 +20,7 @@ namespace {
 
 class KeyboardFocusTest : public ::testing::Test {
 protected:
-    const std::unique_ptr<X11Connection> connection = X11Connection::open();
+    const std::unique_ptr<X11Connection> connection = X11Server().connect();
     KeyboardFocus focus{*connection};
 };
 

@@ -167,7 +167,7 @@ TEST_F(LostTarget, windowThatHasJustBeenClosed_leavesTheTypingToTheNextOne) {
     other.reset();
     EXPECT_TRUE(heldUp.awaitEndOfActiveWindow());
     program.focus(window);
-    EXPECT_EQ(typeText(poster, Text), PostResult::Posted);
+    EXPECT_EQ(typeText(poster, sentence), PostResult::Posted);
     EXPECT_FALSE(program.keyPresses().empty());
 }
 

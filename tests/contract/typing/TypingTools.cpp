@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "TypingTools.h"
 
+#include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/X11Keyboard.h"
 #include "text/typewriterChunks.h"
 

@@ -175,9 +175,9 @@ TEST_F(UserChord, focusThatIsNobodysAfterALongChord_isWaitedFor) {
     Program program;
     const xcb_window_t window = program.show(Program::Kind::Managed);
     std::thread fingers;
-    EXPECT_EQ(typeText(poster, Text,
+    EXPECT_EQ(typeText(poster, sentence,
                        [&](qsizetype chunk) {
-                           if (chunk == Middle) {
+                           if (chunk == middle) {
                                keys.press(Key::leftControl);
                                fingers = std::thread([&] {
                                    std::this_thread::sleep_for(milliseconds(1200));

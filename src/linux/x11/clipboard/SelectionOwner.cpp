@@ -3,6 +3,7 @@
 
 #include "linux/x11/clipboard/terminalProcess.h"
 #include "linux/x11/server/FocusedWindow.h"
+#include "linux/x11/server/eventType.h"
 #include "linux/x11/server/serverTime.h"
 
 #include <algorithm>
@@ -78,9 +79,8 @@ bool SelectionOwner::take(Holding& holding) {
 bool SelectionOwner::isMarkedInFocusedWindow() {
     const xcb_window_t owner = m_connection.selectionOwner(XCB_ATOM_PRIMARY);
     const xcb_window_t focused = focusedWindow(m_connection);
-    const std::uint32_t clientBits = ~m_connection.setup().resource_id_mask;
-    const bool isFocusedClient =
-        owner != XCB_NONE && focused != XCB_NONE && (owner & clientBits) == (focused & clientBits);
+    const bool isFocusedClient = owner != XCB_NONE && focused != XCB_NONE &&
+                                 clientOf(m_connection, owner) == clientOf(m_connection, focused);
     return isFocusedClient &&
            !mayShowTerminals(processOfWindow(m_connection, focused), processesOfClients(m_connection));
 }
@@ -98,7 +98,7 @@ bool SelectionOwner::isNeeded() const {
 }
 
 void SelectionOwner::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7f) {
+    switch (eventType(event)) {
     case 0:
         onError(reinterpret_cast<const xcb_generic_error_t&>(event));
         break;

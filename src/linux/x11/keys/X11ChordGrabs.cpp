@@ -2,6 +2,7 @@
 #include "linux/x11/keys/X11ChordGrabs.h"
 
 #include "linux/x11/keys/X11KeyCodes.h"
+#include "linux/x11/server/eventType.h"
 #include "linux/x11/server/serverNotes.h"
 
 #include <algorithm>
@@ -131,7 +132,7 @@ void X11ChordGrabs::letGoOfPress() {
 
 std::optional<X11ChordGrabs::KeyDown> X11ChordGrabs::nextKeyDown() {
     while (const auto event = m_connection->pollEvent()) {
-        if ((event->response_type & 0x7F) != XCB_KEY_PRESS)
+        if (eventType(*event) != XCB_KEY_PRESS)
             continue;
         const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
         return KeyDown{XKeycode(press.detail), press.time, press.state};

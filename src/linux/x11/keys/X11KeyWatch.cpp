@@ -3,6 +3,7 @@
 
 #include "linux/x11/keys/X11KeyCodes.h"
 #include "linux/x11/keys/X11KeyPresence.h"
+#include "linux/x11/server/eventType.h"
 
 #include <algorithm>
 #include <utility>
@@ -187,7 +188,7 @@ bool X11KeyWatch::readRawEvent() {
     const auto event = m_events->pollEvent();
     if (!event)
         return false;
-    const auto type = event->response_type & 0x7F;
+    const auto type = eventType(*event);
     if (type == XCB_GE_GENERIC) {
         handleInput(reinterpret_cast<const xcb_ge_generic_event_t&>(*event));
     } else if (type == XCB_MAPPING_NOTIFY) {

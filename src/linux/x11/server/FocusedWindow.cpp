@@ -20,6 +20,10 @@ xcb_window_t focusedWindow(X11Connection& connection) {
                                                                                                 : XCB_NONE;
 }
 
+xcb_window_t clientOf(const X11Connection& connection, xcb_window_t window) {
+    return window & ~connection.setup().resource_id_mask;
+}
+
 namespace {
 
 /// The local processes of one client, or of all: without `resource`.

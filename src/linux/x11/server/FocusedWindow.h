@@ -14,6 +14,10 @@ xcb_window_t focusedWindow(X11Connection& connection);
 /// Whether there is such a window, or still is.
 bool windowExists(X11Connection& connection, xcb_window_t window);
 
+/// The client that has made the window, as the server numbers its clients. A program on another machine is
+/// one, too.
+xcb_window_t clientOf(const X11Connection& connection, xcb_window_t window);
+
 /// The process on this machine that has made the window; 0 if that can't be known.
 pid_t processOfWindow(X11Connection& connection, xcb_window_t window);
 

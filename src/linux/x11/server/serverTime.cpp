@@ -2,6 +2,7 @@
 #include "linux/x11/server/serverTime.h"
 
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/eventType.h"
 
 namespace talvera {
 
@@ -17,7 +18,7 @@ std::optional<xcb_timestamp_t> serverTime(X11Connection& connection) {
     xcb_change_window_attributes(xcb, window, XCB_CW_EVENT_MASK, &none);
     xcb_destroy_window(xcb, window);
     const auto isOurs = [window](const xcb_generic_event_t& event) {
-        return (event.response_type & 0x7f) == XCB_PROPERTY_NOTIFY &&
+        return eventType(event) == XCB_PROPERTY_NOTIFY &&
                reinterpret_cast<const xcb_property_notify_event_t&>(event).window == window;
     };
     const auto notice =

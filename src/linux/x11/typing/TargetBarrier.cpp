@@ -3,6 +3,7 @@
 
 #include "linux/support/processes.h"
 #include "linux/x11/server/FocusedWindow.h"
+#include "linux/x11/server/eventType.h"
 
 #include <algorithm>
 #include <optional>
@@ -33,7 +34,7 @@ std::optional<bool> isAsleep(pid_t process) {
 /// The application has answered, or it never will, because its window is gone.
 bool endsWait(const xcb_generic_event_t& event, xcb_window_t window, xcb_atom_t ping, std::uint32_t stamp) {
     constexpr std::uint8_t error = 0;
-    switch (event.response_type & 0x7f) {
+    switch (eventType(event)) {
     case error:
         return true;
     case XCB_DESTROY_NOTIFY:

@@ -3,6 +3,7 @@
 
 #include "linux/x11/server/X11InputDevices.h"
 #include "linux/x11/server/XcbXkb.h"
+#include "linux/x11/server/eventType.h"
 
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
@@ -73,7 +74,7 @@ void X11Keyboard::watchKeymaps(bool watch) {
 bool X11Keyboard::isKeymapChange(const xcb_generic_event_t& event) const {
     // Other devices tell of themselves too, each time that the user's hands change between keyboards.
     const auto& notice = reinterpret_cast<const xcb_xkb_map_notify_event_t&>(event);
-    return (event.response_type & 0x7f) == m_eventType && notice.deviceID == m_typingDevice;
+    return eventType(event) == m_eventType && notice.deviceID == m_typingDevice;
 }
 
 std::vector<std::uint16_t> X11Keyboard::devices() {

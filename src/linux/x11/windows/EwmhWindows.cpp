@@ -3,7 +3,9 @@
 
 #include "linux/support/ForeignText.h"
 #include "linux/support/processes.h"
+#include "linux/x11/server/FocusedWindow.h"
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/eventType.h"
 #include "linux/x11/server/serverTime.h"
 
 #include <xcb/res.h>
@@ -77,14 +79,10 @@ std::optional<EwmhWindowFacts> EwmhWindows::facts(xcb_window_t window) {
     const auto names = bytesOf(windowClass).split('\0');
     facts.identity.instance = foreignText(names.value(0));
     facts.identity.windowClass = foreignText(names.value(1));
-    facts.identity.ApplicationId = foreignText(bytesOf(gtk));
-    if (facts.identity.ApplicationId.isEmpty())
-        facts.identity.ApplicationId = foreignText(bytesOf(kde));
+    facts.identity.applicationId = foreignText(bytesOf(gtk));
+    if (facts.identity.applicationId.isEmpty())
+        facts.identity.applicationId = foreignText(bytesOf(kde));
     return facts;
-}
-
-xcb_window_t EwmhWindows::client(xcb_window_t window) const {
-    return window & ~m_connection.setup().resource_id_mask;
 }
 
 std::map<xcb_window_t, pid_t> EwmhWindows::processesByClient(const std::vector<xcb_window_t>& windows) {
@@ -101,7 +99,7 @@ std::map<xcb_window_t, pid_t> EwmhWindows::processesByClient(const std::vector<x
     auto entry = xcb_res_query_client_ids_ids_iterator(answer.get());
     for (; entry.rem > 0; xcb_res_client_id_value_next(&entry)) {
         if (xcb_res_client_id_value_value_length(entry.data) == 1)
-            processes[client(entry.data->spec.client)] =
+            processes[clientOf(m_connection, entry.data->spec.client)] =
                 static_cast<pid_t>(*xcb_res_client_id_value_value(entry.data));
     }
     return processes;
@@ -119,13 +117,13 @@ std::vector<pid_t> EwmhWindows::processes(const std::vector<xcb_window_t>& windo
     for (std::size_t i = 0; i < windows.size(); ++i) {
         const auto items = m_connection.read(questions[i]).items();
         const auto byWindow = items.empty() ? 0 : static_cast<pid_t>(items.front());
-        const auto known = byServer.find(client(windows[i]));
+        const auto known = byServer.find(clientOf(m_connection, windows[i]));
         if (known != byServer.end() && processRuns(known->second))
             result.push_back(known->second);
         else if ((known != byServer.end() || !m_serverKnowsProcesses) && processRuns(byWindow))
             result.push_back(byWindow);
         else
-            result.push_back(-static_cast<pid_t>(client(windows[i])));
+            result.push_back(-static_cast<pid_t>(clientOf(m_connection, windows[i])));
     }
     return result;
 }
@@ -161,7 +159,7 @@ void EwmhWindows::announceActiveWindow() {
 }
 
 bool EwmhWindows::announcesActiveWindow(const xcb_generic_event_t& event) const {
-    if ((event.response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+    if (eventType(event) != XCB_PROPERTY_NOTIFY)
         return false;
     return reinterpret_cast<const xcb_property_notify_event_t&>(event).atom == m_activeWindow;
 }

@@ -52,7 +52,6 @@ public:
     bool announcesActiveWindow(const xcb_generic_event_t& event) const;
 
 private:
-    xcb_window_t client(xcb_window_t window) const;
     std::map<xcb_window_t, pid_t> processesByClient(const std::vector<xcb_window_t>& windows);
 
     X11Connection& m_connection;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/windows/X11DisplayClaim.h"
 
+#include "linux/x11/server/eventType.h"
+
 #include <chrono>
 #include <utility>
 
@@ -10,11 +12,6 @@ namespace {
 
 constexpr auto selectionName = "_TALVERA_AGENT";
 constexpr auto startedAgainName = "_TALVERA_STARTED_AGAIN"; ///< the one target: it has an effect and no value
-constexpr std::uint8_t sentBit = 0x80; ///< in an event's type: another client has sent it
-
-int typeOf(const xcb_generic_event_t& event) {
-    return event.response_type & ~sentBit;
-}
 
 } // namespace
 
@@ -47,7 +44,7 @@ bool X11DisplayClaim::tellHolder() {
     xcb_convert_selection(m_x11->get(), m_window, m_x11->atom(selectionName), target, target,
                           XCB_CURRENT_TIME);
     const auto isAnswer = [](const xcb_generic_event_t& event) {
-        return typeOf(event) == XCB_SELECTION_NOTIFY;
+        return eventType(event) == XCB_SELECTION_NOTIFY;
     };
     const auto answer =
         m_x11->waitForEvent(isAnswer, std::chrono::steady_clock::now() + X11Connection::answerTimeout);
@@ -57,7 +54,7 @@ bool X11DisplayClaim::tellHolder() {
 void X11DisplayClaim::onSecondStart(std::function<void()> heard) {
     m_heard = std::move(heard);
     m_events.emplace(*m_x11, [this](const xcb_generic_event_t& event) {
-        if (typeOf(event) == XCB_SELECTION_REQUEST)
+        if (eventType(event) == XCB_SELECTION_REQUEST)
             answer(reinterpret_cast<const xcb_selection_request_event_t&>(event));
     });
 }

@@ -4,6 +4,7 @@
 #include "linux/support/logicalRect.h"
 #include "linux/x11/server/X11Server.h"
 #include "linux/x11/server/compositor.h"
+#include "linux/x11/server/eventType.h"
 #include "linux/x11/windows/X11OverlayWindow.h"
 #include "linux/x11/windows/nativeWindow.h"
 
@@ -54,7 +55,7 @@ void X11OverlayDesktop::watchCompositor() {
 
 void X11OverlayDesktop::handle(const xcb_generic_event_t& event) {
     m_stack.note(event);
-    if ((event.response_type & 0x7f) != m_selectionEvent)
+    if (eventType(event) != m_selectionEvent)
         return;
     const auto& change = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event);
     if (const bool owned = change.owner != XCB_WINDOW_NONE;

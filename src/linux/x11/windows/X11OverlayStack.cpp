@@ -2,6 +2,7 @@
 #include "linux/x11/windows/X11OverlayStack.h"
 
 #include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/eventType.h"
 
 #include <utility>
 
@@ -26,7 +27,7 @@ void X11OverlayStack::letGo(xcb_window_t window) {
 }
 
 void X11OverlayStack::note(const xcb_generic_event_t& event) {
-    switch (event.response_type & 0x7f) {
+    switch (eventType(event)) {
     case XCB_MAP_NOTIFY:
         if (!m_raisesLeft.contains(reinterpret_cast<const xcb_map_notify_event_t&>(event).window))
             m_hasChanged = true;

@@ -4,6 +4,7 @@
 #include "linux/support/logicalRect.h"
 #include "linux/x11/server/X11Server.h"
 #include "linux/x11/server/compositor.h"
+#include "linux/x11/server/eventType.h"
 #include "linux/x11/windows/EwmhWindows.h"
 #include "linux/x11/windows/boundingShape.h"
 #include "linux/x11/windows/nativeWindow.h"
@@ -82,7 +83,7 @@ void X11PanelDesktop::selectPresses(bool selected) {
 }
 
 void X11PanelDesktop::handle(const xcb_generic_event_t& event) {
-    if ((event.response_type & 0x7f) != XCB_GE_GENERIC)
+    if (eventType(event) != XCB_GE_GENERIC)
         return;
     const auto pressed = m_pressed.lock();
     if (!pressed) {

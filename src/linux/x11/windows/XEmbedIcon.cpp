@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/windows/XEmbedIcon.h"
 
-#include "linux/support/ApplicationId.h"
+#include "linux/support/applicationId.h"
 #include "linux/support/logicalRect.h"
 #include "linux/x11/server/X11Server.h"
+#include "linux/x11/server/eventType.h"
 
 #include <QPainter>
 
@@ -25,7 +26,6 @@ constexpr std::uint32_t embedVersion = 0; ///< of the XEmbed protocol
 constexpr std::uint32_t embedMapped = 1;
 constexpr std::uint32_t dockRequest = 0;
 constexpr std::uint8_t translucentDepth = 32;
-constexpr std::uint8_t sentBit = 0x80; ///< in an event's type: another client has sent it
 
 template <typename Event>
 const Event& as(const xcb_generic_event_t& event) {
@@ -119,7 +119,7 @@ std::optional<QRect> XEmbedIcon::frame() {
 }
 
 void XEmbedIcon::handle(const xcb_generic_event_t& event) {
-    switch (event.response_type & ~sentBit) {
+    switch (eventType(event)) {
     case XCB_CLIENT_MESSAGE:
         if (as<xcb_client_message_event_t>(event).type == m_x11->atom("MANAGER"))
             findTray();
@@ -233,7 +233,7 @@ void XEmbedIcon::createWindow() {
 
 void XEmbedIcon::describeWindow() {
     auto* const x11 = m_x11->get();
-    const std::string name = ApplicationId;
+    const std::string name = applicationId;
     const auto classes = name + '\0' + name + '\0';
     xcb_change_property(x11, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(classes.size()), classes.data());
