@@ -2,7 +2,7 @@
 // The X server dies under the agent. The desktop is gone after that, so this is the only test on its one.
 #include "DesktopTest.h"
 #include "RecogniserGate.h"
-#include "linux/x11/server/X11Connection.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -44,7 +44,7 @@ private:
 };
 
 pid_t processOfServer() {
-    const auto connection = X11Connection::open();
+    const auto connection = X11Server().connect();
     ucred server{};
     socklen_t size = sizeof server;
     if (::getsockopt(connection->descriptor(), SOL_SOCKET, SO_PEERCRED, &server, &size) != 0)

@@ -52,7 +52,7 @@ TEST_P(StatusPanel, escape_closesAndReachesNoOtherProgram) {
     EXPECT_TRUE(panelGoes());
     other.activate();
     EXPECT_EQ(other.keys(), 0);
-    keys.tap(H);
+    keys.tap(Key::h);
     EXPECT_EQ(other.awaitKeys(1), 1) << "keys are heard now that the panel has gone";
 }
 

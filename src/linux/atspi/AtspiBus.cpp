@@ -25,8 +25,8 @@ bool has(std::uint64_t states, int state) {
     return (states >> state & 1) != 0;
 }
 
-/// An object with more children than that isn't asked for them, since it would make them all up, and send them
-/// in one message: 47 MB of our memory for 100,000, and an application that is busy for seconds.
+/// An object with more children than that isn't asked for them, since it would make them all up, and send
+/// them in one message: 47 MB of our memory for 100,000, and an application that is busy for seconds.
 bool canBeListed(std::size_t childCount) {
     return childCount > 0 && childCount <= mostObjects;
 }

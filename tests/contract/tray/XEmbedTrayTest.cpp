@@ -100,10 +100,10 @@ TEST_P(HugeXEmbed, size_isDrawnInASmallPartAndTheIconLivesOn) {
     XEmbedTray tray(Qt::black, {24, 24}, icons);
     ASSERT_TRUE(eventually([&] { return tray.hasIcon() && largest > 0; }));
     tray.setIconSize(size);
-    ASSERT_TRUE(eventually([&, size = size] { return icon.frame() == QRect(XEmbedTray::IconPlace, size); }));
+    ASSERT_TRUE(eventually([&, size = size] { return icon.frame() == QRect(XEmbedTray::iconPlace, size); }));
     icon.setSymbol("waveform");
     RigInput mouse;
-    mouse.click(XEmbedTray::IconPlace.x() + 5, XEmbedTray::IconPlace.y() + 5, 1);
+    mouse.click(XEmbedTray::iconPlace.x() + 5, XEmbedTray::iconPlace.y() + 5, 1);
     EXPECT_TRUE(eventually([&] { return clicks == 1; }));
     tray.setIconSize({64, 64});
     EXPECT_TRUE(eventually([&] {

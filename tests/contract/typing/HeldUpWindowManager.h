@@ -2,7 +2,6 @@
 #pragma once
 
 #include "linux/x11/server/FocusedWindow.h"
-#include "linux/x11/server/X11Connection.h"
 #include "linux/x11/server/X11Server.h"
 
 #include <chrono>

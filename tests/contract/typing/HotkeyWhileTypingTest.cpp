@@ -92,7 +92,7 @@ TEST_F(HotkeyWhileTyping, space_isTypedByUsAndStaysTheUsers) {
 
 TEST_F(HotkeyWhileTyping, insert_isPastedWithByUsAndStaysTheUsers) {
     for (const auto& [modifiers, kind] : {std::pair(std::uint64_t(0), Receiver::Kind::Terminal),
-                                          std::pair(KeyFlag::Shift, Receiver::Kind::Gtk)}) {
+                                          std::pair(std::uint64_t(KeyFlag::Shift), Receiver::Kind::Gtk)}) {
         install(HotkeyBinding::chord(modifiers, VirtualKey::Insert));
         Receiver receiver(kind);
         expectTypedAndPastedInto(receiver);

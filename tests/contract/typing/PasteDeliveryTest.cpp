@@ -62,8 +62,8 @@ protected:
     }
 
     SimulatedMainActor actor; ///< calls what is posted to it
-    X11KeyEventPoster poster;
-    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION};
+    X11KeyEventPoster poster{X11Server()};
+    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION, X11Server()};
     ThreadSerialQueue typing{"typing"};
 };
 

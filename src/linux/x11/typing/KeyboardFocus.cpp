@@ -131,7 +131,7 @@ std::optional<xcb_window_t> KeyboardFocus::windowManager() {
 
 bool KeyboardFocus::isOfWindowManager(xcb_window_t window) {
     const auto manager = windowManager();
-    return isWindow(window) && manager && client(window) == client(*manager);
+    return isWindow(window) && manager && clientOf(m_connection, window) == clientOf(m_connection, *manager);
 }
 
 /// The server tells the window with the focus that a grab has taken the keys from it, or has given them back.
@@ -183,14 +183,14 @@ bool KeyboardFocus::isInside(xcb_window_t window, xcb_window_t whole) {
 }
 
 bool KeyboardFocus::isOfOneApplication(xcb_window_t one, xcb_window_t other) {
-    if (client(one) == client(other))
+    if (clientOf(m_connection, one) == clientOf(m_connection, other))
         return true;
     const pid_t process = processOfWindow(m_connection, one);
     return process != 0 && process == processOfWindow(m_connection, other);
 }
 
 bool KeyboardFocus::isOfApplication(const X11Target& target, xcb_window_t window) {
-    return client(window) == client(target.focus) ||
+    return clientOf(m_connection, window) == clientOf(m_connection, target.focus) ||
            (target.process != 0 && processOfWindow(m_connection, window) == target.process);
 }
 
@@ -222,15 +222,11 @@ xcb_window_t KeyboardFocus::outermost(xcb_window_t window) {
         const auto tree =
             m_connection.reply<xcb_query_tree_reply_t>(xcb_query_tree(m_connection.get(), window));
         if (!tree || tree->parent == XCB_NONE || tree->parent == tree->root ||
-            client(tree->parent) != client(window))
+            clientOf(m_connection, tree->parent) != clientOf(m_connection, window))
             break;
         window = tree->parent;
     }
     return window;
-}
-
-xcb_window_t KeyboardFocus::client(xcb_window_t window) const {
-    return window & ~m_connection.setup().resource_id_mask;
 }
 
 /// Windows that can be seen and that the window manager knows nothing of, the uppermost first.
@@ -251,7 +247,8 @@ std::vector<xcb_window_t> KeyboardFocus::unmanagedWindows() {
         const auto attributes = m_connection.reply<xcb_get_window_attributes_reply_t>(questions[index]);
         // Frames are the window manager's own, and overlays of a compositor the server's.
         const bool isFrame =
-            client(windows[index]) == 0 || (manager && client(windows[index]) == client(*manager));
+            clientOf(m_connection, windows[index]) == 0 ||
+            (manager && clientOf(m_connection, windows[index]) == clientOf(m_connection, *manager));
         if (attributes && attributes->override_redirect && !isFrame &&
             attributes->map_state == XCB_MAP_STATE_VIEWABLE)
             unmanaged.push_back(windows[index]);

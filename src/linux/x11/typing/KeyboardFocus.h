@@ -76,7 +76,6 @@ private:
     bool isPopup(xcb_window_t window);
     bool coversScreen(xcb_window_t window);
     xcb_window_t outermost(xcb_window_t window);
-    xcb_window_t client(xcb_window_t window) const;
     std::vector<xcb_window_t> unmanagedWindows();
 
     std::mutex m_mutex;

@@ -19,8 +19,8 @@ namespace talvera {
 namespace {
 
 constexpr std::uint16_t firstSize = 24; ///< until the tray has given us ours
-/// In pixels. What a tray has room for beyond that stays empty: a picture of ten thousand pixels' edge would take
-/// 400 MB, and more than a request to the server may have.
+/// In pixels. What a tray has room for beyond that stays empty: a picture of ten thousand pixels' edge would
+/// take 400 MB, and more than a request to the server may have.
 constexpr int greatestEdge = 256;
 constexpr std::uint32_t embedVersion = 0; ///< of the XEmbed protocol
 constexpr std::uint32_t embedMapped = 1;
