@@ -83,6 +83,32 @@ TEST_F(AgentAsJoined, adviceOfThePanel_isShownOnTheHUD) {
     runToRest();
 }
 
+TEST_F(AgentAsJoined, adviceOfThePanelWhileListening_waitsForTheEndOfTheDictation) {
+    auto& panel = openPanel();
+    press();
+    advance(1);
+    panel.onAdvice("Plug in a microphone");
+    world.actor.settle();
+    EXPECT_TRUE(hud().as<HUD::Listening>());
+    release();
+    runToRest();
+    EXPECT_EQ(story({"hud", "type"}).sliced(2, 3),
+              QStringList({"type hello world", "hud hidden", "hud notice Plug in a microphone warn 6.0"}));
+}
+
+TEST_F(AgentAsJoined, microphoneThatGoesWhileListening_isToldAndWhatWasSaidIsKept) {
+    press();
+    advance(1);
+    world.microphone.lose();
+    world.actor.settle();
+    EXPECT_EQ(story({"hud"}).constLast(),
+              "hud notice The microphone is gone. What you said before is kept. warn 6.0");
+    EXPECT_EQ(state(), State::Recording);
+    release();
+    runToRest();
+    EXPECT_EQ(story({"type"}), QStringList{"type hello world"});
+}
+
 TEST_F(AgentAsJoined, panel_followsTheDictation) {
     auto& panel = openPanel();
     EXPECT_EQ(panel.state(), "idle");

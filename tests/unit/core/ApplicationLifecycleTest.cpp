@@ -321,6 +321,18 @@ TEST_F(Lifecycle, bindingThatAnotherProgramHolds_isToldToTheUser) {
               QStringList({"hud notice Another program uses your hotkey — choose another one warn 6.0"}));
 }
 
+TEST_F(Lifecycle, bindingRefusedDuringADictation_isToldAfterIt) {
+    launch();
+    hold(1);
+    world.keyboard.takenChords = {{KeyFlag::Control, VirtualKey::Space}};
+    world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::Space));
+    world.actor.settle();
+    EXPECT_TRUE(hud().as<HUD::Transcribing>());
+    runToRest();
+    EXPECT_EQ(story({"hud"}).value(3),
+              "hud notice Another program uses your hotkey — choose another one warn 6.0");
+}
+
 TEST_F(Lifecycle, bindingThatNoKeyboardHas_isToldToTheUser) {
     world.keyboard.missingKeys = {VirtualKey::Fn};
     launch();
