@@ -13,7 +13,7 @@ QtObject {
     // Surfaces, from the back to the front
     readonly property color window: dark ? "#1b1b1f" : "#f6f6f8"
     readonly property color surface: dark ? "#222227" : "#ffffff"
-    readonly property color overlay: dark ? "#fb1c1c20" : "#fcfcfcfd" ///< floats over whatever lies below
+    readonly property color overlay: dark ? "#fe1c1c20" : "#fefcfcfd" ///< floats over whatever lies below
     readonly property color overlayOpaque: dark ? "#1c1c20" : "#fcfcfd" ///< where nothing can shine through
     readonly property color overlayOutline: dark ? "#4dffffff" : "#4d000000"
     readonly property color outline: dark ? "#38383f" : "#dcdce2"

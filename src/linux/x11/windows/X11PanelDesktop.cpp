@@ -55,8 +55,8 @@ void X11PanelDesktop::adopt(QWindow& window) {
     m_connection->roundTrip(); // the window is shown over another connection next
 }
 
-/// Qt scales the steps of one pixel that its windows grow by, and says two from 150 % on: window managers then cut off
-/// the odd pixel, and with it the panel's edge.
+/// Qt scales the steps of one pixel that its windows grow by, and says two from 150 % on: window managers
+/// then cut off the odd pixel, and with it the panel's edge.
 void X11PanelDesktop::setSize(QWindow& window, const QSize& pixels) {
     const auto id = nativeWindow(window);
     auto hints = m_connection->property(id, XCB_ATOM_WM_NORMAL_HINTS);
