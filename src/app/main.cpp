@@ -49,8 +49,8 @@ private:
 int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
-    QuickWindows windows({actor, settings, linuxMachine.appearance(), linuxMachine.overlays(),
-                          linuxMachine.panels()});
+    QuickWindows windows(
+        {actor, settings, linuxMachine.appearance(), linuxMachine.overlays(), linuxMachine.panels()});
     Agent agent(machine, settings, windows);
     std::optional<StateTrace> trace;
     claim.onSecondStart([&agent] { agent.startedAgain(); });

@@ -281,8 +281,8 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
 
 std::unique_ptr<WizardWindow> Agent::Wiring::makeWizardWindow() {
     if (!onboardingModel)
-        onboardingModel.emplace(OnboardingModel::Parts{onboarding, downloader, readiness, settings,
-                                                       m_machine.keyboard.layout});
+        onboardingModel.emplace(
+            OnboardingModel::Parts{onboarding, downloader, readiness, settings, m_machine.keyboard.layout});
     return m_windows.makeWizardWindow(*onboardingModel);
 }
 

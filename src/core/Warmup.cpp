@@ -59,8 +59,7 @@ Task<bool> Warmup::primeWhisper(WhisperRunner runner) {
                       .arg(isReady ? QStringLiteral("true") : QStringLiteral("false")));
     if (!isReady)
         co_return false;
-    const auto wav =
-        QStringLiteral("%1/talvera-warmup-%2.wav").arg(directories.temporary, makeFreshName());
+    const auto wav = QStringLiteral("%1/talvera-warmup-%2.wav").arg(directories.temporary, makeFreshName());
     const auto started = actor.now();
     std::optional<QString> failure;
     try {

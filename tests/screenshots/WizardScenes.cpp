@@ -117,7 +117,8 @@ void photographDownload(WizardSet& wizard) {
     wizard.photograph("4-download-verifying");
     wizard.setDownload(Phase::Extracting, 1);
     wizard.photograph("4-download-extracting");
-    wizard.setDownload(Phase::failed(localized("download.failed.connectionLost", "The connection was cut off.")));
+    wizard.setDownload(
+        Phase::failed(localized("download.failed.connectionLost", "The connection was cut off.")));
     wizard.photograph("4-download-failed");
     wizard.setDownload(Phase::failed(
         localized("download.failed.notTrusted",
@@ -159,7 +160,8 @@ void photographDemo(WizardSet& wizard) {
     wizard.photograph("6-demo-recording");
     wizard.setDemo({Demo::Transcribing});
     wizard.photograph("6-demo-transcribing");
-    wizard.setDemo({Demo::Done}, localized("screenshot.demo", "Good morning. Please send the report tomorrow."));
+    wizard.setDemo({Demo::Done},
+                   localized("screenshot.demo", "Good morning. Please send the report tomorrow."));
     wizard.photograph("6-demo-done", {}, seconds(1.6));
     QString manyWords;
     for (int i = 0; i < 12; ++i)

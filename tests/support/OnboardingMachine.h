@@ -60,9 +60,11 @@ public:
                       .readiness = readiness,
                       .downloader = downloader,
                       .warmup = warmup,
-                      .makeRunner = [this] {
-                          return WhisperRunner::makeDefault(tool, files, directories, models.modelMainURL);
-                      }}) {
+                      .makeRunner =
+                          [this] {
+                              return WhisperRunner::makeDefault(tool, files, directories,
+                                                                models.modelMainURL);
+                          }}) {
         files.addExecutable(directories.resources + QStringLiteral("/Resources/whisper-cli"));
         microphone.secondsPerRecording = 2.0;
         say("hello world");
@@ -74,9 +76,7 @@ public:
         run.text = text;
         tool.setRuns({run});
     }
-    void putModelOnDisk() {
-        files.write(models.modelMainURL, "model");
-    }
+    void putModelOnDisk() { files.write(models.modelMainURL, "model"); }
     void finishDownload() {
         putModelOnDisk();
         downloader.phase.set(ModelDownloader::Phase::Done);

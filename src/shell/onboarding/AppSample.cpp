@@ -23,11 +23,14 @@ QVariantList appSamples() {
                localized("onboarding.everywhere.chat.sample",
                          "hey team, pushing the release candidate for review in ~30 min")),
         sample("envelope.fill", localized("onboarding.everywhere.mail.name", "Mail"),
-               localized("onboarding.everywhere.mail.sample",
-                         "Thanks for the quick reply! Thursday at ten works well for me. I'll bring the drafts.")),
-        sample("note.text", localized("onboarding.everywhere.notes.name", "Notes"),
-               localized("onboarding.everywhere.notes.sample",
-                         "Ideas for the trip: take the early train, and book the cabin by the lake for two nights.")),
+               localized(
+                   "onboarding.everywhere.mail.sample",
+                   "Thanks for the quick reply! Thursday at ten works well for me. I'll bring the drafts.")),
+        sample(
+            "note.text", localized("onboarding.everywhere.notes.name", "Notes"),
+            localized(
+                "onboarding.everywhere.notes.sample",
+                "Ideas for the trip: take the early train, and book the cabin by the lake for two nights.")),
         sample("paintpalette.fill", localized("onboarding.everywhere.design.name", "Design"),
                localized("onboarding.everywhere.design.sample",
                          "Make the heading larger and give the card more room to breathe.")),

@@ -18,7 +18,7 @@ struct AppSample {
 public:
     QString icon; ///< a symbol's name
     QString name;
-    QString sample; ///< what is dictated
+    QString sample;    ///< what is dictated
     bool mono = false; ///< in letters of one width
 };
 

@@ -43,9 +43,10 @@ QString DemoModel::bodyAfter() const {
                ? localized("onboarding.demo.body.after.tap",
                            " anywhere on your keyboard, or hold the button below. Speak, tap again, and your "
                            "words land right here.")
-               : localized("onboarding.demo.body.after",
-                           " anywhere on your keyboard, or hold the button below. Speak, release, and your words "
-                           "land right here.");
+               : localized(
+                     "onboarding.demo.body.after",
+                     " anywhere on your keyboard, or hold the button below. Speak, release, and your words "
+                     "land right here.");
 }
 
 QString DemoModel::missingBody() const {
@@ -67,9 +68,9 @@ QString DemoModel::output() const {
     case Kind::Idle:
         return m_controller.didWhisperWarmup.get()
                    ? localized("onboarding.demo.output.idle", "Your words will appear here.")
-                   : localized("onboarding.demo.output.warmup",
-                               "Your words will appear here. The first time takes a moment longer, while the speech "
-                               "model is loaded.");
+                   : localized("onboarding.demo.output.warmup", "Your words will appear here. The first time "
+                                                                "takes a moment longer, while the speech "
+                                                                "model is loaded.");
     case Kind::Recording:
         return localized("onboarding.demo.output.recording", "Listening… speak now");
     case Kind::Transcribing:

@@ -85,9 +85,10 @@ void HotkeyChoiceModel::setRecordsChord(bool records) {
 QString HotkeyChoiceModel::fnWarning() const {
     if (m_settings.hotkeyBinding.get() != HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn))
         return {};
-    return localized("onboarding.hotkey.fnWarning.banner",
-                     "macOS may intercept Fn as Globe (change input source, show emoji). For best results, set "
-                     "System Settings → Keyboard → 'Press 🌐 key to' → 'Do Nothing'.");
+    return localized(
+        "onboarding.hotkey.fnWarning.banner",
+        "macOS may intercept Fn as Globe (change input source, show emoji). For best results, set "
+        "System Settings → Keyboard → 'Press 🌐 key to' → 'Do Nothing'.");
 }
 
 QString HotkeyChoiceModel::fnSettingsText() const {

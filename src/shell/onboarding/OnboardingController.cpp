@@ -173,8 +173,9 @@ void OnboardingController::demoPressStart() {
     try {
         m_recorder.start();
     } catch (const std::exception&) {
-        failDemo(localized("onboarding.demo.error.microphone",
-                           "The microphone can't be opened. Plug one in, or allow it in the sound settings."));
+        failDemo(
+            localized("onboarding.demo.error.microphone",
+                      "The microphone can't be opened. Plug one in, or allow it in the sound settings."));
         return;
     }
     demoPhase.set({Kind::Recording});

@@ -67,9 +67,10 @@ PermissionCard PermissionsModel::microphone() const {
     PermissionCard card;
     card.icon = QStringLiteral("mic.fill");
     card.benefit = localized("onboarding.permissions.mic.benefit", "Hear what you say");
-    card.why = localized("onboarding.permissions.mic.why",
-                         "Talvera listens only when you hold your hotkey. Audio stays on your Mac and is deleted "
-                         "the moment transcription finishes.");
+    card.why =
+        localized("onboarding.permissions.mic.why",
+                  "Talvera listens only when you hold your hotkey. Audio stays on your Mac and is deleted "
+                  "the moment transcription finishes.");
     card.cause = m_readiness.microphoneLackText();
     switch (m_controller.micStatus.get()) {
     case AuthorizationStatus::Authorized:
@@ -91,10 +92,11 @@ PermissionCard PermissionsModel::accessibility() const {
     card.icon = QStringLiteral("cursorarrow.and.square.on.square.dashed");
     card.benefit =
         localized("onboarding.permissions.ax.benefit", "Type into any app and listen for your hotkey");
-    card.why = localized("onboarding.permissions.ax.why",
-                         "Drops your transcribed text exactly where your cursor is — Slack, Mail, Notes, or your "
-                         "IDE — and detects your push-to-talk key anywhere on macOS. Talvera never reads what's "
-                         "on your screen.");
+    card.why =
+        localized("onboarding.permissions.ax.why",
+                  "Drops your transcribed text exactly where your cursor is — Slack, Mail, Notes, or your "
+                  "IDE — and detects your push-to-talk key anywhere on macOS. Talvera never reads what's "
+                  "on your screen.");
     if (m_controller.axTrusted.get())
         return inState(card, QStringLiteral("granted"));
     card.cause = m_readiness.accessibilityLackText();

@@ -7,8 +7,8 @@ namespace talvera {
 
 class WhisperRunner;
 
-/// Whether the recogniser has shown yet that it works, and what makes it: its first run, which has to load the
-/// model. Main thread only.
+/// Whether the recogniser has shown yet that it works, and what makes it: its first run, which has to load
+/// the model. Main thread only.
 class RecognitionWarmup {
 public:
     virtual ~RecognitionWarmup() = default;

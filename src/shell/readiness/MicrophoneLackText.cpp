@@ -18,9 +18,8 @@ QString microphoneLackText(MicrophoneLack lack) {
     case MicrophoneLack::Permission:
         return localized("microphone.lack.permission", "The sound server doesn't let Talvera listen.");
     case MicrophoneLack::Microphone:
-        return localized(
-            "microphone.lack.microphone",
-            "There is no microphone. Plug one in, or switch one on in the sound settings.");
+        return localized("microphone.lack.microphone",
+                         "There is no microphone. Plug one in, or switch one on in the sound settings.");
     }
     Q_UNREACHABLE();
 }

@@ -49,7 +49,8 @@ public:
     /// How many of the two are lacking.
     int missingCount() const;
 
-    /// Why one of the two is lacking and what the user can do about it, in a plain sentence; empty when it isn't.
+    /// Why one of the two is lacking and what the user can do about it, in a plain sentence; empty when
+    /// nothing is lacking.
     QString microphoneLackText() const;
     QString accessibilityLackText() const;
     /// The desktop's settings can give what lacks.

@@ -53,9 +53,11 @@ Item {
         cursorVisible: typewriter.showsCaret
         cursorPosition: length
         Accessible.ignored: true
+        // qmllint disable unqualified
         cursorDelegate: Caret {
             visible: typewriter.showsCaret
             blinks: typewriter.types && typewriter.done
         }
+        // qmllint enable unqualified
     }
 }

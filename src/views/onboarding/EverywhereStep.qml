@@ -44,6 +44,7 @@ FocusScope {
         Repeater {
             model: step.samples
 
+            // qmllint disable unqualified
             Item {
                 id: app
 
@@ -80,6 +81,7 @@ FocusScope {
                     font.weight: app.isActive ? Theme.weightMedium : Theme.weightBody
                 }
             }
+            // qmllint enable unqualified
         }
     }
     Timer {

@@ -25,6 +25,7 @@ FocusScope {
         Repeater {
             model: step.hotkey.presets
 
+            // qmllint disable unqualified
             HotkeyRow {
                 required property var modelData
 
@@ -36,6 +37,7 @@ FocusScope {
                 selected: step.hotkey.selectedId === modelData.id
                 onClicked: step.hotkey.choose(modelData.id)
             }
+            // qmllint enable unqualified
         }
         HotkeyRow {
             width: parent.width

@@ -38,11 +38,13 @@ Item {
             Repeater {
                 model: row.wizard.stepCount
 
+                // qmllint disable unqualified
                 ProgressDot {
                     required property int index
                     active: index === row.wizard.step
                     passed: index < row.wizard.step
                 }
+                // qmllint enable unqualified
             }
         }
         Caption {

@@ -26,7 +26,7 @@ FocusScope {
     Keys.onEnterPressed: wizard.pressPrimary()
 
     Shortcut {
-        sequences: [StandardKey.Back]
+        sequences: ["Alt+Left", "Back"]
         enabled: !view.wizard.asksToSkip
         onActivated: view.wizard.back()
     }
@@ -77,6 +77,7 @@ FocusScope {
         onLoaded: forceActiveFocus(Qt.TabFocusReason)
     }
 
+    // qmllint disable unqualified
     Component { id: welcome; WelcomeStep { wizard: view.wizard; moves: view.moves } }
     Component { id: everywhere; EverywhereStep { wizard: view.wizard; moves: view.moves } }
     Component { id: permissions; PermissionsStep { wizard: view.wizard; moves: view.moves } }
@@ -84,4 +85,5 @@ FocusScope {
     Component { id: hotkey; HotkeyStep { wizard: view.wizard; moves: view.moves } }
     Component { id: demo; DemoStep { wizard: view.wizard; moves: view.moves } }
     Component { id: question; SkipQuestion { wizard: view.wizard } }
+    // qmllint enable unqualified
 }

@@ -102,9 +102,9 @@ TEST_F(OnboardingDemo, nextPress_startsAfresh) {
 TEST_F(OnboardingDemo, microphoneThatCannotBeOpened_isToldAndTheNextPressTriesAgain) {
     microphone.startFailure = PlatformError(QStringLiteral("PulseAudio"), 1, "refused");
     controller.demoPressStart();
-    EXPECT_EQ(controller.demoPhase.get(),
-              DemoPhase::error(
-                  "The microphone can't be opened. Plug one in, or allow it in the sound settings."));
+    EXPECT_EQ(
+        controller.demoPhase.get(),
+        DemoPhase::error("The microphone can't be opened. Plug one in, or allow it in the sound settings."));
     controller.demoPressEnd();
     EXPECT_EQ(demo(), Demo::Error);
     microphone.startFailure.reset();

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // What the wizard's view shows and what its controls do.
+#include "shell/onboarding/OnboardingModel.h"
 #include "OnboardingFixture.h"
 #include "shell/onboarding/AppSample.h"
-#include "shell/onboarding/OnboardingModel.h"
-
 
 using namespace talvera;
 using namespace talvera::test;

@@ -1,0 +1,348 @@
+// SPDX-License-Identifier: MIT
+// What the wizard's views make of its state, without a screen.
+#include "GermanTexts.h"
+#include "OnboardingFixture.h"
+#include "itemsBelow.h"
+#include "platform/desktop/DesktopAppearance.h"
+#include "shell/onboarding/OnboardingModel.h"
+#include "views/ViewEngine.h"
+
+#include <QKeyEvent>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <optional>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+class OnboardingViews : public OnboardingFixture {
+protected:
+    /// Makes the view as its window does.
+    void make() {
+        view.reset();
+        model.emplace(OnboardingModel::Parts{controller, downloader, readiness, settings, layout});
+        view = views.create("onboarding/OnboardingView",
+                            {{"wizard", QVariant::fromValue<QObject*>(&*model)}, {"moves", false}});
+        view->setParentItem(window.contentItem());
+        view->setSize(QSizeF(760, 580));
+        layOut(*view);
+    }
+    static void layOut(QQuickItem& item) {
+        for (auto* child : item.childItems())
+            layOut(*child);
+        item.ensurePolished();
+    }
+    /// With the keyboard, as the user has it.
+    void show() {
+        window.resize(760, 580);
+        window.show();
+        window.requestActivate();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        QMetaObject::invokeMethod(view.get(), "takeKeyboard");
+    }
+
+    std::vector<QQuickItem*> shownTexts() {
+        return itemsBelow(*view, [](QQuickItem& item) {
+            return item.inherits("QQuickText") && item.isVisible() &&
+                   !item.property("text").toString().isEmpty();
+        });
+    }
+    std::vector<QQuickItem*> shownOfType(const QString& type) {
+        return itemsBelow(*view, [&](QQuickItem& item) {
+            return item.isVisible() &&
+                   QString::fromLatin1(item.metaObject()->className()).startsWith(type + "_QML");
+        });
+    }
+    QRectF placeOf(const QQuickItem& item) const {
+        return item.mapRectToItem(&*view, QRectF(QPointF(), item.size()));
+    }
+    bool isShown(const QString& words) {
+        const auto texts = shownTexts();
+        return std::any_of(texts.begin(), texts.end(),
+                           [&](auto* text) { return text->property("text").toString() == words; });
+    }
+    void expectWholeTexts(const char* state) {
+        layOut(*view);
+        for (auto* text : shownTexts()) {
+            EXPECT_FALSE(text->property("truncated").toBool())
+                << state << ": " << qPrintable(text->property("text").toString());
+            EXPECT_TRUE(QRectF(QPointF(), view->size()).contains(placeOf(*text)))
+                << state << ": " << qPrintable(text->property("text").toString());
+        }
+        const auto navigation = placeOf(*shownOfType("NavigationRow").at(0));
+        for (const auto& type : {"BenefitPermissionCard", "HotkeyRow", "FileRow", "HoldButton", "NoteLine"}) {
+            for (const auto* item : shownOfType(type))
+                EXPECT_FALSE(placeOf(*item).intersects(navigation)) << state << ": " << type;
+        }
+    }
+    /// Every state of every step.
+    void expectWholeTextsEverywhere() {
+        make();
+        expectWholeTexts("welcome");
+        goTo(Step::EverywhereStep);
+        expectWholeTexts("everywhere");
+        goTo(Step::PermissionsStep);
+        expectWholeTexts("granted");
+        for (const auto denial :
+             {MicrophoneLack::Microphone, MicrophoneLack::Server, MicrophoneLack::Permission}) {
+            permission.denial = denial;
+            for (const auto lack : {SessionLack::Permission, SessionLack::KnownSession,
+                                    SessionLack::KeyPosting, SessionLack::ActiveWindow}) {
+                setMissing(false, false);
+                access.lack = lack;
+                setMissing(true, true);
+                expectWholeTexts("missing");
+            }
+        }
+        controller.pressPrimary();
+        expectWholeTexts("question");
+        controller.dismissQuestion();
+        goTo(Step::DemoStep);
+        expectWholeTexts("demo without permissions");
+        setMissing(false, false);
+        goTo(Step::DownloadStep);
+        for (const auto& phase :
+             {Phase(Phase::Downloading), Phase(Phase::Verifying), Phase(Phase::Extracting),
+              Phase::failed(
+                  "Keine sichere Verbindung: Der Server konnte nicht beweisen, wer er ist. Melden "
+                  "Sie sich im Hotel oder Café zuerst im Netzwerk an und prüfen Sie das Datum Ihres "
+                  "Computers."),
+              Phase(Phase::Done)}) {
+            downloader.phase.set(phase);
+            expectWholeTexts("download");
+            for (const auto* button : shownOfType("PushButton"))
+                EXPECT_FALSE(placeOf(*button).intersects(placeOf(*shownOfType("FileRow").at(0))));
+        }
+        goTo(Step::HotkeyStep);
+        for (const auto& preset : model->hotkey()->presets()) {
+            model->hotkey()->choose(preset.value<HotkeyChoice>().id);
+            expectWholeTexts("hotkey");
+        }
+        settings.hotkeyBinding.set(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
+        expectWholeTexts("own hotkey");
+        goTo(Step::DemoStep);
+        for (const auto kind : {Demo::Idle, Demo::Recording, Demo::Transcribing, Demo::Done}) {
+            controller.demoPhase.set({kind});
+            expectWholeTexts("demo");
+        }
+        controller.demoPhase.set(DemoPhase::error(
+            localized("onboarding.demo.error.microphone",
+                      "The microphone can't be opened. Plug one in, or allow it in the sound settings.")));
+        expectWholeTexts("demo's error");
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window, key, modifiers);
+    }
+    void send(QEvent::Type type, Qt::Key key, bool repeated) {
+        QKeyEvent event(type, key, Qt::NoModifier, {}, repeated);
+        QCoreApplication::sendEvent(&window, &event);
+    }
+    void click(const QQuickItem& item) {
+        QTest::mouseClick(&window, Qt::LeftButton, {}, placeOf(item).center().toPoint());
+    }
+    QQuickItem& button(const QString& text) {
+        for (auto* each : shownOfType("PushButton")) {
+            if (each->property("text").toString() == text)
+                return *each;
+        }
+        throw std::runtime_error("no button " + text.toStdString());
+    }
+    QString focused() {
+        const auto* item = window.activeFocusItem();
+        if (!item)
+            return {};
+        const auto caption = item->property("caption").toString();
+        return caption.isEmpty() ? item->property("text").toString() : caption;
+    }
+    /// What the keyboard gets to by Tab, from where it is until it is there again.
+    QStringList tabbed() {
+        QStringList reached{focused()};
+        for (press(Qt::Key_Tab); focused() != reached.first() && reached.size() < 20; press(Qt::Key_Tab))
+            reached << focused();
+        return reached;
+    }
+
+    DesktopAppearance appearance;
+    ViewEngine views{appearance};
+    QQuickWindow window;
+    std::optional<OnboardingModel> model;
+    std::unique_ptr<QQuickItem> view;
+};
+
+TEST_F(OnboardingViews, everyStateInEnglish_isShownWhole) {
+    expectWholeTextsEverywhere();
+}
+
+TEST_F(OnboardingViews, everyStateInGerman_isShownWhole) {
+    const GermanTexts german;
+    expectWholeTextsEverywhere();
+}
+
+TEST_F(OnboardingViews, enter_goesOnFromAnywhere) {
+    make();
+    show();
+    EXPECT_EQ(focused(), "Get started");
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->step(), Step::EverywhereStep);
+    press(Qt::Key_Enter);
+    EXPECT_EQ(model->step(), Step::PermissionsStep);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->step(), Step::DownloadStep);
+    press(Qt::Key_Return); // which waits for the model
+    EXPECT_EQ(model->step(), Step::DownloadStep);
+    finishDownload();
+    EXPECT_EQ(focused(), "Continue"); // it has the keyboard again
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->step(), Step::HotkeyStep);
+}
+
+TEST_F(OnboardingViews, backKey_goesBack) {
+    make();
+    show();
+    press(Qt::Key_Return);
+    press(Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(model->step(), Step::WelcomeStep);
+}
+
+TEST_F(OnboardingViews, tab_reachesEverythingOfAStep) {
+    make();
+    show();
+    EXPECT_EQ(tabbed(), QStringList({"Get started"}));
+    press(Qt::Key_Return);
+    EXPECT_EQ(tabbed(), QStringList({"Continue", "Back"}));
+    finishDownload();
+    goTo(Step::HotkeyStep);
+    EXPECT_EQ(tabbed().size(), 6);
+    goTo(Step::DemoStep);
+    EXPECT_EQ(tabbed(), QStringList({"Finish", "Hold to talk", "Back"}));
+    setMissing(true, true);
+    EXPECT_EQ(tabbed().size(), 4);
+}
+
+TEST_F(OnboardingViews, mouse_leadsThroughEveryStep) {
+    make();
+    show();
+    finishDownload();
+    click(button("Get started"));
+    for (int step = 1; step < model->stepCount() - 1; ++step) {
+        EXPECT_EQ(model->step(), step);
+        layOut(*view);
+        click(button("Continue"));
+    }
+    layOut(*view);
+    click(button("Back"));
+    EXPECT_EQ(model->step(), Step::HotkeyStep);
+}
+
+TEST_F(OnboardingViews, question_keepsTheKeyboardUntilItIsAnswered) {
+    setMissing(true, false);
+    make();
+    show();
+    goTo(Step::PermissionsStep);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(model->asksToSkip());
+    const QStringList answers{"Open System Settings", "Continue anyway", "Go back"};
+    EXPECT_EQ(tabbed(), answers);
+    press(Qt::Key_Backtab);
+    EXPECT_EQ(focused(), "Go back");
+    press(Qt::Key_Left, Qt::AltModifier); // nothing else can be used
+    EXPECT_EQ(model->step(), Step::PermissionsStep);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(model->asksToSkip());
+    EXPECT_EQ(focused(), "Continue");
+    press(Qt::Key_Return);
+    press(Qt::Key_Tab);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->step(), Step::DownloadStep);
+}
+
+TEST_F(OnboardingViews, hotkeyRow_isChosenByMouseAndKeyboard) {
+    make();
+    show();
+    finishDownload();
+    goTo(Step::HotkeyStep);
+    layOut(*view);
+    click(*shownOfType("HotkeyRow").at(3));
+    EXPECT_EQ(model->hotkey()->selectedId(), "caps");
+    press(Qt::Key_Up);
+    press(Qt::Key_Space);
+    EXPECT_EQ(model->hotkey()->selectedId(), "default");
+    press(Qt::Key_Up);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->hotkey()->selectedId(), "fn");
+    EXPECT_TRUE(isShown(model->hotkey()->fnWarning()));
+    EXPECT_EQ(model->step(), Step::HotkeyStep);
+}
+
+TEST_F(OnboardingViews, holdButton_recordsWhileTheMouseHoldsIt) {
+    make();
+    show();
+    finishDownload();
+    goTo(Step::DemoStep);
+    layOut(*view);
+    const auto place = placeOf(*shownOfType("HoldButton").at(0)).center().toPoint();
+    QTest::mousePress(&window, Qt::LeftButton, {}, place);
+    EXPECT_EQ(model->demo()->state(), "recording");
+    QTest::mouseRelease(&window, Qt::LeftButton, {}, place);
+    EXPECT_EQ(model->demo()->state(), "transcribing");
+    actor.runToRest(seconds(10));
+    layOut(*view);
+    EXPECT_EQ(model->demo()->state(), "done");
+}
+
+TEST_F(OnboardingViews, holdButton_recordsWhileTheSpaceBarIsHeld) {
+    make();
+    show();
+    finishDownload();
+    goTo(Step::DemoStep);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Hold to talk");
+    send(QEvent::KeyPress, Qt::Key_Space, false);
+    for (int repeat = 0; repeat < 3; ++repeat) {
+        send(QEvent::KeyRelease, Qt::Key_Space, true);
+        send(QEvent::KeyPress, Qt::Key_Space, true);
+    }
+    EXPECT_EQ(model->demo()->state(), "recording");
+    EXPECT_EQ(microphone.starts, 1);
+    send(QEvent::KeyRelease, Qt::Key_Space, false);
+    EXPECT_EQ(model->demo()->state(), "transcribing");
+}
+
+TEST_F(OnboardingViews, holdButtonThatLosesTheKeyboard_letsGo) {
+    make();
+    show();
+    finishDownload();
+    goTo(Step::DemoStep);
+    press(Qt::Key_Tab);
+    send(QEvent::KeyPress, Qt::Key_Space, false);
+    press(Qt::Key_Tab);
+    EXPECT_EQ(model->demo()->state(), "transcribing");
+}
+
+TEST_F(OnboardingViews, whatCannotBeSeen_standsStill) {
+    make();
+    const auto ticking = [this] {
+        int count = 0;
+        for (const auto* object : view->findChildren<QObject*>())
+            count += object->inherits("QQmlTimer") && object->property("running").toBool() ? 1 : 0;
+        return count;
+    };
+    EXPECT_EQ(ticking(), 0);
+    view->setProperty("moves", true);
+    EXPECT_GT(ticking(), 0);
+    for (int step = 0; step < model->stepCount(); ++step) {
+        goTo(step);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the step before
+        view->setProperty("moves", false);
+        EXPECT_EQ(ticking(), 0) << step;
+        view->setProperty("moves", true);
+    }
+    // At rest nothing moves on the step that waits for the user either.
+    EXPECT_EQ(ticking(), 0);
+}
+
+} // namespace
