@@ -32,10 +32,10 @@ void tap(XKeycode key, int times, test::RigInput& hands, KeyWindow& window, Figu
 }
 
 struct Trip {
-    std::string key;
+    std::string name;
     XKeycode key;
-    Figure with{"a key to the window: " + key + ", with the agent"};
-    Figure without{"a key to the window: " + key + ", without it"};
+    Figure with{"a key to the window: " + name + ", with the agent"};
+    Figure without{"a key to the window: " + name + ", without it"};
 };
 
 } // namespace

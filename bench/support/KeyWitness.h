@@ -3,6 +3,7 @@
 
 #include "linux/x11/server/X11Connection.h"
 #include "linux/x11/server/X11InputDevices.h"
+#include "linux/x11/server/XKeycode.h"
 
 #include <atomic>
 #include <chrono>
