@@ -41,8 +41,8 @@ public:
             m_free.pop_back();
             return stack;
         }
-        auto* stack =
-            ::mmap(nullptr, stackBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
+        auto* stack = ::mmap(nullptr, stackBytes, PROT_READ | PROT_WRITE,
+                             MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
         if (stack == MAP_FAILED)
             throw std::bad_alloc();
         return stack;
@@ -76,7 +76,9 @@ private:
     void* m_fakeStack = nullptr;
 #else
     static void leave(bool, const void*, std::size_t) {}
-    static std::pair<const void*, std::size_t> arrive() { return {}; }
+    static std::pair<const void*, std::size_t> arrive() {
+        return {};
+    }
 #endif
 };
 
@@ -139,8 +141,8 @@ SimulatedThread::SimulatedThread(std::function<void()> job)
     m_context->inside.uc_stack.ss_size = stackBytes;
     m_context->inside.uc_link = nullptr;
     const auto address = reinterpret_cast<std::uintptr_t>(m_context.get());
-    ::makecontext(&m_context->inside, reinterpret_cast<void (*)()>(&Context::begin), 2, unsigned(address >> 32U),
-                  unsigned(address & 0xFFFFFFFFU));
+    ::makecontext(&m_context->inside, reinterpret_cast<void (*)()>(&Context::begin), 2,
+                  unsigned(address >> 32U), unsigned(address & 0xFFFFFFFFU));
 }
 
 SimulatedThread::~SimulatedThread() {
