@@ -32,6 +32,7 @@ Machine LinuxMachine::machine() {
             .background = m_background,
             .keyboard = {.eventTaps = *m_backEnds.eventTaps,
                          .layout = *m_backEnds.keyboardLayout,
+                         .windowKeys = m_windowKeys,
                          .poster = *m_backEnds.keyPoster,
                          .typing = m_typing},
             .desktop = {.workspace = *m_backEnds.workspace,

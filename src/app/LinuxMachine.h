@@ -12,6 +12,7 @@
 #include "linux/cld2/Cld2LanguageRecognizer.h"
 #include "linux/dbus/DesktopNotifier.h"
 #include "linux/dbus/PackageKitUpdates.h"
+#include "linux/keyboard/XkbWindowKeys.h"
 #include "linux/posix/PosixApplicationHost.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/posix/PosixFileSystem.h"
@@ -75,6 +76,7 @@ private:
                                     DesktopEntryCatalog::sessionLanguages()};
     const SessionOffer m_session;
     const SessionBackEnds m_backEnds;
+    const XkbWindowKeys m_windowKeys;
     AtspiAccessibility m_accessibility{*m_backEnds.workspace};
     QtProgramActivation m_activation;
 

@@ -120,6 +120,7 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
                    hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
                })
     , hotkey(machine.actor, machine.keyboard.eventTaps, machine.system.console)
+    , translateToggle(machine.actor, machine.keyboard.eventTaps, machine.system.console)
     , stats({machine.actor, machine.background, machine.system.sessions, machine.system.files,
              machine.system.directories, machine.system.console})
     , onboardingWindow(windows.makeOnboardingWindow())
@@ -157,6 +158,7 @@ std::shared_ptr<AppDelegate> Agent::Wiring::makeDelegate() {
                            .translateToggle = translateToggle,
                            .readiness = readiness,
                            .hud = hud,
+                           .onboarding = onboarding,
                            .onboardingWindow = *onboardingWindow,
                            .warmup = warmup,
                            .permissions = permissions,
@@ -214,8 +216,9 @@ std::unique_ptr<MenuPanelController> Agent::Wiring::makeMenuPanel() {
 }
 
 std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
-    auto& model = panelModel.emplace(MenuPanelModel::Parts{
-        menuBar, settings, stats, readiness, m_machine.language.model, m_machine.keyboard.layout});
+    auto& model = panelModel.emplace(MenuPanelModel::Parts{menuBar, settings, stats, readiness,
+                                                           m_machine.language.model,
+                                                           m_machine.keyboard.layout, translateToggle});
     model.onSettings = [this] { openSettings(); };
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
     model.onQuit = [this] { m_machine.system.application.terminate(); };
@@ -226,7 +229,6 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
     model.onAdvice = [this](const QString& text) {
         hud.showRemark(text, DictationHUDState::NoticeTone::Warn, noticeTime);
     };
-    model.toggleActs = [this] { return translateToggle.eventTap() != nullptr; };
     return m_windows.makeMenuPanel(model);
 }
 

@@ -17,6 +17,7 @@
 #include "platform/system/PlatformError.h"
 #include "platform/system/PreferenceStore.h"
 #include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 #include "shell/onboarding/OnboardingWindow.h"
 #include "shell/panel/MenuPanelController.h"
 #include "shell/readiness/ReadinessMonitor.h"
@@ -135,6 +136,11 @@ void AppDelegate::subscribe() {
         settings.translateToggleBinding.subscribe(actor, [this](const std::optional<HotkeyBinding>& binding) {
             m_parts.translateToggle.setBinding(binding);
         }));
+    // A shortcut that is being recorded may be one that is bound.
+    m_cancellables.push_back(m_parts.onboarding.suspendHotkey.subscribe(actor, [this](bool suspended) {
+        m_parts.hotkey.setPaused(suspended);
+        m_parts.translateToggle.setPaused(suspended);
+    }));
     m_cancellables.push_back(
         m_parts.readiness.axTrusted.subscribe(actor, [this](bool trusted) { repairEventTaps(trusted); }));
 

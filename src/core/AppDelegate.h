@@ -22,6 +22,7 @@ class HotkeyManager;
 class LoginItem;
 class MenuPanelController;
 class ModelStore;
+class OnboardingController;
 class OnboardingWindow;
 class PermissionPrompt;
 class PreferenceStore;
@@ -54,6 +55,7 @@ public:
         TranslateToggleHotkey& translateToggle;
         ReadinessMonitor& readiness;
         DictationHUDController& hud;
+        OnboardingController& onboarding;
         OnboardingWindow& onboardingWindow;
         Warmup& warmup;
         std::shared_ptr<PermissionPrompt> permissions;

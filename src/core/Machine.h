@@ -38,6 +38,7 @@ class SettingsPanels;
 class SoundPlayer;
 class StatusItem;
 class UpdateService;
+class WindowKeys;
 class Workspace;
 struct Directories;
 
@@ -48,6 +49,7 @@ struct Machine {
     struct Keyboard {
         EventTapFactory& eventTaps;
         KeyboardLayout& layout;
+        const WindowKeys& windowKeys;
         KeyEventPoster& poster;
         SerialQueue& typing; ///< "Paster.typing", where all typing and pasting is done in order
     };

@@ -36,6 +36,13 @@ QString HotkeyBinding::displayString(KeyboardLayout& layout) const {
     return modifierNames(chord.modifiers) + keyName(chord.keyCode, layout);
 }
 
+QStringList HotkeyBinding::keyCaps(KeyboardLayout& layout) const {
+    if (const auto* special = asSpecialKey())
+        return {specialKeyCap(*special)};
+    const auto& chord = *asChord();
+    return modifierCaps(chord.modifiers) << keyName(chord.keyCode, layout);
+}
+
 QString HotkeyBinding::keyName(VirtualKey key, KeyboardLayout& layout) {
     if (auto name = fixedKeyName(key))
         return *name;

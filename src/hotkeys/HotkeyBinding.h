@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <cstdint>
@@ -54,6 +55,9 @@ public:
     /// The name shown to the user, in the words of the loaded catalogs. It follows the layout that is active
     /// now. Main thread only.
     QString displayString(KeyboardLayout& layout) const;
+
+    /// The caps of its keys as they look on the keyboard, in the order of `displayString`. Main thread only.
+    QStringList keyCaps(KeyboardLayout& layout) const;
 
     /// The name of a key, which stands at the end of a chord's display string. Main thread only.
     static QString keyName(VirtualKey key, KeyboardLayout& layout);

@@ -7,24 +7,15 @@ namespace talvera {
 
 HotkeyManager::HotkeyManager(MainActor& mainActor, EventTapFactory& taps, Console& console)
     : m_mainActor(mainActor)
-    , m_taps(taps)
-    , m_console(console) {}
+    , m_tap(taps, console, QStringLiteral("HotkeyManager")) {}
 
 void HotkeyManager::install() {
-    if (hasTap())
+    if (m_tap.isWorking())
         return;
     if (m_isPressed)
         endPress(); // its end was lost with the former tap
-    m_eventTap.reset();
-    m_eventTap = m_taps.create([this](const KeyEvent& event) { return handle(event); });
-    if (!m_eventTap) {
-        m_console.log(
-            QStringLiteral("HotkeyManager: failed to create event tap — check Accessibility & Input "
-                           "Monitoring permissions."));
-        return;
-    }
-    m_eventTap->setEnabled(true);
-    watch(bindingCopy());
+    if (m_tap.install([this](const KeyEvent& event) { return handle(event); }))
+        watch();
 }
 
 void HotkeyManager::setBinding(const HotkeyBinding& binding) {
@@ -36,32 +27,37 @@ void HotkeyManager::setBinding(const HotkeyBinding& binding) {
         isNew = m_binding != binding;
         m_binding = binding;
     }
-    if (isNew && m_eventTap)
-        watch(binding);
+    if (isNew)
+        watch();
 }
 
-void HotkeyManager::watch(const HotkeyBinding& binding) {
-    const auto* chord = binding.asChord();
-    const auto result = chord ? m_eventTap->watchChord({chord->modifiers, chord->keyCode})
-                              : m_eventTap->watchKey(keyCode(*binding.asSpecialKey()));
-    if (result == WatchResult::Watching)
+void HotkeyManager::setPaused(bool paused) {
+    if (std::exchange(m_isPaused, paused) == paused)
         return;
-    m_console.log(result == WatchResult::ChordTaken
-                      ? QStringLiteral("HotkeyManager: another program holds the bound shortcut.")
-                      : QStringLiteral("HotkeyManager: no keyboard has the bound key."));
-    m_mainActor.post([this, result] {
+    if (m_isPressed)
+        endPress();
+    watch();
+}
+
+void HotkeyManager::watch() {
+    if (m_isPaused)
+        return m_tap.watchNothing();
+    const auto result = m_tap.watch([binding = bindingCopy()](EventTap& tap) {
+        const auto* chord = binding.asChord();
+        return chord ? tap.watchChord({chord->modifiers, chord->keyCode})
+                     : tap.watchKey(keyCode(*binding.asSpecialKey()));
+    });
+    if (!result || *result == WatchResult::Watching)
+        return;
+    m_mainActor.post([this, refusal = *result] {
         if (const auto tell = onBindingRefused)
-            tell(result);
+            tell(refusal);
     });
 }
 
 Verdict HotkeyManager::handle(const KeyEvent& event) {
-    if (event.type == KeyEventType::TapDisabledByTimeout ||
-        event.type == KeyEventType::TapDisabledByUserInput) {
-        if (m_eventTap)
-            m_eventTap->setEnabled(true);
+    if (m_tap.recovers(event))
         return Verdict::Pass;
-    }
     const auto binding = bindingCopy();
     if (const auto* chord = binding.asChord())
         return handleChord(*chord, event);
@@ -103,6 +99,7 @@ void HotkeyManager::handleSpecialKey(HotkeyBinding::SpecialKey key, const KeyEve
 }
 
 void HotkeyManager::startPress() {
+    m_tap.heard();
     m_isPressed = true;
     m_isOtherKeyTold = false;
     tell(&HotkeyManager::onPressStart);

@@ -3,11 +3,9 @@
 
 #include "concurrency/MainActor.h"
 #include "hotkeys/HotkeyBinding.h"
-#include "platform/keyboard/EventTap.h"
-#include "platform/system/Console.h"
+#include "hotkeys/HotkeyTap.h"
 
 #include <functional>
-#include <memory>
 #include <mutex>
 
 namespace talvera {
@@ -33,12 +31,17 @@ public:
     /// Changes the binding at any time. A press in progress ends with its binding.
     void setBinding(const HotkeyBinding& binding);
 
+    /// The key is left to whoever has the focus, until this ends. A press in progress ends.
+    void setPaused(bool paused);
+
     /// The tap, once `install` has succeeded and as long as it works.
-    const EventTap* eventTap() const { return hasTap() ? m_eventTap.get() : nullptr; }
+    const EventTap* eventTap() const { return m_tap.get(); }
     bool isPressed() const { return m_isPressed; }
 
+    /// What came of the binding; nothing as long as no tap waits for it.
+    Published<std::optional<WatchResult>>& watchResult() { return m_tap.result; }
+
 private:
-    bool hasTap() const { return m_eventTap && !m_eventTap->isBroken(); }
     Verdict handle(const KeyEvent& event);
     Verdict handleChord(const HotkeyBinding::Chord& chord, const KeyEvent& event);
     void handleSpecialKey(HotkeyBinding::SpecialKey key, const KeyEvent& event);
@@ -46,14 +49,12 @@ private:
     void endPress();
     void tellOtherKey();
     void tell(std::function<void()> HotkeyManager::*callback);
-    void watch(const HotkeyBinding& binding);
+    void watch();
     HotkeyBinding bindingCopy();
 
     MainActor& m_mainActor;
-    EventTapFactory& m_taps;
-    Console& m_console;
-
-    std::unique_ptr<EventTap> m_eventTap;
+    HotkeyTap m_tap;
+    bool m_isPaused = false;
     bool m_isPressed = false;
     bool m_isOtherKeyTold = false; // since the press started
     std::mutex m_bindingLock; // guards the binding, should taps come to call back on threads of their own

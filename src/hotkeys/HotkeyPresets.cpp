@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyPresets.h"
 
+#include "hotkeys/keyNames.h"
 #include "text/Localization.h"
 
 namespace talvera {
@@ -12,7 +13,7 @@ using Special = HotkeyBinding::SpecialKey;
 HotkeyPreset rightCommand() {
     return {.id = QStringLiteral("rcmd"),
             .binding = HotkeyBinding::holdSpecial(Special::RightCommand),
-            .keys = {localized("hotkey.cap.rightCommand", "Right ⌘")},
+            .keys = {specialKeyCap(Special::RightCommand)},
             .recommended = true,
             .settingsLabel = localized("settings.hotkey.preset.rcmd", "Right Command hold"),
             .onboardingLabel = localized("onboarding.hotkey.preset.rcmd.label", "Right Command"),
@@ -23,7 +24,7 @@ HotkeyPreset rightCommand() {
 HotkeyPreset fn() {
     return {.id = QStringLiteral("fn"),
             .binding = HotkeyBinding::holdSpecial(Special::Fn),
-            .keys = {localized("hotkey.cap.fn", "fn")},
+            .keys = {specialKeyCap(Special::Fn)},
             .settingsLabel = localized("settings.hotkey.preset.fn", "Globe / Fn hold"),
             .onboardingLabel = localized("onboarding.hotkey.preset.fn.label", "Globe / Fn"),
             .onboardingDescription =
@@ -33,8 +34,7 @@ HotkeyPreset fn() {
 HotkeyPreset controlOptionSpace() {
     return {.id = QStringLiteral("default"),
             .binding = HotkeyBinding(),
-            .keys = {localized("hotkey.cap.control", "⌃"), localized("hotkey.cap.option", "⌥"),
-                     localized("hotkey.key.space", "Space")},
+            .keys = modifierCaps(KeyFlag::Control | KeyFlag::Option) << *fixedKeyName(VirtualKey::Space),
             .settingsLabel = localized("settings.hotkey.preset.default", "Control + Option + Space"),
             .onboardingLabel =
                 localized("onboarding.hotkey.preset.default.label", "Control + Option + Space"),
@@ -45,7 +45,7 @@ HotkeyPreset controlOptionSpace() {
 HotkeyPreset capsLock() {
     return {.id = QStringLiteral("caps"),
             .binding = HotkeyBinding::holdSpecial(Special::CapsLock),
-            .keys = {localized("hotkey.cap.capsLock", "⇪")},
+            .keys = {specialKeyCap(Special::CapsLock)},
             .settingsLabel = localized("settings.hotkey.preset.caps", "Caps Lock hold"),
             .onboardingLabel = localized("onboarding.hotkey.preset.caps.label", "Caps Lock"),
             .onboardingDescription =

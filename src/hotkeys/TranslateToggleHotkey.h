@@ -2,36 +2,51 @@
 #pragma once
 
 #include "hotkeys/HotkeyBinding.h"
-#include "platform/keyboard/EventTap.h"
+#include "hotkeys/HotkeyTap.h"
 
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <optional>
 
 namespace talvera {
 
-/// The key that switches translation on or off. It creates no tap yet: the key does nothing.
+class MainActor;
+
+/// The key that switches translation on or off: a chord that acts once each time it is struck. Special keys
+/// are no chords, so one that is bound does nothing. One for the life of the process. Main thread only.
 class TranslateToggleHotkey {
 public:
-    /// Called on the main actor when the key is struck.
+    TranslateToggleHotkey(MainActor& mainActor, EventTapFactory& taps, Console& console);
+
+    /// Called in a later turn of the main actor when the key is struck; read at that moment.
     std::function<void()> onTrigger;
 
-    /// Creates the tap.
-    void install() {}
+    /// Creates the tap. Does nothing when there is one that works, so that it can be tried again.
+    void install();
 
     /// Absent: the key is off.
-    void setBinding(const std::optional<HotkeyBinding>& binding) {
-        const std::scoped_lock lock(m_bindingLock);
-        m_binding = binding;
-    }
+    void setBinding(const std::optional<HotkeyBinding>& binding);
 
-    /// The tap, once `install` has succeeded.
-    const EventTap* eventTap() const { return m_eventTap.get(); }
+    /// The key is left to whoever has the focus, until this ends.
+    void setPaused(bool paused);
+
+    /// The tap, once `install` has succeeded and as long as it works.
+    const EventTap* eventTap() const { return m_tap.get(); }
+
+    /// What came of the binding; nothing when no chord is bound.
+    Published<std::optional<WatchResult>>& watchResult() { return m_tap.result; }
+    /// Striking the key does something.
+    bool acts() const { return m_tap.isWorking() && m_tap.result.get() == WatchResult::Watching; }
 
 private:
-    std::unique_ptr<EventTap> m_eventTap;
-    std::mutex m_bindingLock; // guards the binding
+    Verdict handle(const KeyEvent& event);
+    void watch();
+    std::optional<HotkeyBinding> bindingCopy();
+
+    MainActor& m_mainActor;
+    HotkeyTap m_tap;
+    bool m_isPaused = false;
+    std::mutex m_bindingLock; // guards the binding, should taps come to call back on threads of their own
     std::optional<HotkeyBinding> m_binding;
 };
 

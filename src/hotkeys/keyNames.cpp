@@ -32,6 +32,33 @@ QString modifierNames(std::uint64_t modifiers) {
     return names;
 }
 
+QString specialKeyCap(HotkeyBinding::SpecialKey key) {
+    switch (key) {
+    case HotkeyBinding::SpecialKey::Fn:
+        return localized("hotkey.cap.fn", "fn");
+    case HotkeyBinding::SpecialKey::RightCommand:
+        return localized("hotkey.cap.rightCommand", "Right ⌘");
+    case HotkeyBinding::SpecialKey::RightOption:
+        return localized("hotkey.cap.rightOption", "Right ⌥");
+    case HotkeyBinding::SpecialKey::CapsLock:
+        return localized("hotkey.cap.capsLock", "⇪");
+    }
+    Q_UNREACHABLE();
+}
+
+QStringList modifierCaps(std::uint64_t modifiers) {
+    QStringList caps;
+    if (modifiers & KeyFlag::Control)
+        caps += localized("hotkey.cap.control", "⌃");
+    if (modifiers & KeyFlag::Option)
+        caps += localized("hotkey.cap.option", "⌥");
+    if (modifiers & KeyFlag::Shift)
+        caps += localized("hotkey.cap.shift", "⇧");
+    if (modifiers & KeyFlag::Command)
+        caps += localized("hotkey.cap.command", "⌘");
+    return caps;
+}
+
 std::optional<QString> fixedKeyName(VirtualKey key) {
     switch (key) {
     case VirtualKey::Return:

@@ -4,6 +4,7 @@
 #include "hotkeys/HotkeyBinding.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 #include <optional>
@@ -19,6 +20,12 @@ QString specialKeyName(HotkeyBinding::SpecialKey key);
 /// The names of the modifiers among these KeyFlag bits, one after the other, as they stand before a key's
 /// name.
 QString modifierNames(std::uint64_t modifiers);
+
+/// What stands on the cap of a special key.
+QString specialKeyCap(HotkeyBinding::SpecialKey key);
+
+/// What stands on the caps of the modifiers among these KeyFlag bits, in the order of their names.
+QStringList modifierCaps(std::uint64_t modifiers);
 
 /// The name of a key that is called the same on every layout; nothing for others.
 std::optional<QString> fixedKeyName(VirtualKey key);

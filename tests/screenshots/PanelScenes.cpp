@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PanelScenes.h"
 
+#include "FakeEventTap.h"
 #include "FakeFileSystem.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
@@ -12,6 +13,7 @@
 #include "InlineBackgroundPool.h"
 #include "RecordingConsole.h"
 #include "Stage.h"
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "linux/x11/windows/X11PanelDesktop.h"
 #include "persistence/StatsStore.h"
 #include "platform/system/Directories.h"
@@ -62,8 +64,10 @@ public:
         m_languageModel.languages = {"en", "es", "fr", "de", "it", "pt-BR", "pt", "nl", "ja"};
         readiness.refresh();
     }
-    void setToggleActs(bool acts) {
-        m_model.toggleActs = [acts] { return acts; };
+    void setToggle(const std::optional<HotkeyBinding>& binding) {
+        m_stage.settings.translateToggleBinding.set(binding);
+        m_toggle.setBinding(binding);
+        m_toggle.install();
     }
     void setMissing(bool microphoneMissing, bool accessibilityMissing) {
         m_microphone.current =
@@ -100,7 +104,10 @@ public:
         {m_stage.actor, m_microphone, m_access, m_languageModel, m_settingsPanels, m_activation}};
 
 private:
-    MenuPanelModel m_model{{menuBar, m_stage.settings, stats, readiness, m_languageModel, m_layout}};
+    FakeKeyboard m_keyboard;
+    TranslateToggleHotkey m_toggle{m_stage.actor, m_keyboard, m_console};
+    MenuPanelModel m_model{
+        {menuBar, m_stage.settings, stats, readiness, m_languageModel, m_layout, m_toggle}};
     X11PanelDesktop m_desktop{m_stage.server};
     QuickMenuPanel m_panel{m_stage.views, m_model, m_desktop};
 };
@@ -124,8 +131,7 @@ void photographPanel(Stage& stage) {
     panel.photograph("ready");
     stage.settings.aiCleanupEnabled.set(true);
     stage.settings.targetLanguageCode.set("pt-BR");
-    stage.settings.translateToggleBinding.set(HotkeyBinding::chord(0xC0000, VirtualKey::T));
-    panel.setToggleActs(true);
+    panel.setToggle(HotkeyBinding::chord(0xC0000, VirtualKey::T));
     panel.photograph("ready-everything-on");
     panel.photograph("keyboard", {Qt::Key_Tab, Qt::Key_Tab});
     QCursor::setPos(place + QPoint(MenuPanelWidth / 2, 345)); // over one of the lower rows
@@ -134,7 +140,7 @@ void photographPanel(Stage& stage) {
     panel.photograph("picker", {Qt::Key_Down, Qt::Key_Return});
     panel.photograph("picker-search", {Qt::Key_Down, Qt::Key_Return}, "an");
     panel.photograph("picker-no-match", {Qt::Key_Down, Qt::Key_Return}, "klingon");
-    stage.settings.translateToggleBinding.set(std::nullopt);
+    panel.setToggle(std::nullopt);
 
     panel.setMissing(true, false);
     panel.photograph("banner-microphone");

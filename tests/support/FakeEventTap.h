@@ -19,6 +19,7 @@ public:
 
     void setEnabled(bool enabled) override;
     WatchResult watchChord(const KeyChord& chord) override;
+    WatchResult watchStroke(const KeyChord& chord) override { return watchChord(chord); }
     WatchResult watchKey(VirtualKey keyCode) override;
     void watchNothing() override;
     bool isBroken() const override { return m_isBroken; }

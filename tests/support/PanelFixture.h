@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "FakeEventTap.h"
 #include "FakeFileSystem.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
@@ -14,6 +15,7 @@
 #include "PrintQt.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "persistence/AppSettings.h"
 #include "persistence/StatsStore.h"
 #include "platform/system/Directories.h"
@@ -52,6 +54,8 @@ protected:
     FakeSettingsPanels settingsPanels;
     FakeKeyboardLayout layout;
     FakeProgramActivation activation;
+    FakeKeyboard keyboard;
+    TranslateToggleHotkey toggle{actor, keyboard, console};
     ReadinessMonitor readiness{{actor, microphone, access, languageModel, settingsPanels, activation}};
 };
 

@@ -89,7 +89,11 @@ void SimulatedMachine::setTextFieldFocused(bool focused) {
 Machine SimulatedMachine::machine() {
     return {.actor = actor,
             .background = background,
-            .keyboard = {.eventTaps = keyboard, .layout = layout, .poster = keyPoster, .typing = typing},
+            .keyboard = {.eventTaps = keyboard,
+                         .layout = layout,
+                         .windowKeys = windowKeys,
+                         .poster = keyPoster,
+                         .typing = typing},
             .desktop = {.workspace = workspace,
                         .accessibility = accessibility,
                         .access = access,

@@ -24,6 +24,7 @@
 #include "SimulatedWindows.h"
 #include "core/Agent.h"
 #include "core/Machine.h"
+#include "linux/keyboard/XkbWindowKeys.h"
 #include "persistence/AppSettings.h"
 #include "platform/system/Directories.h"
 
@@ -96,6 +97,7 @@ public:
     FakeStatusItem statusItem;
     FakePointerMonitor pointer;
     FakeKeyboardLayout layout;
+    const XkbWindowKeys windowKeys;
     FakeFileBrowser fileBrowser;
     FakeNotifier notifier{actor};
     FakeUpdateService updates{actor};

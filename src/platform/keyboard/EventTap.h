@@ -69,6 +69,10 @@ public:
     /// swallow both. ChordTaken leaves the tap waiting, should the other program let go of the chord.
     virtual WatchResult watchChord(const KeyChord& chord) = 0;
 
+    /// Waits for a chord to be struck: the callback gets at least the key down of its presses, and may
+    /// swallow that. Repeats and key ups reach the focused application. ChordTaken is as above.
+    virtual WatchResult watchStroke(const KeyChord& chord) = 0;
+
     /// Waits for a key held alone: the callback gets at least its flag changes and, while its flag is set,
     /// the first press of another key, which may go by the name of Unnamed. It can only pass them.
     virtual WatchResult watchKey(VirtualKey key) = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/panel/MenuPanelModel.h"
 
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "persistence/AppSettings.h"
 #include "persistence/StatsStore.h"
 #include "shell/panel/MenuPanelStatus.h"
@@ -21,14 +22,15 @@ void MenuPanelModel::follow() {
     const auto tell = [this](void (MenuPanelModel::*signal)()) {
         return [this, signal](const auto&) { Q_EMIT(this->*signal)(); };
     };
-    auto& [menuBar, settings, stats, readiness, languageModel, layout] = m_parts;
+    auto& [menuBar, settings, stats, readiness, languageModel, layout, toggle] = m_parts;
     const auto status = tell(&MenuPanelModel::statusChanged);
     m_cancellables.push_back(menuBar.state.observe(status));
     m_cancellables.push_back(menuBar.lastErrorMessage.observe(status));
     m_cancellables.push_back(settings.hotkeyBinding.observe(status));
     m_cancellables.push_back(settings.hotkeyTapToToggle.observe(status));
-    m_cancellables.push_back(
-        settings.translateToggleBinding.observe(tell(&MenuPanelModel::toggleShortcutChanged)));
+    const auto toggleTells = tell(&MenuPanelModel::toggleShortcutChanged);
+    m_cancellables.push_back(settings.translateToggleBinding.observe(toggleTells));
+    m_cancellables.push_back(toggle.watchResult().observe(toggleTells));
     const auto languageModelTells = tell(&MenuPanelModel::languageModelChanged);
     m_cancellables.push_back(settings.aiCleanupEnabled.observe(languageModelTells));
     m_cancellables.push_back(stats.lastWeekStats.observe(tell(&MenuPanelModel::statsChanged)));
@@ -85,8 +87,8 @@ QString MenuPanelModel::orbLabel() const {
 
 QString MenuPanelModel::toggleShortcut() const {
     const auto& binding = m_parts.settings.translateToggleBinding.get();
-    const bool acts = toggleActs && toggleActs();
-    return binding && acts ? binding->displayString(m_parts.keyboardLayout) : QString();
+    return binding && m_parts.translateToggle.acts() ? binding->displayString(m_parts.keyboardLayout)
+                                                     : QString();
 }
 
 LanguageModelNotes MenuPanelModel::languageModel() const {

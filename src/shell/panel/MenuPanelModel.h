@@ -20,6 +20,7 @@ class KeyboardLayout;
 class LanguageModel;
 class ReadinessMonitor;
 class StatsStore;
+class TranslateToggleHotkey;
 
 /// What the panel's view shows and what its controls do. Follows everything that it tells. Main thread only.
 class MenuPanelModel final : public QObject {
@@ -49,6 +50,7 @@ public:
         ReadinessMonitor& readiness;
         LanguageModel& languageModel;
         KeyboardLayout& keyboardLayout;
+        TranslateToggleHotkey& translateToggle;
     };
 
     /// What the rows at the bottom and the links do; set before the view is shown.
@@ -58,10 +60,6 @@ public:
     std::function<void()> onLanguageModelSettings;
     /// What to tell the user where the desktop has no settings for what is missing.
     std::function<void(const QString& text)> onAdvice;
-
-    /// Whether the key that switches translation does so; as long as nobody says that it does, it isn't
-    /// shown.
-    std::function<bool()> toggleActs;
 
     explicit MenuPanelModel(Parts parts);
 

@@ -4,6 +4,7 @@
 #include "concurrency/QtMainActor.h"
 #include "hotkeys/HotkeyManager.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
+#include "platform/system/Console.h"
 
 #include <QCoreApplication>
 

@@ -34,7 +34,7 @@ protected:
         return picture.toImage().pixelColor(0, 0);
     }
 
-    MenuPanelModel model{{menuBar, settings, stats, readiness, languageModel, layout}};
+    MenuPanelModel model{{menuBar, settings, stats, readiness, languageModel, layout, toggle}};
     DesktopAppearance appearance;
     ViewEngine views{appearance};
     X11PanelDesktop desktop{X11Server()};

@@ -3,6 +3,7 @@
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/TranslateToggleHotkey.h"
 #include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
 using namespace talvera;
@@ -105,7 +106,7 @@ TEST_F(Lifecycle, withdrawnTrust_leavesTheTapsAlone) {
     world.access.trusted = false;
     refresh();
     EXPECT_TRUE(world.agent().hotkey.eventTap());
-    EXPECT_EQ(world.keyboard.tapsCreated(), 1);
+    EXPECT_EQ(world.keyboard.tapsCreated(), 2);
     settleDown();
 }
 
@@ -259,8 +260,56 @@ TEST_F(Lifecycle, newBinding_reachesTheHotkey) {
     launch();
     world.settings.hotkeyBinding.set(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::Space));
     world.actor.settle();
-    ASSERT_EQ(world.keyboard.taps().size(), 1U);
+    ASSERT_EQ(world.keyboard.taps().size(), 2U);
     EXPECT_EQ(world.keyboard.taps().front()->watchedChord(), (KeyChord{KeyFlag::Control, VirtualKey::Space}));
+}
+
+TEST_F(Lifecycle, storedTranslateBinding_isWatchedFromTheLaunchOnByTheNewerTap) {
+    world.settings.translateToggleBinding.set(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::K));
+    Agent agent(world.machine(), world.settings, world.windows);
+    agent.launch();
+    ASSERT_EQ(world.keyboard.taps().size(), 2U); // before any later turn
+    EXPECT_EQ(world.keyboard.taps().back()->watchedChord(), (KeyChord{KeyFlag::Control, VirtualKey::K}));
+    agent.stop();
+    world.actor.settle();
+}
+
+TEST_F(Lifecycle, translateChord_flipsTranslation) {
+    world.settings.targetLanguageCode.set("de");
+    launch();
+    for (const auto key : {VirtualKey::Control, VirtualKey::Option, VirtualKey::Command})
+        world.keyboard.press(key);
+    world.keyboard.tap(VirtualKey::T);
+    world.actor.settle();
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "off");
+    world.keyboard.tap(VirtualKey::T);
+    world.actor.settle();
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "de");
+}
+
+TEST_F(Lifecycle, newTranslateBinding_reachesTheToggleAndAClearedOneFreesTheChord) {
+    launch();
+    world.settings.translateToggleBinding.set(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::K));
+    world.actor.settle();
+    const auto* tap = world.keyboard.taps().back();
+    EXPECT_EQ(tap->watchedChord(), (KeyChord{KeyFlag::Control, VirtualKey::K}));
+    world.settings.translateToggleBinding.set(std::nullopt);
+    world.actor.settle();
+    EXPECT_FALSE(tap->watchedChord());
+}
+
+TEST_F(Lifecycle, suspendedHotkeys_areLeftToTheWindowThatRecordsAShortcut) {
+    launch();
+    world.agent().onboarding.suspendHotkey.set(true);
+    world.actor.settle();
+    for (const auto* tap : world.keyboard.taps()) {
+        EXPECT_FALSE(tap->watchedChord());
+        EXPECT_FALSE(tap->watchedKey());
+    }
+    world.agent().onboarding.suspendHotkey.set(false);
+    world.actor.settle();
+    EXPECT_TRUE(world.keyboard.taps().front()->watchedKey());
+    EXPECT_TRUE(world.keyboard.taps().back()->watchedChord());
 }
 
 TEST_F(Lifecycle, bindingThatAnotherProgramHolds_isToldToTheUser) {

@@ -425,4 +425,31 @@ TEST_F(HotkeyManagerTest, keyOfNoKeyboard_isLoggedAndTold) {
     EXPECT_EQ(console.logged(), QStringList{"HotkeyManager: no keyboard has the bound key."});
 }
 
+TEST_F(HotkeyManagerTest, watchResult_isWhatCameOfTheBinding) {
+    EXPECT_EQ(hotkey.watchResult().get(), std::nullopt);
+    keyboard.takenChords.push_back({KeyFlag::Control | KeyFlag::Option, VirtualKey::Space});
+    install();
+    EXPECT_EQ(hotkey.watchResult().get(), WatchResult::ChordTaken);
+    pressControlOption();
+    keyboard.tap(VirtualKey::Space); // it has become ours
+    EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Watching);
+    keyboard.missingKeys.insert(VirtualKey::Fn);
+    hotkey.setBinding(HotkeyBinding::holdSpecial(Key::Fn));
+    EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Unavailable);
+}
+
+TEST_F(HotkeyManagerTest, paused_endsAPressAndLeavesTheKeyToTheApplication) {
+    install();
+    pressControlOption();
+    keyboard.press(VirtualKey::Space);
+    hotkey.setPaused(true);
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+    EXPECT_FALSE(keyboard.taps().at(0)->watchedChord());
+    hotkey.setBinding(HotkeyBinding::holdSpecial(Key::RightOption));
+    EXPECT_FALSE(keyboard.taps().at(0)->watchedKey());
+    hotkey.setPaused(false);
+    EXPECT_EQ(keyboard.taps().at(0)->watchedKey(), VirtualKey::RightOption);
+    EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Watching);
+}
+
 } // namespace

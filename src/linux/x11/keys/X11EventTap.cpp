@@ -22,6 +22,10 @@ WatchResult X11EventTap::watchChord(const KeyChord& chord) {
     return watch(KeyInterest(chord));
 }
 
+WatchResult X11EventTap::watchStroke(const KeyChord& chord) {
+    return watch(KeyInterest(chord));
+}
+
 WatchResult X11EventTap::watchKey(VirtualKey key) {
     return watch(KeyInterest(key));
 }

@@ -18,6 +18,7 @@ public:
 
     void setEnabled(bool enabled) override;
     WatchResult watchChord(const KeyChord& chord) override;
+    WatchResult watchStroke(const KeyChord& chord) override;
     WatchResult watchKey(VirtualKey key) override;
     void watchNothing() override;
     bool isBroken() const override { return m_group.isBroken(); }

@@ -37,7 +37,7 @@ protected:
         readiness.refresh();
     }
 
-    MenuPanelModel model{{menuBar, settings, stats, readiness, languageModel, layout}};
+    MenuPanelModel model{{menuBar, settings, stats, readiness, languageModel, layout, toggle}};
 };
 
 TEST_F(PanelModel, status_tellsTheState) {
@@ -222,16 +222,27 @@ TEST_F(PanelModel, arrowKeys_skipRowsThatCanNotBeChosen) {
     EXPECT_EQ(picker.next(0, -1), 0);
 }
 
-TEST_F(PanelModel, toggleShortcut_isHiddenUntilItActs) {
+TEST_F(PanelModel, toggleShortcut_isShownOnceItActs) {
+    int changes = 0;
+    QObject::connect(&model, &MenuPanelModel::toggleShortcutChanged, [&changes] { ++changes; });
     EXPECT_EQ(model.toggleShortcut(), "");
-    model.toggleActs = [] { return false; };
+    toggle.setBinding(settings.translateToggleBinding.get());
+    toggle.install();
+    EXPECT_GT(changes, 0);
+    EXPECT_NE(model.toggleShortcut(), "");
+}
+
+TEST_F(PanelModel, toggleShortcutThatIsCleared_goes) {
+    toggle.setBinding(settings.translateToggleBinding.get());
+    toggle.install();
+    settings.translateToggleBinding.set(std::nullopt);
     EXPECT_EQ(model.toggleShortcut(), "");
 }
 
-TEST_F(PanelModel, toggleShortcut_isShownAsLongAsThereIsOne) {
-    model.toggleActs = [] { return true; };
-    EXPECT_NE(model.toggleShortcut(), "");
-    settings.translateToggleBinding.set(std::nullopt);
+TEST_F(PanelModel, toggleShortcutOfAnotherProgram_isHidden) {
+    keyboard.takenChords.push_back({KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, VirtualKey::T});
+    toggle.setBinding(settings.translateToggleBinding.get());
+    toggle.install();
     EXPECT_EQ(model.toggleShortcut(), "");
 }
 

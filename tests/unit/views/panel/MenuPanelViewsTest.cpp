@@ -27,7 +27,8 @@ protected:
     void open() {
         readiness.refresh();
         view.reset();
-        model.emplace(MenuPanelModel::Parts{menuBar, settings, stats, readiness, languageModel, layout});
+        model.emplace(
+            MenuPanelModel::Parts{menuBar, settings, stats, readiness, languageModel, layout, toggle});
         view = views.create("panel/MenuPanelView", {{"panel", QVariant::fromValue<QObject*>(&*model)}});
         view->setParentItem(window.contentItem());
         view->setWidth(300);

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "hotkeys/HotkeyTap.h"
+
+#include "platform/system/Console.h"
+
+#include <utility>
+
+namespace talvera {
+
+HotkeyTap::HotkeyTap(EventTapFactory& taps, Console& console, QString owner)
+    : m_taps(taps)
+    , m_console(console)
+    , m_owner(std::move(owner)) {}
+
+bool HotkeyTap::install(EventTap::Callback callback) {
+    m_tap.reset();
+    m_tap = m_taps.create(std::move(callback));
+    if (!m_tap) {
+        result.set(std::nullopt);
+        m_console.log(
+            m_owner +
+            QStringLiteral(
+                ": failed to create event tap — check Accessibility & Input Monitoring permissions."));
+        return false;
+    }
+    m_tap->setEnabled(true);
+    return true;
+}
+
+std::optional<WatchResult> HotkeyTap::watch(const Watch& watch) {
+    if (!m_tap)
+        return std::nullopt;
+    const auto now = watch(*m_tap);
+    if (now == WatchResult::ChordTaken)
+        m_console.log(m_owner + QStringLiteral(": another program holds the bound shortcut."));
+    else if (now == WatchResult::Unavailable)
+        m_console.log(m_owner + QStringLiteral(": no keyboard has the bound key."));
+    result.set(now);
+    return now;
+}
+
+void HotkeyTap::watchNothing() {
+    if (m_tap)
+        m_tap->watchNothing();
+    result.set(std::nullopt);
+}
+
+void HotkeyTap::heard() {
+    if (result.get() == WatchResult::ChordTaken)
+        result.set(WatchResult::Watching);
+}
+
+bool HotkeyTap::recovers(const KeyEvent& event) {
+    if (event.type != KeyEventType::TapDisabledByTimeout &&
+        event.type != KeyEventType::TapDisabledByUserInput)
+        return false;
+    if (m_tap)
+        m_tap->setEnabled(true);
+    return true;
+}
+
+} // namespace talvera
