@@ -4,6 +4,7 @@
 #include "shell/hud/HUDModel.h"
 #include "shell/panel/LanguageModelNotes.h"
 #include "shell/panel/MenuPanelModel.h"
+#include "shell/settings/HotkeyRecorderModel.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -43,6 +44,13 @@ struct SettingModelType {
     Q_GADGET
     QML_FOREIGN(talvera::SettingModel)
     QML_NAMED_ELEMENT(SettingModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct HotkeyRecorderModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::HotkeyRecorderModel)
+    QML_NAMED_ELEMENT(HotkeyRecorderModel)
     QML_UNCREATABLE("a view gets it")
 };
 

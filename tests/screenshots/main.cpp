@@ -5,6 +5,7 @@
 #include "HUDScenes.h"
 #include "IconSheet.h"
 #include "PanelScenes.h"
+#include "RecorderScenes.h"
 #include "Stage.h"
 #include "TrayScenes.h"
 #include "linux/x11/windows/prepareToolkitForX11.h"
@@ -64,6 +65,7 @@ int main(int argc, char** argv) {
     stage.wait(seconds(0.5));
     test::photographHUD(stage);
     test::photographPanel(stage);
+    test::photographRecorder(stage);
     if (application.devicePixelRatio() == 1 && arguments.size() == 4)
         test::photographTrays(stage);
     return EXIT_SUCCESS;

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Talvera
+
+/// A field that shows a shortcut and records another one, with the reason below it why the one that is set doesn't
+/// act.
+Column {
+    id: control
+
+    required property HotkeyRecorderModel recorder
+    property string label              ///< what the shortcut is for, as screen readers say it
+    property string absent             ///< what stands there when no shortcut is set
+    property bool showsShortcut: true  ///< else the field only invites to record
+
+    readonly property bool isRecording: recorder.isRecording
+
+    function record() {
+        field.record()
+    }
+
+    spacing: Theme.spacingTiny
+
+    RecorderItem {
+        id: field
+
+        readonly property bool hasCaps: control.showsShortcut && control.recorder.shortcut !== ""
+
+        recorder: control.recorder
+        width: parent.width
+        implicitWidth: 4 * Math.ceil((words.implicitWidth + 2 * Theme.spacing) / 4)
+        implicitHeight: 32
+
+        Accessible.role: Accessible.Button
+        Accessible.name: recorder.isArmed ? recorder.prompt : control.label
+        Accessible.description: hasCaps ? recorder.shortcut : control.absent
+        Accessible.focusable: true
+        Accessible.focused: activeFocus
+        Accessible.checkable: true
+        Accessible.checked: recorder.isArmed
+        Accessible.onPressAction: field.record()
+        Accessible.onToggleAction: field.record()
+
+        Plane {
+            anchors.fill: parent
+            radius: Theme.radiusSmall
+            color: field.recorder.isArmed ? Qt.alpha(Theme.accent, 0.3) : pointer.hovered ? Theme.fillHovered : Theme.fill
+            outlineWidth: 1
+            outline: field.recorder.isArmed ? Theme.accent : Theme.outline
+        }
+        Row {
+            id: words
+            anchors.centerIn: parent
+            spacing: Theme.spacingSmall
+
+            Row {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: field.hasCaps && !field.recorder.isArmed
+                spacing: Theme.spacingTiny
+
+                Repeater {
+                    model: field.recorder.keyCaps
+
+                    KbdCap {
+                        required property string modelData
+
+                        text: modelData
+                        color: Theme.surface
+                    }
+                }
+            }
+            Caption {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: !field.hasCaps && control.absent !== "" && !field.recorder.isArmed
+                text: control.absent
+                color: Theme.text
+            }
+            Caption {
+                anchors.verticalCenter: parent.verticalCenter
+                text: field.recorder.prompt
+                color: field.recorder.isArmed ? Theme.text : Theme.textSecondary
+            }
+        }
+        FocusRing {
+            radius: Theme.radiusSmall
+            shown: field.visualFocus
+        }
+        HoverHandler {
+            id: pointer
+        }
+    }
+    NoteLine {
+        width: parent.width
+        visible: text !== ""
+        systemIcon: "exclamationmark.triangle.fill"
+        tone: Theme.warn
+        column: 20
+        text: control.recorder.refusal
+    }
+}
