@@ -6,9 +6,9 @@
 
 namespace talvera::test {
 
-/// A job that may wait in the middle, with a stack of its own and no thread of the system's: it runs when it is
-/// told to, until it pauses or ends. So jobs and the main actor take turns in an order that is the same every
-/// time. One that is destroyed while it pauses is dropped as it stands, without its destructors.
+/// A job that may wait in the middle, with a stack of its own and no thread of the system's: it runs when
+/// it is told to, until it pauses or ends. So jobs and the main actor take turns in an order that is the
+/// same every time. One that is destroyed while it pauses is dropped as it stands, without its destructors.
 class SimulatedThread {
 public:
     /// `job` must not throw.

@@ -116,7 +116,7 @@ QSGNode* Shadow::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
         return nullptr;
     }
     const double ratio = window()->effectiveDevicePixelRatio();
-    const int reach = static_cast<int>(std::lround(Reach * ratio));
+    const int reach = static_cast<int>(std::lround(reach * ratio));
     const auto place = wholePixels(mapRectToScene(boundingRect()), ratio);
     if (!image) {
         image = window()->createImageNode();

@@ -13,7 +13,7 @@ namespace talvera {
 /// device pixels, of which `ratio` make a unit. The alpha of `color` is the shadow's where it is darkest.
 QImage shadowPicture(const QSize& size, double radius, int reach, double ratio, const QColor& color);
 
-/// The shadow of what fills this item. It is drawn around the item, `Reach` far, which needs the room.
+/// The shadow of what fills this item. It is drawn around the item, `reach` far, which needs the room.
 class Shadow : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
@@ -21,7 +21,7 @@ class Shadow : public QQuickItem {
     Q_PROPERTY(double radius MEMBER m_radius NOTIFY lookChanged)
 
 public:
-    static constexpr int Reach = 24; ///< in device-independent pixels
+    static constexpr int reach = 24; ///< in device-independent pixels
 
     explicit Shadow(QQuickItem* parent = nullptr);
 
