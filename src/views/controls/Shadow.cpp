@@ -116,7 +116,7 @@ QSGNode* Shadow::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
         return nullptr;
     }
     const double ratio = window()->effectiveDevicePixelRatio();
-    const int reach = static_cast<int>(std::lround(reach * ratio));
+    const int pixels = static_cast<int>(std::lround(reach * ratio));
     const auto place = wholePixels(mapRectToScene(boundingRect()), ratio);
     if (!image) {
         image = window()->createImageNode();
@@ -125,11 +125,11 @@ QSGNode* Shadow::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
         m_isStale = true;
     }
     if (std::exchange(m_isStale, false)) {
-        const auto picture = shadowPicture(place.size(), m_radius * ratio, reach, ratio, m_color);
+        const auto picture = shadowPicture(place.size(), m_radius * ratio, pixels, ratio, m_color);
         image->setTexture(window()->createTextureFromImage(picture, QQuickWindow::TextureHasAlphaChannel));
         image->setSourceRect(QRectF(QPointF(), QSizeF(picture.size())));
     }
-    const auto around = place.adjusted(-reach, -reach, reach, reach);
+    const auto around = place.adjusted(-pixels, -pixels, pixels, pixels);
     image->setRect(
         mapRectFromScene(QRectF(QPointF(around.topLeft()) / ratio, QSizeF(around.size()) / ratio)));
     return image;

@@ -122,7 +122,7 @@ void QuickMenuPanel::place(const QRect& frame) {
     m_frame = frame;
     m_shadow = {};
     if (m_composited) {
-        const auto around = frame.marginsAdded({Shadow::Reach, Shadow::Reach, Shadow::Reach, Shadow::Reach});
+        const auto around = frame.marginsAdded({Shadow::reach, Shadow::reach, Shadow::reach, Shadow::reach});
         const auto room = screenOf(frame).visible | frame;
         const auto whole = around & room;
         m_shadow = {frame.left() - whole.left(), frame.top() - whole.top(), whole.right() - frame.right(),

@@ -109,7 +109,7 @@ TEST_F(QuickMenuPanelTest, shadow_liesAroundItWhereThereIsACompositor) {
         return pixel(QPoint(150, panel.frame().height() - 1 + distance)).green();
     };
     EXPECT_EQ(panel.frame().topLeft(), QPoint(400, 100));
-    EXPECT_EQ(greenBelowIt(Shadow::Reach + 8), below.green());
+    EXPECT_EQ(greenBelowIt(Shadow::reach + 8), below.green());
     if (desktop.isComposited()) {
         EXPECT_LT(greenBelowIt(2), below.green() - 15);
         EXPECT_LT(greenBelowIt(2), greenBelowIt(12));

@@ -8,7 +8,7 @@ using namespace talvera;
 namespace {
 
 constexpr QSize plane(120, 90);
-constexpr int reach = Shadow::Reach;
+constexpr int reach = Shadow::reach;
 
 int alphaAt(const QImage& picture, int x, int y) {
     return qAlpha(picture.pixel(x, y));
