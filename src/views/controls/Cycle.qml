@@ -17,6 +17,10 @@ QtObject {
     }
     readonly property Frames frames: Frames {
         running: cycle.running
-        onTick: cycle.value = Math.max(0, now - cycle.startedAt) % cycle.duration / cycle.duration
+        onTick: {
+            if (now < cycle.startedAt) // the calendar has been set back
+                cycle.startedAt = now;
+            cycle.value = (now - cycle.startedAt) % cycle.duration / cycle.duration;
+        }
     }
 }

@@ -9,7 +9,7 @@ Timer {
     property real now ///< milliseconds since 1970
     signal tick
 
-    readonly property int length: 33 // milliseconds
+    readonly property int length: 34 // milliseconds
     function untilNext() {
         const left = length - Date.now() % length;
         return left < 5 ? left + length : left; // a timer may be a little early

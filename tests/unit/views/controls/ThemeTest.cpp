@@ -3,12 +3,15 @@
 #include "views/ViewEngine.h"
 
 #include <QColor>
+#include <QCoreApplication>
+#include <QQmlComponent>
 #include <QQuickItem>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 using namespace talvera;
 
@@ -99,6 +102,29 @@ TEST(ViewEngine, desktopTurnsDark_themeFollowsAtOnce) {
     const auto light = engine.theme().property("window").value<QColor>();
     appearance.isDark.set(true);
     EXPECT_LT(luminance(engine.theme().property("window").value<QColor>()), luminance(light));
+}
+
+TEST(Cycle, calendarThatIsSetBack_doesNotHoldItUp) {
+    DesktopAppearance appearance;
+    ViewEngine engine(appearance);
+    QQmlComponent component(&engine.engine());
+    component.setData("import Talvera\nCycle { running: true }", {});
+    const std::unique_ptr<QObject> cycle(component.create());
+    ASSERT_TRUE(cycle) << qPrintable(component.errorString());
+    cycle->setProperty("startedAt", 1e15); // in another age
+    while (!(cycle->property("value").toDouble() > 0))
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    EXPECT_LT(cycle->property("value").toDouble(), 1);
+}
+
+TEST(Frames, theyAre30ASecondAtMost) {
+    DesktopAppearance appearance;
+    ViewEngine engine(appearance);
+    QQmlComponent component(&engine.engine());
+    component.setData("import Talvera\nFrames {}", {});
+    const std::unique_ptr<QObject> frames(component.create());
+    ASSERT_TRUE(frames) << qPrintable(component.errorString());
+    EXPECT_GE(frames->property("length").toDouble(), 1000.0 / 30);
 }
 
 TEST(ViewEngine, create_makesTheViewWithItsProperties) {
