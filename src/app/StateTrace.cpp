@@ -5,6 +5,7 @@
 #include "platform/system/Console.h"
 #include "shell/MenuBarController.h"
 #include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
 namespace talvera {
@@ -37,6 +38,15 @@ QString accessibilityLine(const bool& trusted) {
     return trusted ? QStringLiteral("accessibility trusted") : QStringLiteral("accessibility untrusted");
 }
 
+QString wizardLine(const int& step) {
+    return QStringLiteral("wizard step %1").arg(step);
+}
+
+/// Never the words of its error or its text.
+QString demoLine(const DemoPhase& phase) {
+    return QStringLiteral("demo ") + rawValue(phase.kind);
+}
+
 } // namespace
 
 bool StateTrace::isWanted() {
@@ -49,6 +59,8 @@ StateTrace::StateTrace(const Parts& parts)
     follow(parts.hud.stateHolder().state, hudLine);
     follow(parts.readiness.micStatus, microphoneLine);
     follow(parts.readiness.axTrusted, accessibilityLine);
+    follow(parts.onboarding.step, wizardLine);
+    follow(parts.onboarding.demoPhase, demoLine);
 }
 
 template <typename T>

@@ -8,6 +8,7 @@ namespace talvera {
 class Console;
 class DictationHUDController;
 class MenuBarController;
+class OnboardingController;
 class ReadinessMonitor;
 
 /// Prints a line whenever the agent's state changes, for tests and for the search for faults:
@@ -15,6 +16,8 @@ class ReadinessMonitor;
 ///   [trace] hud hidden|listening|transcribing|translating NAME|permissionRequired KIND|notice TEXT TONE
 ///   [trace] microphone authorized|denied|restricted|notDetermined
 ///   [trace] accessibility trusted|untrusted
+///   [trace] wizard step 0..5
+///   [trace] demo idle|recording|transcribing|done|error
 /// Only builds with tests have it. It begins with how things stand, and never tells what the user has said.
 /// Main thread only.
 class StateTrace {
@@ -25,6 +28,7 @@ public:
         MenuBarController& menuBar;
         DictationHUDController& hud;
         ReadinessMonitor& readiness;
+        OnboardingController& onboarding;
     };
 
     /// $TALVERA_TRACE is 1.

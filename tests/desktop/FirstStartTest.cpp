@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+// From the first start to the first sentence: what a user does who has never seen the program.
+#include "Wizard.h"
+
+#include <QFileInfo>
+
+using namespace talvera::test;
+
+namespace {
+
+class FirstStart : public WizardTest {
+protected:
+    static constexpr int lastStep = 5;
+
+    bool hasModel() const {
+        return QFileInfo::exists(data.filePath("data/Talvera/models/ggml-medium-q5_0.bin"));
+    }
+    /// Says a sentence while this holds what records.
+    void sayToTheDemo(const std::function<void()>& press, const std::function<void()>& release) {
+        press();
+        agent->await("demo recording");
+        voice.sayAndWait(spoken("Good morning."));
+        release();
+        agent->await("demo done");
+        EXPECT_EQ(shown("label", "What you said").description, "Good morning.");
+    }
+    void finishWizard() {
+        EXPECT_TRUE(wizardGoes());
+        EXPECT_TRUE(becomes("hasOnboarded", true));
+        EXPECT_TRUE(hasModel());
+        EXPECT_EQ(agent->count("menu recording"), 0); // the demo is no dictation
+        EXPECT_TRUE(isClean());
+        dictateIntoAnEditor();
+    }
+};
+
+} // namespace
+
+TEST_F(FirstStart, byMouseAlone_leadsToASentenceInAnEditor) {
+    startWizard();
+    clickButton("Get started");
+    awaitStep(1);
+    clickButton("Continue");
+    awaitStep(2);
+    shown("label", "All set — you can go on");
+    clickButton("Continue");
+    awaitStep(3);
+    clickButton("Continue"); // as soon as the model is there
+    awaitStep(4);
+    clickOn("radio button", "Caps Lock");
+    EXPECT_TRUE(eventually([this] { return shown("radio button", "Caps Lock").is("checked"); }));
+    clickOn("radio button", "Right Ctrl");
+    EXPECT_TRUE(eventually([this] { return shown("radio button", "Right Ctrl").is("checked"); }));
+    clickButton("Continue");
+    awaitStep(lastStep);
+    const auto place = shown("push button", "Hold to talk").place.center();
+    keys.pointAt(place.x(), place.y());
+    sayToTheDemo([this] { keys.pressButton(); }, [this] { keys.releaseButton(); });
+    clickButton("Finish");
+    finishWizard();
+}
+
+TEST_F(FirstStart, byKeyboardAlone_leadsToASentenceInAnEditor) {
+    startWizard();
+    for (int step = 1; step <= 3; ++step) {
+        keys.tap(Return);
+        awaitStep(step);
+    }
+    awaitButton("Continue");
+    keys.tap(Return);
+    awaitStep(4);
+    keys.tap(Return);
+    awaitStep(lastStep);
+    sayToTheDemo([this] { keys.press(RightCtrl); }, [this] { keys.release(RightCtrl); });
+    keys.tap(Tab); // to the button that is held
+    sayToTheDemo([this] { keys.press(Space); }, [this] { keys.release(Space); });
+    keys.press(Key::leftShift);
+    keys.tap(Tab);
+    keys.release(Key::leftShift);
+    keys.tap(Return);
+    finishWizard();
+}
+
+TEST_F(FirstStart, closedAtEachStep_comesBackAtTheNextStart) {
+    for (int closedAt = 0; closedAt <= lastStep; ++closedAt) {
+        startWizard();
+        for (int step = 1; step <= closedAt; ++step) {
+            awaitButton(step == 1 ? "Get started" : "Continue");
+            keys.tap(Return);
+            awaitStep(step);
+        }
+        closeWizard();
+        EXPECT_NE(stored("hasOnboarded"), true);
+        endAgent();
+    }
+    startWizard();
+    closeWizard();
+}
+
+TEST_F(FirstStart, closedAndStartedAgain_opensWhereItWasLeft) {
+    startWizard();
+    keys.tap(Return);
+    awaitStep(1);
+    closeWizard();
+    EXPECT_EQ(AgentProcess::startSecond(home), 0);
+    EXPECT_TRUE(wizardComes());
+    shown("push button", "Back");
+    shown("label", "Step 2 of 6");
+}
+
+TEST_F(FirstStart, everyControl_hasANameForScreenReaders) {
+    startWizard();
+    for (int step = 0; step <= lastStep; ++step) {
+        if (step > 0) {
+            awaitButton(step == 1 ? "Get started" : "Continue");
+            keys.tap(Return);
+            awaitStep(step);
+        }
+        shown("label", QStringLiteral("Step %1 of 6").arg(step + 1));
+        for (const auto& element : ScreenReader::read(agent->pid())) {
+            if (element.is("focusable")) {
+                EXPECT_NE(element.name, "") << step << ": " << element.role.toStdString();
+            }
+        }
+    }
+}
+
+TEST_F(FirstStart, pressWithoutAModel_bringsTheWizard) {
+    home.setPreferences({});
+    startWizard();
+    closeWizard();
+    QFile::remove(data.filePath("data/Talvera/models/ggml-medium-q5_0.bin"));
+    keys.press(RightCtrl);
+    EXPECT_TRUE(wizardComes());
+    keys.release(RightCtrl);
+    EXPECT_EQ(agent->count("menu recording"), 0);
+}
