@@ -57,7 +57,8 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, D
     actor.post([&] {
 #ifdef TALVERA_DIAGNOSTICS
         if (StateTrace::isWanted())
-            trace.emplace(StateTrace::Parts{console, agent.menuBar, agent.hud, agent.readiness, agent.onboarding});
+            trace.emplace(
+                StateTrace::Parts{console, agent.menuBar, agent.hud, agent.readiness, agent.onboarding});
 #endif
         agent.launch();
         // The first dictation shall find its window made, and the launch not wait for it.

@@ -63,21 +63,21 @@ TEST_F(FirstStart, byMouseAlone_leadsToASentenceInAnEditor) {
 TEST_F(FirstStart, byKeyboardAlone_leadsToASentenceInAnEditor) {
     startWizard();
     for (int step = 1; step <= 3; ++step) {
-        keys.tap(Return);
+        keys.tap(Key::enter);
         awaitStep(step);
     }
     awaitButton("Continue");
-    keys.tap(Return);
+    keys.tap(Key::enter);
     awaitStep(4);
-    keys.tap(Return);
+    keys.tap(Key::enter);
     awaitStep(lastStep);
-    sayToTheDemo([this] { keys.press(RightCtrl); }, [this] { keys.release(RightCtrl); });
-    keys.tap(Tab); // to the button that is held
-    sayToTheDemo([this] { keys.press(Space); }, [this] { keys.release(Space); });
+    sayToTheDemo([this] { keys.press(Key::rightControl); }, [this] { keys.release(Key::rightControl); });
+    keys.tap(Key::tab); // to the button that is held
+    sayToTheDemo([this] { keys.press(Key::space); }, [this] { keys.release(Key::space); });
     keys.press(Key::leftShift);
-    keys.tap(Tab);
+    keys.tap(Key::tab);
     keys.release(Key::leftShift);
-    keys.tap(Return);
+    keys.tap(Key::enter);
     finishWizard();
 }
 
@@ -86,7 +86,7 @@ TEST_F(FirstStart, closedAtEachStep_comesBackAtTheNextStart) {
         startWizard();
         for (int step = 1; step <= closedAt; ++step) {
             awaitButton(step == 1 ? "Get started" : "Continue");
-            keys.tap(Return);
+            keys.tap(Key::enter);
             awaitStep(step);
         }
         closeWizard();
@@ -99,7 +99,7 @@ TEST_F(FirstStart, closedAtEachStep_comesBackAtTheNextStart) {
 
 TEST_F(FirstStart, closedAndStartedAgain_opensWhereItWasLeft) {
     startWizard();
-    keys.tap(Return);
+    keys.tap(Key::enter);
     awaitStep(1);
     closeWizard();
     EXPECT_EQ(AgentProcess::startSecond(home), 0);
@@ -113,7 +113,7 @@ TEST_F(FirstStart, everyControl_hasANameForScreenReaders) {
     for (int step = 0; step <= lastStep; ++step) {
         if (step > 0) {
             awaitButton(step == 1 ? "Get started" : "Continue");
-            keys.tap(Return);
+            keys.tap(Key::enter);
             awaitStep(step);
         }
         shown("label", QStringLiteral("Step %1 of 6").arg(step + 1));
@@ -130,8 +130,8 @@ TEST_F(FirstStart, pressWithoutAModel_bringsTheWizard) {
     startWizard();
     closeWizard();
     QFile::remove(data.filePath("data/Talvera/models/ggml-medium-q5_0.bin"));
-    keys.press(RightCtrl);
+    keys.press(Key::rightControl);
     EXPECT_TRUE(wizardComes());
-    keys.release(RightCtrl);
+    keys.release(Key::rightControl);
     EXPECT_EQ(agent->count("menu recording"), 0);
 }
