@@ -70,9 +70,9 @@ bool WizardTest::wizardGoes() {
 }
 
 void WizardTest::closeWizard() {
-    keys.press(LeftAlt);
+    keys.press(Key::leftAlt);
     keys.tap(Key::onX(KEY_F4));
-    keys.release(LeftAlt);
+    keys.release(Key::leftAlt);
     if (!wizardGoes())
         throw std::runtime_error("the wizard doesn't go");
 }
