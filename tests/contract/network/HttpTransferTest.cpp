@@ -17,7 +17,8 @@ using testing::ElementsAre;
 
 namespace {
 
-/// A transfer from a server that no name server knows, on a desktop that knows of its network what the test says.
+/// A transfer from a server that no name server knows, on a desktop that knows of its network what the test
+/// says.
 class HttpTransferTest : public testing::Test {
 protected:
     void begin(NetworkPresence first) {

@@ -55,6 +55,8 @@ protected:
     void restart() {
         observations.clear();
         downloader.reset();
+        files.setCapacity(std::nullopt);
+        files.createDirectories("/data/Talvera/downloads");
         files.write("/data/Talvera/downloads/main-left.tmp", "half"); // on a disk that keeps such files
         make();
     }
