@@ -59,6 +59,25 @@ TEST_F(StreamTest, focusLostBetweenParts_typesNoMoreAndLeavesAllPartsOnTheClipbo
     EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}})) << "told once";
 }
 
+TEST_F(StreamTest, laterPartThatIsPastedAndNotTaken_leavesAllPartsOnTheClipboard) {
+    keys.typesFaithfully = false;
+    auto parts = stream(ResolvedMode::Typewriter);
+    parts.append("one ");
+    actor.advance(seconds(2));
+    EXPECT_EQ(keys.text(), "one ");
+    keys.takesPastes = false;
+    parts.append("two ");
+    actor.advance(seconds(2));
+    EXPECT_EQ(pasteboard.string(), "one two ");
+    keys.takesPastes = true;
+    parts.append("three");
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(keys.text(), "one ");
+    EXPECT_EQ(pasteboard.string(), "one two three");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotTaken}}));
+}
+
 TEST_F(StreamTest, typewriterStreamWithLostFocus_typesNothingCopiesTheWholeAndTellsOnce) {
     workspace.quit(100);
     auto parts = stream(ResolvedMode::Typewriter);

@@ -195,6 +195,20 @@ TEST_F(TextInserterTest, focusMovesWhileTyping_stopsAndLeavesTheWholeTextOnTheCl
     EXPECT_EQ(keys.keysDown(), 0);
 }
 
+TEST_F(TextInserterTest, focusMovesAgainAfterTheApplicationWasBroughtBack_stopsToo) {
+    workspace.runInFront(browser);
+    keys.onPost = [this](const test::PostedKeyEvent& event) {
+        if (event.chunk == "a" && event.phase == KeyPhase::Up)
+            keys.focus("second");
+    };
+    EXPECT_EQ(inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot), RouteDecision::Direct);
+    finishJobs();
+    EXPECT_EQ(keys.text(), "a");
+    EXPECT_EQ(keys.text("second"), "");
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::PastedIn, "Editor"}, {Kind::ClipboardFocusLost}}));
+}
+
 TEST_F(TextInserterTest, focusMovesBeforeTheFirstKey_typesNothing) {
     inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
     keys.focus("second");

@@ -74,6 +74,8 @@ TEST(AudioChunkerPlan, fortyEightSeconds_endWithTheSecondChunk) {
     const auto cuts = AudioChunker::plan(768000, 16000, lengths);
     ASSERT_TRUE(cuts);
     ASSERT_EQ(cuts->size(), 2U);
+    EXPECT_EQ(cuts->at(0).first, 0);
+    EXPECT_EQ(cuts->at(0).count, 400000);
     EXPECT_EQ(cuts->at(1).first, 368000);
     EXPECT_EQ(cuts->at(1).count, 400000);
 }

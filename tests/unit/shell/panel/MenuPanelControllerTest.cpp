@@ -143,6 +143,15 @@ TEST_F(MenuPanel, keyboardGoesElsewhere_closesInATurnOfItsOwn) {
     EXPECT_FALSE(panel.isOpen());
 }
 
+TEST_F(MenuPanel, clickSoonAfterEscape_opensThoughTheKeyboardWentElsewhereMeanwhile) {
+    item.click();
+    window->onKeyDown(Qt::Key_Escape);
+    window->onResignKey(); // which is the end of the panel itself
+    actor.advance(seconds(0.2));
+    item.click();
+    EXPECT_TRUE(panel.isOpen());
+}
+
 TEST_F(MenuPanel, openedAgainDuringItsFade_stays) {
     item.click();
     window->onKeyDown(Qt::Key_Escape);
