@@ -18,6 +18,7 @@
 #include "persistence/PreferredDelivery.h"
 #include "persistence/StatsStore.h"
 #include "platform/desktop/FileBrowser.h"
+#include "platform/desktop/SettingsPanels.h"
 #include "platform/system/ApplicationHost.h"
 #include "platform/system/Console.h"
 #include "platform/system/Directories.h"
@@ -30,6 +31,7 @@
 #include "shell/panel/MenuPanelController.h"
 #include "shell/panel/MenuPanelModel.h"
 #include "shell/readiness/ReadinessMonitor.h"
+#include "shell/settings/HotkeyRecorderModel.h"
 #include "shell/settings/Updater.h"
 #include "shell/texts/InterfaceLanguage.h"
 #include "shell/texts/shownPath.h"
@@ -83,7 +85,8 @@ public:
     Warmup warmup;
     ModelDownloader downloader;
     OnboardingController onboarding;
-    std::optional<OnboardingModel> onboardingModel; ///< once the wizard has been opened
+    std::optional<HotkeyRecorderModel> hotkeyRecorder; ///< once the wizard has been opened
+    std::optional<OnboardingModel> onboardingModel;    ///< likewise
     OnboardingWindow onboardingWindow;
     std::optional<MenuPanelModel> panelModel; ///< once the panel has been opened
     std::shared_ptr<AppDelegate> delegate;    ///< all that reacts; once it is gone, nothing begins any more
@@ -95,6 +98,7 @@ private:
     std::unique_ptr<MenuPanelWindow> makePanelWindow();
     std::unique_ptr<WizardWindow> makeWizardWindow();
     WhisperRunner makeRunner() const;
+    void openKeyboardSettings();
     void openSettings();
     Trace trace();
 
@@ -280,10 +284,25 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
 }
 
 std::unique_ptr<WizardWindow> Agent::Wiring::makeWizardWindow() {
-    if (!onboardingModel)
+    if (!onboardingModel) {
+        const auto& keyboard = m_machine.keyboard;
+        auto& chords = hotkeyRecorder.emplace(HotkeyRecorderModel::Parts{settings, m_machine.sound.player,
+                                                                         keyboard.layout, keyboard.windowKeys,
+                                                                         onboarding.suspendHotkey},
+                                              hotkey);
+        QObject::connect(&chords, &HotkeyRecorderModel::isRecordingChanged,
+                         [this] { onboarding.setRecordsChord(hotkeyRecorder->isRecording()); });
         onboardingModel.emplace(
-            OnboardingModel::Parts{onboarding, downloader, readiness, settings, m_machine.keyboard.layout});
+            OnboardingModel::Parts{onboarding, downloader, readiness, settings, keyboard.layout, &chords});
+        onboardingModel->hotkey()->onKeyboardSettings = [this] { openKeyboardSettings(); };
+    }
     return m_windows.makeWizardWindow(*onboardingModel);
+}
+
+void Agent::Wiring::openKeyboardSettings() {
+    if (!m_machine.desktop.settingsPanels.open(SettingsPanels::Panel::Keyboard))
+        hud.showRemark(localized("settings.none.keyboard", "This desktop has no keyboard settings to open"),
+                       DictationHUDState::NoticeTone::Info, noticeTime);
 }
 
 /// What has been said is used; what is being said isn't heard.

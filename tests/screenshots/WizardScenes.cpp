@@ -73,7 +73,7 @@ private:
 
     Stage& m_stage;
     InlineBackgroundPool m_background;
-    OnboardingModel m_model{{controller, downloader, readiness, settings, layout}};
+    OnboardingModel m_model{{controller, downloader, readiness, settings, layout, &recorder}};
     X11PanelDesktop m_desktop{m_stage.server};
     QuickWizardWindow m_window{m_stage.views, m_model, m_desktop};
 };
@@ -144,9 +144,9 @@ void photographHotkey(WizardSet& wizard) {
     wizard.photograph("5-hotkey-chord");
     wizard.settings.hotkeyBinding.set(HotkeyBinding::chord(0x1C0000, VirtualKey::T));
     wizard.photograph("5-hotkey-custom");
-    wizard.controller.setRecordsChord(true);
+    wizard.recorder.record();
     wizard.photograph("5-hotkey-recording");
-    wizard.controller.setRecordsChord(false);
+    wizard.recorder.cancel();
     wizard.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(Special::RightCommand));
 }
 

@@ -4,6 +4,7 @@
 #include "FakeAudioConverter.h"
 #include "FakeAudioEngine.h"
 #include "FakeChildProcess.h"
+#include "FakeEventTap.h"
 #include "FakeFileDownloads.h"
 #include "FakeFileSystem.h"
 #include "FakeKeyboardLayout.h"
@@ -12,12 +13,17 @@
 #include "FakeProgramActivation.h"
 #include "FakeSessionAccess.h"
 #include "FakeSettingsPanels.h"
+#include "ObservedFakes.h"
+#include "RecordingConsole.h"
+#include "hotkeys/HotkeyManager.h"
+#include "linux/keyboard/XkbWindowKeys.h"
 #include "models/ModelStore.h"
 #include "persistence/AppSettings.h"
 #include "platform/system/Directories.h"
 #include "shell/onboarding/OnboardingController.h"
 #include "shell/onboarding/RecognitionWarmup.h"
 #include "shell/readiness/ReadinessMonitor.h"
+#include "shell/settings/HotkeyRecorderModel.h"
 
 #include <QStringList>
 
@@ -64,10 +70,13 @@ public:
                           [this] {
                               return WhisperRunner::makeDefault(tool, files, directories,
                                                                 models.modelMainURL);
-                          }}) {
+                          }})
+        , hotkey(actor, keyboard, console) {
         files.addExecutable(directories.resources + QStringLiteral("/Resources/whisper-cli"));
         microphone.secondsPerRecording = 2.0;
         say("hello world");
+        QObject::connect(&recorder, &HotkeyRecorderModel::isRecordingChanged,
+                         [this] { controller.setRecordsChord(recorder.isRecording()); });
     }
 
     /// What the recogniser will hear.
@@ -116,13 +125,19 @@ public:
     FakeLanguageModel languageModel;
     FakeSettingsPanels settingsPanels;
     FakeProgramActivation activation;
-    FakeKeyboardLayout layout;
+    FakeKeyboardLayout layout{{{VirtualKey::T, "t"}}};
     ReadinessMonitor readiness;
     ModelStore models{files, directories, ModelStore::Items::MainFileAlone};
     int names = 0;
     ModelDownloader downloader;
     CountedWarmup warmup;
     OnboardingController controller;
+    FakeKeyboard keyboard;
+    FakeSoundPlayer sounds;
+    RecordingConsole console;
+    const XkbWindowKeys keys;
+    HotkeyManager hotkey;
+    HotkeyRecorderModel recorder{{settings, sounds, layout, keys, controller.suspendHotkey}, hotkey};
 };
 
 } // namespace talvera::test

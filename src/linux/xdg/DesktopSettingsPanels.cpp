@@ -53,6 +53,21 @@ constexpr std::array table{
     Panels{"Deepin", Panel::Microphone, "dde-control-center -m sound"},
     Panels{"Pantheon", Panel::Microphone, "io.elementary.switchboard settings://sound"},
     Panels{"Pantheon", Panel::Accessibility, "io.elementary.switchboard settings://universal-access"},
+    Panels{"GNOME", Panel::Keyboard, "gnome-control-center keyboard"},
+    Panels{"Unity", Panel::Keyboard, "unity-control-center keyboard"},
+    Panels{"Unity", Panel::Keyboard, "gnome-control-center keyboard"},
+    Panels{"Budgie", Panel::Keyboard, "budgie-control-center keyboard"},
+    Panels{"Budgie", Panel::Keyboard, "gnome-control-center keyboard"},
+    Panels{"KDE", Panel::Keyboard, "systemsettings kcm_keyboard"},
+    Panels{"KDE", Panel::Keyboard, "systemsettings5 kcm_keyboard"},
+    Panels{"KDE", Panel::Keyboard, "kcmshell6 kcm_keyboard"},
+    Panels{"KDE", Panel::Keyboard, "kcmshell5 kcm_keyboard"},
+    Panels{"XFCE", Panel::Keyboard, "xfce4-keyboard-settings"},
+    Panels{"MATE", Panel::Keyboard, "mate-keyboard-properties"},
+    Panels{"X-Cinnamon", Panel::Keyboard, "cinnamon-settings keyboard"},
+    Panels{"LXQt", Panel::Keyboard, "lxqt-config-input"},
+    Panels{"Deepin", Panel::Keyboard, "dde-control-center -m keyboard"},
+    Panels{"Pantheon", Panel::Keyboard, "io.elementary.switchboard settings://input/keyboard"},
     // What helps anywhere
     Panels{"", Panel::Microphone, "pavucontrol --tab=4"},
     Panels{"", Panel::Microphone, "pavucontrol-qt --tab=4"},
@@ -71,6 +86,8 @@ QString adviceFor(Panel panel) {
         return QStringLiteral("[settings] allow the microphone in this desktop's sound settings");
     case Panel::Accessibility:
         return QStringLiteral("[settings] this session does not let Talvera watch and post keys");
+    case Panel::Keyboard:
+        return QStringLiteral("[settings] this desktop has no keyboard settings that are known here");
     case Panel::LanguageModel:
         return QStringLiteral("[settings] this machine has no on-device language model");
     }

@@ -6,7 +6,7 @@ namespace talvera {
 /// The desktop's own settings. Main thread only.
 class SettingsPanels {
 public:
-    enum class Panel { Microphone, Accessibility, LanguageModel };
+    enum class Panel { Microphone, Accessibility, LanguageModel, Keyboard };
 
     virtual ~SettingsPanels() = default;
 

@@ -18,10 +18,11 @@ const QString& customId() {
 } // namespace
 
 HotkeyChoiceModel::HotkeyChoiceModel(OnboardingController& controller, AppSettings& settings,
-                                     KeyboardLayout& layout)
+                                     KeyboardLayout& layout, HotkeyRecorderModel* recorder)
     : m_controller(controller)
     , m_settings(settings)
-    , m_layout(layout) {
+    , m_layout(layout)
+    , m_recorder(recorder) {
     for (const auto& preset : hotkeyPresets())
         m_presets.append(QVariant::fromValue(HotkeyChoice{preset.id, preset.keys, preset.onboardingLabel,
                                                           preset.onboardingDescription, preset.recommended}));
@@ -54,7 +55,7 @@ QString HotkeyChoiceModel::selectedId() const {
 void HotkeyChoiceModel::choose(const QString& id) {
     for (const auto& preset : hotkeyPresets()) {
         if (preset.id == id) {
-            m_controller.setRecordsChord(false);
+            stopRecording();
             m_settings.hotkeyBinding.set(preset.binding);
         }
     }
@@ -74,12 +75,9 @@ QString HotkeyChoiceModel::customKeys() const {
     return selectedId() == customId() ? m_settings.hotkeyBinding.get().displayString(m_layout) : QString();
 }
 
-bool HotkeyChoiceModel::recordsChord() const {
-    return m_controller.suspendHotkey.get();
-}
-
-void HotkeyChoiceModel::setRecordsChord(bool records) {
-    m_controller.setRecordsChord(records);
+void HotkeyChoiceModel::stopRecording() {
+    if (m_recorder)
+        m_recorder->cancel();
 }
 
 QString HotkeyChoiceModel::fnWarning() const {

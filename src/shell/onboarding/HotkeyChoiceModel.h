@@ -2,6 +2,7 @@
 #pragma once
 
 #include "concurrency/Published.h"
+#include "shell/settings/HotkeyRecorderModel.h"
 
 #include <QObject>
 #include <QString>
@@ -44,12 +45,14 @@ class HotkeyChoiceModel final : public QObject {
     Q_PROPERTY(QString customText READ customText NOTIFY changed)
     Q_PROPERTY(QString customHint READ customHint NOTIFY changed)
     Q_PROPERTY(QString customKeys READ customKeys NOTIFY changed)
-    Q_PROPERTY(bool recordsChord READ recordsChord WRITE setRecordsChord NOTIFY changed)
+    Q_PROPERTY(talvera::HotkeyRecorderModel* recorder READ recorder CONSTANT)
     Q_PROPERTY(QString fnWarning READ fnWarning NOTIFY changed)
     Q_PROPERTY(QString fnSettingsText READ fnSettingsText CONSTANT)
 
 public:
-    HotkeyChoiceModel(OnboardingController& controller, AppSettings& settings, KeyboardLayout& layout);
+    /// `recorder` is null where no chord can be recorded.
+    HotkeyChoiceModel(OnboardingController& controller, AppSettings& settings, KeyboardLayout& layout,
+                      HotkeyRecorderModel* recorder);
 
     QString title() const;
     QString body() const;
@@ -67,9 +70,9 @@ public:
     QString customHint() const;
     /// The hotkey's name if it is the user's own; else empty.
     QString customKeys() const;
-    /// A chord is being recorded; the hotkey does nothing meanwhile.
-    bool recordsChord() const;
-    void setRecordsChord(bool records);
+    HotkeyRecorderModel* recorder() const { return m_recorder; }
+    /// A chord is no longer being recorded.
+    void stopRecording();
 
     /// What the user has to know of the Fn key; empty while another one is chosen.
     QString fnWarning() const;
@@ -84,6 +87,7 @@ private:
     OnboardingController& m_controller;
     AppSettings& m_settings;
     KeyboardLayout& m_layout;
+    HotkeyRecorderModel* m_recorder;
     QVariantList m_presets;
     Cancellables m_cancellables;
 };

@@ -107,7 +107,7 @@ void OnboardingController::goTo(int next) {
 void OnboardingController::enterStep() {
     switch (step.get()) {
     case DemoStep:
-        take(captureHotkey);
+        captureForDemo();
         break;
     case DownloadStep:
         m_parts.downloader.start();
@@ -117,10 +117,10 @@ void OnboardingController::enterStep() {
     }
 }
 
-void OnboardingController::take(Published<bool>& flag) {
-    if (!flag.get() && onTakingHotkey)
+void OnboardingController::captureForDemo() {
+    if (!captureHotkey.get() && onTakingHotkey)
         onTakingHotkey();
-    flag.set(true);
+    captureHotkey.set(true);
 }
 
 void OnboardingController::skipPermissions() {
@@ -157,10 +157,13 @@ void OnboardingController::openAccessibilitySettings() {
 }
 
 void OnboardingController::setRecordsChord(bool records) {
-    if (records && step.get() == HotkeyStep)
-        take(suspendHotkey);
-    else
+    if (!records || step.get() != HotkeyStep) {
         suspendHotkey.set(false);
+        return;
+    }
+    if (onTakingHotkey)
+        onTakingHotkey();
+    suspendHotkey.set(true);
 }
 
 void OnboardingController::demoPressStart() {

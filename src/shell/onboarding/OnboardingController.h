@@ -122,7 +122,7 @@ public:
 private:
     void enterStep();
     void goTo(int next);
-    void take(Published<bool>& flag);
+    void captureForDemo();
     void abandonDemo();
     void recognise(const QString& wav);
     void showResult(const std::optional<QString>& text);

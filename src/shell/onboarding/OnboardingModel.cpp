@@ -21,10 +21,11 @@ OnboardingModel::OnboardingModel(const Parts& parts)
     : m_controller(parts.controller)
     , m_permissions(parts.controller, parts.readiness)
     , m_download(parts.downloader)
-    , m_hotkey(parts.controller, parts.settings, parts.keyboardLayout)
+    , m_hotkey(parts.controller, parts.settings, parts.keyboardLayout, parts.recorder)
     , m_demo(parts.controller, parts.settings, parts.keyboardLayout) {
     m_controller.onAdvice = [this](const QString& advice) { setAdvice(advice); };
     m_cancellables.push_back(m_controller.step.observe([this](int) {
+        m_hotkey.stopRecording(); // on its own step alone
         setAdvice({});
         Q_EMIT stepChanged();
         Q_EMIT gateChanged();

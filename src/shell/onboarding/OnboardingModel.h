@@ -46,6 +46,7 @@ public:
         ReadinessMonitor& readiness;
         AppSettings& settings;
         KeyboardLayout& keyboardLayout;
+        HotkeyRecorderModel* recorder = nullptr; ///< of the hotkey; null where no chord can be recorded
     };
 
     explicit OnboardingModel(const Parts& parts);

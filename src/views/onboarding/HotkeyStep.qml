@@ -40,12 +40,30 @@ FocusScope {
             // qmllint enable unqualified
         }
         HotkeyRow {
+            id: custom
             width: parent.width
-            visible: step.hotkey.selectedId === "custom"
+            visible: step.hotkey.recorder || selected
             label: step.hotkey.customText
             desc: step.hotkey.customHint
-            keys: [step.hotkey.customKeys]
-            selected: true
+            keys: step.hotkey.recorder || !selected ? [] : [step.hotkey.customKeys]
+            selected: step.hotkey.selectedId === "custom"
+            focusPolicy: step.hotkey.recorder ? Qt.NoFocus : Qt.StrongFocus // the field in it has it
+            onClicked: {
+                if (field.item)
+                    field.item.record()
+            }
+            trailing: Loader {
+                id: field
+                width: 216
+                active: step.hotkey.recorder
+                // qmllint disable unqualified
+                sourceComponent: HotkeyRecorder {
+                    recorder: step.hotkey.recorder
+                    label: custom.label
+                    showsShortcut: custom.selected
+                }
+                // qmllint enable unqualified
+            }
         }
         Plane {
             width: parent.width

@@ -61,17 +61,20 @@ TEST_P(PulseMicrophonePermissionTest, microphone_isAuthorizedFromTheFirstCall) {
     PulseConnection fresh(actor, server.address());
     PulseMicrophonePermission permission(fresh);
     EXPECT_EQ(permission.status(), AuthorizationStatus::Authorized);
+    EXPECT_EQ(permission.lack(), MicrophoneLack::None);
 }
 
 TEST_P(PulseMicrophonePermissionTest, serverWithMonitorsAlone_isDenied) {
     server.start();
     PulseMicrophonePermission permission(connection());
     EXPECT_EQ(permission.status(), AuthorizationStatus::Denied);
+    EXPECT_EQ(permission.lack(), MicrophoneLack::Microphone);
 }
 
 TEST_P(PulseMicrophonePermissionTest, noServer_isDenied) {
     PulseMicrophonePermission permission(connection());
     EXPECT_EQ(permission.status(), AuthorizationStatus::Denied);
+    EXPECT_EQ(permission.lack(), MicrophoneLack::Server);
 }
 
 TEST_P(PulseMicrophonePermissionTest, serverThatComesLater_isFoundByAsking) {

@@ -56,6 +56,7 @@ TEST_F(DesktopSettingsPanelsTest, gnome_opensItsPanels) {
     install({"gnome-control-center", "pavucontrol", "systemsettings"});
     EXPECT_EQ(opened(Panel::Microphone, "GNOME"), "gnome-control-center sound");
     EXPECT_EQ(opened(Panel::Accessibility, "ubuntu:GNOME"), "gnome-control-center universal-access");
+    EXPECT_EQ(opened(Panel::Keyboard, "GNOME"), "gnome-control-center keyboard");
 }
 
 TEST_F(DesktopSettingsPanelsTest, kde_opensItsPanelsUnderTheirNewOrOldName) {
@@ -66,6 +67,7 @@ TEST_F(DesktopSettingsPanelsTest, kde_opensItsPanelsUnderTheirNewOrOldName) {
     install({"systemsettings"});
     EXPECT_EQ(opened(Panel::Microphone, "KDE"), "systemsettings kcm_pulseaudio");
     EXPECT_EQ(opened(Panel::Accessibility, "KDE"), "systemsettings kcm_access");
+    EXPECT_EQ(opened(Panel::Keyboard, "KDE"), "systemsettings kcm_keyboard");
 }
 
 TEST_F(DesktopSettingsPanelsTest, xfce_opensTheMixersInputsAndItsPanel) {
@@ -92,6 +94,8 @@ TEST_F(DesktopSettingsPanelsTest, emptyDesktop_saysWhereToLook) {
     EXPECT_EQ(console.logged().size(), 2);
     EXPECT_EQ(opened(Panel::LanguageModel, "GNOME"), QString());
     EXPECT_EQ(console.logged().size(), 3);
+    EXPECT_EQ(opened(Panel::Keyboard, ""), QString());
+    EXPECT_EQ(console.logged().size(), 4);
 }
 
 TEST_F(DesktopSettingsPanelsTest, candidates_ofSeveralDesktopsComeInTheirOrderAndOnce) {

@@ -11,7 +11,7 @@ namespace {
 
 class OnboardingModels : public OnboardingFixture {
 protected:
-    OnboardingModel model{{controller, downloader, readiness, settings, layout}};
+    OnboardingModel model{{controller, downloader, readiness, settings, layout, &recorder}};
 };
 
 TEST_F(OnboardingModels, navigation_namesTheStepAndItsButton) {
@@ -213,15 +213,33 @@ TEST_F(OnboardingModels, chordOfTheUsers_isCurrentAndNamed) {
     EXPECT_NE(model.hotkey()->customKeys(), "");
 }
 
-TEST_F(OnboardingModels, presetChosenWhileAChordIsRecorded_endsTheRecording) {
+TEST_F(OnboardingModels, chordThatIsRecorded_suspendsTheHotkeyUntilItIsCaptured) {
     open();
     finishDownload();
     goTo(Step::HotkeyStep);
-    model.hotkey()->setRecordsChord(true);
+    int taken = 0;
+    controller.onTakingHotkey = [&] { ++taken; };
+    recorder.record();
     EXPECT_TRUE(controller.suspendHotkey.get());
-    model.hotkey()->choose("caps");
+    EXPECT_EQ(taken, 1);
+    recorder.press(65, 0x20, 4, false); // Ctrl + Space
     EXPECT_FALSE(controller.suspendHotkey.get());
-    EXPECT_FALSE(model.hotkey()->recordsChord());
+    EXPECT_EQ(model.hotkey()->selectedId(), "custom");
+}
+
+TEST_F(OnboardingModels, recordingOfAChord_endsWithItsStepAndWithAPreset) {
+    open();
+    finishDownload();
+    goTo(Step::HotkeyStep);
+    recorder.record();
+    model.hotkey()->choose("caps");
+    EXPECT_FALSE(recorder.isRecording());
+    EXPECT_FALSE(controller.suspendHotkey.get());
+    recorder.record();
+    model.pressPrimary();
+    EXPECT_FALSE(recorder.isRecording());
+    EXPECT_FALSE(controller.suspendHotkey.get());
+    EXPECT_TRUE(controller.captureHotkey.get());
 }
 
 TEST_F(OnboardingModels, demo_saysWhatHappens) {

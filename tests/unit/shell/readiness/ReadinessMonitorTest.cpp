@@ -190,6 +190,22 @@ TEST_F(Readiness, missingPermission_opensItsPageOfTheSettings) {
     EXPECT_EQ(settingsPanels.opened, (std::vector{Panel::Microphone, Panel::Accessibility}));
 }
 
+TEST_F(Readiness, whatIsMissing_isToldWithItsCause) {
+    EXPECT_EQ(monitor().microphoneLackText(), "");
+    EXPECT_EQ(monitor().accessibilityLackText(), "");
+    EXPECT_FALSE(monitor().canAllowAccessibility());
+    microphone.current = AuthorizationStatus::NotDetermined;
+    EXPECT_EQ(monitor().microphoneLackText(), "The sound server hasn't answered yet.");
+    microphone.current = AuthorizationStatus::Denied;
+    microphone.denial = MicrophoneLack::Server;
+    EXPECT_TRUE(monitor().microphoneLackText().startsWith("No sound server is running."));
+    access.trusted = false;
+    EXPECT_TRUE(monitor().canAllowAccessibility());
+    access.lack = SessionLack::KeyWatching;
+    EXPECT_EQ(monitor().accessibilityLackText(), "This session doesn't let programs watch the keyboard.");
+    EXPECT_FALSE(monitor().canAllowAccessibility());
+}
+
 TEST_F(Readiness, whatNoPageCanGive_isToldInstead) {
     EXPECT_EQ(monitor().openAccessibilitySettings(), "Nothing is missing any more");
     access.trusted = false;

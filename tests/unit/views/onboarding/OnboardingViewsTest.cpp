@@ -23,7 +23,7 @@ protected:
     /// Makes the view as its window does.
     void make() {
         view.reset();
-        model.emplace(OnboardingModel::Parts{controller, downloader, readiness, settings, layout});
+        model.emplace(OnboardingModel::Parts{controller, downloader, readiness, settings, layout, &recorder});
         view = views.create("onboarding/OnboardingView",
                             {{"wizard", QVariant::fromValue<QObject*>(&*model)}, {"moves", false}});
         view->setParentItem(window.contentItem());
@@ -216,7 +216,7 @@ TEST_F(OnboardingViews, tab_reachesEverythingOfAStep) {
     EXPECT_EQ(tabbed(), QStringList({"Continue", "Back"}));
     finishDownload();
     goTo(Step::HotkeyStep);
-    EXPECT_EQ(tabbed().size(), 6);
+    EXPECT_EQ(tabbed().size(), 7);
     goTo(Step::DemoStep);
     EXPECT_EQ(tabbed(), QStringList({"Finish", "Hold to talk", "Back"}));
     setMissing(true, true);
