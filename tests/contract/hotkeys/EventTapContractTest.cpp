@@ -104,7 +104,7 @@ struct Owner {
         isKeyHeld = event.type == KeyEventType::FlagsChanged && isPress(event);
         if (event.type == KeyEventType::KeyDown && (event.flags & chord->modifiers) == chord->modifiers)
             isPressed = true;
-        else if (event.type == KeyEventType::KeyUp && isPressed)
+        else if (event.type == KeyEventType::KeyUp && isPressed && !isStroke)
             isPressed = false;
         else
             return Verdict::Pass;
@@ -115,6 +115,12 @@ struct Owner {
         chord = wanted;
         key.reset();
         return tap->watchChord(wanted);
+    }
+    WatchResult watchStroke(const KeyChord& wanted) {
+        chord = wanted;
+        key.reset();
+        isStroke = true;
+        return tap->watchStroke(wanted);
     }
     WatchResult watchKey(VirtualKey wanted) {
         key = wanted;
@@ -140,6 +146,7 @@ struct Owner {
     std::optional<KeyChord> chord;
     std::optional<VirtualKey> key;
     std::vector<KeyEvent> events; // of what is watched
+    bool isStroke = false;        // only its key down is swallowed
     bool isPressed = false;
     bool isKeyHeld = false;
     int otherKeys = 0; // struck while the key is held
@@ -193,6 +200,26 @@ TYPED_TEST(EventTapContract, chord_isToldOnceDownAndOnceUpAndSwallowed) {
     EXPECT_EQ(this->session.reachedApplication(),
               (std::vector<VirtualKey>{VirtualKey::Control, VirtualKey::Option, VirtualKey::Option,
                                        VirtualKey::Control}));
+}
+
+TYPED_TEST(EventTapContract, stroke_losesItsKeyDownAloneToTheApplication) {
+    this->owner.tap->setEnabled(true);
+    ASSERT_EQ(this->owner.watchStroke({controlOption, VirtualKey::Space}), WatchResult::Watching);
+    for (int strokes = 1; strokes <= 2; ++strokes) {
+        this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+        this->session.settle();
+        EXPECT_EQ(std::ranges::count(this->owner.types(), KeyEventType::KeyDown), strokes);
+        EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), VirtualKey::Space), 0);
+        this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
+        this->session.settle();
+        EXPECT_EQ(std::ranges::count(this->session.reachedApplication(), VirtualKey::Space), 1);
+    }
+}
+
+TYPED_TEST(EventTapContract, strokeOfAnotherProgram_isRefused) {
+    this->session.letAnotherProgramHold({controlOption, VirtualKey::Space});
+    this->owner.tap->setEnabled(true);
+    EXPECT_EQ(this->owner.watchStroke({controlOption, VirtualKey::Space}), WatchResult::ChordTaken);
 }
 
 TYPED_TEST(EventTapContract, chordWithFurtherModifiers_isTheSame) {

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A process with nothing but the hotkey: it says "ready", then "start" and "end" for each press of the
-// default chord.
+// A process with nothing but the two hotkeys: it says "ready", then "start" and "end" for each press of the
+// default chord, and "toggle" each time Ctrl+Alt+Super+T is struck.
 #include "concurrency/QtMainActor.h"
 #include "hotkeys/HotkeyManager.h"
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
 #include "linux/x11/server/X11Server.h"
 #include "platform/system/Console.h"
@@ -33,8 +34,14 @@ int main(int argc, char** argv) {
     hotkey.onPressStart = [&console] { console.print("start"); };
     hotkey.onPressEnd = [&console] { console.print("end"); };
 
+    TranslateToggleHotkey toggle(actor, taps, console);
+    toggle.onTrigger = [&console] { console.print("toggle"); };
+
     hotkey.install();
-    if (hotkey.eventTap() == nullptr)
+    toggle.setBinding(
+        HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, VirtualKey::T));
+    toggle.install();
+    if (hotkey.eventTap() == nullptr || toggle.eventTap() == nullptr)
         return 1;
     console.print("ready");
     return QCoreApplication::exec();

@@ -55,19 +55,21 @@ protected:
         press(key, device);
         release(key, device);
     }
-    void pressAll(std::initializer_list<XKeycode> keys) {
+    void pressAll(const std::vector<XKeycode>& keys) {
         for (const auto key : keys)
             press(key);
     }
-    void releaseAll(std::initializer_list<XKeycode> keys) {
+    void releaseAll(const std::vector<XKeycode>& keys) {
         for (const auto key : keys)
             release(key);
     }
-    /// Ctrl+Alt+Space, pressed and let go.
-    void tapChord() {
-        pressAll({Key::leftControl, Key::leftAlt, Key::space});
-        releaseAll({Key::space, Key::leftAlt, Key::leftControl});
+    /// Pressed one after the other, and let go in the opposite order.
+    void tapAll(const std::vector<XKeycode>& keys) {
+        pressAll(keys);
+        releaseAll({keys.rbegin(), keys.rend()});
     }
+    /// Ctrl+Alt+Space, pressed and let go.
+    void tapChord() { tapAll({Key::leftControl, Key::leftAlt, Key::space}); }
 
     /// A key event as programs post them.
     void post(std::uint8_t type, XKeycode key) {
@@ -93,6 +95,9 @@ protected:
         keyboard.settle(); // what has been told calls back in a later turn
         return std::exchange(calls, {});
     }
+
+    /// Of the chord that switches translation by default.
+    const std::vector<XKeycode> toggleKeys{Key::leftControl, Key::leftAlt, Key::leftSuper, Key::t};
 
     RealKeyboard keyboard;
     RecordingConsole console;

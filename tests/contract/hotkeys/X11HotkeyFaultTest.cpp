@@ -105,6 +105,39 @@ TEST_F(X11HotkeyFault, agentStoppedWithTheChordHeld_letsTheOtherKeysThrough) {
     expectKeyboardIsWhole();
 }
 
+TEST_F(X11HotkeyFault, agentKilledWithTheToggleHeld_leavesTheKeyboardWhole) {
+    QProcess agent;
+    start(agent);
+    pressAll(toggleKeys);
+    ASSERT_EQ(line(agent), "toggle");
+    agent.kill();
+    ASSERT_TRUE(agent.waitForFinished(-1));
+    releaseAll(toggleKeys);
+    expectKeyboardIsWhole();
+    keyboard.window().takeKeys();
+    tapAll(toggleKeys);
+    EXPECT_EQ(keyboard.window().takeKeys().size(), 2 * toggleKeys.size());
+}
+
+TEST_F(X11HotkeyFault, agentStoppedWithTheToggleHeld_letsAllOtherKeysThrough) {
+    QProcess agent;
+    start(agent);
+    pressAll(toggleKeys);
+    ASSERT_EQ(line(agent), "toggle");
+    ::kill(static_cast<pid_t>(agent.processId()), SIGSTOP);
+    releaseAll(toggleKeys);
+    keyboard.window().takeKeys();
+    tap(Key::a);
+    tapAll(toggleKeys);
+    tap(Key::a);
+    const auto reached = keyboard.window().takeKeys();
+    EXPECT_EQ(std::ranges::count(reached, "+38"), 2);
+    EXPECT_EQ(std::ranges::count(reached, "-38"), 2);
+    agent.kill();
+    ASSERT_TRUE(agent.waitForFinished(-1));
+    expectKeyboardIsWhole();
+}
+
 TEST_F(X11HotkeyFault, noServer_isARefusedTap) {
     X11EventTapFactory nowhere(keyboard.actor(), X11Server("unix:/nowhere"));
     HotkeyManager refusedHotkey(keyboard.actor(), nowhere, console);

@@ -130,6 +130,23 @@ void X11ChordGrabs::letGoOfPress() {
     m_connection->roundTrip();
 }
 
+/// The passive grabs go first, or else the next repeat would bring the press back to us.
+void X11ChordGrabs::letPass(XKeycode key) {
+    m_passing = key;
+    xcb_ungrab_key(m_connection->get(), static_cast<xcb_keycode_t>(key), m_connection->root(),
+                   XCB_MOD_MASK_ANY);
+    xcb_ungrab_keyboard(m_connection->get(), XCB_CURRENT_TIME);
+    m_connection->roundTrip();
+}
+
+bool X11ChordGrabs::takeBack(XKeycode key) {
+    if (m_passing != key)
+        return false;
+    m_passing.reset();
+    std::erase_if(m_held, [key](const Combination& combination) { return combination.first == key; });
+    return true;
+}
+
 std::optional<X11ChordGrabs::KeyDown> X11ChordGrabs::nextKeyDown() {
     while (const auto event = m_connection->pollEvent()) {
         if (eventType(*event) != XCB_KEY_PRESS)

@@ -42,6 +42,12 @@ public:
     /// Lets the key events of a press in progress go to the focused application.
     void letGoOfPress();
 
+    /// The same for the press of this key in progress: its repeats and its key up go to the application,
+    /// and other presses of it too, until it is taken back.
+    void letPass(XKeycode key);
+    /// The press has ended. True when the chords on the key have to be held again, which `hold` does.
+    bool takeBack(XKeycode key);
+
     /// The next key down that came to us, if there is one already.
     std::optional<KeyDown> nextKeyDown();
 
@@ -59,6 +65,7 @@ private:
 
     std::unique_ptr<X11Connection> m_connection;
     Combinations m_held;
+    std::optional<XKeycode> m_passing; ///< what m_held says of it is true again once it is taken back
     std::optional<std::set<XKeycode>> m_notedKeys;
 };
 

@@ -23,7 +23,7 @@ WatchResult X11EventTap::watchChord(const KeyChord& chord) {
 }
 
 WatchResult X11EventTap::watchStroke(const KeyChord& chord) {
-    return watch(KeyInterest(chord));
+    return watch(KeyInterest(KeyStroke{chord}));
 }
 
 WatchResult X11EventTap::watchKey(VirtualKey key) {

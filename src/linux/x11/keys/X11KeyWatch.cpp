@@ -19,11 +19,16 @@ constexpr std::uint16_t neededMajor = 2;
 constexpr std::uint16_t neededMinor = 1;
 
 VirtualKey keyOf(const KeyInterest& interest) {
-    const auto* chord = std::get_if<KeyChord>(&interest);
+    const auto* chord = chordOf(interest);
     return chord ? chord->keyCode : std::get<VirtualKey>(interest);
 }
 
 } // namespace
+
+const KeyChord* chordOf(const KeyInterest& interest) {
+    const auto* stroke = std::get_if<KeyStroke>(&interest);
+    return stroke ? &stroke->chord : std::get_if<KeyChord>(&interest);
+}
 
 std::unique_ptr<X11KeyWatch> X11KeyWatch::open(const X11Server& server, Report report,
                                                const std::string& sysfs) {
@@ -97,7 +102,7 @@ void X11KeyWatch::chooseRelevantKeys() {
     m_chordKeys.clear();
     m_aloneKeys.clear();
     for (const auto& interest : m_interests) {
-        auto& keys = std::holds_alternative<KeyChord>(interest) ? m_chordKeys : m_aloneKeys;
+        auto& keys = chordOf(interest) ? m_chordKeys : m_aloneKeys;
         keys.insert(keyOf(interest));
     }
     for (std::size_t index = 0; index < m_relevantKeys.size(); ++index) {
@@ -115,7 +120,7 @@ std::vector<WatchResult> X11KeyWatch::applyInterests() {
     std::vector<WatchResult> results;
     auto next = ofChords.begin();
     for (const auto& interest : m_interests) {
-        if (std::holds_alternative<KeyChord>(interest))
+        if (chordOf(interest))
             results.push_back(*next++);
         else
             results.push_back(resultForKeyAlone(keyOf(interest)));
@@ -137,7 +142,7 @@ WatchResult X11KeyWatch::resultForKeyAlone(VirtualKey keyCode) {
 std::vector<KeyChord> X11KeyWatch::chords() const {
     std::vector<KeyChord> chords;
     for (const auto& interest : m_interests) {
-        if (const auto* chord = std::get_if<KeyChord>(&interest))
+        if (const auto* chord = chordOf(interest))
             chords.push_back(*chord);
     }
     return chords;
@@ -257,13 +262,16 @@ void X11KeyWatch::released(std::uint16_t device, XKeycode keycode) {
         m_rawKeyDown->isReleased = true;
     if (m_chordKeys.contains(*key) && m_reportedPresses.contains(*key) && !isHeld(*key))
         reportChordEnd(*key);
+    if (!m_heldKeys.isHeld(keycode) && m_grabs.takeBack(keycode))
+        applyInterests();
 }
 
 void X11KeyWatch::startChordIfBothSay() {
     if (!m_rawKeyDown || !m_grabbedKeyDown || m_isSuspended ||
         m_rawKeyDown->keycode != m_grabbedKeyDown->keycode || m_rawKeyDown->time != m_grabbedKeyDown->time)
         return;
-    const auto key = *X11KeyCodes::toVirtual(m_rawKeyDown->keycode);
+    const auto keycode = m_rawKeyDown->keycode;
+    const auto key = *X11KeyCodes::toVirtual(keycode);
     const auto state = m_grabbedKeyDown->state;
     const bool isReleased = m_rawKeyDown->isReleased;
     m_rawKeyDown.reset();
@@ -272,6 +280,25 @@ void X11KeyWatch::startChordIfBothSay() {
     m_report({.type = KeyEventType::KeyDown, .keyCode = key, .flags = X11KeyCodes::flagsFromState(state)});
     if (isReleased)
         reportChordEnd(key); // a short tap: the other connection was ahead
+    else if (isStroke(key, X11KeyCodes::flagsFromState(state)) && !isOtherChordHeld(key))
+        m_grabs.letPass(keycode);
+}
+
+/// The newest of the chords that are pressed by this decides.
+bool X11KeyWatch::isStroke(VirtualKey keyCode, std::uint64_t flags) const {
+    const auto newest =
+        std::find_if(m_interests.rbegin(), m_interests.rend(), [keyCode, flags](const KeyInterest& interest) {
+            const auto* chord = chordOf(interest);
+            return chord && chord->keyCode == keyCode && (flags & chord->modifiers) == chord->modifiers;
+        });
+    return newest != m_interests.rend() && std::holds_alternative<KeyStroke>(*newest);
+}
+
+/// Then the server gives us the whole keyboard until that one is let go.
+bool X11KeyWatch::isOtherChordHeld(VirtualKey keyCode) const {
+    return std::ranges::any_of(m_reportedPresses, [this, keyCode](VirtualKey key) {
+        return key != keyCode && m_chordKeys.contains(key);
+    });
 }
 
 void X11KeyWatch::reportChordEnd(VirtualKey keyCode) {

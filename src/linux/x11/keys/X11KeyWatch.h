@@ -18,8 +18,18 @@
 
 namespace talvera {
 
-/// What a tap waits for: a chord, or a key held alone.
-using KeyInterest = std::variant<KeyChord, VirtualKey>;
+/// A chord of which the key down alone is kept from the application.
+struct KeyStroke {
+    KeyChord chord;
+
+    bool operator==(const KeyStroke&) const = default;
+};
+
+/// What a tap waits for: a chord held, a chord struck, or a key held alone.
+using KeyInterest = std::variant<KeyChord, KeyStroke, VirtualKey>;
+
+/// The chord among these; null for a key alone.
+const KeyChord* chordOf(const KeyInterest& interest);
 
 /// Makes key events of what the X server tells about the user's keyboards.
 ///
@@ -68,6 +78,8 @@ private:
     void pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time);
     void released(std::uint16_t device, XKeycode keycode);
     void startChordIfBothSay();
+    bool isStroke(VirtualKey keyCode, std::uint64_t flags) const;
+    bool isOtherChordHeld(VirtualKey keyCode) const;
     void reportHeldKey(VirtualKey keyCode);
     void reportOtherKeyThan(std::optional<VirtualKey> key);
     void reportChordEnd(VirtualKey keyCode);

@@ -11,7 +11,7 @@ namespace talvera {
 bool X11Tap::isWaitingFor(const KeyEvent& event) const {
     if (!isEnabled || !interest)
         return false;
-    if (const auto* chord = std::get_if<KeyChord>(&*interest))
+    if (const auto* chord = chordOf(*interest))
         return event.type != KeyEventType::FlagsChanged && event.keyCode == chord->keyCode;
     return event.keyCode == std::get<VirtualKey>(*interest) ? event.type == KeyEventType::FlagsChanged
                                                             : isPress(event);
