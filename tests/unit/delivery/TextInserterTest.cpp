@@ -73,6 +73,8 @@ TEST_F(TextInserterTest, focusMovedAndTheUserWantsTheClipboard_leavesTheFocusAlo
 
 TEST_F(TextInserterTest, focusMoved_bringsTheApplicationBackAndDeliversThere) {
     workspace.runInFront(browser);
+    keys.focus("browser");
+    workspace.onActivate = [this](pid_t) { keys.focus(keys.firstReceiver); };
     EXPECT_EQ(inserter.insert("hi", ResolvedMode::Typewriter, editorSnapshot), RouteDecision::Direct);
     EXPECT_EQ(actor.elapsed(), 0.15) << "the application gets its time to come forward";
     finishJobs();
