@@ -132,7 +132,7 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
                focus, delivery,
                [this](const FocusNotice& notice) {
                    const auto shown = focusNoticeText(notice);
-                   hud.showNotice(shown.text, shown.tone, shown.autoHideAfter);
+                   hud.showNoticeAfterFade(shown.text, shown.tone, shown.autoHideAfter);
                })
     , hotkey(machine.actor, machine.keyboard.eventTaps, machine.system.console)
     , translateToggle(machine.actor, machine.keyboard.eventTaps, machine.system.console)

@@ -19,16 +19,7 @@ using test::Effect;
 namespace {
 
 /// Waits that hold the main actor (a reactivation, a probe) can delay what is due meanwhile by this much.
-constexpr double slack = 0.45;
-
-QString joined(const QStringList& texts) {
-    QStringList parts;
-    for (const auto& text : texts) {
-        if (!text.trimmed().isEmpty())
-            parts << text.trimmed();
-    }
-    return parts.join(u' ');
-}
+constexpr double slack = 1.1;
 
 std::optional<QString> utf8(const QByteArray& bytes) {
     QStringDecoder decode(QStringDecoder::Utf8);
@@ -52,32 +43,52 @@ Tally& Tally::operator+=(const Tally& other) {
     return *this;
 }
 
-Judge::Judge(test::SimulatedWorld& world)
-    : m_world(world) {}
+Judge::Judge(FaultLog& faults)
+    : m_faults(faults)
+    , m_texts(faults, [this](const QString& what) { complain(what); }) {}
 
-void Judge::watch() {
-    m_world.onEffect = [this](const Effect& effect) { see(effect); };
-    m_world.files.onRead = [this](const QString& path, const QByteArray& bytes) { seeText(bytes, path); };
-    m_world.files.onRemovalFailed = [this](const QString& path) { m_expectedLeaks.insert(path); };
+void Judge::watch(test::SimulatedWorld& world) {
+    m_world = &world;
+    m_texts.watch(world);
+    world.onEffect = [this](const Effect& effect) { see(effect); };
+    seeFiles();
+}
+
+void Judge::hear(const QString& words) {
+    if (words.contains(QStringLiteral("can't be started")))
+        m_launchFailuresExcused = true;
+    if (words == QStringLiteral("preferences can't be written"))
+        m_preferencesWereRefused = true;
+    if (words.startsWith(QStringLiteral("set hotkeyTapToToggle")) ||
+        words.startsWith(QStringLiteral("the wizard")))
+        m_releasesExcused = true;
+}
+
+void Judge::seeFiles() {
+    m_world->files.onRead = [this](const QString& path, const QByteArray& bytes) { seeText(bytes, path); };
+    m_world->files.onRemovalFailed = [this](const QString& path) {
+        m_faults.note(Fault::NothingDeleted);
+        m_expectedLeaks.insert(path);
+    };
     // A second pass over the same recording may still take away what the first one left.
-    m_world.files.onRemoved = [this, tell = m_world.files.onRemoved](const QString& path) {
+    m_world->files.onRemoved = [this, tell = m_world->files.onRemoved](const QString& path) {
         m_expectedLeaks.erase(path);
         tell(path);
     };
     // A split that can't write a chunk leaves those that it has written.
-    m_world.files.onWriteFailed = [this](const QString& path) {
+    m_world->files.onWriteFailed = [this](const QString& path) {
         if (!path.contains(QStringLiteral("-chunk"))) {
             m_saveFailed = true;
             return;
         }
-        for (const auto& chunk : m_world.chunkFiles())
+        for (const auto& chunk : m_world->chunkFiles())
             m_expectedLeaks.insert(chunk);
     };
 }
 
 void Judge::complain(const QString& what) {
     if (!m_violation)
-        m_violation = QStringLiteral("at %1 s: %2").arg(m_world.actor.elapsed(), 0, 'f', 6).arg(what);
+        m_violation = QStringLiteral("at %1 s: %2").arg(m_world->actor.elapsed(), 0, 'f', 6).arg(what);
 }
 
 void Judge::see(const Effect& effect) {
@@ -88,20 +99,19 @@ void Judge::see(const Effect& effect) {
     else if (effect.effect == "recorderStart")
         seeRecorderStart();
     else if (effect.effect == "recorderStop")
-        m_audioSeconds = effect.fields["seconds"].get<double>();
+        seeRecorderStop(effect);
     else if (effect.effect == "recognise")
         seeRun(effect);
-    else if (effect.effect == "statistics" && m_inFlight)
-        ++m_inFlight->records;
     else if (effect.effect == "statistics")
-        complain(QStringLiteral("a record without a dictation"));
+        ++m_recordsWritten;
     else if (effect.effect == "activate")
         seeActivation();
+    m_texts.see(effect);
 }
 
 void Judge::seeMenu(const std::string& state) {
     const auto from = std::exchange(m_menu, state);
-    const double lasted = m_world.actor.elapsed() - std::exchange(m_menuSince, m_world.actor.elapsed());
+    const double lasted = m_world->actor.elapsed() - std::exchange(m_menuSince, m_world->actor.elapsed());
     const bool legal = (state == "recording" && from == "idle") ||
                        (state == "transcribing" && from == "recording") ||
                        (state == "error" && isOneOf(from, {"idle", "recording", "transcribing"})) ||
@@ -110,7 +120,10 @@ void Judge::seeMenu(const std::string& state) {
         complain(QStringLiteral("the menu went from %1 to %2")
                      .arg(QString::fromStdString(from), QString::fromStdString(state)));
 
-    if (state == "transcribing") {
+    if (state == "recording") {
+        m_snapshots.insert(snapshot());
+        m_snapshot = *m_snapshots.begin();
+    } else if (state == "transcribing") {
         begin();
     } else if (from == "transcribing") {
         judgeEnd(state == "error");
@@ -119,13 +132,15 @@ void Judge::seeMenu(const std::string& state) {
         m_listeningMayStay = true;
     } else if (from == "recording" && state == "error") {
         ++m_tally.notSaved;
+        m_faults.note(Fault::RecordingNotSaved);
         m_listeningMayStay = true;
         if (!std::exchange(m_saveFailed, false))
             complain(QStringLiteral("a recording was not saved though the disk took it"));
     } else if (from == "idle" && state == "error") {
         ++m_tally.notStarted;
+        m_faults.note(Fault::MicrophoneRefused);
         m_noticeDue = QStringLiteral("Microphone unavailable");
-        if (!m_world.microphone.startFailure)
+        if (!m_world->microphone.startFailure)
             complain(QStringLiteral("a recording did not start though the recorder did"));
     } else if (from == "error" && (lasted < 4.0 - 1e-6 || lasted > 4.0 + slack)) {
         complain(QStringLiteral("an error was shown for %1 s").arg(lasted));
@@ -133,7 +148,7 @@ void Judge::seeMenu(const std::string& state) {
 }
 
 void Judge::seeHUD(const Effect& effect) {
-    const double now = m_world.actor.elapsed();
+    const double now = m_world->actor.elapsed();
     const auto state = effect.fields["state"].get<std::string>();
     if (m_notice) {
         const double lasted = now - m_notice->since;
@@ -152,8 +167,12 @@ void Judge::seeHUD(const Effect& effect) {
         const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
         if (m_inFlight)
             m_inFlight->notices << text;
-        const auto* panel = m_world.windows.hudPanel();
-        m_notice = {now, effect.fields["seconds"].get<double>(), panel && panel->fadesUnderWay > 0};
+        if (text.contains(QStringLiteral("microphone is gone")))
+            m_microphoneLost.reset();
+        // A fade that has begun before takes most notices along, but none that tells where a text is.
+        const bool isOfText =
+            text.contains(QStringLiteral("clipboard")) || text.contains(QStringLiteral("The text is lost"));
+        m_notice = {now, effect.fields["seconds"].get<double>(), isFading() && !isOfText};
     }
     m_listeningMayStay = false;
 }
@@ -162,27 +181,38 @@ void Judge::seeRecorderStart() {
     ++m_tally.dictations;
     if (m_menu != "idle")
         complain(QStringLiteral("a recording began while the menu was at ") + QString::fromStdString(m_menu));
-    const bool tapMode = m_world.settings.hotkeyTapToToggle.get();
-    if (!tapMode && !m_releasesExcused && !m_world.agent().hotkey.isPressed())
+    const bool tapMode = m_world->settings.hotkeyTapToToggle.get();
+    if (!tapMode && !m_releasesExcused && !m_world->agent().hotkey.isPressed())
         complain(QStringLiteral("a recording began after the key had come up"));
-    const auto pressed = m_world.agent().delegate().dictation().pressStartedAt();
-    if (!tapMode && !m_releasesExcused && (!pressed || m_world.actor.now() - *pressed < seconds(0.6)))
+    const auto pressed = m_world->agent().delegate().dictation().pressStartedAt();
+    if (!tapMode && !m_releasesExcused && (!pressed || m_world->actor.now() - *pressed < seconds(0.6)))
         complain(QStringLiteral("a recording began before the hold delay had passed"));
 
-    const auto front = m_world.workspace.frontmostApplication();
-    const bool ours = front && front->bundleID && front->bundleID == m_world.workspace.ownIdentifier;
-    m_snapshot = front && !ours && m_world.isTextFieldFocused() ? std::optional(front->pid) : std::nullopt;
+    m_snapshots = {snapshot()};
+    m_world->microphone.onLost = [this] { m_microphoneLost = m_world->actor.now(); };
+}
+
+void Judge::seeRecorderStop(const Effect& effect) {
+    m_audioSeconds = effect.fields["seconds"].get<double>();
+    if (m_microphoneLost == m_world->actor.now())
+        m_microphoneLost.reset(); // the recording ended at the same moment
+}
+
+std::optional<pid_t> Judge::snapshot() const {
+    const auto front = m_world->workspace.frontmostApplication();
+    const bool ours = front && front->bundleID && front->bundleID == m_world->workspace.ownIdentifier;
+    return front && !ours && m_world->isTextFieldFocused() ? std::optional(front->pid) : std::nullopt;
 }
 
 void Judge::begin() {
     if (m_inFlight)
         complain(QStringLiteral("a second dictation began"));
-    const auto pressed = m_world.agent().delegate().dictation().pressStartedAt();
-    if (!pressed || m_world.actor.now() - *pressed < seconds(0.2))
+    const auto pressed = m_world->agent().delegate().dictation().pressStartedAt();
+    if (!pressed || m_world->actor.now() - *pressed < seconds(0.2))
         complain(QStringLiteral("a press that was too short was not discarded"));
     if (m_audioSeconds < 0.3)
         complain(QStringLiteral("a recording of %1 s was not discarded").arg(m_audioSeconds));
-    const auto& settings = m_world.settings;
+    const auto& settings = m_world->settings;
     m_inFlight.emplace();
     m_inFlight->way = way();
     m_inFlight->source = settings.sourceLanguageCode.get();
@@ -192,7 +222,7 @@ void Judge::begin() {
 
 /// What the settings and the machine of this moment ask for.
 Judge::Way Judge::way() const {
-    const auto& settings = m_world.settings;
+    const auto& settings = m_world->settings;
     const auto& target = TargetLanguage::byCode(settings.targetLanguageCode.get());
     const auto source = settings.sourceLanguageCode.get();
     const auto english = QStringLiteral("en");
@@ -200,12 +230,13 @@ Judge::Way Judge::way() const {
         return Way::ForWantOfAI;
     if (target.code != english || source == english)
         return Way::Plain;
-    const bool cleansUp = settings.aiCleanupEnabled.get() && !m_world.languageModel.reason &&
+    const bool cleansUp = settings.aiCleanupEnabled.get() && !m_world->languageModel.reason &&
                           settings.cleanupTone.get() != CleanupTone::Off;
     if (!cleansUp)
         return Way::Direct;
-    return source == QStringLiteral("auto") && m_world.languageRecognizer.answer == english ? Way::Plain
-                                                                                            : Way::SecondPass;
+    return source == QStringLiteral("auto") && m_world->languageRecognizer.answer == english
+               ? Way::Plain
+               : Way::SecondPass;
 }
 
 void Judge::seeRun(const Effect& effect) {
@@ -213,13 +244,13 @@ void Judge::seeRun(const Effect& effect) {
         complain(QStringLiteral("the recogniser ran without a dictation"));
         return;
     }
-    if (m_world.tool.isRunning())
+    if (m_world->tool.isRunning())
         complain(QStringLiteral("two runs of the recogniser at once"));
     auto& flight = *m_inFlight;
     const bool translates = effect.fields["mode"] == "translateToEnglish";
     const bool isSecond = flight.way == Way::SecondPass || flight.way == Way::ForWantOfAI;
     const bool mayTranslate =
-        flight.way == Way::Direct || (isSecond && !joined(flight.transcribed).isEmpty());
+        flight.way == Way::Direct || (isSecond && !joinedTexts(flight.transcribed).isEmpty());
     if (translates && !mayTranslate)
         complain(QStringLiteral("a translation that nobody asked for"));
     if (!translates && (flight.way == Way::Direct || flight.lastRunTranslates))
@@ -227,10 +258,24 @@ void Judge::seeRun(const Effect& effect) {
     const auto language = QString::fromStdString(effect.fields["language"].get<std::string>());
     if (language != flight.source)
         complain(QStringLiteral("recognised as %1 instead of %2").arg(language, flight.source));
+    noteRun();
     if (flight.runUnderWay)
         flight.toolFailed = true; // the one before left nothing to read, and this one should not be
     flight.runUnderWay = true;
     flight.lastRunTranslates = translates;
+}
+
+/// What goes wrong with the run that begins.
+void Judge::noteRun() {
+    const auto* run = m_world->tool.lastRun();
+    if (!run)
+        return;
+    if (run->status != 0)
+        m_faults.note(Fault::ToolFailed);
+    else if (run->leavesNoFile || run->text.startsWith('\xC3'))
+        m_faults.note(Fault::ToolLeftNoText);
+    else if (run->diskEndsAt)
+        m_faults.note(*run->diskEndsAt == 0 ? Fault::ToolLeftEmptyFile : Fault::ToolLeftCutFile);
 }
 
 void Judge::seeText(const QByteArray& bytes, const QString& path) {
@@ -238,7 +283,7 @@ void Judge::seeText(const QByteArray& bytes, const QString& path) {
         return;
     auto& flight = *m_inFlight;
     // A disk that has cut the file costs no word: the tool has printed them.
-    const auto& said = m_world.tool.lastText();
+    const auto& said = m_world->tool.lastText();
     const auto text = utf8(said.startsWith(bytes) ? said : bytes);
     if (!text) {
         flight.toolFailed = true;
@@ -250,10 +295,11 @@ void Judge::seeText(const QByteArray& bytes, const QString& path) {
 }
 
 void Judge::seeActivation() {
-    if (!m_inFlight || !m_snapshot || !m_world.settings.protectFocusTarget.get() ||
-        m_world.settings.focusProtectionMode.get() != FocusProtectionMode::Reactivate)
+    if (!m_inFlight || m_snapshots == std::set<std::optional<pid_t>>{std::nullopt} ||
+        !m_world->settings.protectFocusTarget.get() ||
+        m_world->settings.focusProtectionMode.get() != FocusProtectionMode::Reactivate)
         complain(QStringLiteral("an application was brought to the front for no reason"));
-    else if (m_world.workspace.activations.back() != *m_snapshot)
+    else if (!m_snapshots.contains(m_world->workspace.activations.back()))
         complain(QStringLiteral("the wrong application was brought to the front"));
     else
         m_inFlight->activated = true;
@@ -265,92 +311,6 @@ bool Judge::isOneOf(const std::string& state, std::initializer_list<const char*>
             return true;
     }
     return false;
-}
-
-bool Judge::toolIsMissing() const {
-    return !m_world.agent().models.isReady() ||
-           !m_world.disk.isExecutableFile(m_world.agent().whisper.binaryURL());
-}
-
-void Judge::judgeEnd(bool failed) {
-    const auto flight = *std::exchange(m_inFlight, std::nullopt);
-    const bool broken = flight.toolFailed || flight.runUnderWay;
-    if (failed) {
-        ++m_tally.failed;
-        if (!broken && !toolIsMissing() && !m_launchFailuresExcused)
-            complain(QStringLiteral("a dictation failed though the recogniser gave its text"));
-        m_noticeDue = QStringLiteral("Transcription failed");
-        return;
-    }
-    if (broken) {
-        complain(QStringLiteral("the recogniser failed and nobody was told"));
-        return;
-    }
-
-    m_inFlight = flight; // for the judgements that follow
-    const auto first = joined(flight.way == Way::Direct ? flight.translated : flight.transcribed);
-    if (flight.records != (first.isEmpty() ? 0 : 1))
-        complain(QStringLiteral("%1 records of one dictation").arg(flight.records));
-    auto text = first;
-    if (flight.way == Way::ForWantOfAI ||
-        (flight.way == Way::SecondPass && !joined(flight.translated).isEmpty()))
-        text = joined(flight.translated);
-    if (first.isEmpty()) {
-        ++m_tally.empty;
-        if (!flight.notices.isEmpty())
-            complain(QStringLiteral("silence was answered with a notice"));
-    } else if (text.isEmpty()) {
-        ++m_tally.empty;
-        expectNotice(QStringLiteral("Nothing recognized"));
-    } else {
-        judgeDelivery(text);
-        if (flight.way == Way::ForWantOfAI)
-            expectNotice(QStringLiteral("Whisper translation"));
-    }
-    m_inFlight.reset();
-}
-
-void Judge::judgeDelivery(const QString& text) {
-    const auto& settings = m_world.settings;
-    const auto front = m_world.workspace.frontmostApplication();
-    const bool isInFront = front && m_snapshot && front->pid == *m_snapshot;
-    const bool runs = m_snapshot && m_world.workspace.runningApplication(*m_snapshot);
-
-    bool direct = true;
-    if (!settings.protectFocusTarget.get()) {
-        // Delivered to whatever has the focus.
-    } else if (!m_snapshot) {
-        direct = m_world.isTextFieldFocused();
-        if (!direct)
-            expectNotice(QStringLiteral("No text field focused"));
-    } else if (m_inFlight->activated) {
-        direct = isInFront && m_world.isTextFieldFocused();
-        expectNotice(direct ? QStringLiteral("Pasted in ") : QStringLiteral("Couldn't switch back to "));
-    } else if (!isInFront) {
-        direct = false;
-        if (!runs)
-            expectNotice(QStringLiteral(" closed — text copied"));
-        else if (settings.focusProtectionMode.get() == FocusProtectionMode::ClipboardOnly)
-            expectNotice(QStringLiteral("Focus changed"));
-        else
-            complain(QStringLiteral("nobody tried to bring the application back"));
-    }
-
-    if (!direct) {
-        ++m_tally.toClipboard;
-        m_expectedDeliveries.push_back({"clipboard", text});
-        return;
-    }
-    ++(m_inFlight->types ? m_tally.typed : m_tally.pasted);
-    m_expectedDeliveries.push_back({m_inFlight->types ? "type" : "paste", text});
-}
-
-void Judge::expectNotice(const QString& part) {
-    for (const auto& notice : m_inFlight->notices) {
-        if (notice.contains(part))
-            return;
-    }
-    complain(QStringLiteral("no notice \"…%1…\"").arg(part));
 }
 
 } // namespace talvera::simulation

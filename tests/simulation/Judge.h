@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Faults.h"
 #include "SimulatedWorld.h"
+#include "TextJudge.h"
 
 #include <QString>
 #include <QStringList>
@@ -29,14 +31,25 @@ struct Tally {
     Tally& operator+=(const Tally& other);
 };
 
+/// The texts of one recording's parts in one.
+QString joinedTexts(const QStringList& texts);
+
 /// Watches a world and knows what must always hold in it, by a model of its own of what should become of each
 /// dictation. Keeps the first thing that was wrong.
 class Judge {
 public:
-    explicit Judge(test::SimulatedWorld& world);
+    explicit Judge(FaultLog& faults);
+    Judge(const Judge&) = delete;
+    Judge& operator=(const Judge&) = delete;
 
-    /// To be called once the agent has been launched.
-    void watch();
+    /// To be called for each agent that has been launched.
+    void watch(test::SimulatedWorld& world);
+    /// The agent is about to be killed: nothing of it is awaited any more.
+    void seeDeath();
+    /// The next one is there, on the machine on which `dead` was.
+    void seeReturn(test::SimulatedWorld& dead);
+    /// The program has been started a second time.
+    void seeSecondStart();
 
     /// To be called when nothing is left to happen: nothing may have been left behind either.
     void judgeRest();
@@ -46,17 +59,10 @@ public:
     const std::optional<QString>& violation() const { return m_violation; }
     const Tally& tally() const { return m_tally; }
 
-    /// Whether a press may outlive its release at the moment, since its end may go unheard.
-    void excuseReleases(bool excused) { m_releasesExcused = excused; }
-    /// Whether the recogniser may not even start at the moment.
-    void excuseLaunchFailures(bool excused) { m_launchFailuresExcused = excused; }
+    /// What is done to the world, since some of it excuses what else would be wrong.
+    void hear(const QString& words);
 
 private:
-    struct Delivery {
-        std::string effect; ///< "type", "paste" or "clipboard"
-        QString text;
-    };
-
     /// What becomes of a recording, in passes of the recogniser.
     enum class Way {
         Plain,       ///< transcribed
@@ -75,7 +81,6 @@ private:
         QStringList transcribed;
         QStringList translated;
         bool lastRunTranslates = false;
-        int records = 0;
         bool activated = false;
         QStringList notices;
     };
@@ -84,39 +89,51 @@ private:
     void seeMenu(const std::string& state);
     void seeHUD(const test::Effect& effect);
     void seeRecorderStart();
+    void seeRecorderStop(const test::Effect& effect);
+    void seeFiles();
     void seeRun(const test::Effect& effect);
+    void noteRun();
     void seeText(const QByteArray& bytes, const QString& path);
     void seeActivation();
 
     void begin();
     void judgeEnd(bool failed);
     void judgeDelivery(const QString& text);
+    void judgeRecords();
     void judgeFiles();
-    void judgeDeliveries();
     void judgeHUDAtRest();
     void expectNotice(const QString& part);
 
+    /// Where the next recording would belong.
+    std::optional<pid_t> snapshot() const;
+    bool isUnsettled() const;
+    bool isFading() const;
     Way way() const;
     bool toolIsMissing() const;
     static bool isOneOf(const std::string& state, std::initializer_list<const char*> states);
 
-    test::SimulatedWorld& m_world;
+    FaultLog& m_faults;
+    test::SimulatedWorld* m_world = nullptr;
     std::optional<QString> m_violation;
+    TextJudge m_texts;
     Tally m_tally;
 
     std::string m_menu = "idle";
     double m_menuSince = 0;
     double m_audioSeconds = 0;
     std::optional<pid_t> m_snapshot;
+    std::set<std::optional<pid_t>> m_snapshots; ///< if the focus has moved while it was looked at
     std::optional<InFlight> m_inFlight;
-    std::vector<Delivery> m_expectedDeliveries;
     std::set<QString> m_expectedLeaks;
-    QString m_textReceived; ///< by the focused application, since the beginning
+    std::uint64_t m_recordsDue = 0; ///< in the statistics
+    std::uint64_t m_recordsWritten = 0;
+    std::optional<Instant> m_microphoneLost; ///< and not told yet
     bool m_listeningMayStay = false;
     bool m_saveFailed = false;
-    std::optional<QString> m_noticeDue; ///< what the HUD must show next
-    bool m_releasesExcused = false;
-    bool m_launchFailuresExcused = false;
+    std::optional<QString> m_noticeDue;    ///< what the HUD must show next
+    bool m_releasesExcused = false;        ///< until the next rest, since the end of a press may go unheard
+    bool m_preferencesWereRefused = false; ///< some may not be saved until the next one is
+    bool m_launchFailuresExcused = false;  ///< the same: the recogniser may not even start
 
     struct ShownNotice {
         double since;

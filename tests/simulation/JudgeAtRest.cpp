@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "Judge.h"
+
+#include "SettingsJson.h"
 #include "core/AppDelegate.h"
 #include "core/DictationController.h"
 #include "shell/hud/DictationHUDController.h"
@@ -10,29 +12,35 @@
 namespace talvera::simulation {
 
 void Judge::judgeRest() {
-    auto& agent = m_world.agent();
+    auto& agent = m_world->agent();
     if (m_menu != "idle")
         complain(QStringLiteral("at rest the menu is at ") + QString::fromStdString(m_menu));
     if (m_inFlight)
         complain(QStringLiteral("at rest a dictation is still in flight"));
     if (agent.delegate().dictation().hasPendingRecordStart())
         complain(QStringLiteral("at rest a press is still waiting"));
-    if (agent.recorder.isRecording() || m_world.microphone.isRunning())
+    if (agent.recorder.isRecording() || m_world->microphone.isRunning())
         complain(QStringLiteral("at rest the microphone is open"));
-    if (m_world.actor.hasTimers())
+    if (m_world->actor.hasTimers())
         complain(QStringLiteral("at rest a timer is running"));
-    if (m_world.keys.keysDown() != 0 || m_world.keys.openSessions() != 0)
+    if (m_world->keys.keysDown() != 0 || m_world->keys.openSessions() != 0)
         complain(QStringLiteral("at rest a key is down"));
     if (m_noticeDue)
         complain(QStringLiteral("a failure was never told: ") + *m_noticeDue);
+    if (m_microphoneLost)
+        complain(QStringLiteral("the microphone has gone, and nobody was told"));
+    if (const auto* panel = m_world->windows.menuPanel(); panel && panel->isVisible())
+        complain(QStringLiteral("at rest the panel is open"));
     judgeHUDAtRest();
     judgeFiles();
-    judgeDeliveries();
+    m_texts.judgeRest();
+    m_releasesExcused = m_launchFailuresExcused = false;
+    m_faults.rest();
 }
 
 void Judge::judgeHUDAtRest() {
-    const auto state = caseName(m_world.agent().hud.currentState()).toStdString();
-    const auto* panel = m_world.windows.hudPanel();
+    const auto state = caseName(m_world->agent().hud.currentState()).toStdString();
+    const auto* panel = m_world->windows.hudPanel();
     const bool visible = panel && panel->isVisible();
     if (!isOneOf(state, {"hidden", "listening", "permissionRequired"}) ||
         (state == "listening" && !m_listeningMayStay))
@@ -46,10 +54,14 @@ void Judge::judgeHUDAtRest() {
 /// Nothing is left but what is known to be left, and all of that.
 void Judge::judgeFiles() {
     std::set<QString> left;
-    for (const auto& path : m_world.disk.files()) {
-        if (path.startsWith(m_world.directories.temporary))
+    for (const auto& path : m_world->disk.files()) {
+        const bool isInstalled = path.startsWith(m_world->directories.resources) ||
+                                 path.startsWith(m_world->directories.applicationSupport);
+        if (!isInstalled)
             left.insert(path);
     }
+    if (m_faults.sinceRest(Fault::DirectoryGone))
+        std::erase_if(m_expectedLeaks, [&](const QString& path) { return !left.contains(path); });
     for (const auto& path : left) {
         if (!m_expectedLeaks.contains(path))
             complain(QStringLiteral("a file was left: ") + path);
@@ -61,33 +73,43 @@ void Judge::judgeFiles() {
     m_tally.acceptedLeaks += m_expectedLeaks.size();
     m_expectedLeaks.clear();
     for (const auto& path : left) {
-        m_world.disk.failRemovals(path, 0);
-        m_world.disk.remove(path);
+        m_world->disk.failRemovals(path, 0);
+        m_world->disk.remove(path);
     }
 }
 
-void Judge::judgeDeliveries() {
-    std::size_t next = 0;
-    for (const auto& effect : m_world.effects) {
-        if (!isOneOf(effect.effect, {"type", "paste", "clipboard"}))
-            continue;
-        const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
-        if (next == m_expectedDeliveries.size()) {
-            complain(QStringLiteral("delivered without a reason: ") + effect.text());
-            break;
-        }
-        const auto& expected = m_expectedDeliveries[next++];
-        if (effect.effect != expected.effect || text != expected.text)
-            complain(QStringLiteral("delivered \"%1\" instead of \"%2 %3\"")
-                         .arg(effect.text(), QString::fromStdString(expected.effect), expected.text));
-        if (effect.effect != "clipboard")
-            m_textReceived += text;
-    }
-    if (next < m_expectedDeliveries.size())
-        complain(QStringLiteral("never delivered: ") + m_expectedDeliveries[next].text);
-    if (m_world.keys.text() != m_textReceived)
-        complain(QStringLiteral("the application got something else than what was delivered"));
-    m_expectedDeliveries.clear();
+void Judge::seeDeath() {
+    m_texts.leave();
+    m_world->files.onRead = nullptr;
+    m_world->files.onRemovalFailed = nullptr;
+    m_world->files.onRemoved = nullptr;
+    m_world->files.onWriteFailed = nullptr;
+    m_world->microphone.onLost = nullptr;
+    m_menu = "idle";
+    m_inFlight.reset();
+    m_snapshots.clear();
+    m_expectedLeaks.clear(); // the next start removes them
+    m_noticeDue.reset();
+    m_notice.reset();
+    m_microphoneLost.reset();
+    m_listeningMayStay = m_saveFailed = false;
+    m_recordsDue = m_recordsWritten;
+}
+
+/// What the user has set the next agent knows, if the disk has always taken it.
+void Judge::seeReturn(test::SimulatedWorld& dead) {
+    const bool wasSaved = !std::exchange(m_preferencesWereRefused, false);
+    const auto before = test::settingsToJson(dead.settings);
+    const auto after = test::settingsToJson(m_world->settings);
+    if (wasSaved && after != before)
+        complain(QStringLiteral("a killed agent has left other settings: ") +
+                 QString::fromStdString(nlohmann::json::diff(before, after).dump()));
+}
+
+void Judge::seeSecondStart() {
+    const auto* panel = m_world->windows.menuPanel();
+    if (!panel || !panel->isVisible())
+        complain(QStringLiteral("a second start shows no panel"));
 }
 
 } // namespace talvera::simulation

@@ -1,75 +1,122 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
-#include "hotkeys/HotkeyManager.h"
-#include "shell/MenuBarController.h"
+
+#include "shortest.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace talvera::simulation {
 
 namespace {
 
 constexpr int roundsPerLife = 40;
+constexpr double roundSeconds = 12;
+
+/// Times are written down to the microsecond.
+double rounded(double at) {
+    return std::round(at * 1e6) / 1e6;
+}
 
 } // namespace
 
 Simulation::Simulation(std::uint64_t seed)
-    : m_dice(seed)
-    , m_judge(m_world) {}
+    : m_dice(seed) {}
 
 void Simulation::run() {
-    m_world.workspace.run(desktop::mail);
-    m_world.workspace.run(desktop::nameless);
-    m_world.workspace.run(desktop::ourselves);
     chooseSettings();
-    m_world.launch();
-    m_judge.watch();
+    for (const auto& words : std::as_const(m_given))
+        m_trial.give(words);
+    m_trial.launch();
     for (int round = 0; round < roundsPerLife && !violation(); ++round) {
-        m_done.clear();
-        m_world.effects.clear();
+        m_before.insert(m_before.end(), m_round.begin(), m_round.end());
+        m_round.clear();
+        m_trial.play().forget();
         playRound();
     }
 }
 
 QStringList Simulation::account() const {
-    TwoColumns columns{m_done, {}};
-    for (const auto& effect : m_world.effects)
-        columns.followed.push_back({effect.at, effect.text()});
-    return columns.rows();
+    return TwoColumns{m_round, m_trial.play().followed(true)}.rows();
+}
+
+Story Simulation::story() const {
+    const auto kind = kindOf(violation().value_or(QString()));
+    // The settings are what they were given last.
+    std::map<QString, QString> settings;
+    const auto isSetting = [](const QString& words) { return words.startsWith(QStringLiteral("set ")); };
+    for (const auto& words : m_given)
+        settings[words.section(u' ', 0, 2)] = words;
+    for (const auto& thing : m_before) {
+        if (isSetting(thing.words))
+            settings[thing.words.section(u' ', 0, 2)] = thing.words;
+    }
+    Story round;
+    for (const auto& [name, words] : settings)
+        round.given << words;
+    for (const auto& thing : m_round)
+        round.columns.done.push_back({rounded(thing.at - m_roundStart), thing.words});
+    const auto short_ = shortest(round);
+    if (kindOf(short_.preamble.value(0).mid(2)) == kind)
+        return short_;
+    Story life;
+    life.given = m_given;
+    life.columns.done = m_before;
+    life.columns.done.insert(life.columns.done.end(), m_round.begin(), m_round.end());
+    return shortest(life);
+}
+
+void Simulation::set(const char* name, const QString& value) {
+    m_given << QStringLiteral("set %1 to %2").arg(QString::fromLatin1(name), value);
 }
 
 void Simulation::chooseSettings() {
-    auto& settings = m_world.settings;
-    settings.hasOnboarded.set(m_dice.chance(0.9));
-    settings.hotkeyBinding.set(randomBinding());
-    settings.hotkeyTapToToggle.set(m_dice.chance(0.3));
-    settings.targetLanguageCode.set(m_dice.pick<const char*>({"off", "off", "off", "en", "en", "de", "ja"}));
-    settings.sourceLanguageCode.set(m_dice.pick<const char*>({"auto", "en", "en", "de", "ru"}));
-    settings.insertionMode.set(
-        m_dice.pick({InsertionMode::AutoByDuration, InsertionMode::AutoByDuration, InsertionMode::Paste}));
-    settings.typewriterThresholdSeconds.set(m_dice.pick({15.0, 15.0, 1.0, 0.0}));
-    settings.protectFocusTarget.set(m_dice.chance(0.8));
-    settings.focusProtectionMode.set(
-        m_dice.pick({FocusProtectionMode::Reactivate, FocusProtectionMode::ClipboardOnly}));
-    settings.aiCleanupEnabled.set(m_dice.chance(0.3));
-    settings.cleanupTone.set(m_dice.pick({CleanupTone::Casual, CleanupTone::Professional, CleanupTone::Off}));
-    settings.startSoundName.set(m_dice.pick<const char*>({"Submarine", "Off", "none of that name"}));
+    const auto truth = [](bool value) { return QString::fromLatin1(value ? "true" : "false"); };
+    const auto one = [this](std::initializer_list<const char*> values) {
+        return QStringLiteral("\"%1\"").arg(QString::fromUtf8(m_dice.pick(values)));
+    };
+    set("hasOnboarded", truth(m_dice.chance(0.9)));
+    set("hotkeyBinding", randomBinding());
+    m_isTapMode = m_dice.chance(0.3);
+    set("hotkeyTapToToggle", truth(m_isTapMode));
+    set("targetLanguageCode", one({"off", "off", "off", "en", "en", "de", "ja"}));
+    set("sourceLanguageCode", one({"auto", "en", "en", "de", "ru"}));
+    set("insertionMode", one({"autoByDuration", "autoByDuration", "paste"}));
+    set("typewriterThresholdSeconds", QString::number(m_dice.pick({15.0, 15.0, 1.0, 0.0})));
+    set("protectFocusTarget", truth(m_dice.chance(0.85)));
+    set("focusProtectionMode", one({"reactivate", "clipboardOnly"}));
+    set("aiCleanupEnabled", truth(m_dice.chance(0.3)));
+    set("cleanupTone", one({"casual", "professional", "off"}));
+    set("startSoundName", one({"Submarine", "Off", "none of that name"}));
 }
 
 void Simulation::playRound() {
+    m_roundStart = m_trial.play().elapsed();
     chooseAudio();
     writeToolScript();
     for (auto faults = m_dice.pick({0, 0, 1, 1, 2}); faults > 0; --faults)
         breakSomething();
-    if (m_world.settings.hotkeyTapToToggle.get())
+    if (m_isTapMode)
         scheduleTaps();
     else
         scheduleHolds();
     scheduleDisturbances();
-    m_world.actor.advance(seconds(12));
-    mendEverything();
-    bringToRest();
-    m_judge.judgeRest();
+    m_trial.perform(m_round, m_roundStart + roundSeconds);
+    m_round.push_back({m_trial.play().elapsed(), Trial::restWords});
+    if (!violation())
+        m_trial.rest();
+}
+
+void Simulation::after(double delay, const QString& words) {
+    m_round.push_back({rounded(m_roundStart + std::max(delay, 0.0)), words});
+}
+
+void Simulation::chooseAudio() {
+    const double spoken = m_dice.chance(0.015)  ? m_dice.pick({28.0, 28.5, 40.0, 48.0, 48.5})
+                          : m_dice.chance(0.15) ? m_dice.pick({0.0, 0.1, 0.29, 0.3})
+                                                : m_dice.between(0.31, 1.1);
+    now(QStringLiteral("the user speaks for %1 s").arg(spoken));
 }
 
 /// Holds of every length, the next often before the one before has come to its end.
@@ -78,123 +125,46 @@ void Simulation::scheduleHolds() {
     for (auto presses = m_dice.pick({1, 1, 1, 2, 3}); presses > 0; --presses) {
         const double held =
             m_dice.pick({0.05, 0.59, 0.6, 0.61, 0.7, 0.8, 1.5, 3.0}) + m_dice.between(0, 0.01);
-        after(at, "press", [this] { keyDown(); });
+        after(at, "the hotkey goes down");
+        if (m_dice.chance(0.1))
+            after(at + m_dice.between(0, held), "the hotkey repeats");
         if (m_dice.chance(0.03))
-            after(at + m_dice.between(0, held), "the press is heard twice", [this] {
-                if (m_world.agent().hotkey.isPressed())
-                    m_world.pressStart();
-            });
-        after(at + held, "release", [this] { keyUp(); });
+            after(at + m_dice.between(0, held), "the press is heard twice");
+        scheduleRelease(at + held);
+        scheduleFaults({at, at + held, at + held + m_firstDuration});
         at += held + m_dice.pick({0.01, 0.1, 0.18, 0.5, 1.0, 4.0});
     }
 }
 
 void Simulation::scheduleTaps() {
     double at = m_dice.between(0, 0.5);
+    double before = at;
     for (auto taps = m_dice.pick({1, 2, 2, 2, 3, 4, 5}); taps > 0; --taps) {
-        after(at, "press", [this] { keyDown(); });
-        after(at + 0.03, "release", [this] { keyUp(); });
+        after(at, "the hotkey goes down");
+        scheduleRelease(at + 0.03);
+        scheduleFaults({before, at, at + m_firstDuration});
+        before = at;
         at += m_dice.pick({0.05, 0.15, 0.19, 0.21, 0.5, 1.0, 2.0, 4.0}) + m_dice.between(0, 0.01);
     }
 }
 
+void Simulation::scheduleRelease(double at) {
+    after(at, m_dice.chance(0.3) ? "the hotkey comes up behind its modifier" : "the hotkey comes up");
+}
+
 void Simulation::scheduleDisturbances() {
     for (auto count = m_dice.pick({0, 0, 1, 1, 2, 4}); count > 0; --count)
-        after(m_dice.between(0, 6), "disturb", [this] { disturb(); });
+        after(m_dice.between(0, 6), disturbance());
 }
 
-HotkeyBinding Simulation::randomBinding() {
+QString Simulation::randomBinding() {
+    const auto chord = HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option, VirtualKey::Space);
     using Key = HotkeyBinding::SpecialKey;
-    switch (m_dice.below(8)) {
-    case 0:
-    case 1:
-    case 2:
-        return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option, VirtualKey::Space);
-    case 3:
-        return HotkeyBinding::holdSpecial(Key::RightOption);
-    case 4:
-        return HotkeyBinding::holdSpecial(Key::Fn);
-    case 5:
-        return HotkeyBinding::holdSpecial(Key::CapsLock);
-    default:
-        return HotkeyBinding::holdSpecial(Key::RightCommand);
-    }
-}
-
-void Simulation::keyDown() {
-    m_heldBinding = m_world.settings.hotkeyBinding.get();
-    auto& keyboard = m_world.keyboard;
-    if (const auto* chord = m_heldBinding->asChord()) {
-        keyboard.press(VirtualKey::Control);
-        keyboard.press(VirtualKey::Option);
-        keyboard.press(chord->keyCode);
-        if (m_dice.chance(0.2))
-            keyboard.repeat(chord->keyCode);
-        return;
-    }
-    const auto key = keyCode(*m_heldBinding->asSpecialKey());
-    keyboard.press(key);
-    if (key == VirtualKey::CapsLock)
-        keyboard.release(key);
-}
-
-void Simulation::keyUp() {
-    const auto held = std::exchange(m_heldBinding, std::nullopt);
-    if (!held)
-        return;
-    auto& keyboard = m_world.keyboard;
-    if (const auto* chord = held->asChord()) {
-        const bool modifierFirst = m_dice.chance(0.3);
-        if (modifierFirst)
-            keyboard.release(VirtualKey::Control);
-        keyboard.release(chord->keyCode);
-        keyboard.release(VirtualKey::Option);
-        if (!modifierFirst)
-            keyboard.release(VirtualKey::Control);
-        return;
-    }
-    const auto key = keyCode(*held->asSpecialKey());
-    if (key == VirtualKey::CapsLock)
-        keyboard.press(key);
-    keyboard.release(key);
-}
-
-/// The user's hands are off the keyboard, and Caps Lock is off.
-void Simulation::letGo() {
-    keyUp();
-    if (m_world.agent().hotkey.isPressed())
-        m_world.keyboard.tap(VirtualKey::CapsLock);
-}
-
-void Simulation::bringToRest() {
-    using State = MenuBarController::State;
-    for (int attempts = 0; attempts < 3; ++attempts) {
-        if (!m_world.runToRest()) {
-            m_judge.complain(QStringLiteral("it never comes to rest"));
-            return;
-        }
-        if (m_world.agent().menuBar.state.get() != State::Recording)
-            break;
-        // A press without a release that counted, as in tap mode: one more ends it.
-        did(QStringLiteral("press and release to end the recording"));
-        keyDown();
-        m_world.actor.advance(seconds(0.4));
-        keyUp();
-        m_world.actor.settle();
-        letGo();
-    }
-    m_judge.excuseReleases(false);
-}
-
-void Simulation::after(double delay, const char* what, std::function<void()> act) {
-    m_world.actor.startTimer(seconds(delay), [this, what, act = std::move(act)] {
-        did(QString::fromLatin1(what));
-        act();
-    });
-}
-
-void Simulation::did(const QString& what) {
-    m_done.push_back({m_world.actor.elapsed(), what});
+    const auto special = [this] {
+        return m_dice.pick({Key::RightCommand, Key::RightCommand, Key::RightOption, Key::Fn, Key::CapsLock});
+    };
+    const auto binding = m_dice.chance(0.4) ? chord : HotkeyBinding::holdSpecial(special());
+    return QString::fromUtf8(binding.encoded());
 }
 
 } // namespace talvera::simulation

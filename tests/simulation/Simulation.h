@@ -2,29 +2,20 @@
 #pragma once
 
 #include "Dice.h"
-#include "Judge.h"
-#include "SimulatedWorld.h"
-#include "TwoColumns.h"
+#include "Story.h"
+#include "Trial.h"
 
 #include <QString>
 
 #include <cstdint>
-#include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
 namespace talvera::simulation {
 
-/// The applications that run on the simulated desktop.
-namespace desktop {
-inline const RunningApplication editor{100, QStringLiteral("org.example.editor"), QStringLiteral("Editor")};
-inline const RunningApplication mail{200, QStringLiteral("org.example.mail"), QStringLiteral("Mail")};
-inline const RunningApplication nameless{300, std::nullopt, std::nullopt};
-inline const RunningApplication ourselves{400, QStringLiteral("talvera"), QStringLiteral("Talvera")};
-} // namespace desktop
-
-/// One agent's life on a machine on which things go wrong: presses of the hotkey at every moment, and faults
-/// of everything around it, all from one seed.
+/// The lives of agents on one machine on which things go wrong: presses of the hotkey at every moment, and
+/// faults of everything around it, all from one seed.
 class Simulation {
 public:
     explicit Simulation(std::uint64_t seed);
@@ -32,39 +23,57 @@ public:
     /// Lives through it; stops early when something was wrong.
     void run();
 
-    const std::optional<QString>& violation() const { return m_judge.violation(); }
-    const Tally& tally() const { return m_judge.tally(); }
-    /// What the simulation did since the last rest and what followed, in the two columns of a story.
+    const std::optional<QString>& violation() const { return m_trial.violation(); }
+    const Tally& tally() const { return m_trial.judge().tally(); }
+    const FaultTally& faults() const { return m_trial.faults().tally(); }
+    /// What was done since the last rest and what followed.
     QStringList account() const;
+    /// The violation as a story of its own, as short as it can be: the last round if that shows it, else all
+    /// of them.
+    Story story() const;
 
 private:
+    /// From the press to the moment at which the first run of the recogniser is about to end.
+    struct Hold {
+        double press;
+        double release;
+        double text;
+    };
+
     void chooseSettings();
+    void set(const char* name, const QString& value);
     void playRound();
     void scheduleHolds();
     void scheduleTaps();
     void scheduleDisturbances();
+    void scheduleDesktop(const Hold& hold);
+    void scheduleFaults(const Hold& hold);
+    void scheduleRelease(double at);
     void breakSomething();
-    void disturb();
+    void breakDelivery();
+    QString disturbance();
+    QString settingsDisturbance();
+    QString desktopDisturbance();
     void writeToolScript();
-    test::ToolRun makeToolRun();
+    QString toolRun(double duration);
     void chooseAudio();
-    void mendEverything();
-    void bringToRest();
+    QString randomBinding();
 
-    HotkeyBinding randomBinding();
-    void keyDown();
-    void keyUp();
-    void letGo();
-
-    void after(double delay, const char* what, std::function<void()> act);
-    void did(const QString& what);
+    /// Schedules it `delay` seconds from the beginning of the round.
+    void after(double delay, const QString& words);
+    void after(double delay, const char* words) { after(delay, QString::fromUtf8(words)); }
+    void now(const QString& words) { after(0, words); }
+    void now(const char* words) { after(0, words); }
 
     Dice m_dice;
-    test::SimulatedWorld m_world;
-    Judge m_judge;
-    std::optional<HotkeyBinding> m_heldBinding;
+    Trial m_trial;
     int m_texts = 0;
-    std::vector<TwoColumns::Entry> m_done; ///< since the last rest
+    bool m_isTapMode = false;
+    double m_firstDuration = 0; ///< of the round's first run of the recogniser
+    double m_roundStart = 0;
+    std::vector<TwoColumns::Entry> m_round;  ///< what is done in it
+    std::vector<TwoColumns::Entry> m_before; ///< in all rounds before
+    QStringList m_given;
 };
 
 } // namespace talvera::simulation

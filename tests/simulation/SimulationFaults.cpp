@@ -1,267 +1,223 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
 
-#include "hotkeys/TranslateToggleHotkey.h"
-#include "platform/system/PlatformError.h"
-#include "shell/hud/DictationHUDController.h"
-#include "shell/onboarding/OnboardingController.h"
-#include "shell/readiness/ReadinessMonitor.h"
-#include "speech/WhisperRunner.h"
-
-#include <cerrno>
-#include <limits>
-
 // What goes wrong around the agent, and what else happens to it.
 
 namespace talvera::simulation {
 
-using test::ToolRun;
-
 namespace {
 
-constexpr int toolRunsPerRound = 24;
+constexpr int toolRunsPerRound = 8;
 
 } // namespace
 
-void Simulation::chooseAudio() {
-    m_world.microphone.secondsPerRecording = m_dice.chance(0.015)
-                                                 ? m_dice.pick({28.0, 28.5, 40.0, 48.0, 48.5})
-                                             : m_dice.chance(0.15) ? m_dice.pick({0.0, 0.1, 0.29, 0.3})
-                                                                   : m_dice.between(0.31, 1.1);
-}
-
 /// Something that is broken for the whole round.
 void Simulation::breakSomething() {
-    switch (m_dice.below(12)) {
+    switch (m_dice.below(17)) {
     case 0:
-        did(QStringLiteral("the recorder refuses to start"));
-        m_world.microphone.startFailure = PlatformError(AudioEngineFailure::Refused);
-        break;
+        return now("the microphone is broken");
     case 1:
-        did(QStringLiteral("recordings can't be saved"));
-        m_world.recordingsFail = true;
-        break;
-    case 2: {
-        const auto writes = static_cast<int>(m_dice.below(4));
-        did(QStringLiteral("a write fails after %1 others").arg(writes));
-        m_world.disk.failWriteAfter(writes, ENOSPC);
-        break;
-    }
+        return now("the disk is full");
+    case 2:
+        return now(QStringLiteral("the disk refuses one write after %1 more").arg(m_dice.below(4)));
     case 3:
-        did(QStringLiteral("nothing can be deleted"));
-        m_world.files.removalsFail = true;
-        break;
+        return now("nothing can be deleted");
     case 4:
-        did(QStringLiteral("the recogniser is gone"));
-        if (const auto path = m_world.agent().whisper.binaryURL(); m_world.disk.exists(path))
-            m_world.disk.remove(path);
-        break;
+        return now("the recogniser is gone");
     case 5:
-        did(QStringLiteral("applications don't come to the front"));
-        m_world.workspace.activation =
-            m_dice.pick({test::FakeWorkspace::Activation::Refused, test::FakeWorkspace::Activation::NoFocus});
-        break;
+        return now(m_dice.pick({"no application can be brought to the front",
+                                "applications come to the front without the focus",
+                                "applications come to the front without a text field"}));
     case 6:
-        did(QStringLiteral("no text field"));
-        m_world.setTextFieldFocused(false);
-        break;
+        return now("no text field");
     case 7:
-        did(QStringLiteral("applications come to the front without a text field"));
-        m_world.activationLosesTextField = true;
-        break;
+        return now(m_dice.pick({"focus on nothing", "focus on our own window"}));
     case 8:
-        did(QStringLiteral("no application in front"));
-        m_world.workspace.setFrontmost(std::nullopt);
-        break;
+        return now(QStringLiteral("a language model is there, and hears ") +
+                   QString::fromLatin1(m_dice.pick({"nothing", "en", "de"})));
     case 9:
-        did(QStringLiteral("our own window in front"));
-        m_world.workspace.setFrontmost(desktop::ourselves.pid);
-        break;
+        return now("no converter for the microphone");
     case 10:
-        did(QStringLiteral("a language model, so that clean-up can be asked for"));
-        m_world.languageModel.reason.reset();
-        m_world.languageRecognizer.answer =
-            m_dice.chance(0.3) ? std::nullopt
-                               : std::optional(QString(m_dice.pick<const char*>({"en", "de"})));
-        break;
+        return now("statistics can't be written");
+    case 11:
+        return now("preferences can't be written");
+    case 12:
+    case 13:
+        return now(m_dice.chance(0.3) ? QStringLiteral("applications don't say what has the focus")
+                                      : QStringLiteral("applications take %1 s to say what has the focus")
+                                            .arg(m_dice.pick({0.02, 0.1, 0.2})));
     default:
-        did(QStringLiteral("no converter for the microphone"));
-        m_world.converters.refuses = true;
-        break;
+        return breakDelivery();
     }
+}
+
+/// The ways to the user's window.
+void Simulation::breakDelivery() {
+    switch (m_dice.below(7)) {
+    case 0:
+        return now("no key can be typed");
+    case 1:
+        return now("the clipboard takes no text");
+    case 2:
+        now("no key can be typed");
+        return now("the clipboard takes no text");
+    case 3:
+        return now("another program takes the clipboard at once");
+    case 4:
+        return now("windows ignore what is pasted");
+    case 5:
+        now("the way to the keyboard is cut off");
+        return now(m_dice.chance(0.5) ? "the clipboard takes no text" : "windows ignore what is pasted");
+    default:
+        return now("an input method changes what is typed");
+    }
+}
+
+/// What befalls just this press and its text.
+void Simulation::scheduleFaults(const Hold& hold) {
+    if (m_dice.chance(0.35))
+        scheduleDesktop(hold);
+    if (m_dice.chance(0.02))
+        after(hold.text + m_dice.between(0, 0.4), "the way to the keyboard is cut off");
+    if (m_dice.chance(0.03)) {
+        after(m_dice.between(hold.press + 0.6, std::max(hold.release, hold.press + 0.6)),
+              QStringLiteral("the microphone dies when it has heard %1 s")
+                  .arg(m_dice.pick({0.0, 0.2, 0.35, 0.5})));
+    }
+    if (m_dice.chance(0.01))
+        after(m_dice.between(hold.press, hold.text + 0.2), "the temporary directory is deleted");
+    if (m_dice.chance(0.02))
+        after(m_dice.between(hold.press, hold.text + 0.5), "the program is started again");
+    if (m_dice.chance(0.015))
+        after(m_dice.between(hold.press, hold.text + 0.6), "the program is killed and started again");
+}
+
+/// Windows come and go around the moment at which the text is there.
+void Simulation::scheduleDesktop(const Hold& hold) {
+    for (auto count = m_dice.pick({1, 1, 2, 3}); count > 0; --count)
+        after(hold.text + m_dice.between(-0.1, 0.6), desktopDisturbance());
+}
+
+QString Simulation::desktopDisturbance() {
+    return QString::fromLatin1(m_dice.pick(
+        {"focus on the mail", "focus on the mail", "focus on the nameless program", "focus on our own window",
+         "focus on nothing", "focus on the editor", "focus on the editor", "the editor quits",
+         "another window of the program opens", "another window of the program opens",
+         "the program's first window comes back", "a list of completions opens",
+         "a list of completions opens", "the list of completions goes", "the screen is locked",
+         "the screen is locked", "the screen is unlocked", "no text field", "a text field"}));
 }
 
 /// Something that happens in the middle of it all.
-void Simulation::disturb() {
-    auto& settings = m_world.settings;
-    auto& agent = m_world.agent();
-    switch (m_dice.below(21)) {
+QString Simulation::disturbance() {
+    switch (m_dice.below(22)) {
     case 0:
     case 1:
     case 2:
-        did(QStringLiteral("the user moves to another application"));
-        m_world.workspace.setFrontmost(m_dice.pick(
-            {desktop::mail.pid, desktop::mail.pid, desktop::nameless.pid, desktop::ourselves.pid}));
-        break;
     case 3:
-        did(QStringLiteral("the user comes back"));
-        m_world.workspace.runInFront(desktop::editor);
-        break;
     case 4:
     case 5:
-        did(QStringLiteral("the editor quits"));
-        m_world.workspace.quit(desktop::editor.pid);
-        break;
     case 6:
-        did(QStringLiteral("the text field comes or goes"));
-        m_world.setTextFieldFocused(!m_world.isTextFieldFocused());
-        break;
+        return desktopDisturbance();
     case 7:
-        did(QStringLiteral("the languages change"));
-        settings.targetLanguageCode.set(m_dice.pick<const char*>({"off", "en", "de"}));
-        settings.sourceLanguageCode.set(m_dice.pick<const char*>({"auto", "en", "de"}));
-        break;
     case 8:
-        did(QStringLiteral("the delivery changes"));
-        settings.insertionMode.set(m_dice.pick({InsertionMode::AutoByDuration, InsertionMode::Paste}));
-        settings.typewriterThresholdSeconds.set(m_dice.pick({15.0, 0.5}));
-        settings.protectFocusTarget.set(m_dice.chance(0.5));
-        settings.focusProtectionMode.set(
-            m_dice.pick({FocusProtectionMode::Reactivate, FocusProtectionMode::ClipboardOnly}));
-        break;
     case 9:
-        did(QStringLiteral("hold and tap mode are swapped"));
-        settings.hotkeyTapToToggle.set(!settings.hotkeyTapToToggle.get());
-        m_judge.excuseReleases(true);
-        break;
+        return settingsDisturbance();
     case 10:
-        did(QStringLiteral("another hotkey"));
-        settings.hotkeyBinding.set(randomBinding());
-        break;
+        return QStringLiteral("the microphone is forbidden");
     case 11:
-        did(QStringLiteral("the microphone is taken away"));
-        m_world.microphonePermission.current = AuthorizationStatus::Denied;
-        break;
+        return QStringLiteral("the desktop doesn't let us watch keys");
     case 12:
-        did(QStringLiteral("Accessibility is taken away"));
-        m_world.access.trusted = false;
-        break;
+        return QStringLiteral("the permissions are looked at");
     case 13:
-        did(QStringLiteral("the permissions are looked at"));
-        agent.readiness.refresh();
-        break;
+        return QStringLiteral("the model is missing");
     case 14:
-        did(QStringLiteral("the model vanishes"));
-        m_world.setModelReady(false);
-        break;
+        return QStringLiteral("the wizard suspends the hotkey");
     case 15:
-        did(QStringLiteral("the wizard suspends the hotkey"));
-        agent.onboarding.suspendHotkey.set(true);
-        m_judge.excuseReleases(true);
-        break;
+        return QStringLiteral("the wizard takes the hotkey");
     case 16:
-        did(QStringLiteral("the wizard takes the hotkey"));
-        agent.onboarding.captureHotkey.set(true);
-        m_judge.excuseReleases(true);
-        break;
+        return QStringLiteral("the wizard lets go of the hotkey");
     case 17:
-        did(QStringLiteral("the wizard lets go of the hotkey"));
-        agent.onboarding.suspendHotkey.set(false);
-        agent.onboarding.captureHotkey.set(false);
-        break;
+        return QString::fromLatin1(m_dice.pick({"click the card away", "click the card's button"}));
     case 18:
-        did(QStringLiteral("the user clicks the card"));
-        if (m_dice.chance(0.5))
-            agent.hud.stateHolder().dismissPermission();
-        else
-            agent.hud.stateHolder().openPermissionSettings();
-        break;
+        after(m_dice.between(4, 8), "keys are heard again");
+        return QStringLiteral("keys are no longer heard");
     case 19:
-        did(QStringLiteral("the program stops listening to the keyboard"));
-        m_world.keyboard.stopListening();
-        after(m_dice.between(0.1, 2), "the program listens again",
-              [this] { m_world.keyboard.listenAgain(); });
-        break;
+        return QStringLiteral("the clock is set %1 by %2 s")
+            .arg(QString::fromLatin1(m_dice.pick({"forward", "back"})))
+            .arg(m_dice.pick({0.2, 3.0, 60.0, 3600.0, 34560000.0}), 0, 'f', 1);
+    case 20:
+        return QStringLiteral("the panel is closed");
     default:
-        did(QStringLiteral("the translate hotkey"));
-        agent.translateToggle.onTrigger();
-        break;
+        return QStringLiteral("translate key");
+    }
+}
+
+QString Simulation::settingsDisturbance() {
+    const auto set = [](const char* name, const QString& value) {
+        return QStringLiteral("set %1 to %2").arg(QString::fromLatin1(name), value);
+    };
+    const auto text = [this](std::initializer_list<const char*> values) {
+        return QStringLiteral("\"%1\"").arg(QString::fromLatin1(m_dice.pick(values)));
+    };
+    switch (m_dice.below(8)) {
+    case 0:
+        return set("targetLanguageCode", text({"off", "en", "de"}));
+    case 1:
+        return set("sourceLanguageCode", text({"auto", "en", "de"}));
+    case 2:
+        return set("insertionMode", text({"autoByDuration", "paste"}));
+    case 3:
+        return set("typewriterThresholdSeconds", QString::fromLatin1(m_dice.pick({"15", "0.5"})));
+    case 4:
+        return set("protectFocusTarget", QString::fromLatin1(m_dice.pick({"true", "false"})));
+    case 5:
+        return set("focusProtectionMode", text({"reactivate", "clipboardOnly"}));
+    case 6:
+        m_isTapMode = !m_isTapMode;
+        return set("hotkeyTapToToggle", QString::fromLatin1(m_isTapMode ? "true" : "false"));
+    default:
+        return set("hotkeyBinding", randomBinding());
     }
 }
 
 void Simulation::writeToolScript() {
-    std::vector<ToolRun> runs;
-    runs.reserve(toolRunsPerRound);
-    bool mayNotStart = false;
     for (int i = 0; i < toolRunsPerRound; ++i) {
-        runs.push_back(makeToolRun());
-        mayNotStart = mayNotStart || runs.back().launchFailure;
+        const double duration = m_dice.pick({0.0, 0.1, 0.3, 0.3, 1.0, 3.0}) + m_dice.between(0, 0.01);
+        if (i == 0)
+            m_firstDuration = duration;
+        now(QString::fromLatin1(i == 0 ? "first it " : "then it ") + toolRun(duration));
     }
-    m_world.tool.setRuns(std::move(runs));
-    m_judge.excuseLaunchFailures(mayNotStart);
 }
 
-ToolRun Simulation::makeToolRun() {
-    ToolRun run;
-    run.duration = seconds(m_dice.pick({0.0, 0.1, 0.3, 0.3, 1.0, 3.0}) + m_dice.between(0, 0.01));
+QString Simulation::toolRun(double duration) {
     // Words that no other run has, so that nothing seems to overlap.
     ++m_texts;
-    run.text =
-        QByteArray("word") + QByteArray::number(m_texts) + "a word" + QByteArray::number(m_texts) + "b";
-    if (!m_dice.chance(0.2))
-        return run;
-    switch (m_dice.below(7)) {
+    const auto within = QStringLiteral(" within %1 s").arg(duration, 0, 'f', 6);
+    const auto heard = QStringLiteral("hears \"word%1a word%1b\"").arg(m_texts) + within;
+    if (!m_dice.chance(0.25))
+        return heard;
+    switch (m_dice.below(9)) {
     case 0:
-        run.status = 1;
-        run.standardError = "error: something is wrong\n";
-        break;
+        return QStringLiteral("fails") + within;
     case 1:
-        run.status = 11;
-        run.signalled = true;
-        break;
+        return QStringLiteral("crashes") + within;
     case 2:
-        run.status = 9;
-        run.signalled = run.hung = true;
-        run.duration = seconds(60);
-        break;
+        return QStringLiteral("hangs within 60 s");
     case 3:
-        run.leavesNoFile = true;
-        break;
+        return QStringLiteral("ends without a text") + within;
     case 4:
-        run.text = "\xC3\x28 no UTF-8";
-        break;
+        return QStringLiteral("leaves no text that can be read") + within;
     case 5:
-        run.text = m_dice.pick<const char*>({"", " \n", "\n\n"});
-        break;
+        return QStringLiteral("hears \"%1\"").arg(QString::fromLatin1(m_dice.pick({"", " \\n", "\\n\\n"}))) +
+               within;
+    case 6:
+        return heard + QStringLiteral(", but leaves an empty file");
+    case 7:
+        return heard + QStringLiteral(", but leaves a cut file");
     default:
-        if (m_dice.chance(0.2))
-            run.launchFailure = PlatformError(QStringLiteral("ChildProcess"), ENOMEM);
-        break;
+        return m_dice.chance(0.2) ? QStringLiteral("can't be started") : heard;
     }
-    return run;
-}
-
-void Simulation::mendEverything() {
-    did(QStringLiteral("everything is mended"));
-    m_world.keyboard.listenAgain();
-    m_world.languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
-    m_world.microphone.startFailure.reset();
-    m_world.recordingsFail = false;
-    m_world.disk.failWriteAfter(std::numeric_limits<int>::max(), ENOSPC);
-    m_world.files.removalsFail = false;
-    m_world.disk.addExecutable(m_world.agent().whisper.binaryURL());
-    m_world.setModelReady(true);
-    m_world.converters.refuses = false;
-    m_world.workspace.activation = test::FakeWorkspace::Activation::Works;
-    m_world.activationLosesTextField = false;
-    m_world.workspace.runInFront(desktop::editor);
-    m_world.setTextFieldFocused(true);
-    m_world.microphonePermission.current = AuthorizationStatus::Authorized;
-    m_world.access.trusted = true;
-    m_world.agent().readiness.refresh();
-    m_world.agent().onboarding.suspendHotkey.set(false);
-    m_world.agent().onboarding.captureHotkey.set(false);
-    letGo();
 }
 
 } // namespace talvera::simulation

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
+#include "StoryFile.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <iomanip>
 #include <iostream>
 
 using namespace talvera::simulation;
 
 namespace {
+
+/// In so many dictations every kind of fault occurs, or the simulation doesn't play what it should.
+constexpr std::uint64_t dictationsForEveryFault = 15000;
 
 struct Arguments {
     std::uint64_t first = 1;
@@ -15,11 +20,12 @@ struct Arguments {
     std::uint64_t leastDictations = 0;
     bool goesOn = false; ///< beyond `count`, until there have been `leastDictations`
     bool tells = false;  ///< the whole account of the last round
+    const char* story = nullptr;
 };
 
 [[noreturn]] void usage() {
     std::cerr << "usage: simulation [--seeds FIRST COUNT [LEAST-DICTATIONS] | --dictations COUNT FIRST | "
-                 "--seed N]\n";
+                 "--seed N | --story FILE]\n";
     std::exit(2);
 }
 
@@ -30,6 +36,8 @@ Arguments parse(int argc, char** argv) {
         arguments.first = number(2);
         arguments.count = 1;
         arguments.tells = true;
+    } else if (argc == 3 && std::strcmp(argv[1], "--story") == 0) {
+        arguments.story = argv[2];
     } else if (argc == 4 && std::strcmp(argv[1], "--dictations") == 0) {
         arguments.first = number(3);
         arguments.count = 0;
@@ -53,14 +61,30 @@ void print(const Tally& tally) {
               << tally.acceptedLeaks << " files left as they must be\n";
 }
 
-} // namespace
+void print(const FaultTally& faults) {
+    for (std::size_t i = 0; i < faultCount; ++i)
+        std::cout << std::setw(9) << faults.counts.at(i) << "  " << faultName(static_cast<Fault>(i)) << '\n';
+}
 
-int main(int argc, char** argv) {
-    const auto arguments = parse(argc, argv);
+void tellViolation(const Simulation& simulation, std::uint64_t seed, const char* program) {
+    std::cout << "\nseed " << seed << ": " << simulation.violation()->toStdString()
+              << "\nto see it again: " << program << " --seed " << seed << "\nthe same as a story, which "
+              << program << " --story FILE plays:\n\n"
+              << simulation.story().text().toStdString();
+}
+
+int judgeStory(const char* path) {
+    const auto violation = Trial().run(Story::parse(readStoryFile(QString::fromLocal8Bit(path))));
+    std::cout << (violation ? violation->toStdString() : "nothing is wrong") << '\n';
+    return violation ? 1 : 0;
+}
+
+int simulate(const Arguments& arguments, const char* program) {
     // Each seed is named before it is lived through: should one end in a crash or never, it is the last one
     // named.
-    std::cout << "to see a seed again: " << argv[0] << " --seed N\nseeds" << std::flush;
+    std::cout << "to see a seed again: " << program << " --seed N\nseeds" << std::flush;
     Tally total;
+    FaultTally faults;
     const auto isEnough = [&](std::uint64_t seed) {
         return seed >= arguments.first + arguments.count &&
                !(arguments.goesOn && total.dictations < arguments.leastDictations);
@@ -70,24 +94,42 @@ int main(int argc, char** argv) {
         Simulation simulation(seed);
         simulation.run();
         total += simulation.tally();
-        const auto& violation = simulation.violation();
-        if (arguments.tells || violation) {
+        faults += simulation.faults();
+        if (arguments.tells) {
             std::cout << '\n';
             for (const auto& line : simulation.account())
                 std::cout << line.toStdString() << '\n';
         }
-        if (violation) {
-            std::cout << "seed " << seed << ": " << violation->toStdString()
-                      << "\nto see it again: " << argv[0] << " --seed " << seed << '\n';
+        if (simulation.violation()) {
+            tellViolation(simulation, seed, program);
             return 1;
         }
     }
     std::cout << '\n';
+    print(faults);
     print(total);
     if (total.dictations < arguments.leastDictations) {
         std::cout << "these are fewer dictations than the " << arguments.leastDictations
                   << " that are wanted\n";
         return 1;
     }
+    const auto missing = faults.missing();
+    if (total.dictations >= dictationsForEveryFault && !missing.isEmpty()) {
+        std::cout << "these faults never occurred: " << missing.join(QStringLiteral(", ")).toStdString()
+                  << '\n';
+        return 1;
+    }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto arguments = parse(argc, argv);
+    try {
+        return arguments.story ? judgeStory(arguments.story) : simulate(arguments, argv[0]);
+    } catch (const std::exception& error) {
+        std::cerr << error.what() << '\n';
+        return 2;
+    }
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 // stories [--write] FILE...: plays the stories and tells where what follows is not what they say. --write
 // puts what follows into the files instead, to be looked at before it is believed.
+#include "StoryFile.h"
 #include "StoryPlayer.h"
-
-#include <QFile>
 
 #include <cstring>
 #include <exception>
@@ -14,27 +13,13 @@ using namespace talvera::simulation;
 
 namespace {
 
-QString read(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw std::runtime_error("can't be read");
-    return QString::fromUtf8(file.readAll());
-}
-
-void write(const QString& path, const QString& text) {
-    QFile file(path);
-    const auto bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        throw std::runtime_error("can't be written");
-}
-
 /// Whether the story is told as it goes.
 bool tell(const QString& path, bool writes) {
-    const auto story = Story::parse(read(path));
+    const auto story = Story::parse(readStoryFile(path));
     auto played = story;
     played.columns.followed = StoryPlayer().play(story);
     if (writes)
-        write(path, played.text());
+        writeStoryFile(path, played.text());
     const auto told = story.columns.rows();
     const auto happened = played.columns.rows();
     if (writes || told == happened)

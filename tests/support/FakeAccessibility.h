@@ -38,6 +38,9 @@ public:
     /// Whether a switch can be set.
     std::function<bool(const QString& name)> acceptsSwitch = [](const QString&) { return true; };
 
+    /// Called at each read, before the answer: for an application that takes its time.
+    std::function<void()> onRead;
+
     int focusReads = 0;
     std::vector<Switch> switches; ///< all that were tried, in order
 
@@ -48,6 +51,8 @@ public:
 
     FocusedElement focusedElement() override {
         ++focusReads;
+        if (onRead)
+            onRead();
         auto current = answer;
         if (!nextAnswers.empty()) {
             current = std::move(nextAnswers.front());

@@ -20,21 +20,38 @@ void FakeAudioEngine::installTap(std::size_t bufferFrames, const AudioFormat&, T
 void FakeAudioEngine::removeTap() {
     if (!m_tap)
         return;
-    if (m_running && secondsPerRecording > 0) {
-        const auto frames = static_cast<std::size_t>(std::llround(secondsPerRecording * format.sampleRate));
-        const auto count = frames * static_cast<std::size_t>(format.channels);
-        if (format.sampleType == SampleType::Int16)
-            deliver(std::vector<std::int16_t>(count, loudSample));
-        else
-            deliver(std::vector<float>(count, static_cast<float>(loudSample) / 32768.0F));
-    }
+    if (m_running && !m_isLost)
+        hear(secondsPerRecording);
     m_tap = nullptr;
+}
+
+void FakeAudioEngine::hear(double seconds) {
+    if (seconds <= 0)
+        return;
+    const auto frames = static_cast<std::size_t>(std::llround(seconds * format.sampleRate));
+    const auto count = frames * static_cast<std::size_t>(format.channels);
+    if (format.sampleType == SampleType::Int16)
+        deliver(std::vector<std::int16_t>(count, loudSample));
+    else
+        deliver(std::vector<float>(count, static_cast<float>(loudSample) / 32768.0F));
+}
+
+void FakeAudioEngine::loseAfter(double secondsHeard) {
+    if (!m_running || m_isLost)
+        return;
+    hear(secondsHeard);
+    m_isLost = true;
+    if (onLost)
+        onLost();
+    lose();
 }
 
 void FakeAudioEngine::start() {
     if (startFailure)
         throw *startFailure;
     m_running = true;
+    m_isLost = false;
+    m_framesHeard = 0;
     ++starts;
 }
 
@@ -51,8 +68,10 @@ void FakeAudioEngine::deliver(const std::vector<std::int16_t>& samples) {
 }
 
 void FakeAudioEngine::deliver(const AudioBuffer& buffer) {
-    if (m_running && m_tap)
-        m_tap(buffer);
+    if (!m_running || !m_tap)
+        return;
+    m_framesHeard += buffer.frameLength;
+    m_tap(buffer);
 }
 
 template <typename Sample>

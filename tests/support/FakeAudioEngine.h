@@ -27,6 +27,12 @@ public:
             m_onLost();
     }
 
+    /// The device goes away in the middle of a recording, of which it has heard so much by then.
+    void loseAfter(double secondsHeard);
+
+    /// What the last recording has heard, in seconds.
+    double heardSeconds() const { return static_cast<double>(m_framesHeard) / format.sampleRate; }
+
     /// Hands the tap these interleaved samples, in buffers as long as it asked for; without a capture they
     /// are lost.
     void deliver(const std::vector<float>& samples);
@@ -34,6 +40,9 @@ public:
 
     /// One buffer as it is.
     void deliver(const AudioBuffer& buffer);
+
+    /// Called when the device goes away during a recording.
+    std::function<void()> onLost;
 
     bool hasTap() const { return static_cast<bool>(m_tap); }
     bool isRunning() const { return m_running; }
@@ -45,13 +54,16 @@ public:
     int starts = 0;                            ///< how often a capture began
 
 private:
+    void hear(double seconds);
     template <typename Sample>
     void deliverInBuffers(const std::vector<Sample>& samples);
 
     Tap m_tap;
     std::function<void()> m_onLost;
     std::size_t m_bufferFrames = 0;
+    std::size_t m_framesHeard = 0;
     bool m_running = false;
+    bool m_isLost = false;
 };
 
 } // namespace talvera::test

@@ -26,6 +26,7 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     const auto tool = decoded(request);
     const auto script = m_runs.at(std::min(m_next, m_runs.size() - 1));
     ++m_next;
+    m_lastRun = script;
     if (script.launchFailure)
         throw *script.launchFailure;
     m_requests.push_back(tool);

@@ -61,6 +61,9 @@ public:
     /// The text of the last run that had one, whether or not the disk took it.
     const QByteArray& lastText() const { return m_lastText; }
 
+    /// The run that is under way, or was last; null before the first.
+    const ToolRun* lastRun() const { return m_lastRun ? &*m_lastRun : nullptr; }
+
     /// A run is under way.
     bool isRunning() const { return m_running; }
 
@@ -75,6 +78,7 @@ private:
     std::vector<ToolRequest> m_requests;
     std::function<void(const ToolRequest&)> m_onRun;
     QByteArray m_lastText;
+    std::optional<ToolRun> m_lastRun;
     bool m_running = false;
 };
 

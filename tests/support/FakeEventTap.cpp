@@ -103,6 +103,12 @@ void FakeKeyboard::listenAgain() {
     }
 }
 
+void FakeKeyboard::become(const FakeKeyboard& other) {
+    m_held = other.m_held;
+    m_capsLock = other.m_capsLock;
+    m_capsLockEnds = other.m_capsLockEnds;
+}
+
 void FakeKeyboard::breakTaps() {
     for (auto* tap : m_taps)
         tap->m_isBroken = true;

@@ -68,6 +68,9 @@ public:
     void release(VirtualKey keyCode);
     void tap(VirtualKey keyCode);
 
+    /// The keys are as they are on the other one: a program starts while some are held.
+    void become(const FakeKeyboard& other);
+
     /// The taps that there are lose the keyboard.
     void breakTaps();
 

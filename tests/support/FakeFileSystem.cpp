@@ -181,6 +181,13 @@ void FakeFileSystem::addExecutable(const QString& path) {
     m_files[path].executable = true;
 }
 
+void FakeFileSystem::become(const FakeFileSystem& other) {
+    const std::scoped_lock lock(m_mutex, other.m_mutex);
+    m_files = other.m_files;
+    m_directories = other.m_directories;
+    m_used = other.m_used;
+}
+
 void FakeFileSystem::setCapacity(std::optional<qint64> bytes) {
     const std::scoped_lock lock(m_mutex);
     m_capacity = bytes;

@@ -35,6 +35,9 @@ public:
     /// Puts an executable file there.
     void addExecutable(const QString& path);
 
+    /// Holds what the other holds, and nothing else.
+    void become(const FakeFileSystem& other);
+
     /// A disk of this many bytes: what would not fit fails with ENOSPC. Nothing is an endless disk, which
     /// doesn't tell how much room it has.
     void setCapacity(std::optional<qint64> bytes);

@@ -73,14 +73,15 @@ PostResult FakeKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& 
 PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& typed,
                                     const TypingTargetPtr& target) {
     if (m_isCutOff) {
-        return PostResult::CutOff;
+        return refused(PostResult::CutOff);
     }
     const auto* meant = dynamic_cast<const Target*>(target.get());
-    if (event.phase == KeyPhase::Down && meant && meant->application != applicationOf(m_focused)) {
-        return PostResult::TargetLost;
+    if (event.phase == KeyPhase::Down && meant && !ignoresTargets &&
+        meant->application != applicationOf(m_focused)) {
+        return refused(PostResult::TargetLost);
     }
     if (canPost && !canPost(event)) {
-        return PostResult::NotMakeable;
+        return refused(PostResult::NotMakeable);
     }
     m_events.append(event);
     if (event.phase == KeyPhase::Up) {
@@ -88,7 +89,7 @@ PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& 
     } else {
         ++m_keysDown;
         const bool isPaste = event.kind == PostedKeyEvent::Kind::PasteChord;
-        if (!isPaste || takesPastes) {
+        if ((!isPaste || takesPastes) && !losesTexts) {
             const QString text = isPaste ? m_pasteboard.paste() : typed;
             m_texts[applicationOf(m_focused)] += text;
             if (onText) {
@@ -100,6 +101,13 @@ PostResult FakeKeyEventPoster::post(const PostedKeyEvent& event, const QString& 
         onPost(event);
     }
     return PostResult::Posted;
+}
+
+PostResult FakeKeyEventPoster::refused(PostResult why) const {
+    if (onRefused) {
+        onRefused(why);
+    }
+    return why;
 }
 
 QString FakeKeyEventPoster::text(const QString& receiver) const {

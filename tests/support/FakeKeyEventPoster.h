@@ -44,11 +44,17 @@ public:
     bool typesFaithfully = true;
     bool isTypingFaithful() override { return typesFaithfully; }
 
+    /// The keys go down, and the focused application gets nothing: no real one is like that.
+    bool losesTexts = false;
+    /// The keys go wherever the focus is, whatever their target: nor is any like that.
+    bool ignoresTargets = false;
+
     /// Whether the applications know the chord that pastes.
     bool takesPastes = true;
 
     /// From now on no event can be posted any more.
     void cutOff() { m_isCutOff = true; }
+    void reconnect() { m_isCutOff = false; }
 
     /// What the receiver has got so far, by its pop-ups too.
     QString text(const QString& receiver = firstReceiver) const;
@@ -71,6 +77,9 @@ public:
     /// Told of each event that was posted, for instance to note the time.
     std::function<void(const PostedKeyEvent&)> onPost;
 
+    /// Told of each event that is refused, and why.
+    std::function<void(PostResult)> onRefused;
+
     /// Told of what a receiver gets: a chunk or a paste, at its key down.
     std::function<void(const QString& receiver, const QString& text)> onText;
 
@@ -79,6 +88,7 @@ private:
     struct Target;
 
     PostResult post(const PostedKeyEvent& event, const QString& typed, const TypingTargetPtr& target);
+    PostResult refused(PostResult why) const;
 
     FakePasteboard& m_pasteboard;
     QString m_focused = firstReceiver;

@@ -16,6 +16,7 @@ public:
     int contentHeight = 480;
     ScreenArea screen{{0, 0, 1280, 800}, {0, 28, 1280, 772}};
     int contentsMade = 0;
+    std::function<void()> onShown;
 
     bool isVisible() const override { return m_visible; }
     void renewContent() override { ++contentsMade; }
@@ -25,6 +26,8 @@ public:
         stopFade();
         m_visible = true;
         m_frame = frame;
+        if (onShown)
+            onShown();
     }
     void fadeOut() override {
         stopFade();

@@ -4,8 +4,13 @@
 namespace talvera::test {
 
 bool FakePasteboard::setString(const QString& text) {
-    if (m_refuses)
+    if (m_refuses) {
+        if (onRefused)
+            onRefused();
         return false;
+    }
+    if (m_taker && onTaken)
+        onTaken();
     const std::scoped_lock lock(m_mutex);
     m_string = m_taker.value_or(text);
     m_state = {!m_taker.has_value(), 0};

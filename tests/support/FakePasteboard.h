@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <optional>
 
@@ -28,9 +29,16 @@ public:
 
     /// Another program takes the clipboard as soon as a text is put here.
     void beTakenBy(const QString& text) { m_taker = text; }
+    void beLeftAlone() { m_taker.reset(); }
 
     /// From now on nothing can be put here.
     void refuse() { m_refuses = true; }
+    void accept() { m_refuses = false; }
+    bool refuses() const { return m_refuses; }
+
+    /// Told of each text that is refused, or taken over at once.
+    std::function<void()> onRefused;
+    std::function<void()> onTaken;
 
     /// Another program puts an image on the clipboard.
     void setImage();

@@ -22,6 +22,7 @@ public:
     bool insertFails = false;
     bool fetchFails = false;
     std::function<void(const DictationSession&)> onInsert;
+    std::function<void()> onInsertRefused;
 
     std::unique_ptr<SessionDatabase> open(const QString& path) override {
         openedPath = path;
@@ -42,6 +43,8 @@ private:
             , m_sessions(sessions) {}
 
         void insert(const std::vector<DictationSession>& sessions) override {
+            if (m_owner.insertFails && m_owner.onInsertRefused)
+                m_owner.onInsertRefused();
             failIf(m_owner.insertFails, "full");
             for (const auto& session : sessions) {
                 m_sessions.push_back(session);

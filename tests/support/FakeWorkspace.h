@@ -28,17 +28,39 @@ public:
     std::function<void(pid_t)> onActivate;
     /// Called after each look at the front application.
     std::function<void()> onLookAtFront;
+    /// Called after each change of what is in front.
+    std::function<void()> onFrontmost;
     int ownBundleIDReads = 0;
+
+    /// A locked screen covers everything: nothing is in front, whatever is behind it.
+    void setCovered(bool covered) {
+        m_isCovered = covered;
+        tell();
+    }
+    bool isCovered() const { return m_isCovered; }
+    /// Within activate().
+    bool isActivating() const { return m_isActivating; }
+    std::optional<pid_t> frontmost() const { return m_frontmost; }
+
+    /// The same applications, with the same one in front.
+    void become(const FakeWorkspace& other) {
+        m_running = other.m_running;
+        m_frontmost = other.m_frontmost;
+        tell();
+    }
 
     /// Starts an application, or replaces what is known of it.
     void run(const RunningApplication& application) { m_running[application.pid] = application; }
     void quit(pid_t pid) {
         m_running.erase(pid);
         if (m_frontmost == pid)
-            m_frontmost.reset();
+            setFrontmost(std::nullopt);
     }
     /// Brings a running application to the front, or none.
-    void setFrontmost(std::optional<pid_t> pid) { m_frontmost = pid; }
+    void setFrontmost(std::optional<pid_t> pid) {
+        m_frontmost = pid;
+        tell();
+    }
     /// Starts an application and brings it to the front.
     void runInFront(const RunningApplication& application) {
         run(application);
@@ -46,7 +68,7 @@ public:
     }
 
     std::optional<RunningApplication> frontmostApplication() override {
-        const auto frontmost = m_frontmost ? runningApplication(*m_frontmost) : std::nullopt;
+        const auto frontmost = m_frontmost && !m_isCovered ? runningApplication(*m_frontmost) : std::nullopt;
         if (onLookAtFront)
             onLookAtFront();
         return frontmost;
@@ -60,10 +82,12 @@ public:
     bool activate(pid_t pid) override {
         activations.push_back(pid);
         const bool granted = activation != Activation::Refused && m_running.contains(pid);
+        m_isActivating = true;
         if (granted && activation == Activation::Works)
-            m_frontmost = pid;
+            setFrontmost(pid);
         if (onActivate)
             onActivate(pid);
+        m_isActivating = false;
         return granted;
     }
 
@@ -73,6 +97,13 @@ public:
     }
 
 private:
+    void tell() const {
+        if (onFrontmost)
+            onFrontmost();
+    }
+
+    bool m_isCovered = false;
+    bool m_isActivating = false;
     std::map<pid_t, RunningApplication> m_running;
     std::optional<pid_t> m_frontmost;
 };

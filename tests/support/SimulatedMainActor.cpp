@@ -61,8 +61,10 @@ void SimulatedMainActor::blockFor(Duration duration) {
         return;
     }
     const auto end = m_now + duration;
+    m_isHeld = true;
     while (runNextOutside(end)) {
     }
+    m_isHeld = false;
     m_now = std::max(m_now, end);
 }
 

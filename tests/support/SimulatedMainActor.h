@@ -36,6 +36,9 @@ public:
     /// In a job of a simulated queue, the job alone is held.
     void blockFor(Duration duration) override;
 
+    /// It waits in blockFor() while other things go on.
+    bool isHeld() const { return m_isHeld; }
+
     /// Runs `happening` when `delay` has passed, also while the main actor is held: a key, a user, another
     /// program. What it has to say to the program it posts.
     void startOutside(Duration delay, std::function<void()> happening);
@@ -69,6 +72,7 @@ private:
     std::optional<Instant> nextDue() const;
 
     Instant m_now;
+    bool m_isHeld = false;
     WallTime m_startDate;
     std::deque<std::function<void()>> m_posted;
     Timers m_timers;

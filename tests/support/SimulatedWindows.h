@@ -31,10 +31,11 @@ public:
         : m_actor(actor) {}
 
     std::function<void()> onOnboardingWindow; ///< the wizard is brought up
+    std::function<void()> onPanelShown;       ///< the panel comes and takes the keyboard
 
     /// The HUD and the panel that were made last; null before the first.
     const SimulatedHUDPanel* hudPanel() const { return m_hudPanel; }
-    const FakeMenuPanelWindow* menuPanel() const { return m_menuPanel; }
+    FakeMenuPanelWindow* menuPanel() const { return m_menuPanel; }
 
     int hudPanelsMade = 0;
 
@@ -46,6 +47,10 @@ public:
     }
     std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel&) override {
         auto made = std::make_unique<FakeMenuPanelWindow>(m_actor);
+        made->onShown = [this] {
+            if (onPanelShown)
+                onPanelShown();
+        };
         m_menuPanel = made.get();
         return made;
     }

@@ -7,8 +7,6 @@
 #include "shell/onboarding/OnboardingController.h"
 #include "shell/readiness/ReadinessMonitor.h"
 
-#include <cmath>
-
 namespace talvera::test {
 
 namespace {
@@ -60,81 +58,12 @@ QString Effect::text() const {
     return parts.join(u' ');
 }
 
-SimulatedMachine::SimulatedMachine() {
-    disk.addExecutable(directories.resources + QStringLiteral("/Resources/whisper-cli"));
-    setModelReady(true);
-    workspace.runInFront({100, QStringLiteral("org.example.editor"), QStringLiteral("Editor")});
-    setTextFieldFocused(true);
-    microphone.secondsPerRecording = 2.0;
-    ToolRun run;
-    run.text = "hello world";
-    tool.setRuns({run});
-}
-
-void SimulatedMachine::setModelReady(bool ready) {
-    const auto models = directories.applicationSupport + QStringLiteral("/Talvera/models");
-    const auto model = models + QStringLiteral("/ggml-medium-q5_0.bin");
-    if (ready) {
-        disk.createDirectories(models + QStringLiteral("/ggml-medium-encoder.mlmodelc"));
-        disk.write(model, "model");
-    } else if (disk.exists(model)) {
-        disk.remove(model);
-    }
-}
-
-double SimulatedMachine::recordedSeconds() const {
-    constexpr double rate = 16000.0;
-    return converters.refuses ? 0 : std::round(microphone.secondsPerRecording * rate) / rate;
-}
-
-void SimulatedMachine::setTextFieldFocused(bool focused) {
-    m_textFieldFocused = focused;
-    accessibility.setTextFieldFocused(focused);
-}
-
-Machine SimulatedMachine::machine() {
-    return {.actor = actor,
-            .background = background,
-            .keyboard = {.eventTaps = keyboard,
-                         .layout = layout,
-                         .windowKeys = windowKeys,
-                         .poster = keyPoster,
-                         .typing = typing},
-            .desktop = {.workspace = workspace,
-                        .accessibility = accessibility,
-                        .access = access,
-                        .pasteboard = pasteboard,
-                        .statusItem = statusItem,
-                        .pointer = pointer,
-                        .activation = activation,
-                        .settingsPanels = settingsPanels,
-                        .fileBrowser = fileBrowser,
-                        .notifier = notifier},
-            .sound = {.engine = audioEngine,
-                      .converters = converters,
-                      .files = audioFiles,
-                      .permission = microphonePermission,
-                      .player = sounds},
-            .system = {.files = files,
-                       .directories = directories,
-                       .processes = tool,
-                       .application = application,
-                       .preferences = preferences,
-                       .sessions = databases,
-                       .loginItem = loginItem,
-                       .updates = updates,
-                       .network = network,
-                       .console = console,
-                       .makeFreshName =
-                           [this] {
-                               return QStringLiteral("00000000-0000-4000-8000-%1")
-                                   .arg(++m_names, 12, 16, QChar(u'0'));
-                           },
-                       .modelSource = modelSource},
-            .language = {.model = languageModel, .recognizer = languageRecognizer, .preferred = {}}};
-}
-
 SimulatedWorld::SimulatedWorld() {
+    observeMachine();
+}
+
+SimulatedWorld::SimulatedWorld(AfterDeath afterDeath, const SimulatedWorld& before)
+    : SimulatedMachine(afterDeath, before) {
     observeMachine();
 }
 

@@ -43,6 +43,21 @@ void DictationHUDController::showNotice(const QString& text, NoticeTone tone, Du
     });
 }
 
+void DictationHUDController::showNoticeAfterFade(const QString& text, NoticeTone tone,
+                                                 Duration autoHideAfter) {
+    if (m_fadesUnderWay > 0)
+        m_afterFade.push_back({text, tone, autoHideAfter});
+    else
+        showNotice(text, tone, autoHideAfter);
+}
+
+void DictationHUDController::fadeEnded() {
+    if (--m_fadesUnderWay > 0)
+        return;
+    for (const auto& notice : std::exchange(m_afterFade, {}))
+        showNotice(notice.text, notice.tone, notice.autoHideAfter);
+}
+
 void DictationHUDController::showRemark(const QString& text, NoticeTone tone, Duration autoHideAfter) {
     if (tellsOfADictation())
         m_waitingRemark = Remark{text, tone, autoHideAfter};
@@ -94,9 +109,12 @@ void DictationHUDController::hide() {
         m_stateHolder->state.set(DictationHUDState::Hidden{});
         return;
     }
-    m_panel->fadeOut([weak = std::weak_ptr(m_stateHolder)] {
+    ++m_fadesUnderWay;
+    const std::function<void()> ended = m_lifetime.ifAlive([this] { fadeEnded(); });
+    m_panel->fadeOut([weak = std::weak_ptr(m_stateHolder), ended] {
         if (const auto holder = weak.lock())
             holder->state.set(DictationHUDState::Hidden{});
+        ended();
     });
 }
 

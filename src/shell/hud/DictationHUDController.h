@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace talvera {
 
@@ -42,6 +43,9 @@ public:
 
     /// Shows a message that hides itself. A later transition outruns its time.
     void showNotice(const QString& text, NoticeTone tone, Duration autoHideAfter);
+
+    /// The same, but a fade that is under way ends first, since it would take the message along.
+    void showNoticeAfterFade(const QString& text, NoticeTone tone, Duration autoHideAfter);
 
     /// Shows the clickable card; it stays until the next transition.
     void showPermission(PermissionKind kind, std::function<void()> onDismiss,
@@ -76,6 +80,7 @@ private:
     };
 
     void beginTransition();
+    void fadeEnded();
     bool tellsOfADictation() const;
     void sayWhatWaits();
     HUDPanel& panel();
@@ -88,6 +93,8 @@ private:
     Duration m_noticeDuration{};
     bool m_recordingEnded = false; ///< though the state is still `listening`
     std::optional<Remark> m_waitingRemark;
+    int m_fadesUnderWay = 0;
+    std::vector<Remark> m_afterFade;
     Subscription m_stateChanges;
     Lifetime m_lifetime;
 };

@@ -96,6 +96,26 @@ TEST_F(HUD, showDuringAFadeOut_isClearedByTheEndOfThatFade) {
     EXPECT_FALSE(visible());
 }
 
+TEST_F(HUD, noticeAfterAFade_isNotTakenAlongByIt) {
+    hud.show(State::Listening{actor.date()});
+    hud.hide();
+    hud.showNoticeAfterFade("the text is elsewhere", Tone::Warn, seconds(6.0));
+    actor.advance(seconds(0.18));
+    const State notice = State::Notice{"the text is elsewhere", Tone::Warn};
+    EXPECT_EQ(state(), notice);
+    EXPECT_TRUE(visible());
+    actor.advance(seconds(5.9));
+    EXPECT_EQ(state(), notice);
+    EXPECT_TRUE(visible());
+}
+
+TEST_F(HUD, noticeAfterAFadeWithoutOne_isShownAtOnce) {
+    hud.show(State::Listening{actor.date()});
+    hud.showNoticeAfterFade("x", Tone::Info, seconds(1.0));
+    const State notice = State::Notice{"x", Tone::Info};
+    EXPECT_EQ(state(), notice);
+}
+
 TEST_F(HUD, notice_hidesItselfWhenItsTimeIsOver) {
     hud.showNotice("Transcription failed", Tone::Warn, seconds(3));
     EXPECT_EQ(state(), (State::Notice{"Transcription failed", Tone::Warn}));
