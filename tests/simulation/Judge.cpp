@@ -10,6 +10,7 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cmath>
 
 namespace talvera::simulation {
@@ -189,7 +190,10 @@ void Judge::seeRecorderStart() {
         complain(QStringLiteral("a recording began before the hold delay had passed"));
 
     m_snapshots = {snapshot()};
-    m_world->microphone.onLost = [this] { m_microphoneLost = m_world->actor.now(); };
+    m_world->microphone.onLost = [this] {
+        if (m_menu == "recording") // rather than the wizard's demo
+            m_microphoneLost = m_world->actor.now();
+    };
 }
 
 void Judge::seeRecorderStop(const Effect& effect) {
@@ -244,7 +248,8 @@ void Judge::seeRun(const Effect& effect) {
         complain(QStringLiteral("the recogniser ran without a dictation"));
         return;
     }
-    if (m_world->tool.isRunning())
+    const auto& others = m_world->tool.underWay();
+    if (std::any_of(others.begin(), others.end(), test::isOfADictation))
         complain(QStringLiteral("two runs of the recogniser at once"));
     auto& flight = *m_inFlight;
     const bool translates = effect.fields["mode"] == "translateToEnglish";
@@ -279,7 +284,7 @@ void Judge::noteRun() {
 }
 
 void Judge::seeText(const QByteArray& bytes, const QString& path) {
-    if (!path.endsWith(QStringLiteral(".txt")) || !m_inFlight)
+    if (!path.endsWith(QStringLiteral(".txt")) || !m_inFlight || !test::isOfADictation(path))
         return;
     auto& flight = *m_inFlight;
     // A disk that has cut the file costs no word: the tool has printed them.

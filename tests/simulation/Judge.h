@@ -99,7 +99,7 @@ private:
     void begin();
     void judgeEnd(bool failed);
     void judgeDelivery(const QString& text);
-    void judgeRecords();
+    void judgeRecords(bool isOneDue);
     void judgeFiles();
     void judgeHUDAtRest();
     void expectNotice(const QString& part);

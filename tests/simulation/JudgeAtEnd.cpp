@@ -45,7 +45,7 @@ void Judge::judgeEnd(bool failed) {
     m_inFlight = flight; // for the judgements that follow
     const auto first = joinedTexts(flight.way == Way::Direct ? flight.translated : flight.transcribed);
     m_recordsDue += first.isEmpty() ? 0 : 1;
-    judgeRecords();
+    judgeRecords(!first.isEmpty());
     auto text = first;
     if (flight.way == Way::ForWantOfAI ||
         (flight.way == Way::SecondPass && !joinedTexts(flight.translated).isEmpty()))
@@ -66,10 +66,10 @@ void Judge::judgeEnd(bool failed) {
 }
 
 /// What can't be written goes along with the next record.
-void Judge::judgeRecords() {
+void Judge::judgeRecords(bool isOneDue) {
     if (m_recordsWritten > m_recordsDue)
         complain(QStringLiteral("a record without a dictation"));
-    if (m_recordsWritten < m_recordsDue && !m_faults.sinceRest(Fault::StatisticsRefused))
+    if (isOneDue && m_recordsWritten < m_recordsDue && !m_faults.sinceRest(Fault::StatisticsRefused))
         complain(QStringLiteral("a dictation without a record"));
 }
 

@@ -116,7 +116,7 @@ TEST_F(JudgeTest, settingsThatDieWithTheAgent_areNoticed) {
 
 TEST_F(JudgeTest, secondStartWithoutAPanel_isNoticed) {
     sabotage = [this] { trial.play().stage().onSecondStart(); };
-    EXPECT_EQ(verdict({}), QStringLiteral("a second start shows no panel"));
+    EXPECT_EQ(verdict({}), QStringLiteral("a second start shows neither panel nor wizard"));
 }
 
 TEST_F(JudgeTest, keyThatStaysDown_isNoticed) {

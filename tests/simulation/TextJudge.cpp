@@ -81,7 +81,9 @@ void TextJudge::begin(const Effect& effect) {
 }
 
 void TextJudge::seeClipboard(const QString& text) {
-    if (!m_current || m_current->text != text || m_current->isOnClipboard)
+    // One that could not be pasted, since another program has the clipboard, is typed, and may be back.
+    const bool isBack = m_current && m_current->text == text && m_current->isTyped;
+    if (!isBack && (!m_current || m_current->text != text || m_current->isOnClipboard))
         m_current = next(text);
     if (m_current)
         m_current->isOnClipboard = true;

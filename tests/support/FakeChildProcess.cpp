@@ -32,9 +32,9 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     m_requests.push_back(tool);
     if (m_onRun)
         m_onRun(tool);
-    m_running = true;
+    m_underWay.push_back(tool.wav);
     m_mainActor.blockFor(script.duration);
-    m_running = false;
+    std::erase(m_underWay, tool.wav);
     if (script.status != 0)
         return {script.status, script.signalled, script.hung, script.standardError,
                 script.standardOutput.value_or(QByteArray())};

@@ -64,8 +64,8 @@ public:
     /// The run that is under way, or was last; null before the first.
     const ToolRun* lastRun() const { return m_lastRun ? &*m_lastRun : nullptr; }
 
-    /// A run is under way.
-    bool isRunning() const { return m_running; }
+    /// The recordings that are being recognised.
+    const std::vector<QString>& underWay() const { return m_underWay; }
 
 private:
     ToolRequest decoded(const ChildProcessRequest& request) const;
@@ -79,7 +79,7 @@ private:
     std::function<void(const ToolRequest&)> m_onRun;
     QByteArray m_lastText;
     std::optional<ToolRun> m_lastRun;
-    bool m_running = false;
+    std::vector<QString> m_underWay;
 };
 
 } // namespace talvera::test

@@ -3,6 +3,8 @@
 
 #include "text/typeableCharacters.h"
 
+#include <algorithm>
+
 namespace talvera::test {
 
 namespace {
@@ -33,7 +35,7 @@ public:
 
     ~Session() override {
         --m_poster.m_openSessions;
-        m_poster.m_keysDown -= m_down;
+        m_poster.m_keysDown = std::max(0, m_poster.m_keysDown - m_down);
     }
 
     PostResult post(qsizetype index, KeyPhase phase) override {

@@ -52,8 +52,11 @@ public:
     /// Whether the applications know the chord that pastes.
     bool takesPastes = true;
 
-    /// From now on no event can be posted any more.
-    void cutOff() { m_isCutOff = true; }
+    /// From now on no event can be posted any more. The keyboard lets go of what we hold down on it.
+    void cutOff() {
+        m_isCutOff = true;
+        m_keysDown = 0;
+    }
     void reconnect() { m_isCutOff = false; }
 
     /// What the receiver has got so far, by its pop-ups too.

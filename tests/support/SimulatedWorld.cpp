@@ -17,12 +17,6 @@ std::string utf8(const QString& text) {
     return text.toStdString();
 }
 
-/// The wizard's demo and the warm-up record and recognise, too.
-bool isOfADictation(const QString& wav) {
-    return !wav.contains(QStringLiteral("/talvera-demo-")) &&
-           !wav.contains(QStringLiteral("/talvera-warmup-"));
-}
-
 QString words(const ordered_json& value) {
     return QString::fromStdString(value.is_string() ? value.get<std::string>() : value.dump());
 }
@@ -46,6 +40,11 @@ ordered_json describe(const DictationHUDState& state, Duration noticeDuration) {
 }
 
 } // namespace
+
+bool isOfADictation(const QString& path) {
+    return !path.contains(QStringLiteral("/talvera-demo-")) &&
+           !path.contains(QStringLiteral("/talvera-warmup-"));
+}
 
 bool Effect::isTold() const {
     return effect != "trace" && effect != "wavDeleted";

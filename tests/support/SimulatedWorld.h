@@ -29,6 +29,9 @@ struct Effect {
     QString text() const;
 };
 
+/// Whether a file is of a dictation: the wizard's demo and the warm-up record and recognise, too.
+bool isOfADictation(const QString& path);
+
 /// A simulated machine with the agent on it, and all that was seen of it. Arrange the machine and the
 /// settings, then launch.
 class SimulatedWorld : public SimulatedMachine {

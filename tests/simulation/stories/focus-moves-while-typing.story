@@ -14,7 +14,7 @@
                              | 3      type hello world
 3.14   focus on the mail     |
                              | 3.162  clipboard hello world
-                             | 3.162  hud notice Focus changed — the whole text is on the clipboard. Press ⌘V to paste. warn 6.0
                              | 3.18   hud hidden
-                             | 9.162  hud hidden
+                             | 3.18   hud notice Focus changed — the whole text is on the clipboard. Press ⌘V to paste. warn 6.0
+                             | 9.36   hud hidden
                              | 63.14  in the window Editor: hello w
