@@ -175,6 +175,8 @@ void Judge::seeHUD(const Effect& effect) {
             text.contains(QStringLiteral("clipboard")) || text.contains(QStringLiteral("The text is lost"));
         m_notice = {now, effect.fields["seconds"].get<double>(), isFading() && !isOfText};
     }
+    if (state == "transcribing" && m_inFlight)
+        ++m_inFlight->passesShown;
     m_listeningMayStay = false;
 }
 
@@ -284,15 +286,18 @@ void Judge::noteRun() {
 }
 
 void Judge::seeText(const QByteArray& bytes, const QString& path) {
-    if (!path.endsWith(QStringLiteral(".txt")) || !m_inFlight || !test::isOfADictation(path))
+    if (!path.endsWith(QStringLiteral(".txt")))
         return;
-    auto& flight = *m_inFlight;
     // A disk that has cut the file costs no word: the tool has printed them.
     const auto& said = m_world->tool.lastText();
     const auto text = utf8(said.startsWith(bytes) ? said : bytes);
+    if (!text)
+        m_expectedLeaks.insert(path); // it stays where the tool has put it
+    if (!m_inFlight || !test::isOfADictation(path))
+        return;
+    auto& flight = *m_inFlight;
     if (!text) {
         flight.toolFailed = true;
-        m_expectedLeaks.insert(path); // it stays where the tool has put it
         return;
     }
     flight.runUnderWay = false;

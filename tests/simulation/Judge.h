@@ -81,6 +81,7 @@ private:
         QStringList transcribed;
         QStringList translated;
         bool lastRunTranslates = false;
+        int passesShown = 0; ///< by the HUD
         bool activated = false;
         QStringList notices;
     };

@@ -29,8 +29,7 @@ void Judge::judgeEnd(bool failed) {
     if (failed) {
         ++m_tally.failed;
         // What the first pass has heard is counted, whatever becomes of the second, which may not even start.
-        const bool hadSecondPass = flight.way != Way::Direct && flight.lastRunTranslates;
-        m_recordsDue += hadSecondPass || m_recordsWritten == m_recordsDue + 1 ? 1 : 0;
+        m_recordsDue += flight.passesShown > 1 ? 1 : 0;
         if (!broken && !toolIsMissing() && !m_launchFailuresExcused &&
             !m_faults.sinceRest(Fault::DirectoryGone))
             complain(QStringLiteral("a dictation failed though the recogniser gave its text"));
