@@ -50,7 +50,7 @@ FocusScope {
             focusPolicy: step.hotkey.recorder ? Qt.NoFocus : Qt.StrongFocus // the field in it has it
             onClicked: {
                 if (field.item)
-                    field.item.record()
+                    (field.item as HotkeyRecorder).record()
             }
             trailing: Loader {
                 id: field
