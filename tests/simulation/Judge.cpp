@@ -56,6 +56,8 @@ void Judge::watch(test::SimulatedWorld& world) {
 }
 
 void Judge::hear(const QString& words) {
+    if (words.startsWith(QStringLiteral("the hotkey comes up")))
+        m_hotkeyUp = m_world->actor.now();
     if (words.contains(QStringLiteral("can't be started")))
         m_launchFailuresExcused = true;
     if (words == QStringLiteral("preferences can't be written"))
@@ -166,7 +168,7 @@ void Judge::seeHUD(const Effect& effect) {
     }
     if (state == "notice") {
         const auto text = QString::fromStdString(effect.fields["text"].get<std::string>());
-        if (m_inFlight)
+        if (m_inFlight && !TextJudge::isOfDelivery(text))
             m_inFlight->notices << text;
         if (text.contains(QStringLiteral("microphone is gone")))
             m_microphoneLost.reset();
@@ -185,7 +187,8 @@ void Judge::seeRecorderStart() {
     if (m_menu != "idle")
         complain(QStringLiteral("a recording began while the menu was at ") + QString::fromStdString(m_menu));
     const bool tapMode = m_world->settings.hotkeyTapToToggle.get();
-    if (!tapMode && !m_releasesExcused && !m_world->agent().hotkey.isPressed())
+    const bool isJustUp = m_hotkeyUp == m_world->actor.now(); // its turn is still to come
+    if (!tapMode && !m_releasesExcused && !isJustUp && !m_world->agent().hotkey.isPressed())
         complain(QStringLiteral("a recording began after the key had come up"));
     const auto pressed = m_world->agent().delegate().dictation().pressStartedAt();
     if (!tapMode && !m_releasesExcused && (!pressed || m_world->actor.now() - *pressed < seconds(0.6)))

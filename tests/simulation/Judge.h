@@ -128,6 +128,7 @@ private:
     std::set<QString> m_expectedLeaks;
     std::uint64_t m_recordsDue = 0; ///< in the statistics
     std::uint64_t m_recordsWritten = 0;
+    std::optional<Instant> m_hotkeyUp;
     std::optional<Instant> m_microphoneLost; ///< and not told yet
     bool m_listeningMayStay = false;
     bool m_saveFailed = false;

@@ -13,6 +13,8 @@ namespace {
 /// The main thread may look for so long before it has decided where a text goes.
 constexpr Duration lookingTime = seconds(1.0);
 
+const auto lostWords = QStringLiteral("The text is lost");
+
 QString fieldOf(const Effect& effect, const char* name) {
     return QString::fromStdString(effect.fields[name].get<std::string>());
 }
@@ -67,11 +69,8 @@ TextJudge::Text* TextJudge::next(const QString& text) {
 void TextJudge::begin(const Effect& effect) {
     const auto text = fieldOf(effect, "text");
     const bool types = effect.effect == "type";
-    const auto isTried = [types](const Text& candidate) {
-        return types ? candidate.isTyped : candidate.isPasted;
-    };
     const bool isDone = m_current && m_current->isOnClipboard && !m_current->mayBeDirect;
-    if (!m_current || isDone || m_current->text != text || isTried(*m_current))
+    if (!m_current || isDone || m_current->text != text || m_current->isTyped || m_current->isPasted)
         m_current = next(text);
     if (!m_current)
         return;
@@ -82,7 +81,8 @@ void TextJudge::begin(const Effect& effect) {
 
 void TextJudge::seeClipboard(const QString& text) {
     // One that could not be pasted, since another program has the clipboard, is typed, and may be back.
-    const bool isBack = m_current && m_current->text == text && m_current->isTyped;
+    const bool isBack =
+        m_current && m_current->text == text && m_current->isTyped && m_current->arrived != text;
     if (!isBack && (!m_current || m_current->text != text || m_current->isOnClipboard))
         m_current = next(text);
     if (m_current)
@@ -117,15 +117,21 @@ void TextJudge::seeFocus() {
         text.mayLoseTarget = true;
 }
 
+bool TextJudge::isOfDelivery(const QString& notice) {
+    return notice.contains(lostWords) ||
+           notice.contains(QStringLiteral("the whole text is on the clipboard")) ||
+           notice.contains(QStringLiteral("Couldn't insert the text")) ||
+           notice.contains(QStringLiteral("hasn't taken the text"));
+}
+
 void TextJudge::seeNotice(const QString& notice) {
-    const bool isLost = notice.contains(QStringLiteral("The text is lost"));
-    const bool isOnClipboard = notice.contains(QStringLiteral("the whole text is on the clipboard")) ||
-                               notice.contains(QStringLiteral("Couldn't insert the text")) ||
-                               notice.contains(QStringLiteral("hasn't taken the text"));
-    if (!isLost && !isOnClipboard)
+    if (!isOfDelivery(notice))
         return;
+    const bool isLost = notice.contains(lostWords);
     const auto untold = std::find_if(m_texts.begin(), m_texts.end(), [&](const Text& text) {
-        return !text.isTold && !text.isToldLost && text.isOnClipboard != isLost && text.arrived != text.text;
+        const bool isMeant =
+            isLost ? !text.isOnClipboard : text.isOnClipboard && (text.isTyped || text.isPasted);
+        return isMeant && !text.isTold && !text.isToldLost && text.arrived != text.text;
     });
     const auto typed = std::find_if(m_texts.begin(), m_texts.end(), [&](const Text& text) {
         return !text.isTold && !text.isToldLost && text.arrived == text.text;

@@ -39,6 +39,8 @@ public:
     void expect(ExpectedText text);
     void see(const test::Effect& effect);
     void judgeRest();
+    /// Whether it tells what has become of a text on its way, which may be that of an earlier dictation.
+    static bool isOfDelivery(const QString& notice);
 
 private:
     struct Text : ExpectedText {
