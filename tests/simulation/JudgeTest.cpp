@@ -134,7 +134,8 @@ TEST(FaultTally, faultsThatNeverOccurred_areNamed) {
 }
 
 TEST(Shortest, storyInWhichNothingIsWrong_saysSo) {
-    const auto story = shortest(Story::parse(QStringLiteral("0 the hotkey goes down |\n2 the hotkey comes up |\n")));
+    const auto story =
+        shortest(Story::parse(QStringLiteral("0 the hotkey goes down |\n2 the hotkey comes up |\n")));
     EXPECT_EQ(story.preamble.value(0), QStringLiteral("# nothing is wrong"));
     EXPECT_EQ(story.columns.done.size(), 2U);
 }
