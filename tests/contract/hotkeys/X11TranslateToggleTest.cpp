@@ -3,6 +3,7 @@
 #include "HotkeyOnX11.h"
 #include "KeyMap.h"
 #include "hotkeys/TranslateToggleHotkey.h"
+#include "linux/x11/server/X11Server.h"
 
 #include <algorithm>
 #include <chrono>
@@ -164,7 +165,7 @@ TEST_F(X11TranslateToggle, chordThatTheHotkeyHasWithFewerModifiers_belongsToEach
 }
 
 TEST_F(X11TranslateToggle, chordOfAnotherProgram_isKnownAndOursOnceThatLetsGo) {
-    const auto other = X11Connection::open();
+    const auto other = X11Server().connect();
     xcb_grab_key(other->get(), 0, other->root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4,
                  static_cast<xcb_keycode_t>(Key::t), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
     ASSERT_TRUE(other->roundTrip());
