@@ -36,30 +36,6 @@ protected:
 
 } // namespace
 
-TEST_F(FirstStart, byMouseAlone_leadsToASentenceInAnEditor) {
-    startWizard();
-    clickButton("Get started");
-    awaitStep(1);
-    clickButton("Continue");
-    awaitStep(2);
-    shown("label", "All set — you can go on");
-    clickButton("Continue");
-    awaitStep(3);
-    clickButton("Continue"); // as soon as the model is there
-    awaitStep(4);
-    clickOn("radio button", "Caps Lock");
-    EXPECT_TRUE(eventually([this] { return shown("radio button", "Caps Lock").is("checked"); }));
-    clickOn("radio button", "Right Ctrl");
-    EXPECT_TRUE(eventually([this] { return shown("radio button", "Right Ctrl").is("checked"); }));
-    clickButton("Continue");
-    awaitStep(lastStep);
-    const auto place = shown("push button", "Hold to talk").place.center();
-    keys.pointAt(place.x(), place.y());
-    sayToTheDemo([this] { keys.pressButton(); }, [this] { keys.releaseButton(); });
-    clickButton("Finish");
-    finishWizard();
-}
-
 TEST_F(FirstStart, byKeyboardAlone_leadsToASentenceInAnEditor) {
     startWizard();
     for (int step = 1; step <= 3; ++step) {
