@@ -200,7 +200,8 @@ TEST_F(AgentLife, preferencesOfNoise_areSetAsideAndTheDefaultsApply) {
     QByteArray noise(1 << 20, '\0');
     std::generate(noise.begin(), noise.end(), [&] { return static_cast<char>(random() >> 8); });
     home.setPreferencesFile(noise);
-    startAgentAgain();
+    agent.emplace(home);
+    EXPECT_EQ(agent->count("wizard step 0"), 1) << "by default nobody has been welcomed";
     QFile aside(home.preferencesFile() + ".broken-1");
     ASSERT_TRUE(aside.open(QIODevice::ReadOnly));
     EXPECT_TRUE(aside.readAll() == noise);

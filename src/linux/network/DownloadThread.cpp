@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "linux/network/DownloadThread.h"
 
+#include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkProxyFactory>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 
+#include <functional>
 #include <map>
+#include <mutex>
 #include <utility>
+#include <vector>
 
 namespace talvera {
 
@@ -28,9 +32,12 @@ QSslConfiguration tlsConfiguration(const QString& trustedToo) {
     return configuration;
 }
 
+const auto workEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
 } // namespace
 
-/// All that lives on the thread.
+/// All that lives on the thread. Work comes to it through a queue under a lock of the language's own, and the event does
+/// no more than wake: so the thread sanitizer can follow what is handed over.
 class DownloadWorker final : public QObject {
 public:
     DownloadWorker(const DownloadLimits& limits, QString trustedToo,
@@ -38,6 +45,19 @@ public:
         : m_limits(limits)
         , m_trustedToo(std::move(trustedToo))
         , m_presence(std::move(presence)) {}
+
+    ~DownloadWorker() override {
+        const std::scoped_lock lock(m_mutex); // what was handed over last may not have been looked at
+        m_work.clear();
+    }
+
+    /// Has the thread do this, after what was handed to it before. Callable on any thread.
+    void hand(std::function<void()> work) {
+        const std::scoped_lock lock(m_mutex);
+        m_work.push_back(std::move(work));
+        if (m_work.size() == 1)
+            QCoreApplication::postEvent(this, new QEvent(workEvent));
+    }
 
     void begin(DownloadThread::TransferId id, const DownloadRequest& request,
                const HttpTransfer::Report& report) {
@@ -57,6 +77,19 @@ public:
             transfer->networkChanged();
     }
 
+    bool event(QEvent* event) override {
+        if (event->type() != workEvent)
+            return QObject::event(event);
+        std::vector<std::function<void()>> batch;
+        {
+            const std::scoped_lock lock(m_mutex);
+            batch.swap(m_work);
+        }
+        for (const auto& work : batch)
+            work();
+        return true;
+    }
+
 private:
     void prepare() {
         if (m_manager)
@@ -69,6 +102,8 @@ private:
     const DownloadLimits m_limits;
     const QString m_trustedToo;
     const std::shared_ptr<std::atomic<NetworkPresence>> m_presence;
+    std::mutex m_mutex;
+    std::vector<std::function<void()>> m_work; ///< under the lock
     QSslConfiguration m_tls;
     std::unique_ptr<QNetworkAccessManager> m_manager;
     std::map<DownloadThread::TransferId, std::unique_ptr<HttpTransfer>> m_transfers;
@@ -90,18 +125,19 @@ DownloadThread::~DownloadThread() {
 
 DownloadThread::TransferId DownloadThread::begin(DownloadRequest request, HttpTransfer::Report report) {
     const auto id = m_next++;
-    QMetaObject::invokeMethod(m_worker, [worker = m_worker, id, request = std::move(request),
-                                         report = std::move(report)] { worker->begin(id, request, report); });
+    m_worker->hand([worker = m_worker, id, request = std::move(request), report = std::move(report)] {
+        worker->begin(id, request, report);
+    });
     return id;
 }
 
 void DownloadThread::cancel(TransferId transfer) {
-    QMetaObject::invokeMethod(m_worker, [worker = m_worker, transfer] { worker->cancel(transfer); });
+    m_worker->hand([worker = m_worker, transfer] { worker->cancel(transfer); });
 }
 
 void DownloadThread::setPresence(NetworkPresence presence) {
     m_presence->store(presence);
-    QMetaObject::invokeMethod(m_worker, [worker = m_worker] { worker->networkChanged(); });
+    m_worker->hand([worker = m_worker] { worker->networkChanged(); });
 }
 
 } // namespace talvera
