@@ -36,8 +36,8 @@ const auto workEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 } // namespace
 
-/// All that lives on the thread. Work comes to it through a queue under a lock of the language's own, and the event does
-/// no more than wake: so the thread sanitizer can follow what is handed over.
+/// All that lives on the thread. Work comes to it through a queue under a lock of the language's own, and the
+/// event does no more than wake: so the thread sanitizer can follow what is handed over.
 class DownloadWorker final : public QObject {
 public:
     DownloadWorker(const DownloadLimits& limits, QString trustedToo,
