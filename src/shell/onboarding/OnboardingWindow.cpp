@@ -51,14 +51,16 @@ void OnboardingWindow::reactivate() {
     });
 }
 
-/// It ends in a later turn: one of its own buttons may have asked for this.
+/// It ends in a later turn, since one of its own buttons may have asked for this; or with this object, if the
+/// program ends before that turn comes.
 void OnboardingWindow::close() {
     if (!m_window)
         return;
     if (m_pendingReactivate)
         m_pendingReactivate->cancel();
     m_controller.windowWillClose();
-    m_actor.post([gone = std::shared_ptr<WizardWindow>(std::move(m_window))]() mutable { gone.reset(); });
+    m_closed = std::move(m_window);
+    m_actor.post(m_lifetime.ifAlive([this] { m_closed.reset(); }));
 }
 
 } // namespace talvera

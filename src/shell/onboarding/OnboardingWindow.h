@@ -42,6 +42,7 @@ private:
     OnboardingController& m_controller;
     Maker m_make;
     std::unique_ptr<WizardWindow> m_window;
+    std::unique_ptr<WizardWindow> m_closed; ///< until the turn in which it was closed has ended
     std::optional<CancellationToken> m_pendingReactivate;
     Lifetime m_lifetime;
 };

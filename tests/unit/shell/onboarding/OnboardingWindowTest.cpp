@@ -40,6 +40,17 @@ TEST_F(OnboardingWindows, closedByItsOwnButton_livesToTheEndOfTheClick) {
     EXPECT_FALSE(shown);
 }
 
+TEST_F(OnboardingWindows, closedInTheProgramsLastTurn_goesWithItsOwner) {
+    {
+        OnboardingWindow last(actor, controller, [this] { return std::make_unique<CountedWindow>(*this); });
+        last.show();
+        shown->onClosed();
+        EXPECT_TRUE(shown);
+    }
+    EXPECT_FALSE(shown);
+    actor.settle(); // for what was meant to end it
+}
+
 TEST_F(OnboardingWindows, reactivatedTwice_comesBackOnceAfterTheLast) {
     open();
     window.reactivate();
