@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
-import QtQuick.Templates as T
 import Talvera
 
-/// A hotkey to choose.
-T.AbstractButton {
+/// A hotkey to choose. Not made of a button of the toolkit's: screen readers would hear of a push button, and never
+/// whether it is the one that is chosen.
+Item {
     id: row
 
     property string label
@@ -12,28 +12,43 @@ T.AbstractButton {
     property var keys: []
     property string badge
     property bool selected: false
+    property bool holdsField: false ///< a field in it is what can be used
     property alias trailing: slot.data ///< stands where the keys would
 
+    readonly property bool visualFocus: activeFocus && !pointed
+    property bool pointed: false ///< it has the keyboard since it was clicked on
+
+    signal clicked()
+
     implicitHeight: 56
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-    text: label
-    checkable: false
+    activeFocusOnTab: !holdsField
     Accessible.role: Accessible.RadioButton
     Accessible.name: label
     Accessible.description: badge !== "" ? badge + ". " + desc : desc
+    Accessible.ignored: holdsField
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.onPressAction: row.clicked()
     Accessible.onToggleAction: row.clicked()
-    Keys.onReturnPressed: row.clicked()
-    Keys.onEnterPressed: row.clicked()
+    onActiveFocusChanged: {
+        if (!activeFocus)
+            pointed = false
+    }
+    Keys.onPressed: event => {
+        pointed = false
+        event.accepted = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter].includes(event.key)
+        if (event.accepted && !event.isAutoRepeat)
+            row.clicked()
+    }
     Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
-    background: Plane {
+    Plane {
+        anchors.fill: parent
         radius: Theme.radiusMedium
-        color: row.pressed ? Theme.fillPressed : row.hovered ? Theme.fillHovered
+        color: area.pressed ? Theme.fillPressed : area.containsMouse ? Theme.fillHovered
              : row.selected ? Theme.accentFill : Theme.surface
         outlineWidth: row.selected ? 2 : 1
         outline: row.selected ? Theme.accent : Theme.outline
@@ -44,61 +59,71 @@ T.AbstractButton {
             shown: row.visualFocus
         }
     }
-    contentItem: Item {
-        RadioMark {
-            id: mark
-            anchors { left: parent.left; leftMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
-            on: row.selected
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        hoverEnabled: true
+        onPressed: {
+            if (row.holdsField)
+                return
+            row.pointed = true
+            row.forceActiveFocus(Qt.MouseFocusReason)
         }
-        Column {
-            anchors { left: mark.right; leftMargin: Theme.spacingLarge; right: caps.left; rightMargin: Theme.spacing }
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 2
+        onClicked: row.clicked()
+    }
+    RadioMark {
+        id: mark
+        anchors { left: parent.left; leftMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
+        on: row.selected
+    }
+    Column {
+        anchors { left: mark.right; leftMargin: Theme.spacingLarge; right: caps.left; rightMargin: Theme.spacing }
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 2
 
-            Row {
-                spacing: Theme.spacingSmall
-
-                Label {
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: row.label
-                    font.pixelSize: Theme.sizeGlance
-                    strong: true
-                }
-                Pill {
-                    anchors.verticalCenter: parent.verticalCenter
-                    visible: row.badge !== ""
-                    implicitHeight: 20
-                    text: row.badge
-                    tone: row.selected ? Theme.textOnAccent : Theme.accent
-                    color: row.selected ? Theme.accent : Theme.accentFill
-                }
-            }
-            Caption {
-                width: parent.width
-                text: row.desc
-                elide: Text.ElideRight
-            }
-        }
         Row {
-            id: caps
-            anchors { right: parent.right; rightMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
-            spacing: 6
+            spacing: Theme.spacingSmall
 
-            Repeater {
-                model: row.keys
+            Label {
+                anchors.verticalCenter: parent.verticalCenter
+                text: row.label
+                font.pixelSize: Theme.sizeGlance
+                strong: true
+            }
+            Pill {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: row.badge !== ""
+                implicitHeight: 20
+                text: row.badge
+                tone: row.selected ? Theme.textOnAccent : Theme.accent
+                color: row.selected ? Theme.accent : Theme.accentFill
+            }
+        }
+        Caption {
+            width: parent.width
+            text: row.desc
+            elide: Text.ElideRight
+        }
+    }
+    Row {
+        id: caps
+        anchors { right: parent.right; rightMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
+        spacing: 6
 
-                KbdCap {
-                    required property string modelData
-                    implicitHeight: 24
-                    text: modelData
-                }
+        Repeater {
+            model: row.keys
+
+            KbdCap {
+                required property string modelData
+                implicitHeight: 24
+                text: modelData
             }
-            Item {
-                id: slot
-                implicitWidth: childrenRect.width
-                implicitHeight: childrenRect.height
-                visible: childrenRect.width > 0
-            }
+        }
+        Item {
+            id: slot
+            implicitWidth: childrenRect.width
+            implicitHeight: childrenRect.height
+            visible: childrenRect.width > 0
         }
     }
 }

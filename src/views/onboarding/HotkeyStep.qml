@@ -47,7 +47,7 @@ FocusScope {
             desc: step.hotkey.customHint
             keys: step.hotkey.recorder || !selected ? [] : [step.hotkey.customKeys]
             selected: step.hotkey.selectedId === "custom"
-            focusPolicy: step.hotkey.recorder ? Qt.NoFocus : Qt.StrongFocus // the field in it has it
+            holdsField: step.hotkey.recorder
             onClicked: {
                 if (field.item)
                     (field.item as HotkeyRecorder).record()
