@@ -12,6 +12,10 @@ public:
 
     /// Runs `work` on another thread, then `done` on the main thread. `work` must not throw.
     virtual void run(std::function<void()> work, std::function<void()> done) = 0;
+
+    /// The program is about to end and waits for what runs here: work that takes long and comes to nothing
+    /// then gives up. Any thread.
+    virtual bool isEnding() const { return false; }
 };
 
 } // namespace talvera

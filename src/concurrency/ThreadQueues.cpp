@@ -73,6 +73,7 @@ void ThreadBackgroundPool::countDown() {
 }
 
 void ThreadBackgroundPool::finish() {
+    m_isEnding = true;
     std::unique_lock lock(m_mutex);
     m_idle.wait(lock, [this] { return m_running == 0; });
 }

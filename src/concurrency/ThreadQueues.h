@@ -5,6 +5,7 @@
 #include "concurrency/MainActor.h"
 #include "concurrency/SerialQueue.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -44,14 +45,16 @@ public:
 
     /// Throws std::system_error when the system has no thread to give; the work isn't done then.
     void run(std::function<void()> work, std::function<void()> done) override;
+    bool isEnding() const override { return m_isEnding; }
 
-    /// Waits until all work has ended.
+    /// Waits until all work has ended. From then on it is ending.
     void finish();
 
 private:
     void countDown();
 
     MainActor& m_mainActor;
+    std::atomic<bool> m_isEnding = false;
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_idle;
     int m_running = 0;

@@ -184,12 +184,17 @@ Task<void> ModelDownloader::installDelivered(Item& item, QString path, std::shar
     runWaitingSteps();
 }
 
+/// The end of the program doesn't wait for half a gigabyte to be read.
+Verification ModelDownloader::verification(const Item& item) const {
+    return {item.source.sha256, [&pool = m_parts.background] { return pool.isEnding(); }};
+}
+
 Task<void> ModelDownloader::installMain(QString path) {
     const auto owner = m_lifetime.token();
     phase.set(Phase::Verifying);
     std::function<QString()> install = [&files = m_parts.files, &store = m_parts.store, path,
-                                        sha = m_main.source.sha256] {
-        installMainFile(files, store, path, sha);
+                                        verification = verification(m_main)] {
+        installMainFile(files, store, path, verification);
         return QString();
     };
     co_await onBackground(m_parts.background, std::move(install));
@@ -200,8 +205,8 @@ Task<void> ModelDownloader::installMain(QString path) {
 Task<void> ModelDownloader::installEncoder(QString path) {
     const auto owner = m_lifetime.token();
     phase.set(Phase::Verifying);
-    std::function<QString()> verify = [&files = m_parts.files, path, sha = m_encoder.source.sha256] {
-        verifyEncoder(files, path, sha);
+    std::function<QString()> verify = [&files = m_parts.files, path, verification = verification(m_encoder)] {
+        verifyEncoder(files, path, verification);
         return QString();
     };
     co_await onBackground(m_parts.background, std::move(verify));

@@ -22,6 +22,7 @@ class ChildProcess;
 class FileSystem;
 class ModelStore;
 struct Directories;
+struct Verification;
 
 /// Brings the speech model onto the disk: fetches what is missing of it, all at the same time, verifies each
 /// file, and puts it in place or unpacks it. Main thread only; what takes long is done in the background.
@@ -113,6 +114,7 @@ private:
 
     void takeDelivery(Item& item, std::shared_ptr<DeliveredFile> file);
     Task<void> installDelivered(Item& item, QString path, std::shared_ptr<DeliveredFile> file);
+    Verification verification(const Item& item) const;
     Task<void> installMain(QString path);
     Task<void> installEncoder(QString path);
     void installed();

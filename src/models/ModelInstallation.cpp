@@ -20,10 +20,22 @@ QString textOf(const QByteArray& bytes, const QString& otherwise) {
     return decoder.hasError() ? otherwise : text;
 }
 
+/// A file that is given up goes: nobody would take it up again.
+bool isRight(FileSystem& files, const QString& path, const Verification& verification) {
+    try {
+        return sha256Hex(files, path, verification.isGivenUp) == verification.sha256;
+    } catch (const PlatformError& error) {
+        if (error.is(std::errc::operation_canceled))
+            removeIfPossible(files, path);
+        throw;
+    }
+}
+
 } // namespace
 
-void installMainFile(FileSystem& files, const ModelStore& store, const QString& path, const QString& sha256) {
-    if (sha256Hex(files, path) != sha256) {
+void installMainFile(FileSystem& files, const ModelStore& store, const QString& path,
+                     const Verification& verification) {
+    if (!isRight(files, path, verification)) {
         removeIfPossible(files, path);
         throw PlatformError(InstallationFailure::WrongMainFile,
                             localized("download.failed.mainChecksum", "Main model checksum mismatch"));
@@ -35,8 +47,8 @@ void installMainFile(FileSystem& files, const ModelStore& store, const QString& 
     files.move(path, store.modelMainURL);
 }
 
-void verifyEncoder(FileSystem& files, const QString& archive, const QString& sha256) {
-    if (sha256Hex(files, archive) == sha256)
+void verifyEncoder(FileSystem& files, const QString& archive, const Verification& verification) {
+    if (isRight(files, archive, verification))
         return;
     removeIfPossible(files, archive);
     throw PlatformError(InstallationFailure::WrongEncoder,

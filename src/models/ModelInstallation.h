@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace talvera {
 
 class ChildProcess;
@@ -18,15 +20,22 @@ inline QString platformDomain(InstallationFailure) {
     return QStringLiteral("ModelDownloader");
 }
 
+/// What a file's digest has to be, and who is asked, again and again, whether it matters no more.
+struct Verification {
+    QString sha256;
+    std::function<bool()> isGivenUp;
+};
+
 /// The steps from a downloaded file to an item in its place. Each may take seconds: they are for any thread
 /// but the main one. They throw PlatformError.
 ///
-/// Throws WrongMainFile when the file's digest is another one; the file is deleted then. Else it is put in
-/// the place of the main file.
-void installMainFile(FileSystem& files, const ModelStore& store, const QString& path, const QString& sha256);
+/// Throws WrongMainFile when the file's digest is another one, and std::errc::operation_canceled when it is
+/// given up; the file is deleted in both cases. Else it is put in the place of the main file.
+void installMainFile(FileSystem& files, const ModelStore& store, const QString& path,
+                     const Verification& verification);
 
-/// Throws WrongEncoder when the archive's digest is another one; the archive is deleted then.
-void verifyEncoder(FileSystem& files, const QString& archive, const QString& sha256);
+/// Throws WrongEncoder or std::errc::operation_canceled likewise; the archive is deleted then.
+void verifyEncoder(FileSystem& files, const QString& archive, const Verification& verification);
 
 /// Unpacks the archive into the directory of the models and deletes it, however that ended. Throws
 /// NotUnpacked.

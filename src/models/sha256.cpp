@@ -27,10 +27,12 @@ void require(bool succeeded) {
 
 } // namespace
 
-QString sha256Hex(FileSystem& files, const QString& path) {
+QString sha256Hex(FileSystem& files, const QString& path, const std::function<bool()>& isGivenUp) {
     const std::unique_ptr<EVP_MD_CTX, FreeContext> context(EVP_MD_CTX_new());
     require(context && EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) == 1);
     files.readBlocks(path, blockSize, [&](QByteArrayView block) {
+        if (isGivenUp())
+            throw PlatformError(QStringLiteral("SHA-256"), static_cast<int>(std::errc::operation_canceled));
         require(EVP_DigestUpdate(context.get(), block.data(), static_cast<std::size_t>(block.size())) == 1);
     });
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};

@@ -161,6 +161,17 @@ TEST_F(ModelDownloadTest, stalledTransfer_failsAndItsRetryGoesThrough) {
     EXPECT_EQ(atRest(made), Phase::Done);
 }
 
+TEST_F(ModelDownloadTest, programThatEndsWhileItVerifies_readsNoMoreAndLeavesNothing) {
+    auto& made = home({item("bytes/3000000"), {}});
+    const auto watching = made.downloader.phase.observe([&](const Phase& phase) {
+        if (phase == Phase::Verifying)
+            made.background.finish();
+    });
+    made.downloader.start();
+    EXPECT_EQ(atRest(made).kind(), Phase::Failed); // which nobody sees any more
+    expectNoTrace();
+}
+
 TEST_F(ModelDownloadTest, redirectionsWithoutEnd_areToldPlainly) {
     EXPECT_EQ(fetch(item("loop")), Phase::failed("The download server sends us round in circles."));
     expectNoTrace();

@@ -50,6 +50,17 @@ TEST_F(ThreadBackgroundPoolTest, finish_waitsForAllWork) {
     opening.join();
 }
 
+TEST_F(ThreadBackgroundPoolTest, finish_isHeardOfByTheWork) {
+    EXPECT_FALSE(pool->isEnding());
+    pool->run(
+        [this] {
+            while (!pool->isEnding())
+                std::this_thread::yield();
+        },
+        [] {});
+    pool->finish();
+}
+
 TEST_F(ThreadBackgroundPoolTest, finish_withoutWorkReturns) {
     pool->finish();
     pool->finish();

@@ -14,32 +14,51 @@ using namespace talvera::test;
 
 namespace {
 
-TEST(Sha256, knownText_hasTheKnownDigest) {
+class Sha256 : public testing::Test {
+protected:
+    static constexpr qsizetype block = 1 << 20;
+
+    QString digestOf(const QString& path) {
+        return sha256Hex(files, path, [] { return false; });
+    }
+
     FakeFileSystem files;
+};
+
+TEST_F(Sha256, knownText_hasTheKnownDigest) {
     files.write("/tmp/a", "abc");
-    EXPECT_EQ(sha256Hex(files, "/tmp/a"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(digestOf("/tmp/a"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
 }
 
-TEST(Sha256, emptyFile_hasTheDigestOfNothing) {
-    FakeFileSystem files;
+TEST_F(Sha256, emptyFile_hasTheDigestOfNothing) {
     files.write("/tmp/a", {});
-    EXPECT_EQ(sha256Hex(files, "/tmp/a"), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    EXPECT_EQ(digestOf("/tmp/a"), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
 }
 
-TEST(Sha256, filesAroundTheBlocksEdges_areReadToTheLastByte) {
-    FakeFileSystem files;
-    for (const qsizetype size : {(1 << 20) - 1, 1 << 20, (1 << 20) + 1, 3 * (1 << 20)}) {
+TEST_F(Sha256, filesAroundTheBlocksEdges_areReadToTheLastByte) {
+    for (const qsizetype size : {block - 1, block, block + 1, 3 * block}) {
         QByteArray bytes(size, 'x');
         bytes.back() = 'y';
         files.write("/tmp/a", bytes);
         const auto digest = QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex();
-        EXPECT_EQ(sha256Hex(files, "/tmp/a"), QString::fromLatin1(digest)) << size;
+        EXPECT_EQ(digestOf("/tmp/a"), QString::fromLatin1(digest)) << size;
     }
 }
 
-TEST(Sha256, missingFile_throws) {
-    FakeFileSystem files;
-    EXPECT_THROW(sha256Hex(files, "/tmp/none"), PlatformError);
+TEST_F(Sha256, missingFile_throws) {
+    EXPECT_THROW(digestOf("/tmp/none"), PlatformError);
+}
+
+TEST_F(Sha256, givenUp_readsNoFurtherThanTheBlock) {
+    files.write("/tmp/a", QByteArray(5 * block, 'x'));
+    int asked = 0;
+    try {
+        sha256Hex(files, "/tmp/a", [&] { return ++asked == 2; });
+        FAIL() << "it has read on";
+    } catch (const PlatformError& error) {
+        EXPECT_TRUE(error.is(std::errc::operation_canceled));
+    }
+    EXPECT_EQ(asked, 2);
 }
 
 TEST(ModelSource, publishedItems_haveTheirDigestsAndSizes) {
