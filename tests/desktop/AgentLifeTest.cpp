@@ -102,6 +102,18 @@ TEST_F(AgentLife, crash_leavesNothingOfWhatWasSaidInACoreFile) {
     EXPECT_FALSE(cores.hasNext()) << cores.next().toStdString();
 }
 
+TEST_F(AgentLife, modelsFileThatIsPutThereByHand_isEnoughToDictate) {
+    const QTemporaryDir data;
+    const QDir models(data.filePath("Talvera/models"));
+    ASSERT_TRUE(models.mkpath("."));
+    ASSERT_TRUE(QFile::copy(TALVERA_MICRO_MODEL, models.filePath("ggml-medium-q5_0.bin")));
+    home.set("XDG_DATA_HOME", data.path());
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateInto(editor);
+    EXPECT_EQ(models.entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{"ggml-medium-q5_0.bin"});
+}
+
 TEST_F(AgentLife, secondStart_endsAtOnceAndTheFirstStays) {
     startAgent();
     EXPECT_EQ(AgentProcess::startSecond(home), 0);

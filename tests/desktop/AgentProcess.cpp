@@ -3,7 +3,10 @@
 
 #include <QFile>
 
+#include <gtest/gtest.h>
+
 #include <csignal>
+#include <iostream>
 #include <stdexcept>
 #include <thread>
 
@@ -40,8 +43,10 @@ const QString& tracePrefix() {
 } // namespace
 
 AgentProcess::AgentProcess(const AgentHome& home, const QString& program) {
+    if (!m_log.open())
+        throw std::runtime_error("no file for what the agent says of errors");
     m_process.setProcessEnvironment(home.environment());
-    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.setStandardErrorFile(m_log.fileName());
     m_process.setStandardInputFile(QProcess::nullDevice());
     m_process.start(program, QStringList());
     awaitLine("[warmup] primeAll");
@@ -49,6 +54,21 @@ AgentProcess::AgentProcess(const AgentHome& home, const QString& program) {
 
 AgentProcess::~AgentProcess() {
     kill();
+    handOnLog();
+}
+
+void AgentProcess::handOnLog() const {
+    const auto all = log();
+    std::cerr << all.toStdString();
+    for (const auto& line : all.split('\n')) {
+        if (line.contains("qrc:/qt/qml") || line.startsWith("QML"))
+            ADD_FAILURE() << "a window has complained: " << line.toStdString();
+    }
+}
+
+QByteArray AgentProcess::log() const {
+    QFile file(m_log.fileName());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 int AgentProcess::startSecond(const QProcessEnvironment& environment) {

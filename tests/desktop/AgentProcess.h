@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryFile>
 
 #include <chrono>
 
@@ -13,8 +14,9 @@
 
 namespace talvera::test {
 
-/// The agent itself, as a session runs it, and what it prints. It ends with this object. Every function
-/// throws std::runtime_error, with the agent's lines so far, when what it waits for doesn't come in time.
+/// The agent itself, as a session runs it, and what it prints. It ends with this object, which fails the test
+/// if a window has complained: QML tells of its mistakes in no other way. Every function throws
+/// std::runtime_error, with the agent's lines so far, when what it waits for doesn't come in time.
 class AgentProcess {
 public:
     static constexpr std::chrono::seconds patience{120};
@@ -54,11 +56,16 @@ public:
     void signal(int number) const;
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
 
+    /// What it has written to its standard error by now; the end of this object hands it on to ours.
+    QByteArray log() const;
+
 private:
     QString awaitLine(const QString& start);
     [[noreturn]] void fail(const QString& what) const;
+    void handOnLog() const;
 
     QProcess m_process;
+    QTemporaryFile m_log; ///< no pipe, which would hold it up while nobody reads
     QStringList m_lines;
 };
 

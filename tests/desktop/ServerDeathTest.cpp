@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <csignal>
 #include <stdexcept>
@@ -19,29 +18,6 @@ using namespace talvera;
 using namespace talvera::test;
 
 namespace {
-
-/// The program, with what it says of errors in a file.
-class ProgramWithLog {
-public:
-    explicit ProgramWithLog(const QString& program) {
-        QFile script(path());
-        const auto line = QStringLiteral("#!/bin/sh\nexec '%1' 2>'%2'\n").arg(program, log());
-        if (!script.open(QIODevice::WriteOnly) || script.write(line.toUtf8()) < 0 ||
-            !script.setPermissions(QFile::ReadOwner | QFile::ExeOwner))
-            throw std::runtime_error("no script to start the program with");
-    }
-
-    QString path() const { return m_directory.filePath("talvera"); }
-    QByteArray logged() const {
-        QFile file(log());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-private:
-    QString log() const { return m_directory.filePath("log"); }
-
-    QTemporaryDir m_directory;
-};
 
 pid_t processOfServer() {
     const auto connection = X11Server().connect();
@@ -93,8 +69,7 @@ TEST_F(ServerDeath, duringARecognition_takesTheAgentAndAllOfItAlong) {
     home.set("ASAN_OPTIONS",
              "detect_leaks=0"); // the toolkit ends us where we stand, and nothing is given back
     RecogniserGate gate;
-    const ProgramWithLog program(gate.program());
-    startAgent({}, program.path());
+    startAgent({}, gate.program());
     holdAndSay(spoken("Good morning."));
     const pid_t recogniser = gate.awaitRun();
     const pid_t companion = companionOf(agent->pid());
@@ -104,8 +79,7 @@ TEST_F(ServerDeath, duringARecognition_takesTheAgentAndAllOfItAlong) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(agent->awaitEnd(), EXIT_FAILURE);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-    EXPECT_TRUE(program.logged().endsWith("The display server has gone, and Talvera ends with it.\n"))
-        << program.logged().toStdString();
+    EXPECT_TRUE(agent->log().endsWith("The display server has gone, and Talvera ends with it.\n"));
     EXPECT_TRUE(eventually([&] { return hasEnded(recogniser) && hasEnded(companion); }));
     EXPECT_EQ(leftFiles(), QStringList());
     const QDir shared(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/talvera");

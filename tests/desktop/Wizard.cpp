@@ -4,6 +4,7 @@
 #include "X11Windows.h"
 
 #include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 
@@ -23,10 +24,10 @@ QByteArray contentsOf(const QString& path) {
 }
 
 /// Where the program finds the model, whose digest is that of what is served.
-QJsonObject offerOf(const FileServer& server) {
+QJsonObject offerOf(const FileServer& server, const QString& path) {
     const auto model = contentsOf(TALVERA_MICRO_MODEL);
     const auto digest = QCryptographicHash::hash(model, QCryptographicHash::Sha256).toHex();
-    return {{"url", server.url("model").toString()},
+    return {{"url", server.url(path).toString()},
             {"sha256", QString::fromLatin1(digest)},
             {"size", model.size()},
             {"trusted", server.authority()}};
@@ -36,12 +37,16 @@ QJsonObject offerOf(const FileServer& server) {
 
 WizardTest::WizardTest()
     : server({{"model", TALVERA_MICRO_MODEL}}) {
-    QFile offer(data.filePath("offer.json"));
-    if (!offer.open(QFile::WriteOnly) || offer.write(QJsonDocument(offerOf(server)).toJson()) < 0)
-        throw std::runtime_error("the offer can't be written");
-    home.set("TALVERA_TEST_MODEL", offer.fileName());
+    offer("model");
     home.set("XDG_DATA_HOME", data.filePath("data"));
     home.setPreferences({{"hasOnboarded", false}});
+}
+
+void WizardTest::offer(const QString& path) {
+    QFile file(data.filePath("offer.json"));
+    if (!file.open(QFile::WriteOnly) || file.write(QJsonDocument(offerOf(server, path)).toJson()) < 0)
+        throw std::runtime_error("the offer can't be written");
+    home.set("TALVERA_TEST_MODEL", file.fileName());
 }
 
 void WizardTest::startWizard() {
@@ -89,6 +94,19 @@ void WizardTest::awaitButton(const QString& name) const {
 void WizardTest::clickButton(const QString& name) {
     awaitButton(name);
     clickOn("push button", name);
+}
+
+void WizardTest::goToStep(int last) {
+    for (int step = 1; step <= last; ++step) {
+        awaitButton(step == 1 ? "Get started" : "Continue");
+        keys.tap(Key::enter);
+        awaitStep(step);
+    }
+}
+
+QStringList WizardTest::filesIn(const char* directory) const {
+    return QDir(data.filePath("data/Talvera/") + directory)
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
 void WizardTest::dictateIntoAnEditor() {

@@ -16,6 +16,8 @@ class WizardTest : public PanelTest {
 protected:
     WizardTest();
 
+    /// Offers the model under that path of the server, for agents that are started from then on.
+    void offer(const QString& path);
     /// Starts the agent, whose wizard comes up.
     void startWizard();
     /// Ends the agent, as a session does.
@@ -33,6 +35,10 @@ protected:
     /// Waits until the button can be used.
     void awaitButton(const QString& name) const;
     void awaitStep(int step) { agent->await("wizard step " + QString::number(step)); }
+    /// Goes on from the first step to this one by the keyboard.
+    void goToStep(int last);
+    /// What lies in this directory of the program's data.
+    QStringList filesIn(const char* directory) const;
 
     /// The user dictates into an editor, which they can from now on.
     void dictateIntoAnEditor();
