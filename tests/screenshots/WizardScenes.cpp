@@ -36,9 +36,9 @@ public:
         m_stage.wait(seconds(1));
     }
 
-    void photograph(const QString& name, const QList<Qt::Key>& keys = {}, Duration wait = settled) {
+    void photograph(const QString& name, const QList<Qt::Key>& tapped = {}, Duration wait = settled) {
         m_stage.wait(settled);
-        for (const auto key : keys)
+        for (const auto key : tapped)
             press(key);
         m_stage.wait(wait);
         m_stage.photograph("wizard-" + name,
@@ -147,6 +147,9 @@ void photographHotkey(WizardSet& wizard) {
     wizard.recorder.record();
     wizard.photograph("5-hotkey-recording");
     wizard.recorder.cancel();
+    wizard.hotkey.watchResult().set(WatchResult::ChordTaken);
+    wizard.photograph("5-hotkey-taken");
+    wizard.hotkey.watchResult().set(std::nullopt);
     wizard.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(Special::RightCommand));
 }
 

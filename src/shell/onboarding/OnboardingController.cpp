@@ -255,8 +255,7 @@ void OnboardingController::abandonDemo() {
 }
 
 void OnboardingController::windowWillShow() {
-    if (!std::exchange(m_hasBegun, true))
-        m_parts.downloader.start();
+    m_parts.downloader.start(); // which also tries again what has failed since the user was there
     // The model may have gone since the user was there, and without it what comes after is of no use.
     if (step.get() > DownloadStep && !m_parts.models.isReady())
         step.set(DownloadStep);

@@ -132,7 +132,6 @@ private:
     AudioRecorder m_recorder;
     std::optional<QString> m_demoWav; ///< of the demo that records
     int m_demo = 0;                   ///< counts the demos: a late result of one that was given up is dropped
-    bool m_hasBegun = false;
     Cancellables m_observations;
     Lifetime m_lifetime;
 };

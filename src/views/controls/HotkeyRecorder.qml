@@ -11,6 +11,7 @@ Column {
     property string label              ///< what the shortcut is for, as screen readers say it
     property string absent             ///< what stands there when no shortcut is set
     property bool showsShortcut: true  ///< else the field only invites to record
+    property bool showsRefusal: true   ///< else whoever uses the field says why the shortcut doesn't act
 
     readonly property bool isRecording: recorder.isRecording
 
@@ -90,7 +91,7 @@ Column {
     }
     NoteLine {
         width: parent.width
-        visible: text !== ""
+        visible: control.showsRefusal && text !== ""
         systemIcon: "exclamationmark.triangle.fill"
         tone: Theme.warn
         column: 20

@@ -9,6 +9,8 @@ FocusScope {
     required property OnboardingModel wizard
     property bool moves: false
     property int active: 0
+    property int shown: 1 ///< samples so far
+    readonly property bool lively: moves && shown <= 2 * samples.length // left open it comes to rest
     readonly property var samples: wizard.samples
     readonly property var tints: Theme.dark ? ["#8fd6a5", "#f3a6c8", "#8ec5ff", "#ffd479", "#ffab8f", "#9d9bff"]
                                             : ["#1c7a44", "#b02a6b", "#1765ad", "#8a5a00", "#b3401a", "#4a42d4"]
@@ -31,7 +33,7 @@ FocusScope {
         mono: step.samples[step.active].mono
         tint: step.tints[step.active]
         recordingText: step.wizard.texts.everywhereRecording
-        moves: step.moves
+        moves: step.lively
         Accessible.role: Accessible.StaticText
         Accessible.name: name
         Accessible.description: sample
@@ -86,7 +88,11 @@ FocusScope {
     }
     Timer {
         interval: 1600 // to read what was typed
-        running: step.moves && mock.done
-        onTriggered: step.active = (step.active + 1) % step.samples.length
+        running: step.lively && mock.done
+        onTriggered: {
+            step.shown += 1
+            if (step.lively)
+                step.active = (step.active + 1) % step.samples.length
+        }
     }
 }

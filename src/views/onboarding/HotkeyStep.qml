@@ -9,6 +9,8 @@ FocusScope {
     required property OnboardingModel wizard
     property bool moves: false
     readonly property HotkeyChoiceModel hotkey: wizard.hotkey
+    readonly property string refusal: hotkey.recorder ? hotkey.recorder.refusal : ""
+    readonly property string warning: refusal !== "" ? refusal : hotkey.fnWarning
 
     Column {
         x: 48
@@ -61,18 +63,19 @@ FocusScope {
                     recorder: step.hotkey.recorder
                     label: custom.label
                     showsShortcut: custom.selected
+                    showsRefusal: false
                 }
                 // qmllint enable unqualified
             }
         }
         Plane {
             width: parent.width
-            visible: step.hotkey.fnWarning !== ""
+            visible: step.warning !== ""
             height: Math.max(warning.implicitHeight, open.height) + 2 * Theme.spacing
             radius: Theme.radiusMedium
             color: Theme.warnFill
             Accessible.role: Accessible.AlertMessage
-            Accessible.name: step.hotkey.fnWarning
+            Accessible.name: step.warning
 
             Symbol {
                 x: Theme.spacingLarge
@@ -82,15 +85,16 @@ FocusScope {
             }
             Label {
                 id: warning
-                anchors { left: parent.left; leftMargin: 44; right: open.left; rightMargin: Theme.spacing }
-                anchors.verticalCenter: parent.verticalCenter
-                text: step.hotkey.fnWarning
+                anchors { left: parent.left; leftMargin: 44; rightMargin: Theme.spacing }
+                anchors { right: open.visible ? open.left : parent.right; verticalCenter: parent.verticalCenter }
+                text: step.warning
                 wrapMode: Text.Wrap
             }
             PushButton {
                 id: open
                 anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
                 implicitHeight: 32
+                visible: step.refusal === ""
                 text: step.hotkey.fnSettingsText
                 onClicked: step.hotkey.openKeyboardSettings()
             }

@@ -8,6 +8,8 @@ FocusScope {
 
     required property OnboardingModel wizard
     property bool moves: false
+    property int rounds: 0 ///< so often it has said its sentence
+    readonly property bool lively: moves && rounds < 6 // a wizard that is left open comes to rest
 
     Column {
         id: words
@@ -84,7 +86,7 @@ FocusScope {
 
         PulseRing {
             anchors.centerIn: orb
-            visible: step.moves
+            visible: step.lively
             color: Theme.accent
             from: orb.width
             to: orb.width * 1.8
@@ -109,7 +111,7 @@ FocusScope {
             anchors.horizontalCenter: parent.horizontalCenter
             y: 188
             barCount: 28
-            animating: step.moves
+            animating: step.lively
             level: 0.8
         }
         Surface {
@@ -119,7 +121,7 @@ FocusScope {
             Typewriter {
                 id: sample
                 anchors { fill: parent; margins: Theme.spacingLarge }
-                types: step.moves
+                types: step.lively
                 text: step.wizard.samples[3].sample
                 font.pixelSize: Theme.sizeTitle
                 pace: 45
@@ -129,7 +131,11 @@ FocusScope {
     // It says it again, after a while.
     Timer {
         interval: 4000
-        running: step.moves && sample.done
-        onTriggered: sample.restart()
+        running: step.lively && sample.done
+        onTriggered: {
+            step.rounds += 1
+            if (step.lively)
+                sample.restart()
+        }
     }
 }

@@ -77,6 +77,15 @@ TEST_F(Onboarding, failedDownload_isTriedAgainOnArrivalAtItsStep) {
     EXPECT_TRUE(downloader.phase.get() == Phase::Downloading);
 }
 
+TEST_F(Onboarding, failedDownload_isTriedAgainWhenTheWizardIsOpenedAgain) {
+    open();
+    downloader.phase.set(Phase::failed("no network"));
+    close();
+    open();
+    EXPECT_EQ(controller.step.get(), Step::WelcomeStep);
+    EXPECT_TRUE(downloader.phase.get() == Phase::Downloading);
+}
+
 TEST_F(Onboarding, everythingGranted_goesOnWithoutAQuestion) {
     open();
     goTo(Step::PermissionsStep);

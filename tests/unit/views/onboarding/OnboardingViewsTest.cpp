@@ -123,6 +123,11 @@ protected:
         }
         settings.hotkeyBinding.set(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
         expectWholeTexts("own hotkey");
+        hotkey.watchResult().set(WatchResult::ChordTaken);
+        expectWholeTexts("hotkey of another program");
+        EXPECT_EQ(shownOfType("NoteLine").size(), 0U); // its row has no room for it
+        EXPECT_TRUE(isShown(recorder.refusal()));
+        hotkey.watchResult().set(std::nullopt);
         goTo(Step::DemoStep);
         for (const auto kind : {Demo::Idle, Demo::Recording, Demo::Transcribing, Demo::Done}) {
             controller.demoPhase.set({kind});
@@ -132,6 +137,14 @@ protected:
             localized("onboarding.demo.error.microphone",
                       "The microphone can't be opened. Plug one in, or allow it in the sound settings.")));
         expectWholeTexts("demo's error");
+    }
+
+    /// How many timers run: what moves does so by them.
+    int ticking() const {
+        int count = 0;
+        for (const auto* object : view->findChildren<QObject*>())
+            count += object->inherits("QQmlTimer") && object->property("running").toBool() ? 1 : 0;
+        return count;
     }
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -325,12 +338,6 @@ TEST_F(OnboardingViews, holdButtonThatLosesTheKeyboard_letsGo) {
 
 TEST_F(OnboardingViews, whatCannotBeSeen_standsStill) {
     make();
-    const auto ticking = [this] {
-        int count = 0;
-        for (const auto* object : view->findChildren<QObject*>())
-            count += object->inherits("QQmlTimer") && object->property("running").toBool() ? 1 : 0;
-        return count;
-    };
     EXPECT_EQ(ticking(), 0);
     view->setProperty("moves", true);
     EXPECT_GT(ticking(), 0);
@@ -342,6 +349,18 @@ TEST_F(OnboardingViews, whatCannotBeSeen_standsStill) {
         view->setProperty("moves", true);
     }
     // At rest nothing moves on the step that waits for the user either.
+    EXPECT_EQ(ticking(), 0);
+}
+
+TEST_F(OnboardingViews, wizardLeftOpen_comesToRest) {
+    make();
+    view->setProperty("moves", true);
+    shownOfType("WelcomeStep").at(0)->setProperty("rounds", 6);
+    EXPECT_EQ(ticking(), 0);
+    goTo(Step::EverywhereStep);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the step before
+    EXPECT_GT(ticking(), 0);
+    shownOfType("EverywhereStep").at(0)->setProperty("shown", 13);
     EXPECT_EQ(ticking(), 0);
 }
 
