@@ -15,8 +15,20 @@ std::string formatted(const char* format, double value) {
     return text;
 }
 
+const char* sign(Aim::Kind kind) {
+    switch (kind) {
+    case Aim::Kind::Below:
+        return "<";
+    case Aim::Kind::AtMost:
+        return "<=";
+    case Aim::Kind::AtLeast:
+        return ">=";
+    }
+    return "";
+}
+
 std::string verdict(const Aim& aim, double value) {
-    return (aim.kind == Aim::Kind::Below ? "aim < " : "aim <= ") + formatted("%g", aim.limit) +
+    return std::string("aim ") + sign(aim.kind) + " " + formatted("%g", aim.limit) +
            (aim.isMetBy(value) ? "   met" : "   MISSED");
 }
 
@@ -24,6 +36,18 @@ std::string verdict(const Aim& aim, double value) {
 
 double milliseconds(Clock::duration duration) {
     return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+bool Aim::isMetBy(double value) const {
+    switch (kind) {
+    case Kind::Below:
+        return value < limit;
+    case Kind::AtMost:
+        return value <= limit;
+    case Kind::AtLeast:
+        return value >= limit;
+    }
+    return false;
 }
 
 Figure::Figure(std::string what, std::string unit)

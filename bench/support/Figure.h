@@ -14,12 +14,13 @@ double milliseconds(Clock::duration duration);
 
 /// What a figure should be.
 struct Aim {
-    enum class Kind { Below, AtMost };
+    enum class Kind { Below, AtMost, AtLeast };
 
     static Aim below(double limit) { return {Kind::Below, limit}; }
     static Aim atMost(double limit) { return {Kind::AtMost, limit}; }
+    static Aim atLeast(double limit) { return {Kind::AtLeast, limit}; }
 
-    bool isMetBy(double value) const { return kind == Kind::Below ? value < limit : value <= limit; }
+    bool isMetBy(double value) const;
 
     Kind kind;
     double limit;

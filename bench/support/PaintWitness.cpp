@@ -41,14 +41,20 @@ void PaintWitness::run() {
         if (!event)
             continue;
         const auto type = static_cast<std::uint8_t>(event->response_type & typeMask);
-        if (type == XCB_MAP_NOTIFY)
-            onMapped(reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window);
+        if (type == XCB_CREATE_NOTIFY) // before a window manager puts it into a frame
+            watch(reinterpret_cast<const xcb_create_notify_event_t*>(event.get())->window);
+        else if (type == XCB_MAP_NOTIFY)
+            watch(reinterpret_cast<const xcb_map_notify_event_t*>(event.get())->window);
+        else if (type == XCB_DESTROY_NOTIFY)
+            m_watched.erase(reinterpret_cast<const xcb_destroy_notify_event_t*>(event.get())->window);
         else if (type == m_damageEvent)
             onPainted(reinterpret_cast<const xcb_damage_notify_event_t*>(event.get())->drawable);
     }
 }
 
-void PaintWitness::onMapped(xcb_window_t window) {
+void PaintWitness::watch(xcb_window_t window) {
+    if (m_watched.contains(window))
+        return;
     const auto damage = xcb_generate_id(m_connection->get());
     xcb_damage_create(m_connection->get(), damage, window, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
     m_connection->flush();
@@ -56,21 +62,31 @@ void PaintWitness::onMapped(xcb_window_t window) {
 }
 
 void PaintWitness::onPainted(xcb_window_t window) {
+    const auto now = Clock::now();
     const auto found = m_watched.find(window);
     if (found == m_watched.end())
         return;
     xcb_damage_destroy(m_connection->get(), found->second);
     m_connection->flush();
     m_watched.erase(found);
+    const auto process = processOf(window);
     const std::scoped_lock lock(m_mutex);
     if (!m_painted)
-        m_painted = Clock::now();
+        m_painted = now;
+    m_paintedBy.try_emplace(process, now);
     m_changed.notify_all();
+}
+
+/// 0 when the window doesn't tell.
+pid_t PaintWitness::processOf(xcb_window_t window) {
+    const auto told = m_connection->property(window, m_connection->atom("_NET_WM_PID"));
+    return told.empty() ? 0 : static_cast<pid_t>(told.front());
 }
 
 void PaintWitness::forget() {
     const std::scoped_lock lock(m_mutex);
     m_painted.reset();
+    m_paintedBy.clear();
 }
 
 PaintWitness::Clock::time_point PaintWitness::await() {
@@ -78,6 +94,13 @@ PaintWitness::Clock::time_point PaintWitness::await() {
     if (!m_changed.wait_for(lock, patience, [this] { return m_painted.has_value(); }))
         throw std::runtime_error("no window has come up");
     return *m_painted;
+}
+
+PaintWitness::Clock::time_point PaintWitness::awaitOf(pid_t process) {
+    std::unique_lock lock(m_mutex);
+    if (!m_changed.wait_for(lock, patience, [&] { return m_paintedBy.contains(process); }))
+        throw std::runtime_error("no window of the program has come up");
+    return m_paintedBy.at(process);
 }
 
 } // namespace talvera::bench
