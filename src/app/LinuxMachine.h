@@ -100,7 +100,7 @@ private:
     DesktopSettingsPanels m_settingsPanels{DesktopSettingsPanels::session(), m_console};
     DesktopNotifier m_notifier;
 
-    NoLanguageModel m_languageModel;
+    NoLanguageModel m_languageModel{m_actor};
     Cld2LanguageRecognizer m_languageRecognizer;
 
     // Last, so that their jobs end before what these work with does.

@@ -144,6 +144,7 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
               .directories = machine.system.directories,
               .makeFreshName = machine.system.makeFreshName,
               .models = models,
+              .languageModel = machine.language.model,
               .console = machine.system.console})
     , downloader({.background = machine.background,
                   .network = machine.system.network,
@@ -247,10 +248,12 @@ std::shared_ptr<OutputPipeline> Agent::Wiring::makePipeline() {
     return std::make_shared<OutputPipeline>(
         OutputPipeline::Parts{.actor = m_machine.actor,
                               .files = m_machine.system.files,
+                              .languageModel = m_machine.language.model,
                               .languageRecognizer = m_machine.language.recognizer,
                               .whisper = whisper,
                               .transcription = transcription,
                               .inserter = inserter,
+                              .settings = settings,
                               .stats = stats,
                               .menuBar = menuBar,
                               .hud = hud,

@@ -146,6 +146,15 @@ void DictationController::beginRecording() {
     m_parts.hud.show(DictationHUDState::Listening{m_parts.actor.date()});
     playStartSound(m_parts.sounds, m_parts.settings.startSoundName.get());
     m_parts.inserter.prepare();
+    if (willAskLanguageModel())
+        m_parts.languageModel.prepare(); // it loads while the user speaks
+}
+
+/// As far as the settings can tell; those of the release decide.
+bool DictationController::willAskLanguageModel() const {
+    const auto& settings = m_parts.settings;
+    const bool cleansUp = settings.aiCleanupEnabled.get() && settings.cleanupTone.get() != CleanupTone::Off;
+    return cleansUp || TargetLanguage::byCode(settings.targetLanguageCode.get()).requiresAI;
 }
 
 void DictationController::giveUpRecording(const std::exception& error) {
@@ -220,7 +229,7 @@ void DictationController::finishRecording(const QString& wav) {
             const auto pipeline = weak.lock();
             if (!pipeline)
                 co_return;
-            const OutputPipeline::Dictation dictation{request, snapshot};
+            const Dictation dictation{request, snapshot};
             co_await pipeline->runPipeline(dictation);
         });
 }
@@ -248,7 +257,8 @@ DictationRequest DictationController::makeRequest(const QString& wav, double aud
                       settings.cleanupTone.get() != CleanupTone::Off;
     const bool aiSourceOK =
         request.source == QStringLiteral("auto") ||
-        AICleanup::isSourceSupported(request.source, aiState, m_parts.languageModel.supportedLanguageCodes());
+        AICleanup::isSourceSupported(request.source, aiState,
+                                     AICleanup::supportedLanguageCodes(m_parts.languageModel));
     request.useAI = request.target.requiresAI && request.aiAvailable && aiSourceOK;
     m_parts.trace(
         QStringLiteral("[cfg] target=%1 srcLang=%2 cleanup=%3 aiAvail=%4 aiSrcOK=%5 useAI=%6 audio=%7")

@@ -104,6 +104,7 @@ private:
     void startPressAfterHoldDelay();
     void startPressNow();
     void beginRecording();
+    bool willAskLanguageModel() const;
     void giveUpRecording(const std::exception& error);
 
     void endPress();

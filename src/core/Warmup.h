@@ -12,12 +12,13 @@ namespace talvera {
 
 class BackgroundPool;
 class Console;
+class LanguageModel;
 class MainActor;
 class ModelStore;
 
 /// Pays the cost of loading the models before the first dictation has to; what fails of it is printed and
-/// forgotten. At the launch nothing is primed yet: the recogniser is when the wizard has got its model. Main
-/// thread only; what runs in the background has to end before it does.
+/// forgotten. The models are loaded one after the other, and the recogniser gives way to everything else, so
+/// that a login isn't slowed. Main thread only; what runs in the background has to end before it does.
 class Warmup final : public RecognitionWarmup {
 public:
     /// What it works with; all of it outlives the warm-up.
@@ -28,6 +29,7 @@ public:
         const Directories& directories;
         std::function<QString()> makeFreshName;
         const ModelStore& models;
+        LanguageModel& languageModel;
         Console& console;
     };
 
@@ -40,7 +42,10 @@ public:
     void kickWhisperOnce(const WhisperRunner& runner) override;
 
 private:
+    bool mayKickWhisper();
+    Task<void> warmUpWhisper(WhisperRunner runner);
     Task<bool> primeWhisper(WhisperRunner runner);
+    Task<void> primeAppleIntelligence();
 
     const Parts m_parts;
     bool m_kickedWhisper = false;

@@ -68,6 +68,9 @@ public:
     RouteDecision route(const QString& text, ResolvedMode mode, const std::optional<FocusSnapshot>& snapshot,
                         const OnNotice& onNotice);
 
+    /// What puts a notice on the HUD.
+    const OnNotice& showFocusNotice() const { return m_showFocusNotice; }
+
     /// Queues a clipboard write, with no key event behind it. An empty text leaves the clipboard alone.
     void copyToClipboard(const QString& text);
 

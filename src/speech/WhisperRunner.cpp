@@ -59,6 +59,12 @@ WhisperRunner WhisperRunner::makeDefault(ChildProcess& processes, FileSystem& fi
             directories.resources + QStringLiteral("/Resources/whisper-cli"), modelURL};
 }
 
+WhisperRunner WhisperRunner::atLowPriority() const {
+    auto runner = *this;
+    runner.m_priority = ChildProcessRequest::Priority::Low;
+    return runner;
+}
+
 QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QString& language,
                                   const std::optional<QString>& prompt) const {
     if (!m_files.isExecutableFile(m_binaryURL))
@@ -71,7 +77,7 @@ QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QS
         duration = wavDurationSeconds(*bytes);
     auto result =
         m_processes.run({m_binaryURL, whisperArguments(wav, m_modelURL, duration, mode, language, prompt),
-                         m_temporaryDirectory, QStringLiteral("--prompt")});
+                         m_temporaryDirectory, QStringLiteral("--prompt"), m_priority});
     const WipedAtEnd wipedOutput(result.standardOutput);
     if (result.status != 0) {
         throw WhisperError::processFailed(

@@ -33,6 +33,9 @@ public:
     QString transcribe(const QString& wav, WhisperMode mode, const QString& language,
                        const std::optional<QString>& prompt = std::nullopt) const;
 
+    /// The same runner for what nobody waits for: its runs give way to everything else on the machine.
+    WhisperRunner atLowPriority() const;
+
     /// Their paths.
     const QString& binaryURL() const { return m_binaryURL; }
     const QString& modelURL() const { return m_modelURL; }
@@ -45,6 +48,7 @@ private:
     QString m_temporaryDirectory;
     QString m_binaryURL;
     QString m_modelURL;
+    ChildProcessRequest::Priority m_priority = ChildProcessRequest::Priority::Normal;
 };
 
 } // namespace talvera

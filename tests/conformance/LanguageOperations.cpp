@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
+#include "FakeLanguageModel.h"
+#include "SimulatedMainActor.h"
 #include "language/AICleanup.h"
 #include "language/AppLanguage.h"
 #include "language/Language.h"
+#include "language/PartStream.h"
 #include "language/TargetLanguage.h"
 #include "operations.h"
+
+#include <algorithm>
 
 namespace talvera::conformance {
 
@@ -69,6 +74,52 @@ Answer isSourceSupported(const Request& request) {
                                                     supportedLanguages(request))}};
 }
 
+/// Reads an answer of the model as the pipeline does.
+Task<void> readAnswer(PartStream& stream, Answer& answer) {
+    try {
+        while (const auto part = co_await stream.next())
+            answer["parts"].push_back(part->toStdString());
+    } catch (const LanguageModelError&) {
+        answer["failed"] = true;
+    }
+}
+
+Answer sanitise(const Request& request) {
+    const auto snapshots = request.texts("snapshots");
+    const auto failAfter = request.optionalInteger<qsizetype>("failAfter");
+    test::ModelAnswer script;
+    for (const auto& snapshot :
+         failAfter ? snapshots.first(std::clamp<qsizetype>(*failAfter, 0, snapshots.size())) : snapshots)
+        script.snapshots.push_back({{}, snapshot});
+    if (failAfter && *failAfter <= snapshots.size())
+        script.failure.emplace(QStringLiteral("it breaks off"));
+
+    test::SimulatedMainActor actor;
+    test::FakeLanguageModel model(actor);
+    model.setAnswers({std::move(script)});
+    const auto stream = AICleanup::stream(actor, model, {}, {}, false);
+    Answer answer{{"parts", Answer::array()}, {"failed", false}};
+    actor.start([&]() -> Task<void> { return readAnswer(*stream, answer); });
+    actor.settle();
+    return answer;
+}
+
+Answer classify(const Request& request) {
+    const LanguageModelError error(request.text("debug"),
+                                   request.optionalText("description").value_or(QString()));
+    const auto failure = AICleanup::classify(error);
+    return {{"failure", rawValue(failure.kind).toStdString()}, {"text", failure.text().toStdString()}};
+}
+
+Answer cleanupInstructions(const Request& request) {
+    const auto tone = request.named("tone", &fromRawValue<CleanupTone>);
+    return {{"text", AICleanup::cleanupInstructions(tone).toStdString()}};
+}
+
+Answer translationInstructions(const Request& request) {
+    return {{"text", AICleanup::translationInstructions(request.text("language")).toStdString()}};
+}
+
 } // namespace
 
 void addLanguageOperations(Driver& driver) {
@@ -76,6 +127,10 @@ void addLanguageOperations(Driver& driver) {
     driver.add("byCode", byCode);
     driver.add("isSelectable", isSelectable);
     driver.add("isSourceSupported", isSourceSupported);
+    driver.add("sanitise", sanitise);
+    driver.add("classify", classify);
+    driver.add("cleanupInstructions", cleanupInstructions);
+    driver.add("translationInstructions", translationInstructions);
 }
 
 } // namespace talvera::conformance

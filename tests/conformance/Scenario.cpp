@@ -11,6 +11,7 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/onboarding/OnboardingController.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace talvera::conformance {
@@ -67,6 +68,20 @@ test::ToolRun toolRun(const Request& entry) {
     if (run.status == 0)
         run.text = entry.text("text").toUtf8();
     return run;
+}
+
+test::ModelAnswer modelAnswer(const Request& entry) {
+    test::ModelAnswer answer;
+    for (const auto& snapshot : entry.objects("snapshots")) {
+        const double after = snapshot.has("after") ? numberUpTo(snapshot, "after", longestScenario) : 0;
+        answer.snapshots.push_back({seconds(after), snapshot.text("content")});
+    }
+    if (entry.has("failure")) {
+        const auto failure = entry.object("failure");
+        answer.failure.emplace(failure.text("debug"),
+                               failure.optionalText("description").value_or(QString()));
+    }
+    return answer;
 }
 
 } // namespace
@@ -161,6 +176,12 @@ void Scenario::change(const Request& fields) {
         changeRecorder(fields.object("recorder"));
     if (fields.has("recognitions"))
         changeRecognitions(fields);
+    if (fields.has("languageModel")) {
+        std::vector<test::ModelAnswer> answers;
+        for (const auto& entry : fields.objects("languageModel"))
+            answers.push_back(modelAnswer(entry));
+        m_world.languageModel.setAnswers(std::move(answers));
+    }
     if (fields.json().contains("dominantLanguage"))
         m_world.languageRecognizer.answer = fields.optionalText("dominantLanguage");
     if (fields.has("onboarding") && m_world.hasAgent())
@@ -254,9 +275,10 @@ Answer Scenario::effects() const {
 Answer Scenario::final() {
     auto& agent = m_world.agent();
     const auto& dictation = agent.delegate().dictation();
+    const auto wavs = m_world.wavFiles(); // of the warm-up, too
     return {{"menu", rawValue(agent.menuBar.state.get()).toStdString()},
             {"hud", caseName(agent.hud.currentState()).toStdString()},
-            {"wavExists", !m_world.wavFiles().isEmpty()},
+            {"wavExists", std::any_of(wavs.begin(), wavs.end(), test::isOfADictation)},
             {"chunkFiles", m_world.chunkFiles().size()},
             {"pendingRecordStart", dictation.hasPendingRecordStart()},
             {"currentWav", dictation.currentWav().has_value()}};

@@ -8,8 +8,8 @@
 
 namespace talvera::test {
 
-/// The program installed once more, with a gate before the recogniser: each run waits there until the test
-/// lets it in, so that things can happen during a recognition however quick it is. Behind the gate it is the
+/// The program installed once more, with a gate before the recogniser: each run but the
+/// agent's own warm-up waits there until the test lets it in, so that things can happen during a recognition however quick it is. Behind the gate it is the
 /// real one. Throws std::runtime_error when what it waits for doesn't come in time.
 class RecogniserGate {
 public:

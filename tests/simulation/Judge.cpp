@@ -235,8 +235,10 @@ Judge::Way Judge::way() const {
     const auto& target = TargetLanguage::byCode(settings.targetLanguageCode.get());
     const auto source = settings.sourceLanguageCode.get();
     const auto english = QStringLiteral("en");
-    if (target.requiresAI)
+    if (target.requiresAI && m_world->languageModel.reason)
         return Way::ForWantOfAI;
+    if (target.requiresAI)
+        return Way::Plain; // the model that is there answers nothing yet
     if (target.code != english || source == english)
         return Way::Plain;
     const bool cleansUp = settings.aiCleanupEnabled.get() && !m_world->languageModel.reason &&

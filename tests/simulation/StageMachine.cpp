@@ -47,6 +47,7 @@ void Stage::learnTheMachine() {
     });
     means("a language model is there, and hears (nothing|[a-z]+)", [this](const auto& arguments) {
         m_world.languageModel.reason.reset();
+        m_world.languageModel.languages = {"en", "de", "ru", "fr", "es"};
         m_world.languageRecognizer.answer =
             arguments[0] == u"nothing" ? std::nullopt : std::optional(arguments[0]);
     });

@@ -24,9 +24,12 @@ void FakeChildProcess::setRuns(std::vector<ToolRun> runs) {
 
 ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     const auto tool = decoded(request);
-    const auto script = m_runs.at(std::min(m_next, m_runs.size() - 1));
-    ++m_next;
-    m_lastRun = script;
+    const bool isWarmup = tool.wav.contains(QStringLiteral("/talvera-warmup-"));
+    const auto script = isWarmup ? warmup : m_runs.at(std::min(m_next, m_runs.size() - 1));
+    if (!isWarmup) {
+        ++m_next;
+        m_lastRun = script;
+    }
     if (script.launchFailure)
         throw *script.launchFailure;
     m_requests.push_back(tool);
@@ -43,7 +46,8 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
         return {2, false, false, "error: input file not found '" + tool.wav.toUtf8() + "'\n"};
     const bool hears = *wavBytes > wavHeaderBytes && !script.leavesNoFile;
     if (hears) {
-        m_lastText = script.text;
+        if (!isWarmup)
+            m_lastText = script.text;
         leaveText(tool, script);
     }
     const auto printed = hears ? '\n' + script.text : QByteArray();

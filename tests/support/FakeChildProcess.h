@@ -49,6 +49,10 @@ public:
     /// The runs in order; the last one repeats.
     void setRuns(std::vector<ToolRun> runs);
 
+    /// What a run for the program's own warm-up does, which takes none of the others' turns: as a rule it is
+    /// over at once.
+    ToolRun warmup{.duration = Duration::zero()};
+
     /// Called as a run begins.
     void setOnRun(std::function<void(const ToolRequest&)> onRun) { m_onRun = std::move(onRun); }
 

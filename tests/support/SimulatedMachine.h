@@ -81,7 +81,7 @@ public:
     FakeKeyboard keyboard;
     FakeMicrophonePermission microphonePermission{actor};
     FakeProgramActivation activation;
-    FakeLanguageModel languageModel;
+    FakeLanguageModel languageModel{actor};
     FakeLanguageRecognizer languageRecognizer;
     FakeSettingsPanels settingsPanels;
     FakeStatusItem statusItem;

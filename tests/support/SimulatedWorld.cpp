@@ -47,7 +47,7 @@ bool isOfADictation(const QString& path) {
 }
 
 bool Effect::isTold() const {
-    return effect != "trace" && effect != "wavDeleted";
+    return effect != "trace" && effect != "wavDeleted" && effect != "request";
 }
 
 QString Effect::text() const {
@@ -126,6 +126,10 @@ void SimulatedWorld::observeMachine() {
                            {"prompt", run.prompt ? ordered_json(utf8(*run.prompt)) : ordered_json(nullptr)},
                            {"audioSeconds", run.audioSeconds}});
     });
+    languageModel.onRequest = [this](const ModelRequestSeen& request) {
+        if (!request.isWarmup())
+            note("request", {{"instructions", utf8(request.instructions)}, {"input", utf8(request.prompt)}});
+    };
     keyPoster.onTyping = [this](const QString& text) { note("type", {{"text", utf8(text)}}); };
     pasteboard.onText = [this](const QString& text) { note("clipboard", {{"text", utf8(text)}}); };
     // A paste begins with a clipboard write of its own, which is no effect beside it.

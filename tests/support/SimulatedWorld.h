@@ -23,7 +23,7 @@ struct Effect {
     std::string effect;
     nlohmann::ordered_json fields = nlohmann::ordered_json::object();
 
-    /// Whether stories tell of it: not of the trace, nor of files that are deleted.
+    /// Whether stories tell of it: not of the trace, nor of files that are deleted or requests to the model.
     bool isTold() const;
     /// The effect in words, such as "hud notice Transcription failed warn 3".
     QString text() const;

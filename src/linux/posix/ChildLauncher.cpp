@@ -20,6 +20,7 @@
 #include <sys/wait.h>
 
 #include <linux/close_range.h>
+#include <linux/ioprio.h>
 
 namespace talvera {
 
@@ -95,7 +96,8 @@ FileDescriptor descriptorOf(const QByteArray& bytes) {
 class ExecArguments {
 public:
     explicit ExecArguments(const ChildProcessRequest& request)
-        : m_directory(encoded(request.workingDirectory)) {
+        : m_directory(encoded(request.workingDirectory))
+        , m_priority(request.priority) {
         m_strings.push_back(encoded(request.executable));
         for (const auto& argument : request.arguments)
             m_strings.push_back(encoded(argument));
@@ -114,6 +116,8 @@ public:
     const char* directory() const { return m_directory.constData(); }
     const char* program() const { return m_pointers.front(); }
     char* const* pointers() const { return m_pointers.data(); }
+
+    ChildProcessRequest::Priority priority() const { return m_priority; }
 
     /// What the program gets besides its standard streams; -1 for nothing.
     int descriptor() const { return m_privateValue.get(); }
@@ -138,6 +142,7 @@ private:
     }
 
     QByteArray m_directory;
+    ChildProcessRequest::Priority m_priority;
     std::vector<QByteArray> m_strings;
     std::vector<char*> m_pointers;
     FileDescriptor m_privateValue;
@@ -158,6 +163,13 @@ public:
 private:
     sigset_t m_before{};
 };
+
+/// Behind everything else, with the processor and with the disk.
+void giveWay() {
+    constexpr int lowestPriority = 19;
+    ::setpriority(PRIO_PROCESS, 0, lowestPriority);
+    ::syscall(SYS_ioprio_set, IOPRIO_WHO_PROCESS, 0, IOPRIO_CLASS_IDLE << IOPRIO_CLASS_SHIFT);
+}
 
 void resetSignals() {
     for (int signal = 1; signal < NSIG; ++signal)
@@ -184,6 +196,8 @@ void resetSignals() {
             ::fcntl(arguments.descriptor(), F_SETFD, 0);
         const rlimit none{0, 0}; // what it works on shall not come to lie in a core file
         ::setrlimit(RLIMIT_CORE, &none);
+        if (arguments.priority() == ChildProcessRequest::Priority::Low)
+            giveWay();
         resetSignals();
         ::execv(arguments.program(), arguments.pointers());
     }

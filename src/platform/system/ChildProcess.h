@@ -9,6 +9,11 @@ namespace talvera {
 
 /// What to run. No shell is involved: each argument arrives as it stands.
 struct ChildProcessRequest {
+    enum class Priority {
+        Normal,
+        Low, ///< everything else on the machine goes first, with the processor and the disk
+    };
+
     QString executable;
     QStringList arguments;
     QString workingDirectory;
@@ -16,6 +21,8 @@ struct ChildProcessRequest {
     /// The option whose value no other user may read; empty for none. Every user of the machine can read a
     /// command line, so a program that knows how gets the value on another way.
     QString privateOption{};
+
+    Priority priority = Priority::Normal;
 };
 
 /// How a child process ended.

@@ -32,6 +32,14 @@ LanguageModelNotes notesOfModelThatIsOff() {
     return notes;
 }
 
+/// Nothing to mend, and not for long.
+LanguageModelNotes notesOfModelThatLoads() {
+    LanguageModelNotes notes;
+    notes.remark = localized("menu.aiCleanup.loading", "The language model is still loading");
+    notes.footer = notes.remark;
+    return notes;
+}
+
 LanguageModelNotes notesWithoutModel() {
     LanguageModelNotes notes;
     notes.remark = localized("menu.aiCleanup.noModel", "Needs a language model, and this computer has none");
@@ -47,8 +55,9 @@ LanguageModelNotes languageModelNotes(AIAvailabilityState state, bool cleanupEna
     case AIAvailabilityState::Available:
         return notesOfAvailableModel(cleanupEnabled);
     case AIAvailabilityState::IntelligenceOff:
-    case AIAvailabilityState::ModelNotReady:
         return notesOfModelThatIsOff();
+    case AIAvailabilityState::ModelNotReady:
+        return notesOfModelThatLoads();
     case AIAvailabilityState::DeviceNotEligible:
     case AIAvailabilityState::UnsupportedOS:
         break;

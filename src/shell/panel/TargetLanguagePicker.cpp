@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/panel/TargetLanguagePicker.h"
 
+#include "language/AICleanup.h"
 #include "language/TargetLanguage.h"
 #include "persistence/AppSettings.h"
 #include "platform/language/LanguageModel.h"
@@ -38,6 +39,7 @@ TargetLanguagePicker::TargetLanguagePicker(AppSettings& settings, ReadinessMonit
             Q_EMIT dataChanged(index(0), index(count() - 1), {IsSelected});
     }));
     m_cancellables.push_back(readiness.aiState.observe([this](AIAvailabilityState) { lookAgain(); }));
+    m_cancellables.push_back(languageModel.observe([this] { lookAgain(); })); // it may have other languages
 }
 
 int TargetLanguagePicker::rowCount(const QModelIndex& parent) const {
@@ -125,7 +127,7 @@ bool TargetLanguagePicker::isModelAvailable() const {
 
 bool TargetLanguagePicker::isSelectable(const TargetLanguage& language) const {
     return language.isSelectable(isModelAvailable(), m_readiness.currentAIState(),
-                                 m_languageModel.supportedLanguageCodes());
+                                 AICleanup::supportedLanguageCodes(m_languageModel));
 }
 
 void TargetLanguagePicker::lookAgain() {

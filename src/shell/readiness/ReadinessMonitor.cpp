@@ -31,6 +31,7 @@ ReadinessMonitor::ReadinessMonitor(Parts parts)
     , aiState(aiStateFor(parts.languageModel.unavailableReason()))
     , m_parts(parts)
     , m_microphoneChanges(parts.microphone.observe([this] { refresh(); }))
+    , m_languageModelChanges(parts.languageModel.observe([this] { refresh(); }))
     , m_activations(parts.activation.observe([this] { refreshLater(); })) {
     applyPollRule();
 }

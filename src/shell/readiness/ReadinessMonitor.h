@@ -82,6 +82,7 @@ private:
     Parts m_parts;
     std::optional<MainActor::TimerId> m_pollTimer;
     Subscription m_microphoneChanges;
+    Subscription m_languageModelChanges;
     Subscription m_activations;
     Lifetime m_lifetime;
 };

@@ -68,6 +68,17 @@ TEST_F(PosixChildProcessTest, goodEnd_isStatusZero) {
     EXPECT_EQ(result.standardError, "");
 }
 
+TEST_F(PosixChildProcessTest, lowPriority_isForTheChildAlone) {
+    const auto fields = "sed 's/.*) //' /proc/self/stat | cut -d' ' -f17; ionice 2>/dev/null || echo unknown";
+    ChildProcessRequest request{"/bin/sh", {"-c", fields}, temporary.path()};
+    const auto before = process.run(request).standardOutput;
+    request.priority = ChildProcessRequest::Priority::Low;
+    EXPECT_EQ(process.run(request).standardOutput, "19\nidle\n");
+    EXPECT_EQ(::getpriority(PRIO_PROCESS, 0), before.split('\n').front().toInt());
+    request.priority = ChildProcessRequest::Priority::Normal;
+    EXPECT_EQ(process.run(request).standardOutput, before);
+}
+
 TEST_F(PosixChildProcessTest, statusAndStandardError_areHandedOn) {
     const auto result = shell("echo out; printf 'err\\377' >&2; exit 10");
     EXPECT_EQ(result.status, 10);

@@ -48,7 +48,10 @@ TEST_F(Lifecycle, launchWithEverythingGranted_showsNothing) {
     EXPECT_FALSE(world.actor.hasTimers());
     EXPECT_EQ(world.console.printed(),
               QStringList({"[app] applicationDidFinishLaunching: calling Warmup.primeAll",
-                           "[warmup] primeAll: scheduling whisper + AI tasks"}));
+                           "[warmup] primeAll: scheduling whisper + AI tasks",
+                           "[warmup] primeWhisper: enter (ModelStore.isReady=true)",
+                           "[warmup] whisper ready in 0.00s",
+                           "[warmup] primeAppleIntelligence: enter (AICleanup.isAvailable=false)"}));
 }
 
 TEST_F(Lifecycle, firstLaunchWithNothingGranted_opensTheWizardAndAsksForNothingOnTheHUD) {

@@ -118,7 +118,7 @@ protected:
     SecondPass() { launch(); }
 
     void run(const char* source) {
-        OutputPipeline::Dictation dictation;
+        Dictation dictation;
         dictation.request.target = TargetLanguage::byCode(QStringLiteral("en"));
         dictation.request.source = source;
         dictation.request.cleanup = true;

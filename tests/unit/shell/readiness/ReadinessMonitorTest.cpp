@@ -115,6 +115,16 @@ TEST_F(Readiness, modelThatIsSwitchedOn_isPublishedWithinTwoSecondsAndEndsThePol
     EXPECT_FALSE(actor.hasTimers());
 }
 
+TEST_F(Readiness, modelThatTellsOfAChange_isPublishedAtOnce) {
+    monitor();
+    languageModel.reason = std::nullopt;
+    languageModel.tellChange();
+    EXPECT_EQ(monitor().aiState.get(), AI::Available);
+    languageModel.reason = LanguageModel::UnavailableReason::IntelligenceOff;
+    languageModel.tellChange();
+    EXPECT_EQ(monitor().aiState.get(), AI::IntelligenceOff);
+}
+
 TEST_F(Readiness, computerThatCannotHaveAModel_isNotPolled) {
     languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     EXPECT_FALSE(monitor().isPolling());

@@ -157,7 +157,8 @@ TEST_F(MenuPanelViews, bannerInGerman_isShownWhole) {
 TEST_F(MenuPanelViews, missingLanguageModelInGerman_isToldWhole) {
     const GermanTexts german;
     for (const auto reason : {LanguageModel::UnavailableReason::DeviceNotEligible,
-                              LanguageModel::UnavailableReason::IntelligenceOff}) {
+                              LanguageModel::UnavailableReason::IntelligenceOff,
+                              LanguageModel::UnavailableReason::ModelNotReady}) {
         languageModel.reason = reason;
         open();
         expectWholeTexts();

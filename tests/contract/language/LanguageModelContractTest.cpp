@@ -1,0 +1,306 @@
+// SPDX-License-Identifier: MIT
+#include "FakeLanguageModel.h"
+#include "PrintQt.h"
+#include "SimulatedMainActor.h"
+#include "language/AICleanup.h"
+#include "platform/absent/NoLanguageModel.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <utility>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+/// What a subject's model does with the next request.
+struct Doing {
+    QStringList pieces;               ///< what it writes, one after another
+    std::optional<AIFailure> failure; ///< how it ends then; nothing for a good end
+};
+
+/// The model of the fakes, on the virtual clock.
+class ScriptedSubject {
+public:
+    LanguageModel& model() { return m_model; }
+    MainActor& actor() { return m_actor; }
+
+    void next(std::vector<Doing> doings) {
+        std::vector<ModelAnswer> answers;
+        for (const auto& doing : doings) {
+            auto& answer = answers.emplace_back();
+            QString content;
+            for (const auto& piece : doing.pieces)
+                answer.snapshots.push_back({seconds(0.1), content += piece});
+            if (doing.failure)
+                answer.failure.emplace(word(doing.failure->kind));
+        }
+        m_model.setAnswers(std::move(answers));
+    }
+    void setAvailable(bool available) {
+        m_model.reason =
+            available ? std::nullopt : std::optional(LanguageModel::UnavailableReason::IntelligenceOff);
+        m_model.languages = available ? QSet<QString>{"en", "de"} : QSet<QString>{};
+        m_model.tellChange();
+    }
+    /// What the model has been told by the last request.
+    QString lastInstructions() const { return m_model.requests.back().instructions; }
+    QString lastPrompt() const { return m_model.requests.back().prompt; }
+
+    /// Lets happen what is under way.
+    void settle() { EXPECT_TRUE(m_actor.runToRest(seconds(60))); }
+
+private:
+    static QString word(AIFailure::Case kind) {
+        switch (kind) {
+        case AIFailure::Case::TooLong:
+            return "exceededContextWindowSize";
+        case AIFailure::Case::RateLimited:
+            return "rateLimited";
+        case AIFailure::Case::Blocked:
+            return "guardrailViolation";
+        default:
+            return "assetsUnavailable";
+        }
+    }
+
+    SimulatedMainActor m_actor;
+    FakeLanguageModel m_model{m_actor};
+};
+
+/// All that a session has told.
+struct Told {
+    QStringList snapshots;
+    int ends = 0;
+    std::optional<AIFailure> failure;
+    int callsAfterTheEnd = 0;
+
+    LanguageModelSession::Listener listener() {
+        const auto count = [this] { callsAfterTheEnd += ends; };
+        return {.onSnapshot =
+                    [this, count](const QString& content) {
+                        count();
+                        snapshots << content;
+                    },
+                .onFinished =
+                    [this, count] {
+                        count();
+                        ++ends;
+                    },
+                .onFailed =
+                    [this, count](const LanguageModelError& error) {
+                        count();
+                        ++ends;
+                        failure = AICleanup::classify(error);
+                    }};
+    }
+};
+
+template <typename Subject>
+class LanguageModelContract : public testing::Test {
+protected:
+    LanguageModelContract() { subject.setAvailable(true); }
+
+    std::unique_ptr<LanguageModelSession> session() {
+        return subject.model().makeSession("Reply with the same words.", LanguageModel::Guardrails::Default);
+    }
+    /// A request to its end.
+    Told ask(const QString& prompt = "so um we meet") {
+        Told told;
+        const auto asked = session();
+        asked->streamResponse(prompt, told.listener());
+        EXPECT_EQ(told.snapshots.size() + told.ends, 0) << "told from within the request";
+        subject.settle();
+        EXPECT_EQ(told.ends, 1);
+        EXPECT_EQ(told.callsAfterTheEnd, 0);
+        return told;
+    }
+
+    Subject subject;
+};
+
+using Subjects = testing::Types<ScriptedSubject>;
+TYPED_TEST_SUITE(LanguageModelContract, Subjects);
+
+TYPED_TEST(LanguageModelContract, answer_growsToItsEnd) {
+    this->subject.next({{{"So ", "we ", "meet."}, {}}});
+    const auto told = this->ask();
+    ASSERT_FALSE(told.snapshots.isEmpty());
+    EXPECT_EQ(told.snapshots.constLast(), "So we meet.");
+    for (qsizetype i = 1; i < told.snapshots.size(); ++i)
+        EXPECT_TRUE(told.snapshots[i].startsWith(told.snapshots[i - 1]));
+    EXPECT_FALSE(told.failure);
+}
+
+TYPED_TEST(LanguageModelContract, answerInOtherScripts_arrivesAsItIs) {
+    const auto text = QString::fromUtf8(
+        "Встречаемся в пять. 五時に会いましょう 👩‍👩‍👧 „so“\n\n- x");
+    this->subject.next({{{text.left(9), text.mid(9)}, {}}});
+    EXPECT_EQ(this->ask().snapshots.constLast(), text);
+}
+
+TYPED_TEST(LanguageModelContract, request_reachesTheModelAsItIs) {
+    this->subject.next({{{"ok"}, {}}});
+    const auto prompt =
+        QString::fromUtf8("<raw>so \"um\" \\ we\n— встречаемся\t👩‍👩‍👧</raw>");
+    this->ask(prompt);
+    EXPECT_EQ(this->subject.lastInstructions(), "Reply with the same words.");
+    EXPECT_EQ(this->subject.lastPrompt(), prompt);
+}
+
+TYPED_TEST(LanguageModelContract, emptyAnswer_endsWell) {
+    this->subject.next({{{}, {}}});
+    const auto told = this->ask();
+    EXPECT_FALSE(told.failure);
+    EXPECT_EQ(told.snapshots.join(QString()), "");
+}
+
+TYPED_TEST(LanguageModelContract, failureAtOnce_isTheOnlyThingTold) {
+    for (const auto kind : {AIFailure::Case::TooLong, AIFailure::Case::RateLimited,
+                            AIFailure::Case::ModelLoading, AIFailure::Case::Blocked}) {
+        this->subject.next({{{}, AIFailure{kind, {}}}});
+        const auto told = this->ask();
+        EXPECT_EQ(told.snapshots, QStringList());
+        ASSERT_TRUE(told.failure);
+        EXPECT_EQ(rawValue(told.failure->kind), rawValue(kind));
+    }
+}
+
+TYPED_TEST(LanguageModelContract, failureInMidAnswer_comesBehindWhatWasWritten) {
+    this->subject.next({{{"So ", "we "}, AIFailure{AIFailure::Case::TooLong, {}}}});
+    const auto told = this->ask();
+    EXPECT_EQ(told.snapshots.constLast(), "So we ");
+    ASSERT_TRUE(told.failure);
+    EXPECT_EQ(told.failure->kind, AIFailure::Case::TooLong);
+}
+
+TYPED_TEST(LanguageModelContract, sessionDestroyedAtOnce_tellsNothing) {
+    this->subject.next({{{"So ", "we ", "meet."}, {}}});
+    Told told;
+    {
+        const auto session = this->session();
+        session->streamResponse("so um we meet", told.listener());
+    }
+    this->subject.settle();
+    EXPECT_EQ(told.snapshots.size() + told.ends, 0);
+}
+
+TYPED_TEST(LanguageModelContract, sessionDestroyedByItsFirstSnapshot_tellsNothingMore) {
+    this->subject.next({{{"So ", "we ", "meet."}, {}}});
+    Told told;
+    auto session = this->session();
+    auto listener = told.listener();
+    listener.onSnapshot = [&told, &session](const QString& content) {
+        told.snapshots << content;
+        session.reset();
+    };
+    session->streamResponse("so um we meet", std::move(listener));
+    this->subject.settle();
+    EXPECT_EQ(told.snapshots.size(), 1);
+    EXPECT_EQ(told.ends, 0);
+}
+
+TYPED_TEST(LanguageModelContract, sessionDestroyedByItsEnd_isFine) {
+    for (const bool fails : {false, true}) {
+        this->subject.next(
+            {{{"So"}, fails ? std::optional(AIFailure{AIFailure::Case::TooLong, {}}) : std::nullopt}});
+        int ends = 0;
+        auto session = this->session();
+        const auto end = [&session, &ends] {
+            ++ends;
+            session.reset();
+        };
+        session->streamResponse("so um we meet", {.onSnapshot = [](const QString&) {},
+                                                  .onFinished = end,
+                                                  .onFailed = [end](const LanguageModelError&) { end(); }});
+        this->subject.settle();
+        EXPECT_EQ(ends, 1);
+    }
+}
+
+TYPED_TEST(LanguageModelContract, requestAfterACancelledOne_isAnswered) {
+    this->subject.next({{{"So ", "we ", "meet."}, {}}, {{"And ", "we talk."}, {}}});
+    {
+        Told dropped;
+        const auto session = this->session();
+        session->streamResponse("so um we meet", dropped.listener());
+    }
+    EXPECT_EQ(this->ask().snapshots.constLast(), "And we talk.");
+}
+
+TYPED_TEST(LanguageModelContract, twoRequestsAtOnce_getTheirOwnAnswers) {
+    this->subject.next({{{"So ", "we ", "meet."}, {}}, {{"And ", "we talk."}, {}}});
+    Told first;
+    Told second;
+    const auto one = this->session();
+    const auto two = this->session();
+    one->streamResponse("so um we meet", first.listener());
+    two->streamResponse("and um we talk", second.listener());
+    this->subject.settle();
+    ASSERT_EQ(first.ends + second.ends, 2);
+    EXPECT_EQ(first.snapshots.constLast(), "So we meet.");
+    EXPECT_EQ(second.snapshots.constLast(), "And we talk.");
+}
+
+TYPED_TEST(LanguageModelContract, modelThatGoesAndComes_isToldAndAnswersAtOnce) {
+    int changes = 0;
+    const auto subscription = this->subject.model().observe([&changes] { ++changes; });
+    EXPECT_FALSE(this->subject.model().unavailableReason());
+    EXPECT_FALSE(this->subject.model().supportedLanguages().isEmpty());
+    this->subject.setAvailable(false);
+    this->subject.settle();
+    EXPECT_GE(changes, 1);
+    EXPECT_TRUE(this->subject.model().unavailableReason());
+    changes = 0;
+    this->subject.setAvailable(true);
+    this->subject.settle();
+    EXPECT_GE(changes, 1);
+    EXPECT_FALSE(this->subject.model().unavailableReason());
+}
+
+TYPED_TEST(LanguageModelContract, changesAfterTheSubscription_areNotTold) {
+    int changes = 0;
+    {
+        const auto subscription = this->subject.model().observe([&changes] { ++changes; });
+    }
+    this->subject.setAvailable(false);
+    this->subject.settle();
+    EXPECT_EQ(changes, 0);
+}
+
+TYPED_TEST(LanguageModelContract, preparation_changesNothingOfTheAnswer) {
+    this->subject.next({{{"So we meet."}, {}}});
+    this->subject.model().prepare();
+    this->subject.model().prepare();
+    EXPECT_EQ(this->ask().snapshots.constLast(), "So we meet.");
+}
+
+TEST(NoLanguageModel, request_failsInATurnOfItsOwn) {
+    SimulatedMainActor actor;
+    NoLanguageModel model(actor);
+    EXPECT_EQ(model.unavailableReason(), LanguageModel::UnavailableReason::DeviceNotEligible);
+    EXPECT_TRUE(model.supportedLanguages().isEmpty());
+    model.prepare();
+    Told told;
+    const auto session = model.makeSession("Reply.", LanguageModel::Guardrails::Default);
+    session->streamResponse("so um we meet", told.listener());
+    EXPECT_EQ(told.ends, 0);
+    actor.settle();
+    ASSERT_TRUE(told.failure);
+    EXPECT_EQ(told.failure->kind, AIFailure::Case::ModelLoading);
+    EXPECT_EQ(told.ends, 1);
+}
+
+TEST(NoLanguageModel, requestThatIsDropped_isNotAnswered) {
+    SimulatedMainActor actor;
+    NoLanguageModel model(actor);
+    Told told;
+    model.makeSession("Reply.", LanguageModel::Guardrails::Default)
+        ->streamResponse("so um we meet", told.listener());
+    actor.settle();
+    EXPECT_EQ(told.ends, 0);
+}
+
+} // namespace
