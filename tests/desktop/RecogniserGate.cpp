@@ -52,9 +52,10 @@ RecogniserGate::RecogniserGate() {
     m_permits = makePipe(permits);
     QFile::remove(ownResources.filePath("whisper-cli"));
     QFile gate(ownResources.filePath("whisper-cli"));
-    const auto script = QStringLiteral("#!/bin/sh\ncase \"$*\" in *talvera-warmup-*) exec '%3' \"$@\" ;; esac\n"
-                                       "echo $$ >'%1'\nread -r _ <'%2'\nexec '%3' \"$@\"\n")
-                            .arg(arrivals, permits, resources.filePath("whisper-cli"));
+    const auto script =
+        QStringLiteral("#!/bin/sh\ncase \"$*\" in *talvera-warmup-*) exec '%3' \"$@\" ;; esac\n"
+                       "echo $$ >'%1'\nread -r _ <'%2'\nexec '%3' \"$@\"\n")
+            .arg(arrivals, permits, resources.filePath("whisper-cli"));
     if (!gate.open(QIODevice::WriteOnly) || gate.write(script.toUtf8()) < 0 ||
         !gate.setPermissions(QFile::ReadOwner | QFile::ExeOwner))
         throw std::runtime_error("no gate");

@@ -8,9 +8,10 @@
 
 namespace talvera::test {
 
-/// The program installed once more, with a gate before the recogniser: each run but the
-/// agent's own warm-up waits there until the test lets it in, so that things can happen during a recognition however quick it is. Behind the gate it is the
-/// real one. Throws std::runtime_error when what it waits for doesn't come in time.
+/// The program installed once more, with a gate before the recogniser: each run but that of the agent's own
+/// warm-up waits there until the test lets it in, so that things can happen during a recognition however
+/// quick it is. Behind the gate it is the real one. Throws std::runtime_error when what it waits for doesn't
+/// come in time.
 class RecogniserGate {
 public:
     RecogniserGate();
