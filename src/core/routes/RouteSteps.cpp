@@ -50,7 +50,7 @@ std::unique_ptr<PartStream> RouteSteps::askModel(const QString& instructions, co
     return AICleanup::stream(m_parts.actor, m_parts.languageModel, instructions, input, false);
 }
 
-void RouteSteps::show(const DictationHUDState& state) const {
+void RouteSteps::updateHUD(const DictationHUDState& state) const {
     m_parts.hud.update(state);
 }
 

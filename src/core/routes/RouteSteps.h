@@ -59,7 +59,7 @@ public:
     /// Asks the language model.
     std::unique_ptr<PartStream> askModel(const QString& instructions, const QString& input) const;
 
-    void show(const DictationHUDState& state) const;
+    void updateHUD(const DictationHUDState& state) const;
     void showNotice(const QString& text, DictationHUDState::NoticeTone tone) const;
 
     /// Counts the dictation, by the text that the recogniser gave.

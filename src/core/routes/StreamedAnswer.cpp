@@ -39,7 +39,7 @@ void finishAfterFailure(const RouteSteps& steps, const Dictation& dictation, con
                         const QString& fallback) {
     if (failure.isBeforeFirstPart && !fallback.isEmpty())
         steps.deliver(dictation, fallback);
-    steps.showNotice(failure.failure.text(), DictationHUDState::NoticeTone::Warn);
+    steps.showNotice(failure.reason.text(), DictationHUDState::NoticeTone::Warn);
     steps.finishBesideNotice(dictation.request.wav);
 }
 

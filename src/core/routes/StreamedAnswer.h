@@ -22,11 +22,11 @@ struct ModelRequest {
 
 /// Why a request has come to no good end, and whether anything had come before.
 struct StreamFailure {
-    AIFailure failure;
+    AIFailure reason;
     bool isBeforeFirstPart = false;
 
     bool isRefusedLanguage() const {
-        return isBeforeFirstPart && failure.kind == AIFailure::Case::UnsupportedLanguage;
+        return isBeforeFirstPart && reason.kind == AIFailure::Case::UnsupportedLanguage;
     }
 };
 

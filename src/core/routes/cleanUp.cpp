@@ -8,7 +8,7 @@
 namespace talvera {
 
 Task<void> cleanUp(const RouteSteps& steps, const Dictation& dictation, const QString& transcript) {
-    steps.show(DictationHUDState::Translating{QStringLiteral("cleanup")});
+    steps.updateHUD(DictationHUDState::Translating{QStringLiteral("cleanup")});
     steps.trace(QStringLiteral("AI Cleanup started (backend=%1).").arg(steps.backendName()));
     // The one setting that is read now and not at release.
     const auto tone = steps.parts().settings.cleanupTone.get();
@@ -17,8 +17,8 @@ Task<void> cleanUp(const RouteSteps& steps, const Dictation& dictation, const QS
     const auto failure = co_await answer;
     if (!failure)
         co_return;
-    steps.trace(QStringLiteral("AI Cleanup failed: %1. Falling back to raw transcript.")
-                    .arg(failure->failure.text()));
+    steps.trace(
+        QStringLiteral("AI Cleanup failed: %1. Falling back to raw transcript.").arg(failure->reason.text()));
     finishAfterFailure(steps, dictation, *failure, transcript);
 }
 

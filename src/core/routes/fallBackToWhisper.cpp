@@ -11,7 +11,7 @@ Task<void> fallBackToWhisper(const RouteSteps& steps, const Dictation& dictation
     const auto why =
         QStringLiteral("(originalTarget=%1, reason=Apple Intelligence is off)").arg(request.target.code);
     steps.trace(QStringLiteral("Running Whisper --translate fallback %1.").arg(why));
-    steps.show(DictationHUDState::Transcribing{});
+    steps.updateHUD(DictationHUDState::Transcribing{});
     const auto pass =
         co_await steps.recognise(request, WhisperMode::TranslateToEnglish, "Whisper fallback also failed: ");
     if (!pass)

@@ -8,7 +8,7 @@ namespace talvera {
 
 Task<void> translateByModel(const RouteSteps& steps, const Dictation& dictation, const QString& transcript) {
     const auto& target = dictation.request.target;
-    steps.show(DictationHUDState::Translating{target.displayName});
+    steps.updateHUD(DictationHUDState::Translating{target.displayName});
     steps.trace(
         QStringLiteral("AI Translate to %1 started (backend=%2).").arg(target.code, steps.backendName()));
     ModelRequest request{AICleanup::translationInstructions(target.displayName), transcript,
@@ -17,7 +17,7 @@ Task<void> translateByModel(const RouteSteps& steps, const Dictation& dictation,
     const auto failure = co_await answer;
     if (!failure)
         co_return;
-    steps.trace(QStringLiteral("AI Translate failed: %1.").arg(failure->failure.text()));
+    steps.trace(QStringLiteral("AI Translate failed: %1.").arg(failure->reason.text()));
     // Only the model knows what language it has heard when the user has left that to be found out.
     if (failure->isRefusedLanguage())
         co_await translateInTwoHops(steps, dictation);

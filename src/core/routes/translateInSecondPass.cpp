@@ -7,7 +7,7 @@ namespace talvera {
 Task<void> translateInSecondPass(const RouteSteps& steps, const Dictation& dictation,
                                  const QString& transcript) {
     const auto& request = dictation.request;
-    steps.show(DictationHUDState::Transcribing{});
+    steps.updateHUD(DictationHUDState::Transcribing{});
     const auto pass =
         co_await steps.recognise(request, WhisperMode::TranslateToEnglish, "Whisper --translate failed: ");
     if (!pass)

@@ -10,7 +10,7 @@ Task<void> translateInTwoHops(const RouteSteps& steps, const Dictation& dictatio
     const auto& target = dictation.request.target;
     steps.trace(QStringLiteral("2-hop AI Translate to %1 started (whisperLang=%2, backend=%3).")
                     .arg(target.code, dictation.request.source, steps.backendName()));
-    steps.show(DictationHUDState::Translating{target.displayName});
+    steps.updateHUD(DictationHUDState::Translating{target.displayName});
     const auto pass = co_await steps.recognise(dictation.request, WhisperMode::TranslateToEnglish,
                                                "2-hop stage 1 (Whisper --translate) failed: ");
     if (!pass)
@@ -28,7 +28,7 @@ Task<void> translateInTwoHops(const RouteSteps& steps, const Dictation& dictatio
     if (!failure)
         co_return;
     steps.trace(
-        QStringLiteral("2-hop stage 2 failed: %1. Inserting English fallback.").arg(failure->failure.text()));
+        QStringLiteral("2-hop stage 2 failed: %1. Inserting English fallback.").arg(failure->reason.text()));
     finishAfterFailure(steps, dictation, *failure, english);
 }
 

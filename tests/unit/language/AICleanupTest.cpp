@@ -91,7 +91,7 @@ TEST(AIFailure, debugTextWithTwoWords_isTheFirstOfTheList) {
 
 TEST(AIFailure, descriptionOfAModelThatIsOff_isReadWithoutItsCapitals) {
     EXPECT_EQ(classified("error 7", "APPLE intelligence has been turned OFF"),
-              AIFailure{AIFailure::Case::Off});
+              (AIFailure{AIFailure::Case::Off, {}}));
     EXPECT_EQ(classified("Apple Intelligence is off", "error 7").kind, AIFailure::Case::Other);
 }
 
