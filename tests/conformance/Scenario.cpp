@@ -72,7 +72,8 @@ test::ToolRun toolRun(const Request& entry) {
 
 test::ModelAnswer modelAnswer(const Request& entry) {
     test::ModelAnswer answer;
-    for (const auto& snapshot : entry.objects("snapshots")) {
+    const auto snapshots = entry.has("snapshots") ? entry.objects("snapshots") : std::vector<Request>();
+    for (const auto& snapshot : snapshots) {
         const double after = snapshot.has("after") ? numberUpTo(snapshot, "after", longestScenario) : 0;
         answer.snapshots.push_back({seconds(after), snapshot.text("content")});
     }

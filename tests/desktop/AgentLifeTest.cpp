@@ -65,6 +65,18 @@ protected:
 
 } // namespace
 
+TEST_F(AgentLife, launch_loadsTheRecogniserAndLeavesNoFile) {
+    home.setPreferences({});
+    agent.emplace(home);
+    agent->awaitLine("[warmup] primeWhisper: enter (ModelStore.isReady=true)");
+    agent->awaitLine("[warmup] whisper ready in ");
+    agent->awaitLine("[warmup] primeAppleIntelligence: enter (AICleanup.isAvailable=false)");
+    EXPECT_TRUE(recognisers().empty());
+    QDirIterator left(qEnvironmentVariable("XDG_RUNTIME_DIR"), {"talvera-warmup-*"}, QDir::Files,
+                      QDirIterator::Subdirectories);
+    EXPECT_FALSE(left.hasNext()) << left.next().toStdString();
+}
+
 TEST_F(AgentLife, recogniserKilled_isAnErrorForFourSecondsAndNoMore) {
     RecogniserGate gate;
     startAgent({}, gate.program());

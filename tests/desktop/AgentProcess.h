@@ -37,6 +37,9 @@ public:
     /// Answers what was traced.
     QString await(const QString& traced);
 
+    /// The same for a line that it prints in every build, e.g. "[warmup] whisper ready". Answers the line.
+    QString awaitLine(const QString& start);
+
     /// How often the agent has traced exactly this, in what has been read by now.
     qsizetype count(const QString& traced) const;
 
@@ -60,7 +63,6 @@ public:
     QByteArray log() const;
 
 private:
-    QString awaitLine(const QString& start);
     [[noreturn]] void fail(const QString& what) const;
     void handOnLog() const;
 
