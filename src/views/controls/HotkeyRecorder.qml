@@ -11,7 +11,7 @@ Column {
     property string label              ///< what the shortcut is for, as screen readers say it
     property string absent             ///< what stands there when no shortcut is set
     property bool showsShortcut: true  ///< else the field only invites to record
-    property bool showsNote: true      ///< else whoever uses the field shows it
+    property bool showsRefusal: true   ///< else whoever uses the field shows what would stand below it
 
     readonly property bool isRecording: recorder.isRecording
     readonly property bool isBoundChordSaid: recorder.boundChord !== ""
@@ -93,7 +93,7 @@ Column {
     }
     NoteLine {
         width: parent.width
-        visible: control.showsNote && text !== ""
+        visible: control.showsRefusal && text !== ""
         systemIcon: control.isBoundChordSaid ? "info.circle.fill" : "exclamationmark.triangle.fill"
         tone: control.isBoundChordSaid ? Theme.textSecondary : Theme.warn
         column: 20

@@ -64,7 +64,7 @@ FocusScope {
                     recorder: step.hotkey.recorder
                     label: custom.label
                     showsShortcut: custom.selected
-                    showsNote: false
+                    showsRefusal: false
                 }
                 // qmllint enable unqualified
             }
