@@ -8,6 +8,7 @@
 #include "linux/x11/keys/X11KeyboardLayout.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
+#include "linux/x11/windows/GrabFocusFilter.h"
 #include "linux/x11/windows/X11DisplayClaim.h"
 #include "linux/x11/windows/X11OverlayDesktop.h"
 #include "linux/x11/windows/X11PanelDesktop.h"
@@ -54,6 +55,7 @@ SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts
     chosen.panels = panels;
     chosen.pointer = panels;
     chosen.statusItem = statusItem(parts, std::make_unique<XEmbedIcon>(offer.server, traySymbolImage));
+    chosen.toolkitEvents = std::make_unique<GrabFocusFilter>();
     return chosen;
 }
 

@@ -14,6 +14,7 @@
 #include "platform/keyboard/KeyEventPoster.h"
 #include "platform/keyboard/KeyboardLayout.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QString>
 
 #include <memory>
@@ -55,6 +56,8 @@ struct SessionBackEnds {
     std::shared_ptr<PanelDesktop> panels;
     std::shared_ptr<PointerMonitor> pointer; ///< may be the same object as `panels`
     std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<QAbstractNativeEventFilter>
+        toolkitEvents{}; ///< null where the toolkit hears all as it is
 };
 
 /// What the back ends work with.

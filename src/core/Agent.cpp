@@ -289,10 +289,10 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
 std::unique_ptr<WizardWindow> Agent::Wiring::makeWizardWindow() {
     if (!onboardingModel) {
         const auto& keyboard = m_machine.keyboard;
-        auto& chords = hotkeyRecorder.emplace(HotkeyRecorderModel::Parts{settings, m_machine.sound.player,
-                                                                         keyboard.layout, keyboard.windowKeys,
-                                                                         onboarding.suspendHotkey},
-                                              hotkey);
+        auto& chords = hotkeyRecorder.emplace(
+            HotkeyRecorderModel::Parts{settings, m_machine.sound.player, keyboard.layout, keyboard.windowKeys,
+                                       onboarding.suspendHotkey, hotkey, translateToggle},
+            HotkeyRecorderModel::Shortcut::Hotkey);
         QObject::connect(&chords, &HotkeyRecorderModel::isRecordingChanged,
                          [this] { onboarding.setRecordsChord(hotkeyRecorder->isRecording()); });
         onboardingModel.emplace(

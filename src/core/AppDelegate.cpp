@@ -38,6 +38,27 @@ QString installedSuffix(const EventTap* tap) {
         .arg(tap != nullptr ? QStringLiteral("true") : QStringLiteral("false"));
 }
 
+bool isRefused(const std::optional<WatchResult>& result) {
+    return result && *result != WatchResult::Watching;
+}
+
+/// Empty when both keys can be had.
+QString refusalText(const std::optional<WatchResult>& hotkey, const std::optional<WatchResult>& toggle) {
+    if (isRefused(hotkey) && isRefused(toggle))
+        return localized("hud.hotkeys.refused",
+                         "Neither your hotkey nor your translation shortcut can be had — choose other ones");
+    if (hotkey == WatchResult::ChordTaken)
+        return localized("hud.hotkey.taken", "Another program uses your hotkey — choose another one");
+    if (hotkey == WatchResult::Unavailable)
+        return localized("hud.hotkey.unavailable", "No keyboard here has your hotkey");
+    if (toggle == WatchResult::ChordTaken)
+        return localized("hud.toggle.taken",
+                         "Another program uses your translation shortcut — choose another one");
+    if (toggle == WatchResult::Unavailable)
+        return localized("hud.toggle.unavailable", "No keyboard here has your translation shortcut");
+    return {};
+}
+
 } // namespace
 
 AppDelegate::AppDelegate(Parts parts)
@@ -90,25 +111,25 @@ void AppDelegate::connectHotkeys() {
     m_parts.hotkey.onPressEnd = m_lifetime.ifAlive([this] { m_parts.dictation->handlePressEnd(); });
     m_parts.hotkey.onOtherKeyWhileHeld =
         m_lifetime.ifAlive([this] { m_parts.dictation->handleOtherKeyWhileHeld(); });
-    m_parts.hotkey.onBindingRefused =
-        m_lifetime.ifAlive([this](WatchResult result) { showBindingRefused(result); });
+    m_parts.hotkey.onBindingRefused = m_lifetime.ifAlive([this](WatchResult) { showBindingRefused(); });
     m_parts.hotkey.setBinding(m_parts.settings.hotkeyBinding.get());
     m_parts.hotkey.install();
 
     m_parts.translateToggle.onTrigger = [&actor = m_parts.actor, toggle = m_lifetime.ifAlive([this] {
         toggleTranslation();
     })] { actor.post(toggle); };
+    m_parts.translateToggle.onBindingRefused =
+        m_lifetime.ifAlive([this](WatchResult) { showBindingRefused(); });
     m_parts.translateToggle.setBinding(m_parts.settings.translateToggleBinding.get());
     m_parts.translateToggle.install();
 }
 
-/// The user learns why the hotkey does nothing.
-void AppDelegate::showBindingRefused(WatchResult result) {
+/// The user learns why a key of theirs does nothing.
+void AppDelegate::showBindingRefused() {
     const auto text =
-        result == WatchResult::ChordTaken
-            ? localized("hud.hotkey.taken", "Another program uses your hotkey — choose another one")
-            : localized("hud.hotkey.unavailable", "No keyboard here has your hotkey");
-    m_parts.hud.showRemark(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
+        refusalText(m_parts.hotkey.watchResult().get(), m_parts.translateToggle.watchResult().get());
+    if (!text.isEmpty())
+        m_parts.hud.showRemark(text, DictationHUDState::NoticeTone::Warn, bindingNoticeTime);
 }
 
 /// On a desktop without a tray the user sees nothing of us until the first press. Said once for all times,
@@ -140,11 +161,9 @@ void AppDelegate::subscribe() {
         settings.translateToggleBinding.subscribe(actor, [this](const std::optional<HotkeyBinding>& binding) {
             m_parts.translateToggle.setBinding(binding);
         }));
-    // A shortcut that is being recorded may be one that is bound.
-    m_cancellables.push_back(m_parts.onboarding.suspendHotkey.subscribe(actor, [this](bool suspended) {
-        m_parts.hotkey.setPaused(suspended);
-        m_parts.translateToggle.setPaused(suspended);
-    }));
+    // At once: the next key may be the one that is recorded.
+    m_cancellables.push_back(m_parts.onboarding.suspendHotkey.observe(
+        [this](bool suspended) { m_parts.hotkey.setShortcutIsRecorded(suspended); }));
     m_cancellables.push_back(
         m_parts.readiness.axTrusted.subscribe(actor, [this](bool trusted) { repairEventTaps(trusted); }));
 

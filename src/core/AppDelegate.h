@@ -99,7 +99,7 @@ private:
     void decideOnWizard();
     void connectHotkeys();
     void sayHowToReachThePanel();
-    void showBindingRefused(WatchResult result);
+    void showBindingRefused();
     void subscribe();
     void repairEventTaps(bool axTrusted);
 

@@ -31,8 +31,8 @@ void HotkeyManager::setBinding(const HotkeyBinding& binding) {
         watch();
 }
 
-void HotkeyManager::setPaused(bool paused) {
-    if (std::exchange(m_isPaused, paused) == paused)
+void HotkeyManager::setShortcutIsRecorded(bool recorded) {
+    if (std::exchange(m_isShortcutRecorded, recorded) == recorded || !bindingCopy().asSpecialKey())
         return;
     if (m_isPressed)
         endPress();
@@ -40,9 +40,10 @@ void HotkeyManager::setPaused(bool paused) {
 }
 
 void HotkeyManager::watch() {
-    if (m_isPaused)
+    const auto binding = bindingCopy();
+    if (m_isShortcutRecorded && binding.asSpecialKey())
         return m_tap.watchNothing();
-    const auto result = m_tap.watch([binding = bindingCopy()](EventTap& tap) {
+    const auto result = m_tap.watch([&binding](EventTap& tap) {
         const auto* chord = binding.asChord();
         return chord ? tap.watchChord({chord->modifiers, chord->keyCode})
                      : tap.watchKey(keyCode(*binding.asSpecialKey()));

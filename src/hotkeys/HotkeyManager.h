@@ -31,8 +31,9 @@ public:
     /// Changes the binding at any time. A press in progress ends with its binding.
     void setBinding(const HotkeyBinding& binding);
 
-    /// The key is left to whoever has the focus, until this ends. A press in progress ends.
-    void setPaused(bool paused);
+    /// A window of ours records a shortcut. A chord is kept from it as from any other window, but a key held
+    /// alone isn't listened for meanwhile: the press that records it would be one of the hotkey, too.
+    void setShortcutIsRecorded(bool recorded);
 
     /// The tap, once `install` has succeeded and as long as it works.
     const EventTap* eventTap() const { return m_tap.get(); }
@@ -40,6 +41,8 @@ public:
 
     /// What came of the binding; nothing as long as no tap waits for it.
     Published<std::optional<WatchResult>>& watchResult() { return m_tap.result; }
+    /// How many presses there have been.
+    Published<int>& presses() { return m_tap.presses; }
 
 private:
     Verdict handle(const KeyEvent& event);
@@ -54,7 +57,7 @@ private:
 
     MainActor& m_mainActor;
     HotkeyTap m_tap;
-    bool m_isPaused = false;
+    bool m_isShortcutRecorded = false;
     bool m_isPressed = false;
     bool m_isOtherKeyTold = false; // since the press started
     std::mutex m_bindingLock; // guards the binding, should taps come to call back on threads of their own

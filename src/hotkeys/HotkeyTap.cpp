@@ -48,6 +48,7 @@ void HotkeyTap::watchNothing() {
 void HotkeyTap::heard() {
     if (result.get() == WatchResult::ChordTaken)
         result.set(WatchResult::Watching);
+    presses.set(presses.get() + 1);
 }
 
 bool HotkeyTap::recovers(const KeyEvent& event) {

@@ -37,6 +37,9 @@ public:
     /// What the tap waits for has been pressed, so it can be had by now.
     void heard();
 
+    /// How often that has happened.
+    Published<int> presses{0};
+
     /// The tap has been told of a time-out, or of a user who stopped it. It is enabled again at once.
     bool recovers(const KeyEvent& event);
 

@@ -27,17 +27,20 @@ void TranslateToggleHotkey::setBinding(const std::optional<HotkeyBinding>& bindi
         watch();
 }
 
-void TranslateToggleHotkey::setPaused(bool paused) {
-    if (std::exchange(m_isPaused, paused) != paused)
-        watch();
-}
-
 void TranslateToggleHotkey::watch() {
     const auto binding = bindingCopy();
     const auto* chord = binding ? binding->asChord() : nullptr;
-    if (!chord || m_isPaused)
+    if (!chord)
         return m_tap.watchNothing();
-    m_tap.watch([chord](EventTap& tap) { return tap.watchStroke({chord->modifiers, chord->keyCode}); });
+    const auto result = m_tap.watch([chord](EventTap& tap) {
+        return tap.watchStroke({chord->modifiers, chord->keyCode});
+    });
+    if (!result || *result == WatchResult::Watching)
+        return;
+    m_mainActor.post([this, refusal = *result] {
+        if (const auto tell = onBindingRefused)
+            tell(refusal);
+    });
 }
 
 Verdict TranslateToggleHotkey::handle(const KeyEvent& event) {

@@ -20,6 +20,8 @@ public:
 
     /// Called in a later turn of the main actor when the key is struck; read at that moment.
     std::function<void()> onTrigger;
+    /// Tells that the binding can't be had, so that the user hears of it; the same holds for it.
+    std::function<void(WatchResult)> onBindingRefused;
 
     /// Creates the tap. Does nothing when there is one that works, so that it can be tried again.
     void install();
@@ -27,14 +29,13 @@ public:
     /// Absent: the key is off.
     void setBinding(const std::optional<HotkeyBinding>& binding);
 
-    /// The key is left to whoever has the focus, until this ends.
-    void setPaused(bool paused);
-
     /// The tap, once `install` has succeeded and as long as it works.
     const EventTap* eventTap() const { return m_tap.get(); }
 
     /// What came of the binding; nothing when no chord is bound.
     Published<std::optional<WatchResult>>& watchResult() { return m_tap.result; }
+    /// How often it has been struck.
+    Published<int>& presses() { return m_tap.presses; }
     /// Striking the key does something.
     bool acts() const { return m_tap.isWorking() && m_tap.result.get() == WatchResult::Watching; }
 
@@ -45,7 +46,6 @@ private:
 
     MainActor& m_mainActor;
     HotkeyTap m_tap;
-    bool m_isPaused = false;
     std::mutex m_bindingLock; // guards the binding, should taps come to call back on threads of their own
     std::optional<HotkeyBinding> m_binding;
 };

@@ -58,10 +58,13 @@ private:
     FakeKeyboardLayout m_layout{{{VirtualKey::T, "t"}}};
     XkbWindowKeys m_keys;
     Published<bool> m_suspendHotkey{false};
+    HotkeyManager m_hotkey{m_stage.actor, keyboard, m_console};
     TranslateToggleHotkey m_toggle{m_stage.actor, keyboard, m_console};
 
 public:
-    HotkeyRecorderModel model{{m_stage.settings, m_sounds, m_layout, m_keys, m_suspendHotkey}, m_toggle};
+    HotkeyRecorderModel model{
+        {m_stage.settings, m_sounds, m_layout, m_keys, m_suspendHotkey, m_hotkey, m_toggle},
+        HotkeyRecorderModel::Shortcut::TranslateToggle};
 
 private:
     QQuickWindow m_window;
@@ -78,6 +81,10 @@ void photographRecorder(Stage& stage) {
     recorder.photograph("keyboard");
     recorder.model.record();
     recorder.photograph("armed");
+    for (const auto key : {VirtualKey::Control, VirtualKey::Option, VirtualKey::Command})
+        recorder.keyboard.press(key);
+    recorder.keyboard.tap(VirtualKey::T);
+    recorder.photograph("bound-chord");
     recorder.model.cancel();
     QCursor::setPos(place.center());
     recorder.photograph("pointer");

@@ -16,6 +16,7 @@
 #include "ObservedFakes.h"
 #include "RecordingConsole.h"
 #include "hotkeys/HotkeyManager.h"
+#include "hotkeys/TranslateToggleHotkey.h"
 #include "linux/keyboard/XkbWindowKeys.h"
 #include "models/ModelStore.h"
 #include "persistence/AppSettings.h"
@@ -71,7 +72,8 @@ public:
                               return WhisperRunner::makeDefault(tool, files, directories,
                                                                 models.modelMainURL);
                           }})
-        , hotkey(actor, keyboard, console) {
+        , hotkey(actor, keyboard, console)
+        , translateToggle(actor, keyboard, console) {
         files.addExecutable(directories.resources + QStringLiteral("/Resources/whisper-cli"));
         microphone.secondsPerRecording = 2.0;
         say("hello world");
@@ -137,7 +139,10 @@ public:
     RecordingConsole console;
     const XkbWindowKeys keys;
     HotkeyManager hotkey;
-    HotkeyRecorderModel recorder{{settings, sounds, layout, keys, controller.suspendHotkey}, hotkey};
+    TranslateToggleHotkey translateToggle;
+    HotkeyRecorderModel recorder{
+        {settings, sounds, layout, keys, controller.suspendHotkey, hotkey, translateToggle},
+        HotkeyRecorderModel::Shortcut::Hotkey};
 };
 
 } // namespace talvera::test

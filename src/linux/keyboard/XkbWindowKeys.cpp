@@ -48,8 +48,12 @@ std::optional<KeyEvent> XkbWindowKeys::read(const WindowKeyPress& press) const {
         return KeyEvent{KeyEventType::KeyDown, *key, before, press.autorepeat};
     if (*key != VirtualKey::CapsLock)
         return KeyEvent{KeyEventType::FlagsChanged, *key, before | flagOfModifierKey(*key), press.autorepeat};
+    // The layout may have made it another key, which locks nothing. Chords are known by places, so of these
+    // only Escape alone counts.
+    if (press.symbol == XKB_KEY_Escape && before == 0)
+        return KeyEvent{KeyEventType::KeyDown, VirtualKey::Escape, 0, press.autorepeat};
     if (press.symbol != XKB_KEY_Caps_Lock)
-        return std::nullopt; // the layout has made it another key, which locks nothing
+        return std::nullopt;
     return KeyEvent{KeyEventType::FlagsChanged, *key, before ^ KeyFlag::CapsLock, press.autorepeat};
 }
 

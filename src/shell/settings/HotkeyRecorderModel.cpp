@@ -8,6 +8,8 @@
 #include "platform/sound/SoundPlayer.h"
 #include "text/Localization.h"
 
+#include <utility>
+
 namespace talvera {
 
 namespace {
@@ -17,52 +19,24 @@ const auto beepSound = QStringLiteral("Basso");
 
 } // namespace
 
-HotkeyRecorderModel::HotkeyRecorderModel(Parts parts, HotkeyManager& hotkey)
-    : HotkeyRecorderModel(
-          parts,
-          {.binding = [&setting = parts.settings.hotkeyBinding] { return std::optional(setting.get()); },
-           .assign =
-               [&setting = parts.settings.hotkeyBinding](const auto& binding) {
-                   if (binding)
-                       setting.set(*binding);
-               },
-           .watchResult = hotkey.watchResult(),
-           .takesSpecialKeys = true}) {
-    m_cancellables.push_back(parts.settings.hotkeyBinding.observe([this](const auto&) {
-        Q_EMIT shortcutChanged();
-        Q_EMIT refusalChanged();
-    }));
-}
-
-HotkeyRecorderModel::HotkeyRecorderModel(Parts parts, TranslateToggleHotkey& toggle)
-    : HotkeyRecorderModel(
-          parts, {.binding = [&setting = parts.settings.translateToggleBinding] { return setting.get(); },
-                  .assign = [&setting = parts.settings.translateToggleBinding](
-                                const auto& binding) { setting.set(binding); },
-                  .watchResult = toggle.watchResult(),
-                  .takesSpecialKeys = false}) {
-    m_cancellables.push_back(parts.settings.translateToggleBinding.observe([this](const auto&) {
-        Q_EMIT shortcutChanged();
-        Q_EMIT refusalChanged();
-    }));
-}
-
-HotkeyRecorderModel::HotkeyRecorderModel(Parts parts, Subject subject)
+HotkeyRecorderModel::HotkeyRecorderModel(Parts parts, Shortcut shortcut)
     : m_parts(parts)
-    , m_subject(std::move(subject))
+    , m_shortcut(shortcut)
     , m_recorder([&sounds = parts.sounds] { sounds.play(beepSound); }) {
-    follow();
+    followRecorder();
+    followShortcuts();
 }
 
 HotkeyRecorderModel::~HotkeyRecorderModel() {
     cancel();
 }
 
-void HotkeyRecorderModel::follow() {
-    m_recorder.onCapture = [this](const HotkeyBinding& binding) { m_subject.assign(binding); };
+void HotkeyRecorderModel::followRecorder() {
+    m_recorder.onCapture = [this](const HotkeyBinding& captured) { assign(captured); };
     m_recorder.view.onFirstResponder = [this] { Q_EMIT keyboardWanted(); };
     m_cancellables.push_back(m_recorder.isRecording.observe([this](bool recording) {
-        m_parts.suspendHotkey.set(recording);
+        setBoundChord({});
+        suspendHotkey(recording);
         m_recorder.update();
         Q_EMIT isRecordingChanged();
     }));
@@ -70,12 +44,75 @@ void HotkeyRecorderModel::follow() {
         setRecording(armed); // a click begins a recording, and Escape ends it
         Q_EMIT isArmedChanged();
     }));
-    m_cancellables.push_back(m_subject.watchResult.observe([this](const auto&) { Q_EMIT refusalChanged(); }));
+    m_cancellables.push_back(m_parts.suspendHotkey.observe([this](bool suspended) {
+        if (!suspended && m_suspends)
+            cancel();
+    }));
+}
+
+void HotkeyRecorderModel::followShortcuts() {
+    const auto tell = [this](const auto&) {
+        Q_EMIT shortcutChanged();
+        Q_EMIT refusalChanged();
+    };
+    m_cancellables.push_back(isForHotkey() ? m_parts.settings.hotkeyBinding.observe(tell)
+                                           : m_parts.settings.translateToggleBinding.observe(tell));
+    m_cancellables.push_back(watchResult().observe([this](const auto&) { Q_EMIT refusalChanged(); }));
+    m_cancellables.push_back(
+        m_parts.hotkey.presses().observe([this](int) { sayWhatBoundChordDoes(Shortcut::Hotkey); }));
+    m_cancellables.push_back(
+        m_parts.toggle.presses().observe([this](int) { sayWhatBoundChordDoes(Shortcut::TranslateToggle); }));
+}
+
+std::optional<HotkeyBinding> HotkeyRecorderModel::binding() const {
+    return isForHotkey() ? m_parts.settings.hotkeyBinding.get()
+                         : m_parts.settings.translateToggleBinding.get();
+}
+
+Published<std::optional<WatchResult>>& HotkeyRecorderModel::watchResult() const {
+    return isForHotkey() ? m_parts.hotkey.watchResult() : m_parts.toggle.watchResult();
+}
+
+void HotkeyRecorderModel::assign(const HotkeyBinding& binding) {
+    if (isForHotkey())
+        m_parts.settings.hotkeyBinding.set(binding);
+    else
+        m_parts.settings.translateToggleBinding.set(binding);
 }
 
 void HotkeyRecorderModel::setRecording(bool recording) {
     if (isRecording() != recording)
         m_recorder.isRecording.set(recording);
+}
+
+/// One shortcut is recorded at a time: clearing the flag first ends the recording of another field.
+void HotkeyRecorderModel::suspendHotkey(bool suspend) {
+    if (std::exchange(m_suspends, false) || suspend)
+        m_parts.suspendHotkey.set(false);
+    m_suspends = suspend;
+    if (suspend)
+        m_parts.suspendHotkey.set(true);
+}
+
+void HotkeyRecorderModel::sayWhatBoundChordDoes(Shortcut struck) {
+    if (!isRecording())
+        return;
+    const bool isHotkey = struck == Shortcut::Hotkey;
+    const auto bound =
+        isHotkey ? m_parts.settings.hotkeyBinding.get() : m_parts.settings.translateToggleBinding.get();
+    if (!bound)
+        return;
+    const auto text =
+        struck == m_shortcut
+            ? localized("hotkey.recorder.setAlready", "%@ is set already — press another one")
+        : isHotkey ? localized("hotkey.recorder.isHotkey", "%@ is your hotkey — press another one")
+                   : localized("hotkey.recorder.isToggle", "%@ switches translation — press another one");
+    setBoundChord(formatted(text, bound->displayString(m_parts.layout)));
+}
+
+void HotkeyRecorderModel::setBoundChord(const QString& text) {
+    if (std::exchange(m_boundChord, text) != text)
+        Q_EMIT boundChordChanged();
 }
 
 QString HotkeyRecorderModel::prompt() const {
@@ -84,22 +121,22 @@ QString HotkeyRecorderModel::prompt() const {
 }
 
 QString HotkeyRecorderModel::shortcut() const {
-    const auto binding = m_subject.binding();
-    return binding ? binding->displayString(m_parts.layout) : QString();
+    const auto bound = binding();
+    return bound ? bound->displayString(m_parts.layout) : QString();
 }
 
 QStringList HotkeyRecorderModel::keyCaps() const {
-    const auto binding = m_subject.binding();
-    return binding ? binding->keyCaps(m_parts.layout) : QStringList();
+    const auto bound = binding();
+    return bound ? bound->keyCaps(m_parts.layout) : QStringList();
 }
 
 QString HotkeyRecorderModel::refusal() const {
-    const auto binding = m_subject.binding();
-    if (binding && binding->asSpecialKey() && !m_subject.takesSpecialKeys)
+    const auto bound = binding();
+    if (bound && bound->asSpecialKey() && !isForHotkey())
         return localized("hotkey.recorder.chordNeeded",
                          "A key alone can't do this — choose several, such as ⌃⌥T");
-    const auto& result = m_subject.watchResult.get();
-    if (!binding || !result || *result == WatchResult::Watching)
+    const auto& result = watchResult().get();
+    if (!bound || !result || *result == WatchResult::Watching)
         return {};
     return formatted(*result == WatchResult::ChordTaken
                          ? localized("hotkey.recorder.taken", "Another program uses %@ — choose another one")
@@ -118,7 +155,8 @@ void HotkeyRecorderModel::cancel() {
 
 void HotkeyRecorderModel::clear() {
     cancel();
-    m_subject.assign(std::nullopt);
+    if (!isForHotkey())
+        m_parts.settings.translateToggleBinding.set(std::nullopt);
 }
 
 bool HotkeyRecorderModel::press(std::uint32_t scanCode, std::uint32_t symbol, std::uint32_t modifiers,

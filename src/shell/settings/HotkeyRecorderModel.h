@@ -9,7 +9,6 @@
 #include <QStringList>
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 namespace talvera {
@@ -22,7 +21,8 @@ class TranslateToggleHotkey;
 class WindowKeys;
 
 /// The host of a HotkeyRecorder: which shortcut is set, whether it acts, and the recording of another one.
-/// While one is recorded the hotkeys stand still. Main thread only.
+/// While one is recorded the hotkey does nothing. A chord that is bound doesn't reach the field, which then
+/// says what the chord does. Main thread only.
 class HotkeyRecorderModel final : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool isArmed READ isArmed NOTIFY isArmedChanged)
@@ -31,6 +31,7 @@ class HotkeyRecorderModel final : public QObject {
     Q_PROPERTY(QString shortcut READ shortcut NOTIFY shortcutChanged)
     Q_PROPERTY(QStringList keyCaps READ keyCaps NOTIFY shortcutChanged)
     Q_PROPERTY(QString refusal READ refusal NOTIFY refusalChanged)
+    Q_PROPERTY(QString boundChord READ boundChord NOTIFY boundChordChanged)
 
 public:
     struct Parts {
@@ -38,13 +39,16 @@ public:
         SoundPlayer& sounds;
         KeyboardLayout& layout;
         const WindowKeys& keys;
-        /// Set while a shortcut is recorded: the hotkeys do nothing.
+        /// Set while a shortcut is recorded. When it is cleared, or set by another model, the recording ends.
         Published<bool>& suspendHotkey;
+        HotkeyManager& hotkey;
+        TranslateToggleHotkey& toggle;
     };
 
-    /// For the key that the user holds to talk, and for the one that switches translation.
-    HotkeyRecorderModel(Parts parts, HotkeyManager& hotkey);
-    HotkeyRecorderModel(Parts parts, TranslateToggleHotkey& toggle);
+    /// The key that the user holds to talk, and the one that switches translation.
+    enum class Shortcut { Hotkey, TranslateToggle };
+
+    HotkeyRecorderModel(Parts parts, Shortcut shortcut);
     ~HotkeyRecorderModel() override;
 
     bool isArmed() const { return m_recorder.view.isArmed.get(); }
@@ -57,6 +61,9 @@ public:
     QStringList keyCaps() const;
     /// Why the shortcut doesn't act; empty when it does, and as long as nothing is known.
     QString refusal() const;
+    /// What the chord does that was struck during this recording and didn't reach the field; empty when none
+    /// was.
+    QString boundChord() const { return m_boundChord; }
 
     /// Begins a recording, as a click on the field does.
     Q_INVOKABLE void record();
@@ -73,25 +80,28 @@ Q_SIGNALS:
     void isRecordingChanged();
     void shortcutChanged();
     void refusalChanged();
+    void boundChordChanged();
     /// The field is to get the keyboard of its window.
     void keyboardWanted();
 
 private:
-    /// The shortcut that this one is for.
-    struct Subject {
-        std::function<std::optional<HotkeyBinding>()> binding;
-        std::function<void(const std::optional<HotkeyBinding>&)> assign;
-        Published<std::optional<WatchResult>>& watchResult;
-        bool takesSpecialKeys;
-    };
+    bool isForHotkey() const { return m_shortcut == Shortcut::Hotkey; }
+    std::optional<HotkeyBinding> binding() const;
+    Published<std::optional<WatchResult>>& watchResult() const;
+    void assign(const HotkeyBinding& binding);
 
-    HotkeyRecorderModel(Parts parts, Subject subject);
-    void follow();
+    void followRecorder();
+    void followShortcuts();
     void setRecording(bool recording);
+    void suspendHotkey(bool suspend);
+    void sayWhatBoundChordDoes(Shortcut struck);
+    void setBoundChord(const QString& text);
 
     const Parts m_parts;
-    const Subject m_subject;
+    const Shortcut m_shortcut;
     HotkeyRecorder m_recorder;
+    bool m_suspends = false; ///< the hotkey does nothing because of this recording
+    QString m_boundChord;
     Cancellables m_cancellables;
 };
 

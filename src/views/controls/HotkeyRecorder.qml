@@ -2,8 +2,8 @@
 import QtQuick
 import Talvera
 
-/// A field that shows a shortcut and records another one, with the reason below it why the one that is set doesn't
-/// act.
+/// A field that shows a shortcut and records another one. Below it stands why the one that is set doesn't act, and while
+/// another one is recorded what a chord does that can't be had.
 Column {
     id: control
 
@@ -11,9 +11,10 @@ Column {
     property string label              ///< what the shortcut is for, as screen readers say it
     property string absent             ///< what stands there when no shortcut is set
     property bool showsShortcut: true  ///< else the field only invites to record
-    property bool showsRefusal: true   ///< else whoever uses the field says why the shortcut doesn't act
+    property bool showsRefusal: true   ///< else whoever uses the field shows what would stand below it
 
     readonly property bool isRecording: recorder.isRecording
+    readonly property bool isBoundChordSaid: recorder.boundChord !== ""
 
     function record() {
         field.record()
@@ -33,7 +34,8 @@ Column {
 
         Accessible.role: Accessible.Button
         Accessible.name: recorder.isArmed ? recorder.prompt : control.label
-        Accessible.description: hasCaps ? recorder.shortcut : control.absent
+        Accessible.description: recorder.boundChord !== "" ? recorder.boundChord
+                              : hasCaps ? recorder.shortcut : control.absent
         Accessible.focusable: true
         Accessible.focused: activeFocus
         Accessible.checkable: true
@@ -92,9 +94,9 @@ Column {
     NoteLine {
         width: parent.width
         visible: control.showsRefusal && text !== ""
-        systemIcon: "exclamationmark.triangle.fill"
-        tone: Theme.warn
+        systemIcon: control.isBoundChordSaid ? "info.circle.fill" : "exclamationmark.triangle.fill"
+        tone: control.isBoundChordSaid ? Theme.textSecondary : Theme.warn
         column: 20
-        text: control.recorder.refusal
+        text: control.isBoundChordSaid ? control.recorder.boundChord : control.recorder.refusal
     }
 }

@@ -10,7 +10,8 @@ FocusScope {
     property bool moves: false
     readonly property HotkeyChoiceModel hotkey: wizard.hotkey
     readonly property string refusal: hotkey.recorder ? hotkey.recorder.refusal : ""
-    readonly property string warning: refusal !== "" ? refusal : hotkey.fnWarning
+    readonly property string boundChord: hotkey.recorder ? hotkey.recorder.boundChord : ""
+    readonly property string warning: boundChord !== "" ? boundChord : refusal !== "" ? refusal : hotkey.fnWarning
 
     Column {
         x: 48
@@ -94,7 +95,7 @@ FocusScope {
                 id: open
                 anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
                 implicitHeight: 32
-                visible: step.refusal === ""
+                visible: step.warning === step.hotkey.fnWarning
                 text: step.hotkey.fnSettingsText
                 onClicked: step.hotkey.openKeyboardSettings()
             }

@@ -204,13 +204,37 @@ TEST_F(X11TranslateToggle, withoutABinding_everythingIsTheApplications) {
     EXPECT_EQ(takeCalls(), Calls{});
 }
 
-TEST_F(X11TranslateToggle, paused_isTheApplicationsUntilItGoesOn) {
-    installToggle();
-    toggle.setPaused(true);
-    EXPECT_EQ(strike(), Calls{});
-    EXPECT_EQ(takeLetters(), (Letters{1, 1}));
-    toggle.setPaused(false);
-    EXPECT_EQ(strike(), Calls{"toggle"});
+TEST_F(X11TranslateToggle, bothChordsWithEachOther_eachActsWhicheverIsFirst) {
+    installBoth();
+    const std::vector modifiers{Key::leftControl, Key::leftAlt, Key::leftSuper};
+    pressAll(modifiers);
+    pressAll({Key::space, Key::t});
+    EXPECT_EQ(takeCalls(), (Calls{"start", "toggle"}));
+    releaseAll({Key::space, Key::t});
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    pressAll({Key::t, Key::space});
+    EXPECT_EQ(takeCalls(), (Calls{"toggle", "start"}));
+    releaseAll({Key::t, Key::space});
+    EXPECT_EQ(takeCalls(), Calls{"end"});
+    releaseAll(modifiers);
+    EXPECT_EQ(strike(), Calls{"toggle"}); // and both are ours as before
+    tapChord();
+    EXPECT_EQ(takeCalls(), (Calls{"start", "end"}));
+}
+
+TEST_F(X11TranslateToggle, bothOnTwoKeyboards_areTold) {
+    installBoth();
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
+        press(key, 0);
+    EXPECT_EQ(takeCalls(), Calls{"start"});
+    for (const auto key : toggleKeys)
+        press(key, 1);
+    EXPECT_EQ(takeCalls(), Calls{"toggle"});
+    for (const auto key : toggleKeys)
+        release(key, 1);
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
+        release(key, 0);
+    EXPECT_EQ(takeCalls(), Calls{"end"});
 }
 
 TEST_F(X11TranslateToggle, postedByAProgram_triggersNothing) {

@@ -301,18 +301,61 @@ TEST_F(Lifecycle, newTranslateBinding_reachesTheToggleAndAClearedOneFreesTheChor
     EXPECT_FALSE(tap->watchedChord());
 }
 
-TEST_F(Lifecycle, suspendedHotkeys_areLeftToTheWindowThatRecordsAShortcut) {
+TEST_F(Lifecycle, shortcutThatIsRecorded_leavesItsKeyAloneToTheFieldUntilItIsDone) {
+    launch();
+    world.agent().onboarding.suspendHotkey.set(true);
+    EXPECT_FALSE(world.keyboard.taps().front()->watchedKey());
+    world.keyboard.press(VirtualKey::RightCommand); // which the field takes
+    world.agent().onboarding.suspendHotkey.set(false);
+    EXPECT_TRUE(world.keyboard.taps().front()->watchedKey());
+    world.keyboard.release(VirtualKey::RightCommand);
+    runToRest();
+    EXPECT_EQ(story({"menu", "hud", "recorder"}), QStringList());
+}
+
+TEST_F(Lifecycle, shortcutThatIsRecorded_leavesBoundChordsWhereTheyAre) {
+    world.settings.hotkeyBinding.set(HotkeyBinding());
+    world.settings.targetLanguageCode.set("de");
     launch();
     world.agent().onboarding.suspendHotkey.set(true);
     world.actor.settle();
-    for (const auto* tap : world.keyboard.taps()) {
-        EXPECT_FALSE(tap->watchedChord());
-        EXPECT_FALSE(tap->watchedKey());
-    }
-    world.agent().onboarding.suspendHotkey.set(false);
+    for (const auto key : {VirtualKey::Control, VirtualKey::Option, VirtualKey::Space})
+        world.keyboard.press(key);
     world.actor.settle();
-    EXPECT_TRUE(world.keyboard.taps().front()->watchedKey());
-    EXPECT_TRUE(world.keyboard.taps().back()->watchedChord());
+    world.keyboard.release(VirtualKey::Space);
+    runToRest();
+    EXPECT_EQ(story({"menu", "hud", "recorder"}), QStringList());
+    world.keyboard.press(VirtualKey::Command);
+    world.keyboard.tap(VirtualKey::T);
+    world.actor.settle();
+    EXPECT_EQ(world.settings.targetLanguageCode.get(), "off");
+    for (const auto& event : world.keyboard.passed())
+        EXPECT_TRUE(isModifierKey(event.keyCode) || event.type == KeyEventType::KeyUp);
+}
+
+TEST_F(Lifecycle, translateBindingThatAnotherProgramHolds_isToldToTheUserAtTheStart) {
+    world.keyboard.takenChords = {{KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, VirtualKey::T}};
+    world.launch();
+    launched = true;
+    EXPECT_EQ(story({"hud"}), QStringList({"hud notice Another program uses your translation shortcut — "
+                                           "choose another one warn 6.0"}));
+}
+
+TEST_F(Lifecycle, translateBindingThatNoKeyboardHas_isToldToTheUser) {
+    world.keyboard.missingKeys = {VirtualKey::T};
+    world.launch();
+    launched = true;
+    EXPECT_EQ(story({"hud"}),
+              QStringList({"hud notice No keyboard here has your translation shortcut warn 6.0"}));
+}
+
+TEST_F(Lifecycle, bothBindingsRefused_areToldInOneSentence) {
+    world.keyboard.missingKeys = {VirtualKey::RightCommand, VirtualKey::T};
+    world.launch();
+    launched = true;
+    EXPECT_EQ(story({"hud"}).last(),
+              "hud notice Neither your hotkey nor your translation shortcut can be had — choose other ones "
+              "warn 6.0");
 }
 
 TEST_F(Lifecycle, bindingThatAnotherProgramHolds_isToldToTheUser) {

@@ -438,16 +438,31 @@ TEST_F(HotkeyManagerTest, watchResult_isWhatCameOfTheBinding) {
     EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Unavailable);
 }
 
-TEST_F(HotkeyManagerTest, paused_endsAPressAndLeavesTheKeyToTheApplication) {
+TEST_F(HotkeyManagerTest, chordWhileAShortcutIsRecorded_isSwallowedAsEver) {
     install();
+    hotkey.setShortcutIsRecorded(true);
     pressControlOption();
-    keyboard.press(VirtualKey::Space);
-    hotkey.setPaused(true);
+    keyboard.tap(VirtualKey::Space);
     EXPECT_EQ(settled(), (Calls{"start", "end"}));
-    EXPECT_FALSE(keyboard.taps().at(0)->watchedChord());
+    EXPECT_TRUE(passedOf(VirtualKey::Space).empty());
+    EXPECT_EQ(hotkey.presses().get(), 1);
+    keyboard.press(VirtualKey::Space);
+    hotkey.setShortcutIsRecorded(false); // with the chord down
+    keyboard.release(VirtualKey::Space);
+    EXPECT_EQ(settled(), (Calls{"start", "end", "start", "end"}));
+    EXPECT_TRUE(passedOf(VirtualKey::Space).empty());
+    EXPECT_EQ(hotkey.presses().get(), 2);
+}
+
+TEST_F(HotkeyManagerTest, keyAloneWhileAShortcutIsRecorded_isNotListenedFor) {
+    install(HotkeyBinding::holdSpecial(Key::RightCommand));
+    keyboard.press(VirtualKey::RightCommand);
+    hotkey.setShortcutIsRecorded(true);
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+    EXPECT_FALSE(keyboard.taps().at(0)->watchedKey());
     hotkey.setBinding(HotkeyBinding::holdSpecial(Key::RightOption));
     EXPECT_FALSE(keyboard.taps().at(0)->watchedKey());
-    hotkey.setPaused(false);
+    hotkey.setShortcutIsRecorded(false);
     EXPECT_EQ(keyboard.taps().at(0)->watchedKey(), VirtualKey::RightOption);
     EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Watching);
 }

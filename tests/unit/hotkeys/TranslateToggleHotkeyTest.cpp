@@ -219,16 +219,40 @@ TEST_F(TranslateToggle, sameBindingAgain_isNotAskedForAgain) {
     EXPECT_EQ(console.logged().size(), 1);
 }
 
-TEST_F(TranslateToggle, paused_leavesTheChordToTheApplication) {
-    install();
-    toggle.setPaused(true);
-    EXPECT_FALSE(keyboard.taps().at(0)->watchedChord());
-    EXPECT_FALSE(toggle.acts());
+TEST_F(TranslateToggle, bindingThatCantBeHad_isToldInALaterTurn) {
+    std::vector<WatchResult> refusals;
+    toggle.onBindingRefused = [&](WatchResult result) { refusals.push_back(result); };
+    keyboard.takenChords.push_back({controlOptionCommand, VirtualKey::T});
+    keyboard.missingKeys.insert(VirtualKey::F5);
+    toggle.setBinding(chord);
+    toggle.install();
+    EXPECT_TRUE(refusals.empty());
+    actor.settle();
+    EXPECT_EQ(refusals, std::vector{WatchResult::ChordTaken});
+    toggle.setBinding(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::F5));
+    actor.settle();
+    EXPECT_EQ(refusals, (std::vector{WatchResult::ChordTaken, WatchResult::Unavailable}));
+    toggle.setBinding(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightOption));
+    toggle.setBinding(std::nullopt);
     toggle.setBinding(HotkeyBinding::chord(KeyFlag::Control, VirtualKey::K));
-    EXPECT_FALSE(keyboard.taps().at(0)->watchedChord());
-    toggle.setPaused(false);
-    EXPECT_EQ(keyboard.taps().at(0)->watchedChord(), (KeyChord{KeyFlag::Control, VirtualKey::K}));
-    EXPECT_TRUE(toggle.acts());
+    actor.settle();
+    EXPECT_EQ(refusals.size(), 2U);
+}
+
+TEST_F(TranslateToggle, stroke_isCountedAndARepeatIsNot) {
+    install();
+    holdModifiers();
+    keyboard.press(VirtualKey::T);
+    keyboard.repeat(VirtualKey::T);
+    keyboard.release(VirtualKey::T);
+    EXPECT_EQ(toggle.presses().get(), 1);
+}
+
+TEST_F(TranslateToggle, tapDisabledByTheUser_isEnabledAgainAndTheEventPasses) {
+    install();
+    EXPECT_EQ(keyboard.send({.type = KeyEventType::TapDisabledByUserInput}), Verdict::Pass);
+    EXPECT_TRUE(keyboard.taps().at(0)->isEnabled());
+    EXPECT_EQ(settledTriggers(), 0);
 }
 
 /// Both keys, as the agent has them: the toggle's tap is the newer one.

@@ -59,7 +59,24 @@ TEST(XkbWindowKeys, capsLock_showsWhatItsPressMakesOfTheLock) {
 
 TEST(XkbWindowKeys, capsLockThatTheLayoutMadeAnotherKey_isNone) {
     EXPECT_EQ(read(KEY_CAPSLOCK, 0, XKB_KEY_Control_L), "nothing");
-    EXPECT_EQ(read(KEY_CAPSLOCK, 0, XKB_KEY_Escape), "nothing");
+    EXPECT_EQ(read(KEY_CAPSLOCK, 0, XKB_KEY_ISO_Next_Group), "nothing");
+    EXPECT_EQ(read(KEY_LEFTCTRL, 0, XKB_KEY_Caps_Lock), "flags 59 40000"); // ctrl:swapcaps
+}
+
+TEST(XkbWindowKeys, capsLockThatTheLayoutMadeEscape_isEscapeAloneAndNoneInAChord) {
+    EXPECT_EQ(read(KEY_CAPSLOCK, 0, XKB_KEY_Escape), "down 53 0");
+    EXPECT_EQ(read(KEY_CAPSLOCK, mod2 | mod5, XKB_KEY_Escape), "down 53 0");
+    EXPECT_EQ(read(KEY_CAPSLOCK, control, XKB_KEY_Escape), "nothing");
+}
+
+TEST(XkbWindowKeys, composeKey_isKnownByItsPlace) {
+    EXPECT_EQ(read(KEY_RIGHTCTRL, 0, XKB_KEY_Multi_key), "flags 54 100000");
+    EXPECT_EQ(read(KEY_RIGHTALT, 0, XKB_KEY_Multi_key), "flags 61 80000");
+}
+
+TEST(XkbWindowKeys, layoutInUse_changesNothing) {
+    constexpr std::uint32_t secondGroup = 1U << 13U;
+    EXPECT_EQ(read(KEY_K, control | secondGroup, XKB_KEY_Cyrillic_el), "down 40 40000");
 }
 
 TEST(XkbWindowKeys, keysWithoutANumber_areNothing) {

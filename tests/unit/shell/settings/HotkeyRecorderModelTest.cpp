@@ -21,6 +21,7 @@
 using namespace talvera;
 using namespace talvera::test;
 using Special = HotkeyBinding::SpecialKey;
+using Shortcut = HotkeyRecorderModel::Shortcut;
 
 namespace {
 
@@ -54,9 +55,9 @@ protected:
     Published<bool> suspendHotkey{false};
     HotkeyManager hotkey{actor, keyboard, console};
     TranslateToggleHotkey toggle{actor, keyboard, console};
-    HotkeyRecorderModel::Parts parts{settings, sounds, layout, keys, suspendHotkey};
-    HotkeyRecorderModel model{parts, hotkey};
-    HotkeyRecorderModel toggleModel{parts, toggle};
+    HotkeyRecorderModel::Parts parts{settings, sounds, layout, keys, suspendHotkey, hotkey, toggle};
+    HotkeyRecorderModel model{parts, Shortcut::Hotkey};
+    HotkeyRecorderModel toggleModel{parts, Shortcut::TranslateToggle};
     int beeps = 0;
 };
 
@@ -145,11 +146,103 @@ TEST_F(RecorderModel, cancel_endsTheRecording) {
 
 TEST_F(RecorderModel, modelThatGoes_leavesNoHotkeySuspended) {
     {
-        HotkeyRecorderModel passing(parts, hotkey);
+        HotkeyRecorderModel passing(parts, Shortcut::Hotkey);
         passing.record();
         EXPECT_TRUE(suspendHotkey.get());
     }
     EXPECT_FALSE(suspendHotkey.get());
+}
+
+TEST_F(RecorderModel, recordingOfTheOtherShortcut_endsThisOneAndTheHotkeyStaysSuspended) {
+    model.record();
+    toggleModel.record();
+    EXPECT_FALSE(model.isArmed());
+    EXPECT_FALSE(model.isRecording());
+    EXPECT_TRUE(toggleModel.isArmed());
+    EXPECT_TRUE(suspendHotkey.get());
+    model.cancel(); // its field has lost the keyboard by now
+    EXPECT_TRUE(toggleModel.isArmed());
+    EXPECT_TRUE(suspendHotkey.get());
+    toggleModel.press(KEY_K + 8, 0, control, false);
+    EXPECT_FALSE(suspendHotkey.get());
+}
+
+TEST_F(RecorderModel, twoFieldsOfOneShortcut_recordOneAtATime) {
+    HotkeyRecorderModel second(parts, Shortcut::Hotkey);
+    model.record();
+    second.record();
+    EXPECT_FALSE(model.isRecording());
+    second.press(KEY_K + 8, 0, control, false);
+    EXPECT_EQ(model.shortcut(), "⌃K");
+    EXPECT_EQ(second.shortcut(), "⌃K");
+    EXPECT_FALSE(suspendHotkey.get());
+}
+
+TEST_F(RecorderModel, flagClearedByTheHost_endsTheRecording) {
+    model.record();
+    suspendHotkey.set(false);
+    EXPECT_FALSE(model.isArmed());
+    EXPECT_FALSE(model.isRecording());
+    model.record();
+    EXPECT_TRUE(suspendHotkey.get());
+}
+
+TEST_F(RecorderModel, boundChordStruckWhileRecording_isSaidAndTheFieldListensOn) {
+    int changes = 0;
+    QObject::connect(&model, &HotkeyRecorderModel::boundChordChanged, [&] { ++changes; });
+    const auto chord = HotkeyBinding();
+    settings.hotkeyBinding.set(chord);
+    hotkey.setBinding(chord);
+    const auto strike = [this](VirtualKey key) {
+        keyboard.tap(key);
+        actor.settle();
+    };
+    for (const auto key : {VirtualKey::Control, VirtualKey::Option})
+        keyboard.press(key);
+    strike(VirtualKey::Space);
+    EXPECT_EQ(model.boundChord(), ""); // nothing is recorded
+
+    model.record();
+    strike(VirtualKey::Space);
+    EXPECT_EQ(model.boundChord(), "⌃⌥Space is set already — press another one");
+    EXPECT_TRUE(model.isArmed());
+    keyboard.press(VirtualKey::Command);
+    strike(VirtualKey::T);
+    EXPECT_EQ(model.boundChord(), "⌃⌥⌘T switches translation — press another one");
+    EXPECT_EQ(changes, 2);
+    EXPECT_EQ(toggleModel.boundChord(), "");
+    model.cancel();
+    EXPECT_EQ(model.boundChord(), "");
+
+    toggleModel.record();
+    strike(VirtualKey::T);
+    EXPECT_EQ(toggleModel.boundChord(), "⌃⌥⌘T is set already — press another one");
+    strike(VirtualKey::Space);
+    EXPECT_EQ(toggleModel.boundChord(), "⌃⌥Space is your hotkey — press another one");
+    EXPECT_EQ(settings.hotkeyBinding.get(), chord);
+}
+
+TEST_F(RecorderModel, layoutSwitchedWhileRecording_changesNothing) {
+    constexpr std::uint32_t secondGroup = 1U << 13U;
+    model.record();
+    press(KEY_LEFTCTRL);
+    press(KEY_K, control | secondGroup, XKB_KEY_Cyrillic_el);
+    EXPECT_EQ(settings.hotkeyBinding.get(), HotkeyBinding::chord(0x40000, VirtualKey::K));
+}
+
+TEST_F(RecorderModel, capsLockThatTheLayoutMadeEscape_endsTheRecording) {
+    model.record();
+    EXPECT_TRUE(press(KEY_CAPSLOCK, 0, XKB_KEY_Escape));
+    EXPECT_FALSE(model.isRecording());
+    EXPECT_EQ(beeps, 0);
+}
+
+TEST_F(RecorderModel, capsLockThatTheLayoutMadeControl_isNoKeyToHold) {
+    model.record();
+    press(KEY_CAPSLOCK, 0, XKB_KEY_Control_L); // ctrl:nocaps
+    EXPECT_TRUE(model.isArmed());
+    press(KEY_K, control);
+    EXPECT_EQ(settings.hotkeyBinding.get(), HotkeyBinding::chord(0x40000, VirtualKey::K));
 }
 
 TEST_F(RecorderModel, toggle_isAssignedAndCleared) {

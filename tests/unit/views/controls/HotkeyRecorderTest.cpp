@@ -7,6 +7,7 @@
 #include "PrintQt.h"
 #include "RecordingConsole.h"
 #include "SimulatedMainActor.h"
+#include "hotkeys/HotkeyManager.h"
 #include "hotkeys/TranslateToggleHotkey.h"
 #include "itemsBelow.h"
 #include "linux/keyboard/XkbWindowKeys.h"
@@ -83,7 +84,9 @@ protected:
     const XkbWindowKeys keys;
     Published<bool> suspendHotkey{false};
     TranslateToggleHotkey toggle{actor, keyboard, console};
-    HotkeyRecorderModel model{{settings, sounds, layout, keys, suspendHotkey}, toggle};
+    HotkeyManager hotkey{actor, keyboard, console};
+    const HotkeyRecorderModel::Parts parts{settings, sounds, layout, keys, suspendHotkey, hotkey, toggle};
+    HotkeyRecorderModel model{parts, HotkeyRecorderModel::Shortcut::TranslateToggle};
     DesktopAppearance appearance;
     ViewEngine views{appearance};
     QQuickWindow window;
@@ -157,6 +160,54 @@ TEST_F(RecorderField, focusLost_endsTheRecording) {
     other.forceActiveFocus();
     EXPECT_FALSE(model.isArmed());
     EXPECT_FALSE(suspendHotkey.get());
+}
+
+TEST_F(RecorderField, windowThatIsLeft_endsTheRecording) {
+    click();
+    QQuickWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_FALSE(model.isArmed());
+    EXPECT_FALSE(suspendHotkey.get());
+}
+
+TEST_F(RecorderField, twoFieldsInAWindow_recordOneAtATime) {
+    HotkeyRecorderModel hotkeyModel{parts, HotkeyRecorderModel::Shortcut::Hotkey};
+    const auto second =
+        views.create("controls/HotkeyRecorder", {{"recorder", QVariant::fromValue(&hotkeyModel)}});
+    second->setParentItem(window.contentItem());
+    second->setPosition(QPointF(0, 50));
+    second->setWidth(280);
+    click();
+    QTest::mouseClick(&window, Qt::LeftButton, {}, QPoint(140, 66));
+    EXPECT_FALSE(model.isArmed());
+    EXPECT_TRUE(hotkeyModel.isArmed());
+    EXPECT_TRUE(suspendHotkey.get());
+    press(KEY_RIGHTCTRL, Qt::Key_Control);
+    EXPECT_EQ(settings.hotkeyBinding.get(),
+              HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand));
+    EXPECT_FALSE(suspendHotkey.get());
+}
+
+TEST_F(RecorderField, inputMethod_isNotAskedForKeys) {
+    click();
+    EXPECT_FALSE(field().flags().testFlag(QQuickItem::ItemAcceptsInputMethod));
+    QInputMethodQueryEvent query(Qt::ImEnabled);
+    QCoreApplication::sendEvent(&field(), &query);
+    EXPECT_FALSE(query.value(Qt::ImEnabled).toBool());
+}
+
+TEST_F(RecorderField, boundChordStruckWhileRecording_isSaidBelowAndToTheScreenReader) {
+    click();
+    for (const auto key : {VirtualKey::Control, VirtualKey::Option, VirtualKey::Command})
+        keyboard.press(key);
+    keyboard.tap(VirtualKey::T);
+    const QString said = "⌃⌥⌘T is set already — press another one";
+    EXPECT_EQ(shownTexts(), (QStringList{"Press a shortcut…", said}));
+    EXPECT_EQ(accessible().text(QAccessible::Description), said);
+    press(KEY_ESC, Qt::Key_Escape);
+    EXPECT_FALSE(shownTexts().contains(said));
 }
 
 TEST_F(RecorderField, fieldThatIsHidden_endsTheRecording) {
