@@ -20,7 +20,7 @@ public:
 
 private:
     static TextCatalog::Texts read() {
-        QFile file(QStringLiteral(TALVERA_TEST_TEXTS "/de.json"));
+        QFile file(QStringLiteral(TALVERA_TEXTS "/de.json"));
         if (!file.open(QFile::ReadOnly))
             throw std::runtime_error("there is no German catalog");
         return TextCatalog::parse(file.readAll()).value();
