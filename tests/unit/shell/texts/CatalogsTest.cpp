@@ -1,45 +1,26 @@
 // SPDX-License-Identifier: MIT
 // The catalogs that users get, each as it is.
 #include "PrintQt.h"
+#include "ShippedCatalogs.h"
 #include "delivery/FocusNotice.h"
 #include "language/AppLanguage.h"
 #include "shell/hud/FocusNoticeText.h"
 #include "shell/hud/HUDTexts.h"
 #include "shell/panel/durationText.h"
 #include "shell/texts/PluralForms.h"
-#include "shell/texts/TextCatalog.h"
 #include "text/Localization.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
-#include <vector>
 
 using namespace talvera;
+using test::shippedTexts;
 
 namespace {
-
-/// The translated ones: the English catalog only words what differs from the defaults.
-std::vector<std::string> translations() {
-    std::vector<std::string> codes;
-    for (const auto& file : QDir(QStringLiteral(TALVERA_TEXTS)).entryList({QStringLiteral("*.json")})) {
-        if (const auto code = file.chopped(5); code != u"en")
-            codes.push_back(code.toStdString());
-    }
-    return codes;
-}
-
-TextCatalog::Texts read(const QString& code) {
-    QFile file(QStringLiteral(TALVERA_TEXTS "/%1.json").arg(code));
-    return file.open(QIODevice::ReadOnly) ? TextCatalog::parse(file.readAll()).value_or(TextCatalog::Texts())
-                                          : TextCatalog::Texts();
-}
 
 QStringList placeholdersOf(const QString& text) {
     static const QRegularExpression placeholder(QStringLiteral("%(?:@|lld|d|\\.0f|%)"));
@@ -58,13 +39,21 @@ protected:
     char* argv[2] = {name, nullptr};
     QCoreApplication application{argc, argv};
     QString code = QString::fromStdString(GetParam());
-    TextCatalog::Texts texts = read(code);
+    TextCatalog::Texts texts = shippedTexts(code);
     TextCatalog catalog{texts, code};
 };
 
 TEST_P(Catalogs, language_isOneThatCanBeChosen) {
     EXPECT_FALSE(texts.isEmpty());
     EXPECT_EQ(AppLanguage::byCode(code).code, code);
+}
+
+TEST(OurLanguages, each_hasACatalog) {
+    for (const auto& language : AppLanguage::all()) {
+        if (language.code != u"system") {
+            EXPECT_FALSE(shippedTexts(language.code).isEmpty()) << language.code.toStdString();
+        }
+    }
 }
 
 TEST_P(Catalogs, everyNumber_hasAForm) {
@@ -77,13 +66,13 @@ TEST_P(Catalogs, everyNumber_hasAForm) {
             ASSERT_FALSE(text.isEmpty()) << key.constData() << " lacks the form for " << number;
             const auto shown = counted(key.constData(), "", number);
             EXPECT_EQ(shown, formatted(text, number));
-            EXPECT_FALSE(shown.contains(u'%')) << shown;
+            EXPECT_FALSE(shown.contains(u'%')) << shown.toStdString();
         }
     }
 }
 
 TEST_P(Catalogs, everyPlaceholder_isThatOfTheOtherCatalogs) {
-    const auto others = read(code == u"de" ? QStringLiteral("fr") : QStringLiteral("de"));
+    const auto others = shippedTexts(code == u"de" ? QStringLiteral("fr") : QStringLiteral("de"));
     for (auto entry = others.begin(); entry != others.end(); ++entry) {
         if (const auto text = texts.value(entry.key()); !text.isEmpty() && !entry.key().endsWith(".one")) {
             EXPECT_EQ(placeholdersOf(text), placeholdersOf(entry.value())) << entry.key().constData();
@@ -96,7 +85,8 @@ TEST_P(Catalogs, texts_areCleanlyTyped) {
     for (auto entry = texts.begin(); entry != texts.end(); ++entry) {
         if (entry.key().endsWith(".sample")) // quotes commands and programs
             continue;
-        EXPECT_FALSE(entry.value().contains(untidy)) << entry.key().constData() << ": " << entry.value();
+        EXPECT_FALSE(entry.value().contains(untidy))
+            << entry.key().constData() << ": " << entry.value().toStdString();
     }
 }
 
@@ -104,20 +94,16 @@ TEST_P(Catalogs, namesAndDurations_standInTheirTexts) {
     using Kind = FocusNotice::Kind;
     for (const auto kind : {Kind::PastedIn, Kind::ClipboardOriginalGone, Kind::ClipboardReactivateFailed}) {
         const auto text = focusNoticeText({kind, "Kate"}).text;
-        EXPECT_TRUE(text.contains("Kate")) << text;
-        EXPECT_FALSE(text.contains(u'%')) << text;
+        EXPECT_TRUE(text.contains("Kate")) << text.toStdString();
+        EXPECT_FALSE(text.contains(u'%')) << text.toStdString();
     }
     EXPECT_TRUE(hudLine(DictationHUDState::Translating{"Deutsch"}, false).contains("Deutsch"));
     EXPECT_TRUE(durationText(45).contains("45"));
     EXPECT_TRUE(durationText(120).contains(u'2'));
     const auto hours = durationText(3 * 3600 + 7 * 60);
-    EXPECT_TRUE(hours.contains(u'3') && hours.contains(u'7') && !hours.contains(u'%')) << hours;
+    EXPECT_TRUE(hours.contains(u'3') && hours.contains(u'7') && !hours.contains(u'%')) << hours.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(Ours, Catalogs, testing::ValuesIn(translations()), [](const auto& info) {
-    auto name = info.param;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Our, Catalogs, testing::ValuesIn(test::shippedTranslations()), test::languageOfTest);
 
 } // namespace
