@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/LinuxMachine.h"
 
-#include <QLocale>
+#include "linux/xdg/sessionLanguages.h"
+
+#include <QProcessEnvironment>
 #include <QUuid>
 
 #include <utility>
@@ -64,7 +66,7 @@ Machine LinuxMachine::machine() {
                        .modelSource = m_model.source},
             .language = {.model = m_languageModel,
                          .recognizer = m_languageRecognizer,
-                         .preferred = QLocale::system().uiLanguages()}};
+                         .preferred = sessionLanguages(QProcessEnvironment::systemEnvironment())}};
 }
 
 void LinuxMachine::endWork() {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// talvera-screenshots DIRECTORY LABEL light|dark [TEXTS]: takes pictures of all our windows on the desktop
-// that it runs on, in the words of the catalog TEXTS. talvera-screenshots --icons FILE draws the tray's
+// talvera-screenshots DIRECTORY LABEL light|dark [TEXTS…]: takes pictures of all our windows on the desktop
+// that it runs on, in the words of the catalogs TEXTS. talvera-screenshots --icons FILE draws the tray's
 // symbols.
 #include "HUDScenes.h"
 #include "IconSheet.h"
@@ -16,6 +16,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
@@ -60,7 +61,9 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     }
     Words words;
-    if (!words.load(TALVERA_TEXTS "/en.json") || (arguments.size() > 4 && !words.load(arguments[4])))
+    auto catalogs = arguments.mid(4);
+    catalogs.prepend(QStringLiteral(TALVERA_TEXTS "/en.json"));
+    if (!std::all_of(catalogs.begin(), catalogs.end(), [&](const auto& path) { return words.load(path); }))
         return EXIT_FAILURE;
     test::Stage stage(arguments[1], arguments[2], arguments[3] == "dark");
     stage.wait(seconds(0.5));

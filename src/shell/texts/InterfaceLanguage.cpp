@@ -20,6 +20,25 @@ const auto english = QStringLiteral("en");
 
 constexpr qint64 largestCatalog = 1024 * 1024;
 
+/// What sessions call languages whose catalogs have another name. Chinese in the other script has none: who
+/// reads that is better served by the next language of the list.
+QString catalogName(const QString& code) {
+    if (code == u"zh" || code == u"zh-CN" || code == u"zh-SG")
+        return QStringLiteral("zh-Hans");
+    return code == u"pt" ? QStringLiteral("pt-PT") : code;
+}
+
+/// The language under its whole name, and under shorter and shorter beginnings of it.
+QStringList namesOf(const QString& language) {
+    QStringList names;
+    for (auto code = QString(language).replace(u'_', u'-'); !code.isEmpty();
+         code.truncate(std::max<qsizetype>(code.lastIndexOf(u'-'), 0)))
+        names << code;
+    if (names.size() > 1 && names.last() == u"zh") // it would be the other script's, too
+        names.removeLast();
+    return names;
+}
+
 } // namespace
 
 InterfaceLanguage::InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred)
@@ -39,14 +58,15 @@ QString InterfaceLanguage::pathOf(const QString& code) const {
     return QStringLiteral("%1/Resources/texts/%2.json").arg(m_parts.directories.resources, code);
 }
 
-/// The first language that there is a catalog for, under its whole name or under the beginning of it.
+/// The catalog of the first language that there is one for.
 QString InterfaceLanguage::best(const QStringList& languages) const {
     for (const auto& language : languages) {
-        auto code = QString(language).replace(u'_', u'-');
-        while (!code.isEmpty() && !code.contains(u'/')) {
+        if (language.contains(u'/')) // no way to another directory
+            continue;
+        for (const auto& name : namesOf(language)) {
+            const auto code = catalogName(name);
             if (code == english || m_parts.files.exists(pathOf(code)))
                 return code;
-            code.truncate(std::max<qsizetype>(code.lastIndexOf(u'-'), 0));
         }
     }
     return english;

@@ -77,6 +77,22 @@ TEST_F(InterfaceLanguageTest, sessionsLanguages_areTriedInTheirOrder) {
     EXPECT_EQ(both(), "English both");
 }
 
+TEST_F(InterfaceLanguageTest, sessionsOtherNames_findTheCatalog) {
+    add("pt-PT", R"({"both": "Ambas"})");
+    for (const auto* const code : {"zh", "zh-CN", "zh_SG", "zh-Hans-SG"}) {
+        speak("system", {code});
+        EXPECT_EQ(both(), QString::fromUtf8("两者")) << code;
+    }
+    for (const auto* const code : {"zh-TW", "zh-Hant-HK"}) {
+        speak("system", {code, "de"});
+        EXPECT_EQ(both(), "Beides") << code;
+    }
+    for (const auto* const code : {"pt", "pt-AO", "pt-PT"}) {
+        speak("system", {code});
+        EXPECT_EQ(both(), "Ambas") << code;
+    }
+}
+
 TEST_F(InterfaceLanguageTest, choice_outrulesTheSession) {
     speak("en", {"de"});
     EXPECT_EQ(both(), "English both");

@@ -60,7 +60,7 @@ TEST_F(KeyNames, inEnglish_areThoseOfAPcKeyboard) {
 }
 
 TEST_F(KeyNames, inGerman_areThoseOfAGermanKeyboard) {
-    speak(TALVERA_TEST_TEXTS "/de.json");
+    speak(TALVERA_TEXTS "/de.json");
     EXPECT_EQ(nameOf(Special::RightCommand), "Strg rechts");
     EXPECT_EQ(nameOf(allModifiers, VirtualKey::Space), "Strg+Alt+Umschalt+Super+Leertaste");
     EXPECT_EQ(nameOf(0, VirtualKey(200)), "Taste 200");

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 // What the HUD's views make of its states, without a screen.
-#include "GermanTexts.h"
 #include "InMemoryPreferenceStore.h"
+#include "ShippedCatalogs.h"
 #include "itemsBelow.h"
 #include "persistence/AppSettings.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/hud/FocusNoticeText.h"
 #include "shell/hud/HUDModel.h"
+#include "shell/texts/languageName.h"
 #include "views/ViewEngine.h"
 #include "views/hud/WaveformCanvas.h"
 
@@ -153,23 +154,54 @@ TEST_F(HUDViews, shortNoticeAfterALongOne_hasTheUsualSizeAgain) {
               views.theme().property("sizeGlance").toInt());
 }
 
-TEST_F(HUDViews, noticesWithALongName_sayToTheEndWhatIsToBeDone) {
-    const auto expectWhole = [this] {
-        for (const auto kind : {FocusNotice::Kind::PastedIn, FocusNotice::Kind::ClipboardOriginalGone,
-                                FocusNotice::Kind::ClipboardReactivateFailed}) {
-            const auto notice = focusNoticeText({kind, longName()});
-            holder.state.set(State::Notice{notice.text, notice.tone});
-            ASSERT_EQ(texts().size(), 1U);
-            EXPECT_FALSE(texts().front()->property("truncated").toBool()) << qPrintable(notice.text);
-        }
-    };
-    expectWhole();
-    const GermanTexts german;
-    expectWhole();
+class TranslatedHUD : public HUDViews, public testing::WithParamInterface<std::string> {
+protected:
+    SpokenLanguage language{QString::fromStdString(GetParam())};
+
+    void expectWholeNotice(const FocusNoticeText& notice) {
+        holder.state.set(State::Notice{notice.text, notice.tone});
+        ASSERT_EQ(texts().size(), 1U);
+        EXPECT_FALSE(texts().front()->property("truncated").toBool()) << qPrintable(notice.text);
+    }
+};
+
+TEST_P(TranslatedHUD, noticesWithALongName_sayToTheEndWhatIsToBeDone) {
+    for (const auto kind : {FocusNotice::Kind::PastedIn, FocusNotice::Kind::ClipboardOriginalGone,
+                            FocusNotice::Kind::ClipboardReactivateFailed})
+        expectWholeNotice(focusNoticeText({kind, longName()}));
 }
 
-TEST_F(HUDViews, cardInGerman_showsItsTitlesWhole) {
-    const GermanTexts german;
+TEST_P(TranslatedHUD, otherNotices_areWhole) {
+    using Kind = FocusNotice::Kind;
+    for (const auto kind :
+         {Kind::ClipboardByUserPreference, Kind::ClipboardNoTextField, Kind::ClipboardFocusLost,
+          Kind::ClipboardNotPossible, Kind::ClipboardNotTaken, Kind::Undelivered})
+        expectWholeNotice(focusNoticeText({kind, {}}));
+}
+
+TEST_P(TranslatedHUD, work_isToldWholeWithinThePanel) {
+    settings.targetLanguageCode.set("pt-BR");
+    const auto longest = languageName("pt-BR", {});
+    for (const State& state :
+         {State(State::Listening{}), State(State::Transcribing{}), State(State::Translating{longest})}) {
+        for (const bool tap : {false, true}) {
+            settings.hotkeyTapToToggle.set(tap);
+            holder.state.set(state);
+            const auto outline = outlineOf(*root);
+            EXPECT_TRUE(QRectF(0, 0, 560, 72).contains(outline));
+            for (auto* text : texts()) {
+                const auto area = text->mapRectToItem(root.get(), QRectF(QPointF(), text->size()));
+                EXPECT_TRUE(outline.contains(area)) << qPrintable(text->property("text").toString());
+                EXPECT_FALSE(text->property("truncated").toBool())
+                    << qPrintable(text->property("text").toString());
+            }
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, TranslatedHUD, testing::ValuesIn(shippedTranslations()), languageOfTest);
+
+TEST_P(TranslatedHUD, card_showsItsTitlesWhole) {
     for (const auto kind : {State::PermissionKind::Microphone, State::PermissionKind::Accessibility}) {
         holder.state.set(State::PermissionRequired{kind});
         EXPECT_TRUE(reads(model.cardTitle()));

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 // What the wizard's views make of its state, without a screen.
-#include "GermanTexts.h"
 #include "OnboardingFixture.h"
+#include "ShippedCatalogs.h"
 #include "itemsBelow.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/onboarding/OnboardingModel.h"
+#include "text/Localization.h"
 #include "views/ViewEngine.h"
 
 #include <QKeyEvent>
@@ -106,10 +107,10 @@ protected:
         goTo(Step::DownloadStep);
         for (const auto& phase :
              {Phase(Phase::Downloading), Phase(Phase::Verifying), Phase(Phase::Extracting),
-              Phase::failed(
-                  "Keine sichere Verbindung: Der Server konnte nicht beweisen, wer er ist. Melden "
-                  "Sie sich im Hotel oder Café zuerst im Netzwerk an und prüfen Sie das Datum Ihres "
-                  "Computers."),
+              Phase::failed(localized(
+                  "download.failed.notTrusted",
+                  "No secure connection: the server could not prove who it is. In a hotel or a café, sign "
+                  "in to the network first, and check the date of your computer.")),
               Phase(Phase::Done)}) {
             downloader.phase.set(phase);
             expectWholeTexts("download");
@@ -190,8 +191,14 @@ TEST_F(OnboardingViews, everyStateInEnglish_isShownWhole) {
     expectWholeTextsEverywhere();
 }
 
-TEST_F(OnboardingViews, everyStateInGerman_isShownWhole) {
-    const GermanTexts german;
+class TranslatedWizard : public OnboardingViews, public testing::WithParamInterface<std::string> {
+protected:
+    SpokenLanguage language{QString::fromStdString(GetParam())};
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, TranslatedWizard, testing::ValuesIn(shippedTranslations()), languageOfTest);
+
+TEST_P(TranslatedWizard, everyState_isShownWhole) {
     expectWholeTextsEverywhere();
 }
 

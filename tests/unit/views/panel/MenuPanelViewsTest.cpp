@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // What the panel's views make of the state, without a screen.
-#include "GermanTexts.h"
 #include "PanelFixture.h"
+#include "ShippedCatalogs.h"
 #include "itemsBelow.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
+#include "shell/texts/languageName.h"
+#include "text/Localization.h"
 #include "views/ViewEngine.h"
 
 #include <QQuickWindow>
@@ -133,8 +135,14 @@ protected:
     std::unique_ptr<QQuickItem> view;
 };
 
-TEST_F(MenuPanelViews, everyStateInGerman_isShownWhole) {
-    const GermanTexts german;
+class TranslatedPanel : public MenuPanelViews, public testing::WithParamInterface<std::string> {
+protected:
+    SpokenLanguage language{QString::fromStdString(GetParam())};
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, TranslatedPanel, testing::ValuesIn(shippedTranslations()), languageOfTest);
+
+TEST_P(TranslatedPanel, everyState_isShownWhole) {
     for (const auto state : {State::Idle, State::Recording, State::Transcribing, State::Error}) {
         for (const bool tap : {false, true}) {
             menuBar.state.set(state);
@@ -145,8 +153,7 @@ TEST_F(MenuPanelViews, everyStateInGerman_isShownWhole) {
     }
 }
 
-TEST_F(MenuPanelViews, bannerInGerman_isShownWhole) {
-    const GermanTexts german;
+TEST_P(TranslatedPanel, banner_isShownWhole) {
     microphone.current = AuthorizationStatus::Denied;
     access.trusted = false;
     open();
@@ -154,8 +161,7 @@ TEST_F(MenuPanelViews, bannerInGerman_isShownWhole) {
     expectWholeTexts();
 }
 
-TEST_F(MenuPanelViews, missingLanguageModelInGerman_isToldWhole) {
-    const GermanTexts german;
+TEST_P(TranslatedPanel, missingLanguageModel_isToldWhole) {
     for (const auto reason : {LanguageModel::UnavailableReason::DeviceNotEligible,
                               LanguageModel::UnavailableReason::IntelligenceOff,
                               LanguageModel::UnavailableReason::ModelNotReady}) {
@@ -212,7 +218,7 @@ TEST_F(MenuPanelViews, hugeStatistics_getSmallerRatherThanCut) {
 }
 
 TEST_F(MenuPanelViews, captionOfTheDictations_counts) {
-    const GermanTexts german;
+    const SpokenLanguage german("de");
     open();
     EXPECT_TRUE(shownText("DIKTATE"));
     stats.lastWeekStats.set({60, 1});
@@ -430,7 +436,7 @@ TEST_F(MenuPanelViews, contentThatFits_doesNotScroll) {
 TEST_F(MenuPanelViews, languageListOnASmallScreen_staysWithinIt) {
     microphone.current = AuthorizationStatus::Denied;
     access.trusted = false;
-    const GermanTexts german;
+    const SpokenLanguage german("de");
     open();
     view->setHeight(472); // 600 pixels at 125 %
     auto& rows = rowsOf(openList());
@@ -439,8 +445,7 @@ TEST_F(MenuPanelViews, languageListOnASmallScreen_staysWithinIt) {
     EXPECT_LE(bottom, 472);
 }
 
-TEST_F(MenuPanelViews, languageThatIsNotInstalled_keepsItsWholeName) {
-    const GermanTexts german;
+TEST_P(TranslatedPanel, languageThatIsNotInstalled_keepsItsWholeName) {
     languageModel.languages = {"es"};
     open();
     view->setHeight(1000); // all rows are there
@@ -454,22 +459,21 @@ TEST_F(MenuPanelViews, languageThatIsNotInstalled_keepsItsWholeName) {
     }
 }
 
-TEST_F(MenuPanelViews, longestToggle_breaksNeitherWordNorKey) {
+TEST_P(TranslatedPanel, longestToggle_breaksNeitherWordNorKey) {
     model.reset();
     setToggle(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
     settings.targetLanguageCode.set("zh-TW");
-    const GermanTexts german;
     open();
     layOut(*view);
     view->setHeight(view->property("fittingHeight").toInt());
     expectWholeTexts();
-    auto* title = shownText("Übersetzen in");
+    auto* title = shownText(localized("menu.translateTo", ""));
     ASSERT_TRUE(title);
     EXPECT_EQ(title->property("lineCount"), 1);
     auto* cap = shownText(model->toggleShortcut());
     ASSERT_TRUE(cap);
     const auto capPlace = cap->mapRectToScene(QRectF(QPointF(), cap->size()));
-    for (const QQuickItem* words : {title, shownText("Chinesisch (traditionell)")}) {
+    for (const QQuickItem* words : {title, shownText(languageName("zh-TW", {}))}) {
         ASSERT_TRUE(words);
         const QSizeF written(words->property("contentWidth").toDouble(), words->height());
         EXPECT_FALSE(words->mapRectToScene(QRectF(QPointF(), written)).intersects(capPlace));
