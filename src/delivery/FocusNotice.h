@@ -14,7 +14,7 @@ struct FocusNotice {
         ClipboardByUserPreference,
         ClipboardNoTextField,
         ClipboardFocusLost,   ///< the focus went elsewhere before the whole text was typed or pasted
-        ClipboardNotPossible, ///< the text can't be typed or pasted
+        ClipboardNotPossible, ///< the text can't be typed or pasted, or not all of it
         ClipboardNotTaken,    ///< the chord that pastes was pressed, but no program has asked for the text
         Undelivered,          ///< nor does the clipboard take it
     };

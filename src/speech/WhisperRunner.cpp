@@ -43,6 +43,14 @@ bool wasCut(const QByteArray& written, const QByteArray& printed) {
     return inFile.size() < onStream.size() && onStream.startsWith(inFile);
 }
 
+bool agree(const QByteArray& written, const QByteArray& printed) {
+    auto inFile = withoutBlanks(written);
+    const WipedAtEnd wipedFile(inFile);
+    auto onStream = withoutBlanks(printed);
+    const WipedAtEnd wipedStream(onStream);
+    return inFile == onStream || wasCut(written, printed);
+}
+
 } // namespace
 
 WhisperRunner::WhisperRunner(ChildProcess& processes, FileSystem& files, QString temporaryDirectory,
@@ -72,6 +80,8 @@ QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QS
     if (!m_files.exists(m_modelURL))
         throw WhisperError::missingModel();
 
+    const auto path = outputBase(wav) + QStringLiteral(".txt");
+    const bool isThere = m_files.exists(path); // of an earlier pass, since it could not be deleted
     std::optional<double> duration;
     if (const auto bytes = m_files.size(wav))
         duration = wavDurationSeconds(*bytes);
@@ -83,9 +93,10 @@ QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QS
         throw WhisperError::processFailed(
             result.status, decodedUtf8(result.standardError).value_or(QStringLiteral("<non-utf8>")));
     }
-    const auto path = outputBase(wav) + QStringLiteral(".txt");
     auto written = takeOutput(path);
     const WipedAtEnd wipedFile(written);
+    if (isThere && !agree(written, result.standardOutput))
+        throw WhisperError::outputUnreadable(); // this pass may have left none
     auto text = decodedUtf8(wasCut(written, result.standardOutput) ? result.standardOutput : written);
     if (!text)
         throw WhisperError::outputUnreadable();

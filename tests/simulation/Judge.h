@@ -31,7 +31,7 @@ struct Tally {
     Tally& operator+=(const Tally& other);
 };
 
-/// The texts of one recording's parts in one.
+/// The texts of one recording's parts in one: words at the end of one that begin the next stand once.
 QString joinedTexts(const QStringList& texts);
 
 /// Watches a world and knows what must always hold in it, by a model of its own of what should become of each

@@ -5,17 +5,22 @@
 #include "models/ModelStore.h"
 #include "speech/WhisperRunner.h"
 
+#include <algorithm>
+
 // What must have become of a dictation at its end.
 
 namespace talvera::simulation {
 
 QString joinedTexts(const QStringList& texts) {
-    QStringList parts;
+    QStringList joined;
     for (const auto& text : texts) {
-        if (!text.trimmed().isEmpty())
-            parts << text.trimmed();
+        const auto part = text.simplified().split(u' ', Qt::SkipEmptyParts);
+        auto overlap = std::min(joined.size(), part.size());
+        while (joined.mid(joined.size() - overlap) != part.mid(0, overlap))
+            --overlap;
+        joined += part.mid(overlap);
     }
-    return parts.join(u' ');
+    return joined.join(u' ');
 }
 
 bool Judge::toolIsMissing() const {

@@ -15,8 +15,6 @@ void Judge::judgeRest() {
     auto& agent = m_world->agent();
     if (m_menu != "idle")
         complain(QStringLiteral("at rest the menu is at ") + QString::fromStdString(m_menu));
-    if (m_inFlight)
-        complain(QStringLiteral("at rest a dictation is still in flight"));
     if (agent.delegate().dictation().hasPendingRecordStart())
         complain(QStringLiteral("at rest a press is still waiting"));
     if (agent.recorder.isRecording() || m_world->microphone.isRunning())

@@ -1,101 +1,99 @@
 // SPDX-License-Identifier: MIT
 //
-// Worlds that are not as a world should be, each in one way, and the judge who has to notice.
-#include "PrintQt.h"
-#include "Trial.h"
-#include "core/Agent.h"
-#include "shortest.h"
+// What the judge knows of the rest, when nothing is left to happen, and of an agent's death.
+#include "JudgeFixture.h"
+#include "shell/hud/DictationHUDController.h"
 #include "speech/AudioRecorder.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
 
 using namespace talvera;
 using namespace talvera::simulation;
 
 namespace {
 
-class JudgeTest : public testing::Test {
-protected:
-    test::SimulatedWorld& world() { return trial.play().world(); }
-
-    /// `things` as the left column of a story has them, and then the rest.
-    QString verdict(const QStringList& things) {
-        trial.launch();
-        if (sabotage)
-            sabotage();
-        std::vector<TwoColumns::Entry> done;
-        for (const auto& thing : things)
-            done.push_back({thing.section(u' ', 0, 0).toDouble(), thing.section(u' ', 1)});
-        constexpr double longEnough = 60;
-        trial.perform(done, longEnough);
-        if (const auto mistake = trial.play().mistake())
-            return *mistake;
-        if (!trial.violation())
-            trial.rest();
-        return kindOf(trial.violation().value_or(QStringLiteral("nothing")));
-    }
-
-    const QStringList dictation{QStringLiteral("0 the hotkey goes down"),
-                                QStringLiteral("2 the hotkey comes up")};
-
-    /// What is wrong with the world, done to it when the agent is there.
-    std::function<void()> sabotage;
-    Trial trial;
-};
+using JudgeTest = JudgeFixture;
 
 TEST_F(JudgeTest, goodWorld_isNotComplainedOf) {
     EXPECT_EQ(verdict(dictation), QStringLiteral("nothing"));
 }
 
-TEST_F(JudgeTest, lettersInAWindowThatTheyWereNotMeantFor_areNoticed) {
-    sabotage = [this] { world().keys.ignoresTargets = true; };
-    EXPECT_EQ(verdict(dictation + QStringList{"3.14 focus on the mail"}),
-              QStringLiteral(" came into the window Mail, which it was not meant for"));
+TEST_F(JudgeTest, worldWithoutRest_isNoticed) {
+    sabotage = [this] { tick(); };
+    EXPECT_EQ(verdict({}), QStringLiteral("it never comes to rest"));
+    ticks = false;
 }
 
-TEST_F(JudgeTest, lettersInAPasswordField_areNoticed) {
-    sabotage = [this] { world().keys.ignoresTargets = true; };
-    EXPECT_EQ(verdict(dictation + QStringList{"3.14 the screen is locked"}),
-              QStringLiteral(" came into the window Locker, which it was not meant for"));
-}
-
-TEST_F(JudgeTest, lettersFromNowhere_areNoticed) {
-    sabotage = [this] { world().keys.onText(QStringLiteral("Editor"), QStringLiteral("x")); };
-    EXPECT_EQ(verdict({}), QStringLiteral(" came into the window Editor from nowhere"));
-}
-
-TEST_F(JudgeTest, otherLettersThanThoseOfTheText_areNoticed) {
+TEST_F(JudgeTest, menuThatIsStuck_isNoticed) {
     sabotage = [this] {
-        world().actor.startOutside(
-            seconds(3.1), [this] { world().keys.onText(QStringLiteral("Editor"), QStringLiteral("x")); });
+        world().onEffect = [judge = world().onEffect](const test::Effect& effect) {
+            if (effect.text() != "menu idle")
+                judge(effect);
+        };
     };
-    EXPECT_EQ(verdict(dictation), QStringLiteral(" came into the window Editor instead of "));
+    EXPECT_EQ(verdict({"0 the user speaks for 0.1 s", "0 the hotkey goes down", "1 the hotkey comes up"}),
+              QStringLiteral("at rest the menu is at recording"));
 }
 
-TEST_F(JudgeTest, textThatIsNowhere_isNoticed) {
-    sabotage = [this] { world().keys.losesTexts = true; };
-    EXPECT_EQ(verdict(dictation), QStringLiteral("a text is nowhere"));
+TEST_F(JudgeTest, pressThatWaits_isNoticed) {
+    EXPECT_EQ(verdictAt(0.3, {"0 the hotkey goes down"}), QStringLiteral("at rest a press is still waiting"));
 }
 
-TEST_F(JudgeTest, textOnTheClipboardForNoReason_isNoticed) {
+TEST_F(JudgeTest, microphoneThatStaysOpen_isNoticed) {
+    sabotage = [this] { world().microphone.start(); };
+    EXPECT_EQ(verdict({}), QStringLiteral("at rest the microphone is open"));
+}
+
+TEST_F(JudgeTest, timerThatRuns_isNoticed) {
+    sabotage = [this] { world().actor.startTimer(seconds(60), [] {}); };
+    EXPECT_EQ(verdictAt(1, {}), QStringLiteral("at rest a timer is running"));
+}
+
+TEST_F(JudgeTest, keyThatStaysDown_isNoticed) {
     sabotage = [this] {
-        world().keys.onRefused = nullptr;
-        world().keys.canPost = [](const test::PostedKeyEvent&) { return false; };
+        world().keys.onText = nullptr;
+        world().keys.postPaste(KeyPhase::Down, nullptr);
     };
-    EXPECT_EQ(verdict(dictation), QStringLiteral("left on the clipboard for no reason"));
-}
-
-TEST_F(JudgeTest, fileThatIsLeft_isNoticed) {
-    sabotage = [this] { world().disk.write(QStringLiteral("/run/left.wav"), "RIFF"); };
-    EXPECT_EQ(verdict(dictation), QStringLiteral("a file was left"));
+    EXPECT_EQ(verdict({}), QStringLiteral("at rest a key is down"));
 }
 
 TEST_F(JudgeTest, microphoneThatIsGoneWithoutAWord_isNoticed) {
     sabotage = [this] { world().agent().recorder.setOnLost([] {}); };
     EXPECT_EQ(verdict(dictation + QStringList{"1.5 the microphone dies when it has heard 0.9 s"}),
               QStringLiteral("the microphone has gone, and nobody was told"));
+}
+
+TEST_F(JudgeTest, panelThatStays_isNoticed) {
+    sabotage = [this] {
+        at(2, [this] { world().windows.menuPanel()->onKeyDown = [](Qt::Key) { return false; }; });
+    };
+    EXPECT_EQ(verdict({"1 the program is started again"}), QStringLiteral("at rest the panel is open"));
+}
+
+TEST_F(JudgeTest, hudThatIsStuck_isNoticed) {
+    sabotage = [this] { at(1, [this] { world().agent().hud.update(DictationHUDState::Transcribing{}); }); };
+    EXPECT_EQ(verdict({}), QStringLiteral("at rest the HUD is at transcribing"));
+}
+
+TEST_F(JudgeTest, emptyHUDOnTheScreen_isNoticed) {
+    sabotage = [this] { at(1, [this] { world().agent().hud.show(DictationHUDState::Hidden{}); }); };
+    EXPECT_EQ(verdict({}), QStringLiteral("at rest an empty HUD is shown"));
+}
+
+TEST_F(JudgeTest, cardThatNobodySees_isNoticed) {
+    using Card = DictationHUDState::PermissionRequired;
+    sabotage = [this] {
+        at(1, [this] { world().agent().hud.update(Card{DictationHUDState::PermissionKind::Microphone}); });
+    };
+    EXPECT_EQ(verdict({}), QStringLiteral("at rest the HUD is not shown"));
+}
+
+TEST_F(JudgeTest, fileThatIsLeft_isNoticed) {
+    sabotage = [this] { world().disk.write("/run/left.wav", "RIFF"); };
+    EXPECT_EQ(verdict(dictation), QStringLiteral("a file was left"));
+}
+
+TEST_F(JudgeTest, fileThatHasGoneThoughItCouldNot_isNoticed) {
+    sabotage = [this] { world().files.onRemovalFailed("/run/talvera/left.wav"); };
+    EXPECT_EQ(verdict(dictation), QStringLiteral("a file is gone that should have been left"));
 }
 
 TEST_F(JudgeTest, recordWithoutADictation_isNoticed) {
@@ -117,11 +115,6 @@ TEST_F(JudgeTest, settingsThatDieWithTheAgent_areNoticed) {
 TEST_F(JudgeTest, secondStartWithoutAPanel_isNoticed) {
     sabotage = [this] { trial.play().stage().onSecondStart(); };
     EXPECT_EQ(verdict({}), QStringLiteral("a second start shows neither panel nor wizard"));
-}
-
-TEST_F(JudgeTest, chordThatPastesUnasked_isNoticed) {
-    sabotage = [this] { world().keys.postPaste(KeyPhase::Down, nullptr); };
-    EXPECT_EQ(verdict({}), QStringLiteral(" came into the window Editor from nowhere"));
 }
 
 TEST(FaultTally, faultsThatNeverOccurred_areNamed) {

@@ -56,7 +56,7 @@ void Play::kill() {
     m_mistake = mistake();
     auto next = std::make_unique<SimulatedWorld>(SimulatedWorld::AfterDeath{}, *m_world);
     auto stage = std::make_unique<Stage>(*next, m_faults);
-    stage->keepHolding(*m_stage);
+    stage->goOnAfter(*m_stage);
     const auto deadStage = std::exchange(m_stage, std::move(stage));
     const auto dead = std::exchange(m_world, std::move(next));
     launch();

@@ -102,7 +102,10 @@ void Simulation::playRound() {
     else
         scheduleHolds();
     scheduleDisturbances();
-    m_trial.perform(m_round, m_roundStart + roundSeconds);
+    double end = m_roundStart + roundSeconds;
+    for (const auto& thing : m_round)
+        end = std::max(end, thing.at);
+    m_trial.perform(m_round, end);
     m_round.push_back({m_trial.play().elapsed(), Trial::restWords});
     if (!violation())
         m_trial.rest();
@@ -113,7 +116,8 @@ void Simulation::after(double delay, const QString& words) {
 }
 
 void Simulation::chooseAudio() {
-    const double spoken = m_dice.chance(0.015)  ? m_dice.pick({28.0, 28.5, 40.0, 48.0, 48.5})
+    m_isLong = m_dice.chance(0.015);
+    const double spoken = m_isLong              ? m_dice.pick({28.0, 28.5, 40.0, 48.0, 48.5})
                           : m_dice.chance(0.15) ? m_dice.pick({0.0, 0.1, 0.29, 0.3})
                                                 : m_dice.between(0.31, 1.1);
     now(QStringLiteral("the user speaks for %1 s").arg(spoken));

@@ -69,6 +69,7 @@ private:
     Trial m_trial;
     int m_texts = 0;
     bool m_isTapMode = false;
+    bool m_isLong = false;      ///< what is said comes to the recogniser in parts
     double m_firstDuration = 0; ///< of the round's first run of the recogniser
     double m_roundStart = 0;
     std::vector<TwoColumns::Entry> m_round;  ///< what is done in it

@@ -7,7 +7,9 @@ namespace talvera::simulation {
 
 namespace {
 
-constexpr int toolRunsPerRound = 8;
+// As many as a round may need, so that none repeats.
+constexpr int toolRuns = 10;
+constexpr int toolRunsOfParts = 24;
 
 } // namespace
 
@@ -55,11 +57,11 @@ void Simulation::breakSomething() {
 void Simulation::breakDelivery() {
     switch (m_dice.below(7)) {
     case 0:
-        return now("no key can be typed");
+        return now(m_dice.pick({"no key can be typed", "no key types a b", "no key types a 3"}));
     case 1:
         return now("the clipboard takes no text");
     case 2:
-        now("no key can be typed");
+        now(m_dice.chance(0.5) ? "no key can be typed" : "no key types an o");
         return now("the clipboard takes no text");
     case 3:
         return now("another program takes the clipboard at once");
@@ -182,7 +184,7 @@ QString Simulation::settingsDisturbance() {
 }
 
 void Simulation::writeToolScript() {
-    for (int i = 0; i < toolRunsPerRound; ++i) {
+    for (int i = 0; i < (m_isLong ? toolRunsOfParts : toolRuns); ++i) {
         const double duration = m_dice.pick({0.0, 0.1, 0.3, 0.3, 1.0, 3.0}) + m_dice.between(0, 0.01);
         if (i == 0)
             m_firstDuration = duration;
@@ -191,10 +193,11 @@ void Simulation::writeToolScript() {
 }
 
 QString Simulation::toolRun(double duration) {
-    // Words that no other run has, so that nothing seems to overlap.
+    // Words that no other run has, but for those of two parts that overlap.
+    const auto before = m_isLong && m_dice.chance(0.3) ? QStringLiteral("word%1b ").arg(m_texts) : QString();
     ++m_texts;
     const auto within = QStringLiteral(" within %1 s").arg(duration, 0, 'f', 6);
-    const auto heard = QStringLiteral("hears \"word%1a word%1b\"").arg(m_texts) + within;
+    const auto heard = QStringLiteral("hears \"%1word%2a word%2b\"").arg(before).arg(m_texts) + within;
     if (!m_dice.chance(0.25))
         return heard;
     switch (m_dice.below(9)) {

@@ -38,8 +38,11 @@ public:
 
     /// Whether a key that has gone down for the hotkey has not come up yet.
     bool isHotkeyHeld() const { return m_heldBinding.has_value(); }
-    /// The hotkey that the user holds, on a machine on which the agent has been started anew.
-    void keepHolding(const Stage& before) { m_heldBinding = before.m_heldBinding; }
+    /// The user and the recogniser go on as on the stage before, on which the agent was killed.
+    void goOnAfter(const Stage& before) {
+        m_heldBinding = before.m_heldBinding;
+        m_runs = before.m_runs;
+    }
 
     /// The world goes on, but what befalls it no longer counts.
     void retire() { m_faults = &m_ofNoAccount; }

@@ -79,6 +79,11 @@ void Stage::noteFocus(const SimulatedWindow& before) {
 void Stage::learnTheWaysToText() {
     means("no key can be typed",
           [this](const auto&) { m_world.keys.canPost = [](const test::PostedKeyEvent&) { return false; }; });
+    means("no key types an? (.)", [this](const auto& arguments) {
+        m_world.keys.canPost = [letter = arguments[0]](const test::PostedKeyEvent& event) {
+            return !event.chunk.contains(letter);
+        };
+    });
     means("the way to the keyboard is cut off", [this](const auto&) { m_world.keys.cutOff(); });
     means("the clipboard takes no text", [this](const auto&) { m_world.clipboard.refuse(); });
     means("another program takes the clipboard at once",

@@ -50,6 +50,8 @@ private:
         bool isOnClipboard = false;
         bool isTold = false;        ///< why it is there
         bool isToldLost = false;    ///< it is not even there
+        bool isRefused = false;     ///< one of its keys was, perhaps the last one as it came up
+        bool hasGaps = false;       ///< where a key could not be made
         bool mayLoseTarget = false; ///< the focus has moved since it was routed
         QString window = {};        ///< that has got the first of it
         QString arrived = {};
@@ -57,6 +59,7 @@ private:
 
     void begin(const test::Effect& effect);
     void seeClipboard(const QString& text);
+    void seeRefusal(PostResult why);
     void seeArrival(const QString& receiver, const QString& part);
     void seeFocus();
     void seeNotice(const QString& notice);

@@ -7,10 +7,12 @@
 #include <algorithm>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 
 namespace talvera::simulation {
 
 Trial::Trial() {
+    nameRuns();
     m_play.onLaunch = [this](test::SimulatedWorld& world) {
         m_judge.watch(world);
         m_play.stage().onWords = [this](const QString& words) { m_judge.hear(words); };
@@ -18,6 +20,15 @@ Trial::Trial() {
     };
     m_play.onDeath = [this] { m_judge.seeDeath(); };
     m_play.onReturn = [this](test::SimulatedWorld& dead) { m_judge.seeReturn(dead); };
+}
+
+/// No two runs of the recogniser hear the same, so that each text is known by its words.
+void Trial::nameRuns() {
+    constexpr int runs = 100;
+    std::vector<test::ToolRun> named(runs);
+    for (int run = 0; run < runs; ++run)
+        named[std::size_t(run)].text = "heard" + QByteArray::number(run);
+    m_play.world().tool.setRuns(std::move(named));
 }
 
 void Trial::perform(const std::vector<TwoColumns::Entry>& things, double end) {
@@ -57,7 +68,9 @@ std::optional<QString> Trial::run(const Story& story) {
     for (auto next = done.begin(); next != done.end() && !violation(); ++next) {
         const auto isRest = [](const auto& thing) { return thing.words == restWords; };
         const auto end = std::find_if(next, done.end(), isRest);
-        const double last = end != done.end() ? end->at : std::prev(end)->at + afterwards;
+        double last = end != done.end() ? end->at : 0;
+        for (auto thing = next; thing != end; ++thing)
+            last = std::max(last, thing->at + (end != done.end() ? 0 : afterwards));
         perform({next, end}, last);
         if (const auto mistake = m_play.mistake())
             throw std::invalid_argument(mistake->toStdString());

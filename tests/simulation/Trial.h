@@ -40,6 +40,7 @@ public:
 
 private:
     void doNow(const QString& words);
+    void nameRuns();
 
     FaultLog m_faults;
     Judge m_judge{m_faults};

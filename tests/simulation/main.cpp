@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "Simulation.h"
 #include "StoryFile.h"
+#include "shortest.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <iomanip>
 #include <iostream>
+#include <map>
+#include <vector>
 
 using namespace talvera::simulation;
 
@@ -18,14 +21,15 @@ struct Arguments {
     std::uint64_t first = 1;
     std::uint64_t count = 100;
     std::uint64_t leastDictations = 0;
-    bool goesOn = false; ///< beyond `count`, until there have been `leastDictations`
-    bool tells = false;  ///< the whole account of the last round
+    bool goesOn = false;  ///< beyond `count`, until there have been `leastDictations`
+    bool surveys = false; ///< goes on after violations
+    bool tells = false;   ///< the whole account of the last round
     const char* story = nullptr;
 };
 
 [[noreturn]] void usage() {
     std::cerr << "usage: simulation [--seeds FIRST COUNT [LEAST-DICTATIONS] | --dictations COUNT FIRST | "
-                 "--seed N | --story FILE]\n";
+                 "--survey FIRST COUNT | --seed N | --story FILE]\n";
     std::exit(2);
 }
 
@@ -38,6 +42,10 @@ Arguments parse(int argc, char** argv) {
         arguments.tells = true;
     } else if (argc == 3 && std::strcmp(argv[1], "--story") == 0) {
         arguments.story = argv[2];
+    } else if (argc == 4 && std::strcmp(argv[1], "--survey") == 0) {
+        arguments.first = number(2);
+        arguments.count = number(3);
+        arguments.surveys = true;
     } else if (argc == 4 && std::strcmp(argv[1], "--dictations") == 0) {
         arguments.first = number(3);
         arguments.count = 0;
@@ -77,6 +85,27 @@ int judgeStory(const char* path) {
     const auto violation = Trial().run(Story::parse(readStoryFile(QString::fromLocal8Bit(path))));
     std::cout << (violation ? violation->toStdString() : "nothing is wrong") << '\n';
     return violation ? 1 : 0;
+}
+
+/// Every kind of violation among the seeds, with the seeds in which it is.
+int survey(const Arguments& arguments) {
+    std::map<QString, std::vector<std::uint64_t>> seedsOf;
+    Tally total;
+    for (auto seed = arguments.first; seed < arguments.first + arguments.count; ++seed) {
+        Simulation simulation(seed);
+        simulation.run();
+        total += simulation.tally();
+        if (const auto& violation = simulation.violation())
+            seedsOf[kindOf(*violation)].push_back(seed);
+    }
+    for (const auto& [kind, seeds] : seedsOf) {
+        std::cout << kind.toStdString() << ':';
+        for (const auto seed : seeds)
+            std::cout << ' ' << seed;
+        std::cout << '\n';
+    }
+    print(total);
+    return seedsOf.empty() ? 0 : 1;
 }
 
 int simulate(const Arguments& arguments, const char* program) {
@@ -127,7 +156,9 @@ int simulate(const Arguments& arguments, const char* program) {
 int main(int argc, char** argv) {
     const auto arguments = parse(argc, argv);
     try {
-        return arguments.story ? judgeStory(arguments.story) : simulate(arguments, argv[0]);
+        if (arguments.story)
+            return judgeStory(arguments.story);
+        return arguments.surveys ? survey(arguments) : simulate(arguments, argv[0]);
     } catch (const std::exception& error) {
         std::cerr << error.what() << '\n';
         return 2;

@@ -15,11 +15,26 @@ std::optional<QString> valueOf(const QStringList& arguments, const QString& opti
     return index < 0 || index + 1 >= arguments.size() ? std::nullopt : std::optional(arguments[index + 1]);
 }
 
+QString textFileOf(const ToolRequest& request) {
+    return valueOf(request.process.arguments, QStringLiteral("-of")).value_or(request.wav) +
+           QStringLiteral(".txt");
+}
+
 } // namespace
 
 void FakeChildProcess::setRuns(std::vector<ToolRun> runs) {
     m_runs = std::move(runs);
     m_next = 0;
+}
+
+void FakeChildProcess::become(const FakeChildProcess& other) {
+    m_runs = other.m_runs;
+    m_next = other.m_next;
+}
+
+const ToolRun* FakeChildProcess::runFor(const QString& textFile) const {
+    const auto found = m_runFor.find(textFile);
+    return found == m_runFor.end() ? nullptr : &found->second;
 }
 
 ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
@@ -30,6 +45,8 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
         ++m_next;
         m_lastRun = script;
     }
+    const auto textFile = textFileOf(tool);
+    m_runFor[textFile] = script;
     if (script.launchFailure)
         throw *script.launchFailure;
     m_requests.push_back(tool);
@@ -45,18 +62,13 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     if (!wavBytes)
         return {2, false, false, "error: input file not found '" + tool.wav.toUtf8() + "'\n"};
     const bool hears = *wavBytes > wavHeaderBytes && !script.leavesNoFile;
-    if (hears) {
-        if (!isWarmup)
-            m_lastText = script.text;
-        leaveText(tool, script);
-    }
+    if (hears)
+        leaveText(textFile, script);
     const auto printed = hears ? '\n' + script.text : QByteArray();
     return {0, false, false, script.standardError, script.standardOutput.value_or(printed)};
 }
 
-void FakeChildProcess::leaveText(const ToolRequest& request, const ToolRun& script) {
-    const auto path = valueOf(request.process.arguments, QStringLiteral("-of")).value_or(request.wav) +
-                      QStringLiteral(".txt");
+void FakeChildProcess::leaveText(const QString& path, const ToolRun& script) {
     try {
         m_files.write(path, script.text.left(script.diskEndsAt.value_or(script.text.size())));
     } catch (const PlatformError&) {

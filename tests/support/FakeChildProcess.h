@@ -7,6 +7,7 @@
 #include "platform/system/PlatformError.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -49,6 +50,9 @@ public:
     /// The runs in order; the last one repeats.
     void setRuns(std::vector<ToolRun> runs);
 
+    /// Goes on with the runs that the other one has not come to.
+    void become(const FakeChildProcess& other);
+
     /// What a run for the program's own warm-up does, which takes none of the others' turns: as a rule it is
     /// over at once.
     ToolRun warmup{.duration = Duration::zero()};
@@ -62,18 +66,18 @@ public:
     const std::vector<ToolRequest>& requests() const { return m_requests; }
     void forgetRequests() { m_requests.clear(); }
 
-    /// The text of the last run that had one, whether or not the disk took it.
-    const QByteArray& lastText() const { return m_lastText; }
-
-    /// The run that is under way, or was last; null before the first.
+    /// The run that began last; null before the first.
     const ToolRun* lastRun() const { return m_lastRun ? &*m_lastRun : nullptr; }
+
+    /// The last run that was to write to this text file, whether or not it did; null if none was.
+    const ToolRun* runFor(const QString& textFile) const;
 
     /// The recordings that are being recognised.
     const std::vector<QString>& underWay() const { return m_underWay; }
 
 private:
     ToolRequest decoded(const ChildProcessRequest& request) const;
-    void leaveText(const ToolRequest& request, const ToolRun& script);
+    void leaveText(const QString& path, const ToolRun& script);
 
     MainActor& m_mainActor;
     FileSystem& m_files;
@@ -81,8 +85,8 @@ private:
     std::size_t m_next = 0;
     std::vector<ToolRequest> m_requests;
     std::function<void(const ToolRequest&)> m_onRun;
-    QByteArray m_lastText;
     std::optional<ToolRun> m_lastRun;
+    std::map<QString, ToolRun> m_runFor;
     std::vector<QString> m_underWay;
 };
 

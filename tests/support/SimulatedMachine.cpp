@@ -27,6 +27,8 @@ SimulatedMachine::SimulatedMachine(AfterDeath, const SimulatedMachine& before)
         clipboard.setString(*text); // a program of its own serves it
     m_names = before.m_names;
     makeEverythingWork();
+    microphone.secondsPerRecording = before.microphone.secondsPerRecording;
+    tool.become(before.tool);
 }
 
 void SimulatedMachine::makeEverythingWork() {

@@ -37,8 +37,9 @@ public:
     /// The tag of what follows an agent's death.
     struct AfterDeath {};
     /// The machine on which the agent of `before` has been killed at this moment: the disk, the preferences
-    /// that were saved, the windows and the user's fingers are as they were, and everything works again. What
-    /// the next start finds of the dead agent's files it removes, and it gets a directory of its own.
+    /// that were saved, the windows and the user's fingers are as they were, the user speaks and the
+    /// recogniser hears as before, and everything works again. What the next start finds of the dead agent's
+    /// files it removes, and it gets a directory of its own.
     SimulatedMachine(AfterDeath, const SimulatedMachine& before);
     SimulatedMachine(const SimulatedMachine&) = delete;
     SimulatedMachine& operator=(const SimulatedMachine&) = delete;

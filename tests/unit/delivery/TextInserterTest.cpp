@@ -170,8 +170,14 @@ TEST_F(TextInserterTest, strokeThatCantBeMade_isSkippedAndItsWaitsStillRun) {
     EXPECT_EQ(keys.text(), "ac");
     ASSERT_EQ(eventTimes.size(), 4U);
     EXPECT_DOUBLE_EQ(eventTimes[2], 0.054);
-    EXPECT_TRUE(pasteboard.history().isEmpty());
-    EXPECT_TRUE(shown.empty());
+}
+
+TEST_F(TextInserterTest, textWithoutOneOfItsStrokes_isOnTheClipboardWholeAndThatIsSaid) {
+    keys.canPost = [](const test::PostedKeyEvent& event) { return event.chunk != "b"; };
+    inserter.insert("abc", ResolvedMode::Typewriter, editorSnapshot);
+    finishJobs();
+    EXPECT_EQ(pasteboard.string(), "abc");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotPossible}}));
 }
 
 TEST_F(TextInserterTest, noStrokeThatCanBeMade_leavesTheTextOnTheClipboardAndSaysSo) {

@@ -229,6 +229,24 @@ TEST_F(WhisperRunnerTest, fileThatCantBeDeleted_stillGivesTheText) {
     EXPECT_TRUE(files.exists(textFile));
 }
 
+TEST_F(WhisperRunnerTest, fileOfAnEarlierPassThatCantBeDeleted_isNotTakenForThisOnes) {
+    ToolRun first;
+    first.text = "Hallo";
+    ToolRun second;
+    second.leavesNoFile = true;
+    tool.setRuns({first, second});
+    files.failRemovals(textFile, EACCES);
+    EXPECT_EQ(transcribe(), "Hallo");
+    EXPECT_EQ(failure().kind(), WhisperError::Kind::OutputUnreadable);
+}
+
+TEST_F(WhisperRunnerTest, secondPass_writesOverAFileThatCantBeDeleted) {
+    tool.setRuns({{"Hallo"}, {" Hello\n"}});
+    files.failRemovals(textFile, EACCES);
+    EXPECT_EQ(transcribe(), "Hallo");
+    EXPECT_EQ(transcribe(), "Hello");
+}
+
 TEST_F(WhisperRunnerTest, missingRecording_isReportedByTheTool) {
     const auto error = failure("/tmp/none.wav");
     EXPECT_EQ(error.kind(), WhisperError::Kind::ProcessFailed);
