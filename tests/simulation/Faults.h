@@ -41,6 +41,12 @@ enum class Fault {
     DirectoryGone,
     StatisticsRefused,
     PreferencesRefused,
+    ModelCame, ///< by a download
+    ModelCameInHalf,
+    DownloadBroken,
+    DownloadOffline,
+    DownloadCancelled,
+    KilledDownloading,
     KilledIdle,
     KilledRecording,
     KilledRecognising,

@@ -103,6 +103,10 @@ private:
     void judgeRecords(bool isOneDue);
     void judgeFiles();
     void judgeHUDAtRest();
+    void judgeWizard();
+    void judgeModel();
+    void judgePressWithoutModel();
+    void judgeDownloads();
     void expectNotice(const QString& part);
 
     /// Where the next recording would belong.
@@ -129,6 +133,7 @@ private:
     std::uint64_t m_recordsDue = 0; ///< in the statistics
     std::uint64_t m_recordsWritten = 0;
     std::optional<Instant> m_hotkeyUp;
+    Instant m_modelGone = Instant::min();    ///< if it is missing
     std::optional<Instant> m_microphoneLost; ///< and not told yet
     bool m_listeningMayStay = false;
     bool m_saveFailed = false;

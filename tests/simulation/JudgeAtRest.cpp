@@ -30,6 +30,9 @@ void Judge::judgeRest() {
     if (const auto* panel = m_world->windows.menuPanel(); panel && panel->isVisible())
         complain(QStringLiteral("at rest the panel is open"));
     judgeHUDAtRest();
+    judgeWizard();
+    judgeModel();
+    judgeDownloads();
     judgeFiles();
     m_texts.judgeRest();
     m_releasesExcused = m_launchFailuresExcused = false;
@@ -92,6 +95,7 @@ void Judge::seeDeath() {
     m_microphoneLost.reset();
     m_listeningMayStay = m_saveFailed = false;
     m_recordsDue = m_recordsWritten;
+    m_modelGone = Instant::min();
 }
 
 /// What the user has set the next agent knows, if the disk has always taken it.

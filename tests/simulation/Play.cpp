@@ -66,6 +66,8 @@ void Play::kill() {
 
 void Play::noteDeath() {
     using State = MenuBarController::State;
+    if (m_world->network.isBusy())
+        m_faults.note(Fault::KilledDownloading);
     switch (m_world->agent().menuBar.state.get()) {
     case State::Recording:
         m_faults.note(Fault::KilledRecording);

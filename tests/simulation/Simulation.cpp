@@ -76,7 +76,10 @@ void Simulation::chooseSettings() {
     const auto one = [this](std::initializer_list<const char*> values) {
         return QStringLiteral("\"%1\"").arg(QString::fromUtf8(m_dice.pick(values)));
     };
-    set("hasOnboarded", truth(m_dice.chance(0.9)));
+    m_isNew = m_dice.chance(0.1);
+    set("hasOnboarded", truth(!m_isNew));
+    if (m_isNew && m_dice.chance(0.5))
+        m_given << QStringLiteral("the model is missing") << download();
     set("hotkeyBinding", randomBinding());
     m_isTapMode = m_dice.chance(0.3);
     set("hotkeyTapToToggle", truth(m_isTapMode));
@@ -102,6 +105,7 @@ void Simulation::playRound() {
     else
         scheduleHolds();
     scheduleDisturbances();
+    scheduleWizard();
     double end = m_roundStart + roundSeconds;
     for (const auto& thing : m_round)
         end = std::max(end, thing.at);

@@ -46,6 +46,9 @@ private:
     void scheduleHolds();
     void scheduleTaps();
     void scheduleDisturbances();
+    void scheduleWizard();
+    QString wizardStep();
+    QString download();
     void scheduleDesktop(const Hold& hold);
     void scheduleFaults(const Hold& hold);
     void scheduleRelease(double at);
@@ -69,6 +72,7 @@ private:
     Trial m_trial;
     int m_texts = 0;
     bool m_isTapMode = false;
+    bool m_isNew = false;       ///< the user has not finished the wizard
     bool m_isLong = false;      ///< what is said comes to the recogniser in parts
     double m_firstDuration = 0; ///< of the round's first run of the recogniser
     double m_roundStart = 0;

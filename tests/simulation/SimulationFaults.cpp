@@ -8,7 +8,7 @@ namespace talvera::simulation {
 namespace {
 
 // As many as a round may need, so that none repeats.
-constexpr int toolRuns = 10;
+constexpr int toolRuns = 12;
 constexpr int toolRunsOfParts = 24;
 
 } // namespace
@@ -134,11 +134,9 @@ QString Simulation::disturbance() {
     case 13:
         return QStringLiteral("the model is missing");
     case 14:
-        return QStringLiteral("the wizard suspends the hotkey");
     case 15:
-        return QStringLiteral("the wizard takes the hotkey");
     case 16:
-        return QStringLiteral("the wizard lets go of the hotkey");
+        return wizardStep();
     case 17:
         return QString::fromLatin1(m_dice.pick({"click the card away", "click the card's button"}));
     case 18:

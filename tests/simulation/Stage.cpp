@@ -5,8 +5,6 @@
 #include "hotkeys/HotkeyManager.h"
 #include "hotkeys/TranslateToggleHotkey.h"
 #include "shell/hud/DictationHUDController.h"
-#include "shell/onboarding/OnboardingController.h"
-#include "shell/readiness/ReadinessMonitor.h"
 
 #include <exception>
 #include <stdexcept>
@@ -20,6 +18,7 @@ Stage::Stage(test::SimulatedWorld& world, FaultLog& faults)
     learnTheUser();
     learnTheHotkey();
     learnTheWizard();
+    learnTheDownload();
     learnTheDesktop();
     learnTheFocus();
     learnTheWaysToText();
@@ -181,20 +180,6 @@ void Stage::letGo() {
     hotkeyUp(false);
     if (m_world.agent().hotkey.isPressed())
         m_world.keyboard.tap(VirtualKey::CapsLock);
-}
-
-void Stage::learnTheWizard() {
-    meansForAgent("the wizard suspends the hotkey",
-                  [this](const auto&) { m_world.agent().onboarding.suspendHotkey.set(true); });
-    meansForAgent("the wizard takes the hotkey",
-                  [this](const auto&) { m_world.agent().onboarding.captureHotkey.set(true); });
-    meansForAgent("the wizard lets go of the hotkey", [this](const auto&) {
-        m_world.agent().onboarding.suspendHotkey.set(false);
-        m_world.agent().onboarding.captureHotkey.set(false);
-    });
-    meansForAgent("the permissions are looked at",
-                  [this](const auto&) { m_world.agent().readiness.refresh(); });
-    meansForAgent("everything works again", [this](const auto&) { makeEverythingWork(); });
 }
 
 } // namespace talvera::simulation

@@ -63,6 +63,8 @@ private:
     void means(const char* pattern, Action action);
     /// The same, for what the agent does in a turn of its main thread.
     void meansForAgent(const char* pattern, Action action);
+    /// The same, for what the user does in the wizard, if that is open.
+    void inWizard(const char* pattern, std::function<void(OnboardingModel&)> action);
     const Verb* verbFor(const QString& words) const;
     void run(const Action& action, const QString& words, const QStringList& arguments);
     bool isTyping() const { return m_world.keys.openSessions() > 0; }
@@ -70,6 +72,7 @@ private:
     void learnTheUser();
     void learnTheHotkey();
     void learnTheWizard();
+    void learnTheDownload();
     void learnTheDesktop();
     void learnTheFocus();
     void learnTheWaysToText();
@@ -82,6 +85,7 @@ private:
     void hotkeyUp(bool modifierFirst);
     void letGo();
     void startAgain();
+    void closeWizard();
     void makeEverythingWork();
     void watchRefusals();
     void noteFocus(const test::SimulatedWindow& before);

@@ -2,7 +2,6 @@
 #include "Stage.h"
 
 #include "platform/system/PlatformError.h"
-#include "shell/onboarding/OnboardingController.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "speech/WhisperRunner.h"
 
@@ -166,8 +165,9 @@ void Stage::makeEverythingWork() {
     m_world.microphonePermission.current = AuthorizationStatus::Authorized;
     m_world.access.trusted = true;
     m_world.agent().readiness.refresh();
-    m_world.agent().onboarding.suspendHotkey.set(false);
-    m_world.agent().onboarding.captureHotkey.set(false);
+    m_world.network.serve(m_world.modelSource.main.url, {test::SimulatedMachine::wholeModel});
+    m_world.network.setOnline(true);
+    closeWizard();
     if (auto* panel = m_world.windows.menuPanel(); panel && panel->isVisible())
         panel->onKeyDown(Qt::Key_Escape);
     letGo();

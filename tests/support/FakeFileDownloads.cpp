@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "FakeFileDownloads.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace talvera::test {
@@ -90,6 +91,8 @@ void FakeFileDownloads::Transfer::answer(const FakeReply& reply) {
         return;
     }
     m_owner.m_actor.startTimer(reply.takes, [self = shared_from_this(), reply] {
+        if (self->isRunning() && self->m_owner.onEnd)
+            self->m_owner.onEnd(reply);
         if (reply.failure)
             self->fail(*reply.failure);
         else
@@ -129,6 +132,11 @@ void FakeFileDownloads::removeAbandoned(const QString& directory) {
 
 void FakeFileDownloads::serve(const QUrl& url, const FakeReply& reply) {
     m_replies.insert_or_assign(url, reply);
+}
+
+bool FakeFileDownloads::isBusy() const {
+    return std::any_of(transfers.begin(), transfers.end(),
+                       [](const auto& transfer) { return transfer->isRunning(); });
 }
 
 void FakeFileDownloads::setOnline(bool online) {

@@ -71,6 +71,12 @@ public:
     /// Whether there is a network; downloads wait for it.
     void setOnline(bool online);
 
+    /// A download is under way.
+    bool isBusy() const;
+
+    /// Called when the server has answered one that is under way, before it is told.
+    std::function<void(const FakeReply&)> onEnd;
+
 private:
     class Task;
     class File;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SimulatedMachine.h"
 
+#include <QCryptographicHash>
+
 #include <cmath>
 
 namespace talvera::test {
@@ -32,6 +34,10 @@ SimulatedMachine::SimulatedMachine(AfterDeath, const SimulatedMachine& before)
 }
 
 void SimulatedMachine::makeEverythingWork() {
+    static const auto digest =
+        QString::fromLatin1(QCryptographicHash::hash(wholeModel, QCryptographicHash::Sha256).toHex());
+    modelSource.main = {QUrl(QStringLiteral("https://models.example.org/ggml-medium-q5_0.bin")), digest,
+                        wholeModel.size()};
     disk.addExecutable(directories.resources + QStringLiteral("/Resources/whisper-cli"));
     setModelReady(true);
     accessibility.onRead = [this] {
@@ -49,7 +55,7 @@ void SimulatedMachine::setModelReady(bool ready) {
     const auto model = models + QStringLiteral("/ggml-medium-q5_0.bin");
     if (ready) {
         disk.createDirectories(models + QStringLiteral("/ggml-medium-encoder.mlmodelc"));
-        disk.write(model, "model");
+        disk.write(model, wholeModel);
     } else if (disk.exists(model)) {
         disk.remove(model);
     }

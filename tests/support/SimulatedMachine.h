@@ -44,6 +44,8 @@ public:
     SimulatedMachine(const SimulatedMachine&) = delete;
     SimulatedMachine& operator=(const SimulatedMachine&) = delete;
 
+    /// The model that is published.
+    static inline const QByteArray wholeModel = "the model";
     /// Puts the model on disk, or takes it away.
     void setModelReady(bool ready);
     /// Whether what has the focus can take text.
@@ -93,8 +95,7 @@ public:
     FakeNotifier notifier{actor};
     FakeUpdateService updates{actor};
     FakeFileDownloads network{actor, disk};
-    ModelSource modelSource =
-        ModelSource::of(QUrl(QStringLiteral("https://models.example.org/ggml-medium-q5_0.bin")));
+    ModelSource modelSource;
     FakeLoginItem loginItem;
     FakeSoundPlayer sounds;
     FakeApplicationHost application;

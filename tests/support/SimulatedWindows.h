@@ -12,16 +12,24 @@
 
 namespace talvera::test {
 
-/// A wizard's window that tells when it is brought up.
+/// A wizard's window that tells when it is brought up, and when it has gone.
 class FakeWizardWindow final : public WizardWindow {
 public:
-    explicit FakeWizardWindow(std::function<void()> onFront)
-        : m_onFront(std::move(onFront)) {}
+    FakeWizardWindow(OnboardingModel& model, std::function<void()> onFront,
+                     std::function<void(FakeWizardWindow*)> onGone)
+        : m_model(model)
+        , m_onFront(std::move(onFront))
+        , m_onGone(std::move(onGone)) {}
+    ~FakeWizardWindow() override { m_onGone(this); }
 
+    /// What it shows, and what its controls do.
+    OnboardingModel& model() { return m_model; }
     void bringToFront() override { m_onFront(); }
 
 private:
+    OnboardingModel& m_model;
     std::function<void()> m_onFront;
+    std::function<void(FakeWizardWindow*)> m_onGone;
 };
 
 /// The agent's windows on the virtual clock, seen by nobody.
@@ -36,6 +44,8 @@ public:
     /// The HUD and the panel that were made last; null before the first.
     const SimulatedHUDPanel* hudPanel() const { return m_hudPanel; }
     FakeMenuPanelWindow* menuPanel() const { return m_menuPanel; }
+    /// The wizard's window, while there is one.
+    FakeWizardWindow* wizard() const { return m_wizard; }
 
     int hudPanelsMade = 0;
 
@@ -54,17 +64,25 @@ public:
         m_menuPanel = made.get();
         return made;
     }
-    std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel&) override {
-        return std::make_unique<FakeWizardWindow>([this] {
+    std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel& model) override {
+        const auto onFront = [this] {
             if (onOnboardingWindow)
                 onOnboardingWindow();
-        });
+        };
+        const auto onGone = [this](const FakeWizardWindow* gone) {
+            if (m_wizard == gone)
+                m_wizard = nullptr;
+        };
+        auto made = std::make_unique<FakeWizardWindow>(model, onFront, onGone);
+        m_wizard = made.get();
+        return made;
     }
 
 private:
     SimulatedMainActor& m_actor;
     SimulatedHUDPanel* m_hudPanel = nullptr;
     FakeMenuPanelWindow* m_menuPanel = nullptr;
+    FakeWizardWindow* m_wizard = nullptr;
 };
 
 } // namespace talvera::test
