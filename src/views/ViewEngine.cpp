@@ -39,6 +39,9 @@ void ViewEngine::prepareProcess() {
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     // Qt draws 5 ms after it was asked to; at once costs a wake-up less, which shows while the meter moves.
     qputenv("QT_QPA_UPDATE_IDLE_TIME", "0");
+    // Each thread would get a heap of its own and keep what it once needed, some megabytes for QML and for a
+    // download.
+    ::mallopt(M_ARENA_MAX, 1);
     // Qt looks once, at the start, whether a program wants accessibility, and screen readers may start later.
     qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1");
 }

@@ -11,10 +11,12 @@ Column {
     property string label              ///< what the shortcut is for, as screen readers say it
     property string absent             ///< what stands there when no shortcut is set
     property bool showsShortcut: true  ///< else the field only invites to record
+    property bool invites: true        ///< says beside the shortcut, too, how another one is recorded
     property bool showsRefusal: true   ///< else whoever uses the field shows what would stand below it
 
     readonly property bool isRecording: recorder.isRecording
     readonly property bool isBoundChordSaid: recorder.boundChord !== ""
+    readonly property real fieldWidth: field.implicitWidth ///< that its words take
 
     function record() {
         field.record()
@@ -79,6 +81,7 @@ Column {
             }
             Caption {
                 anchors.verticalCenter: parent.verticalCenter
+                visible: control.invites || !field.hasCaps || field.recorder.isArmed
                 text: field.recorder.prompt
                 color: field.recorder.isArmed ? Theme.text : Theme.textSecondary
             }

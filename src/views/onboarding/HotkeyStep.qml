@@ -57,13 +57,14 @@ FocusScope {
             }
             trailing: Loader {
                 id: field
-                width: 216
+                width: item ? Math.max(216, (item as HotkeyRecorder).fieldWidth) : 0
                 active: step.hotkey.recorder
                 // qmllint disable unqualified
                 sourceComponent: HotkeyRecorder {
                     recorder: step.hotkey.recorder
                     label: custom.label
                     showsShortcut: custom.selected
+                    invites: false
                     showsRefusal: false
                 }
                 // qmllint enable unqualified

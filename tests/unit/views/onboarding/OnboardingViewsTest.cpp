@@ -73,6 +73,15 @@ protected:
             EXPECT_TRUE(QRectF(QPointF(), view->size()).contains(placeOf(*text)))
                 << state << ": " << qPrintable(text->property("text").toString());
         }
+        for (const auto* cap : shownOfType("KbdCap")) {
+            const auto rows = shownOfType("HotkeyRow");
+            EXPECT_TRUE(rows.empty() ||
+                        std::any_of(rows.begin(), rows.end(),
+                                    [&](const auto* row) {
+                                        return placeOf(*row).adjusted(200, 0, -12, 0).contains(placeOf(*cap));
+                                    }))
+                << state << ": a cap stands out of its row";
+        }
         const auto navigation = placeOf(*shownOfType("NavigationRow").at(0));
         for (const auto& type : {"BenefitPermissionCard", "HotkeyRow", "FileRow", "HoldButton", "NoteLine"}) {
             for (const auto* item : shownOfType(type))
