@@ -180,12 +180,12 @@ TEST_F(Recorder, chordThatIsBound_isSaidHoweverLongItIsHeldAndTheFieldListensOn)
     arm();
     for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
         keys.press(key);
-    shown("label", "Ctrl+Alt+Space is set already — press another one");
+    shown("alert", "Ctrl+Alt+Space is set already — press another one");
     EXPECT_TRUE(listens());
     for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
         keys.release(key);
     tapAll({Key::leftControl, Key::leftAlt, Key::leftSuper, Key::t});
-    shown("label", "Ctrl+Alt+Super+T switches translation — press another one");
+    shown("alert", "Ctrl+Alt+Super+T switches translation — press another one");
     EXPECT_TRUE(becomes("targetLanguageCode", "off"));
     EXPECT_TRUE(listens());
     tapAll({Key::leftControl, Key::k});
