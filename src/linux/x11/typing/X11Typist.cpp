@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/typing/X11Typist.h"
 
+#include "linux/x11/server/ServerGrab.h"
 #include "linux/x11/server/serverNotes.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -43,6 +44,11 @@ milliseconds patienceWith(KeyDestination destination) {
         return elsewherePatience;
     }
     return std::chrono::hours(1);
+}
+
+bool isBeyondBasicPlane(XKeysym symbol) {
+    // Unicode symbols are 0x01000000 and the code point.
+    return symbol >= XKeysym{0x01010000} && symbol <= XKeysym{0x0110ffff};
 }
 
 /// The keys that our own hotkeys would take from us.
@@ -112,30 +118,39 @@ X11Typist::~X11Typist() {
 
 PostResult X11Typist::press(std::size_t position, bool withShift) {
     release();
-    if (const auto refusal = awaitKeyboard())
-        return *refusal;
-    followKeyboard();
     const XKeysym symbol = m_symbols[position];
-    std::optional<KeyStroke> stroke = findStroke(symbol);
-    if (!stroke && symbol != noKeysym) {
-        lendFrom(position);
-        if (const auto refusal = awaitKeyboard()) // that has taken its time
+    letReadBefore(symbol);
+    for (bool hasLent = false;;) {
+        if (const auto refusal = awaitKeyboard())
             return *refusal;
-        stroke = findStroke(symbol);
+        followKeyboard();
+        const auto stroke = findStroke(symbol, withShift);
+        if (!stroke && (symbol == noKeysym || std::exchange(hasLent, true)))
+            return PostResult::NotMakeable;
+        if (!stroke)
+            lendFrom(position); // which takes its time
+        else if (pressUndisturbed(*stroke))
+            return PostResult::Posted;
     }
-    if (stroke && withShift) {
-        const auto shift = m_layout.find(XKeysym{XKB_KEY_Shift_L}, m_group);
-        stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
-    }
-    if (!stroke)
-        return PostResult::NotMakeable;
-    for (const XKeycode modifier : stroke->modifiers)
+}
+
+/// False when another window has got the focus, or the user has a chord down, since that was looked at: then
+/// nothing is pressed. No program can move the focus between this last look and the key.
+bool X11Typist::pressUndisturbed(const KeyStroke& stroke) {
+    X11Connection& connection = m_keyboard.connection();
+    const ServerGrab grab(connection);
+    const auto focusQuestion = xcb_get_input_focus(connection.get());
+    const ModifierGuard::Look keyboard = m_guard.look();
+    const auto focus = connection.reply<xcb_get_input_focus_reply_t>(focusQuestion);
+    const bool isAtTarget = focus && (!m_target || focus->focus == m_focus.targetWindow());
+    if (!isAtTarget || keyboard.isInUseByUser || keyboard.group != m_group)
+        return false;
+    for (const XKeycode modifier : stroke.modifiers)
         m_keyboard.press(modifier);
-    m_keyboard.press(stroke->key);
-    m_keyboard.connection().flush();
-    m_pressed = std::move(stroke);
+    m_keyboard.press(stroke.key);
+    m_pressed = stroke;
     m_hasTyped = true;
-    return PostResult::Posted;
+    return true;
 }
 
 std::optional<PostResult> X11Typist::awaitKeyboard() {
@@ -184,11 +199,16 @@ void X11Typist::followKeyboard() {
     }
 }
 
-std::optional<KeyStroke> X11Typist::findStroke(XKeysym symbol) {
-    if (auto stroke = m_layout.find(symbol, m_group))
+std::optional<KeyStroke> X11Typist::findStroke(XKeysym symbol, bool withShift) {
+    auto stroke = m_layout.find(symbol, m_group);
+    if (!stroke) {
+        const auto spare = m_spares.find(symbol);
+        stroke = spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
+    }
+    if (!stroke || !withShift)
         return stroke;
-    const auto spare = m_spares.find(symbol);
-    return spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
+    const auto shift = m_layout.find(XKeysym{XKB_KEY_Shift_L}, m_group);
+    return shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
 }
 
 void X11Typist::lendFrom(std::size_t position) {
@@ -206,6 +226,15 @@ void X11Typist::lendFrom(std::size_t position) {
     m_spares.lend(wanted);
     awaitReading();
     m_keymapWatch.hasChanged(); // the change that we have just made is no news
+}
+
+/// LibreOffice collects characters of 16 bits as long as more keys are waiting, and lets larger ones overtake
+/// them: of a family of emojis the joiners would come last.
+void X11Typist::letReadBefore(XKeysym symbol) {
+    if (!isBeyondBasicPlane(symbol))
+        m_hasTypedBasic = true;
+    else if (std::exchange(m_hasTypedBasic, false))
+        awaitReading();
 }
 
 void X11Typist::awaitReading() {

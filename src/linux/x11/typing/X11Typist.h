@@ -44,8 +44,10 @@ public:
 
 private:
     void followKeyboard();
-    std::optional<KeyStroke> findStroke(XKeysym symbol);
+    std::optional<KeyStroke> findStroke(XKeysym symbol, bool withShift);
+    bool pressUndisturbed(const KeyStroke& stroke);
     void lendFrom(std::size_t position);
+    void letReadBefore(XKeysym symbol);
     void awaitReading();
     /// Waits until the next key comes alone and goes to the target. Answers why it can't, if so.
     std::optional<PostResult> awaitKeyboard();
@@ -63,7 +65,8 @@ private:
     std::optional<KeyFilterGuard> m_filterGuard; ///< once typing has begun
     std::uint8_t m_group = 0;
     std::optional<KeyStroke> m_pressed;
-    bool m_hasTyped = false; ///< something since the last barrier
+    bool m_hasTyped = false;      ///< something since the last barrier
+    bool m_hasTypedBasic = false; ///< characters of the basic plane since one beyond it
     std::chrono::milliseconds m_patience;
 };
 
