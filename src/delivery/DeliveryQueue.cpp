@@ -86,25 +86,25 @@ public:
     }
 
 private:
-    /// Answers why it has stopped, if it has.
+    /// Answers why not the whole text has been typed, if so.
     std::optional<Kind> typeChunks(const QString& text, const TypingTargetPtr& target) {
         const auto chunks = typewriterChunks(text);
         if (chunks.isEmpty())
             return std::nullopt;
         const auto session = m_parts.keys.beginTyping(chunks, target);
-        bool hasTyped = false;
+        bool isWhole = true;
         // A stroke that can't be made keeps its time, so that the pace of the rest stays the same.
         for (qsizetype index = 0; index < chunks.size(); ++index) {
             const auto down = session->post(index, KeyPhase::Down);
             if (const auto end = endOf(down))
                 return end;
-            hasTyped = hasTyped || down == PostResult::Posted;
+            isWhole = isWhole && down == PostResult::Posted;
             m_parts.typing.sleep(keyHold);
             if (const auto end = endOf(session->post(index, KeyPhase::Up)))
                 return end;
             m_parts.typing.sleep(keyPause);
         }
-        return hasTyped ? std::nullopt : std::optional(Kind::ClipboardNotPossible);
+        return isWhole ? std::nullopt : std::optional(Kind::ClipboardNotPossible);
     }
 
     /// That a program asks for the text is the only proof that it was pasted.
