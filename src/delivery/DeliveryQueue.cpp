@@ -86,7 +86,7 @@ public:
     }
 
 private:
-    /// Answers why it has stopped, if it has.
+    /// Answers why not the whole text has been typed, if so.
     std::optional<Kind> typeChunks(const QString& text, const TypingTargetPtr& target) {
         const auto chunks = typewriterChunks(text);
         if (chunks.isEmpty())

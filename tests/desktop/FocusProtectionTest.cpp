@@ -25,7 +25,8 @@ protected:
     RecogniserGate gate;
 };
 
-/// On a desktop of its own: after Alt+Tab the window manager doesn't give new windows the focus.
+/// On a desktop of its own: after Alt+Tab openbox takes the user to be at work in the window that they have
+/// switched to, and gives new ones no focus.
 class FocusLeftWhileTyping : public FocusProtection {};
 
 } // namespace
@@ -103,8 +104,7 @@ TEST_F(FocusLeftWhileTyping, restIsTypedNowhereAndAllIsOnTheClipboard) {
     EXPECT_TRUE(clipboardBecomes(sentence));
     EXPECT_LT(editor->text().size(), sentence.size());
     EXPECT_TRUE(sentence.startsWith(editor->text())) << editor->text().toStdString();
-    // One key may be on its way to the server when the focus moves; none is posted after that.
-    EXPECT_LE(other.text().size(), 1) << other.text().toStdString();
+    EXPECT_EQ(other.text(), "");
 }
 
 TEST_F(FocusProtection, windowOpenedBetweenDictations_getsTheSecondOne) {

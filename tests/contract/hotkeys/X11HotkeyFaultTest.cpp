@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -62,10 +63,10 @@ TEST_F(X11HotkeyFault, mainThreadStalledFor5Seconds_leavesTheKeyboardAlive) {
     EXPECT_EQ(keyboard.window().takeKeys(), (Keys{"-64", "-37", "+38", "-38"}));
     // The main thread is here, and does not listen. Then the chord is the application's.
     while (!keyboard.canBeGrabbed(Key::space, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1))
-        std::this_thread::yield();
-    EXPECT_LT(stall.elapsed(), 2000);
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_LT(stall.elapsed(), 4000) << "a second, and what a busy machine adds";
     expectKeyboardIsWhole();
-    std::this_thread::sleep_for(std::chrono::milliseconds(5000 - stall.elapsed()));
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::max<qint64>(0, 5000 - stall.elapsed())));
     expectKeyboardIsWhole();
 
     EXPECT_EQ(takeCalls(), Calls{"end"}); // late, but never lost

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <optional>
 #include <thread>
 
@@ -48,6 +50,33 @@ protected:
 
     X11KeyEventPoster poster{X11Server()};
 };
+
+/// Moves the focus to one window and back to the other, many times between two keys.
+class Flicker {
+public:
+    Flicker(xcb_window_t target, xcb_window_t other)
+        : m_thread([this, target, other] {
+            while (!m_isOver) {
+                for (const xcb_window_t window : {other, target}) {
+                    xcb_set_input_focus(m_connection->get(), XCB_INPUT_FOCUS_POINTER_ROOT, window,
+                                        XCB_CURRENT_TIME);
+                    m_connection->roundTrip(); // so that others have their turn in between
+                }
+            }
+        }) {}
+    ~Flicker() {
+        m_isOver = true;
+        m_thread.join();
+    }
+
+private:
+    const std::unique_ptr<X11Connection> m_connection = X11Server().connect();
+    std::atomic<bool> m_isOver = false;
+    std::thread m_thread;
+};
+
+/// On a desktop of its own: in the end the window manager has all those moves to work off.
+class FlickeringFocus : public LostTarget {};
 
 } // namespace
 
@@ -178,4 +207,26 @@ TEST_F(LostTarget, pasteChord_isNotPressedElsewhere) {
     second.show(Program::Kind::Managed);
     EXPECT_EQ(poster.postPaste(KeyPhase::Down, target), PostResult::TargetLost);
     EXPECT_TRUE(second.keyPresses().empty());
+}
+
+TEST_F(FlickeringFocus, noKeyGoesToTheOtherWindow) {
+    Program other;
+    const xcb_window_t otherWindow = other.show(Program::Kind::Managed);
+    Program program;
+    const xcb_window_t window = program.show(Program::Kind::Managed);
+    const auto target = poster.focusedTarget();
+    const HeldUpWindowManager heldUp; // as fast as it may be, it is not so fast
+    const QStringList keys(300, QStringLiteral("a"));
+    {
+        const Flicker flicker(window, otherWindow);
+        const auto session = poster.beginTyping(keys, target);
+        for (qsizetype key = 0; key < keys.size(); ++key) {
+            // On a busy machine the focus may be elsewhere for so long that the target counts as lost.
+            while (session->post(key, KeyPhase::Down) == PostResult::TargetLost) {
+            }
+            session->post(key, KeyPhase::Up);
+        }
+    }
+    EXPECT_EQ(program.keyPresses().size(), std::size_t(keys.size()));
+    EXPECT_TRUE(other.keyPresses().empty()) << other.keyPresses().size() << " keys";
 }

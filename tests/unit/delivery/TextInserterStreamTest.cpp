@@ -59,6 +59,19 @@ TEST_F(StreamTest, focusLostBetweenParts_typesNoMoreAndLeavesAllPartsOnTheClipbo
     EXPECT_EQ(shown, notices({{Kind::ClipboardFocusLost}})) << "told once";
 }
 
+TEST_F(StreamTest, strokeThatCantBeMadeInAPart_leavesAllPartsOnTheClipboardAndTellsOnce) {
+    keys.canPost = [](const test::PostedKeyEvent& event) { return event.chunk != "b"; };
+    auto parts = stream(ResolvedMode::Typewriter);
+    for (const char* part : {"a", "bc", "d", "b"})
+        parts.append(part);
+    parts.finish();
+    finishJobs();
+    EXPECT_EQ(keys.text(), "ac");
+    EXPECT_EQ(pasteboard.string(), "abcdb");
+    EXPECT_EQ(shown, notices({{Kind::ClipboardNotPossible}}));
+    EXPECT_TRUE(handedOver.empty());
+}
+
 TEST_F(StreamTest, laterPartThatIsPastedAndNotTaken_leavesAllPartsOnTheClipboard) {
     keys.typesFaithfully = false;
     auto parts = stream(ResolvedMode::Typewriter);

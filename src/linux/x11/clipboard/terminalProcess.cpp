@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/clipboard/terminalProcess.h"
 
+#include "linux/support/processes.h"
+
 #include <algorithm>
-#include <charconv>
 #include <filesystem>
-#include <fstream>
-#include <map>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -16,37 +14,6 @@ namespace talvera {
 namespace {
 
 constexpr std::size_t mostHelpers = 1000;
-
-std::optional<pid_t> numberOf(const std::string& name) {
-    pid_t number = 0;
-    const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), number);
-    return error == std::errc() && end == name.data() + name.size() ? std::optional(number) : std::nullopt;
-}
-
-std::optional<pid_t> parentOf(const std::filesystem::path& process) {
-    std::ifstream file(process / "stat");
-    std::string line;
-    std::getline(file, line);
-    const std::size_t name = line.rfind(") "); // which may hold anything
-    pid_t parent = 0;
-    if (name == std::string::npos || name + 4 >= line.size())
-        return std::nullopt;
-    std::from_chars(line.data() + name + 4, line.data() + line.size(), parent); // behind the state's letter
-    return parent;
-}
-
-std::multimap<pid_t, pid_t> childrenByParent() {
-    std::multimap<pid_t, pid_t> children;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry("/proc", error), end; !error && entry != end;
-         entry.increment(error)) {
-        const auto process = numberOf(entry->path().filename().string());
-        const auto parent = process ? parentOf(entry->path()) : std::nullopt;
-        if (parent)
-            children.emplace(*parent, *process);
-    }
-    return children;
-}
 
 bool holdsTerminal(pid_t process) {
     std::error_code error;

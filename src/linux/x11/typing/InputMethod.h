@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <set>
+#include <sys/types.h>
+
 namespace talvera {
 
 class X11Connection;
@@ -15,5 +18,8 @@ enum class InputMethod {
 
 /// The one that has announced itself at the X server, as all do for programs that know no other way to them.
 InputMethod inputMethod(X11Connection& connection);
+
+/// The processes on this machine that such methods consist of; none that are our own.
+std::set<pid_t> inputMethodProcesses(X11Connection& connection);
 
 } // namespace talvera

@@ -82,6 +82,7 @@ KeyDestination KeyboardFocus::destination(const X11Target& target) {
             return KeyDestination::Elsewhere;
         listenTo(now.focus, true);
     }
+    m_targetWindow = now.focus;
     return m_isGrabbed ? grabDestination(target) : KeyDestination::Target;
 }
 

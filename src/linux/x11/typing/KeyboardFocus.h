@@ -4,6 +4,7 @@
 #include "linux/x11/server/X11Connection.h"
 #include "platform/keyboard/KeyEventPoster.h"
 
+#include <atomic>
 #include <chrono>
 #include <memory>
 #include <mutex>
@@ -54,6 +55,9 @@ public:
     /// One round trip, as long as nothing has changed. Pop-ups of the target's application are the target.
     KeyDestination destination(const X11Target& target);
 
+    /// The window of the target that had the focus when destination() last answered so. Never waits.
+    xcb_window_t targetWindow() const { return m_targetWindow; }
+
 private:
     struct Place {
         xcb_window_t active = XCB_NONE;
@@ -83,6 +87,7 @@ private:
     const std::chrono::milliseconds m_patience;
     std::set<xcb_window_t> m_watched; ///< windows of the target that have had the focus
     bool m_isGrabbed = false;
+    std::atomic<xcb_window_t> m_targetWindow = XCB_NONE;
 };
 
 } // namespace talvera

@@ -4,6 +4,7 @@
 #include "linux/support/processes.h"
 #include "linux/x11/server/FocusedWindow.h"
 #include "linux/x11/server/eventType.h"
+#include "linux/x11/typing/InputMethod.h"
 
 #include <algorithm>
 #include <optional>
@@ -22,6 +23,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds blindWait{100};
 // An application that is asleep has read what the server had written by then, so looking twice suffices.
 constexpr milliseconds sleepProbe{8};
+constexpr milliseconds detourProbe{1};
 constexpr std::uint32_t firstStamp = 0x5a000000;
 
 /// Whether a process has nothing to do; nothing if there is no way to know.
@@ -50,6 +52,11 @@ bool endsWait(const xcb_generic_event_t& event, xcb_window_t window, xcb_atom_t 
 
 } // namespace
 
+void TargetBarrier::begin() {
+    m_formerTarget = XCB_NONE;
+    m_methodProcesses.reset();
+}
+
 bool TargetBarrier::wait(milliseconds limit) {
     const auto deadline = Clock::now() + limit;
     const xcb_window_t target = focusedWindow(m_connection);
@@ -60,9 +67,14 @@ bool TargetBarrier::wait(milliseconds limit) {
 }
 
 bool TargetBarrier::waitFor(xcb_window_t window, Deadline deadline) {
+    if (!methodProcesses().empty())
+        return waitForReturn(window, deadline);
     if (window != XCB_NONE && answersPing(window))
         return ping(window, deadline);
-    const pid_t process = window != XCB_NONE ? processOfWindow(m_connection, window) : 0;
+    return waitForProcess(window != XCB_NONE ? processOfWindow(m_connection, window) : 0, deadline);
+}
+
+bool TargetBarrier::waitForProcess(pid_t process, Deadline deadline) {
     if (process == 0 || !isAsleep(process)) {
         std::this_thread::sleep_for(blindWait);
         return true;
@@ -73,6 +85,65 @@ bool TargetBarrier::waitFor(xcb_window_t window, Deadline deadline) {
         calm = isAsleep(process).value_or(true) ? calm + 1 : 0;
     }
     return calm == 2;
+}
+
+/// Waits for keys that an input method may still have in its hands.
+bool TargetBarrier::waitForReturn(xcb_window_t window, Deadline deadline) {
+    const bool answers = window != XCB_NONE && answersPing(window);
+    if (answers && !ping(window, deadline))
+        return false;
+    std::set<pid_t> threads = threadsOf(methodProcesses());
+    if (!answers) {
+        const pid_t process = window != XCB_NONE ? processOfWindow(m_connection, window) : 0;
+        if (process == 0 || !isAsleep(process))
+            std::this_thread::sleep_for(blindWait);
+        else
+            threads.insert(process); // and no other thread of it: one looks after the windows
+    }
+    // Twice, since engines may have helpers of which we don't know.
+    int calm = 0;
+    while (calm < 2 && Clock::now() < deadline) {
+        std::this_thread::sleep_for(sleepProbe);
+        calm = isAtRest(threads) ? calm + 1 : 0;
+    }
+    return calm == 2 && (!answers || ping(window, deadline));
+}
+
+bool TargetBarrier::waitForDetour(milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    if (methodProcesses().empty())
+        return false;
+    const xcb_window_t window = focusedWindow(m_connection);
+    const pid_t process =
+        window != XCB_NONE && !answersPing(window) ? processOfWindow(m_connection, window) : 0;
+    if (process == 0)
+        return false;
+    std::set<pid_t> threads = threadsOf(methodProcesses());
+    threads.insert(process);
+    while (!isAtRest(threads)) {
+        if (Clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(detourProbe);
+    }
+    return true;
+}
+
+const std::set<pid_t>& TargetBarrier::methodProcesses() {
+    if (!m_methodProcesses)
+        m_methodProcesses = inputMethodProcesses(m_connection);
+    return *m_methodProcesses;
+}
+
+/// At one moment all of these slept, and the server had nothing to hand on from one to the other: so no key
+/// is on its way between them.
+bool TargetBarrier::isAtRest(const std::set<pid_t>& threads) {
+    const auto before = sleepsOf(threads);
+    if (!before)
+        return false;
+    // Twice: the answer to the first may come before what was sent to others in the same turn.
+    m_connection.roundTrip();
+    m_connection.roundTrip();
+    return sleepsOf(threads) == before;
 }
 
 bool TargetBarrier::answersPing(xcb_window_t window) {

@@ -5,12 +5,16 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
+#include <set>
+#include <sys/types.h>
 
 namespace talvera {
 
 /// Tells when the applications that were typed into have worked off the key events sent to them so far. Only
 /// then may the meaning of a key be changed: applications look a key's symbol up when they read the event,
-/// not when it was sent.
+/// not when it was sent. With an input method, keys may make a detour: from the application to the method and
+/// back, and only then does the application look.
 class TargetBarrier {
 public:
     /// Needs a connection of its own: it throws away what else arrives there.
@@ -18,22 +22,32 @@ public:
         : m_connection(connection) {}
 
     /// Typing begins now, into the focused window.
-    void begin() { m_formerTarget = XCB_NONE; }
+    void begin();
 
     /// Returns when the focused application has caught up, and the one that had the focus when this was last
     /// called; or after `limit`, with false. What was posted on other connections must have reached the
     /// server.
     bool wait(std::chrono::milliseconds limit);
 
+    /// For an application whose keys make that detour, and which has no other way of telling that they are
+    /// back. Of several that come back at once it reads the last one first. The same as wait() without the
+    /// former window, and quicker. False when there is no such need, or at the limit.
+    bool waitForDetour(std::chrono::milliseconds limit);
+
 private:
     using Deadline = std::chrono::steady_clock::time_point;
 
     bool waitFor(xcb_window_t window, Deadline deadline);
+    bool waitForProcess(pid_t process, Deadline deadline);
+    bool waitForReturn(xcb_window_t window, Deadline deadline);
+    const std::set<pid_t>& methodProcesses();
+    bool isAtRest(const std::set<pid_t>& threads);
     bool answersPing(xcb_window_t window);
     bool ping(xcb_window_t window, Deadline deadline);
 
     X11Connection& m_connection;
     xcb_window_t m_formerTarget = XCB_NONE;
+    std::optional<std::set<pid_t>> m_methodProcesses; ///< once it was asked for
     std::uint32_t m_stamp = 0;
 };
 

@@ -65,6 +65,7 @@ void TypingLayout::refresh(const TypingLedger::LentKeys& lent) {
     m_keymap.reset(xkb_x11_keymap_new_from_device(m_context.get(), m_keyboard.connection().get(),
                                                   m_keyboard.typingDevice(), XKB_KEYMAP_COMPILE_NO_FLAGS));
     m_numLock = m_keymap ? numLockModifiersNow() : 0;
+    m_modifierKeys = m_keymap ? modifierKeysNow() : XKeycodeBits();
 }
 
 std::optional<KeyStroke> TypingLayout::find(XKeysym symbol, unsigned group) {
@@ -191,6 +192,22 @@ std::uint8_t TypingLayout::numLockModifiersNow() const {
         return static_cast<std::uint8_t>(xkb_state_serialize_mods(state.get(), XKB_STATE_MODS_LOCKED));
     }
     return 0;
+}
+
+/// Without those that lock or latch: letting go of them would mean something.
+XKeycodeBits TypingLayout::modifierKeysNow() const {
+    XKeycodeBits found;
+    State state = stateIn(0);
+    for (const XKeycode key : keycodes()) {
+        const auto pressed = xkb_state_update_key(state.get(), xkbCode(key), XKB_KEY_DOWN);
+        const auto released = xkb_state_update_key(state.get(), xkbCode(key), XKB_KEY_UP);
+        const bool isHeld = (pressed & released & XKB_STATE_MODS_DEPRESSED) != 0;
+        const bool remains = ((pressed | released) & (XKB_STATE_MODS_LATCHED | XKB_STATE_MODS_LOCKED)) != 0;
+        found[indexOf(key)] = isHeld && !remains;
+        if (remains)
+            state = stateIn(0);
+    }
+    return found;
 }
 
 } // namespace talvera

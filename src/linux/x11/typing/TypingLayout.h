@@ -43,6 +43,9 @@ public:
     /// How to type `symbol` in this group of the layout with Shift and AltGr at most.
     std::optional<KeyStroke> find(XKeysym symbol, unsigned group);
 
+    /// The keys that hold a modifier while they are down.
+    const XKeycodeBits& modifierKeys() const { return m_modifierKeys; }
+
     /// The modifiers that Num Lock locks. They change nothing of what we type.
     std::uint8_t numLockModifiers() const { return m_numLock; }
 
@@ -70,6 +73,7 @@ private:
     ModifierKeys modifierKeysIn(unsigned group) const;
     State stateIn(unsigned group) const;
     std::uint8_t numLockModifiersNow() const;
+    XKeycodeBits modifierKeysNow() const;
 
     X11Keyboard& m_keyboard;
     std::unique_ptr<xkb_context, Free> m_context;
@@ -78,6 +82,7 @@ private:
     std::set<XKeycode> m_avoided;
     std::map<unsigned, Strokes> m_strokes; ///< by group, collected when first asked for
     std::uint8_t m_numLock = 0;
+    XKeycodeBits m_modifierKeys;
 };
 
 } // namespace talvera

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/typing/X11Typist.h"
 
+#include "linux/x11/server/ServerGrab.h"
 #include "linux/x11/server/serverNotes.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -20,6 +21,8 @@ using std::chrono::milliseconds;
 // For an application that hangs. Keys that it reads later than that may come out as others.
 constexpr std::chrono::seconds fullPatience{10};
 constexpr milliseconds lostPatience{100};
+// For a key to come back from an input method, to a window that may be busy for other reasons.
+constexpr milliseconds detourPatience{1000};
 
 constexpr milliseconds keyboardPoll{5};
 // For chords of the user's own, and for grabs of the keyboard. What is held longer than that is let go, since
@@ -43,6 +46,11 @@ milliseconds patienceWith(KeyDestination destination) {
         return elsewherePatience;
     }
     return std::chrono::hours(1);
+}
+
+bool isBeyondBasicPlane(XKeysym symbol) {
+    // Unicode symbols are 0x01000000 and the code point.
+    return symbol >= XKeysym{0x01010000} && symbol <= XKeysym{0x0110ffff};
 }
 
 /// The keys that our own hotkeys would take from us.
@@ -91,6 +99,7 @@ void X11Typist::begin(Symbols symbols, std::shared_ptr<const X11Target> target) 
     if (m_target)
         m_focus.watch(*m_target);
     m_barrier.begin();
+    m_mayDetour = true;
     m_filterGuard.emplace(m_keyboard, m_ledger);
     m_guard.letGo(m_spares.neutralKey());
     m_group = m_guard.look().group;
@@ -112,30 +121,43 @@ X11Typist::~X11Typist() {
 
 PostResult X11Typist::press(std::size_t position, bool withShift) {
     release();
-    if (const auto refusal = awaitKeyboard())
-        return *refusal;
-    followKeyboard();
     const XKeysym symbol = m_symbols[position];
-    std::optional<KeyStroke> stroke = findStroke(symbol);
-    if (!stroke && symbol != noKeysym) {
-        lendFrom(position);
-        if (const auto refusal = awaitKeyboard()) // that has taken its time
+    letReturnBefore();
+    letReadBefore(symbol);
+    for (bool hasLent = false;;) {
+        if (const auto refusal = awaitKeyboard())
             return *refusal;
-        stroke = findStroke(symbol);
+        followKeyboard();
+        const auto stroke = findStroke(symbol, withShift);
+        if (!stroke && (symbol == noKeysym || std::exchange(hasLent, true)))
+            return PostResult::NotMakeable;
+        if (!stroke)
+            lendFrom(position); // which takes its time
+        else if (pressUndisturbed(*stroke))
+            return PostResult::Posted;
     }
-    if (stroke && withShift) {
-        const auto shift = m_layout.find(XKeysym{XKB_KEY_Shift_L}, m_group);
-        stroke = shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
-    }
-    if (!stroke)
-        return PostResult::NotMakeable;
-    for (const XKeycode modifier : stroke->modifiers)
+}
+
+/// False when another window has got the focus, or the user has a chord down, since that was looked at: then
+/// nothing is pressed. No program can move the focus between this last look and the key.
+bool X11Typist::pressUndisturbed(const KeyStroke& stroke) {
+    X11Connection& connection = m_keyboard.connection();
+    const ServerGrab grab(connection);
+    const auto focusQuestion = xcb_get_input_focus(connection.get());
+    const ModifierGuard::Look keyboard = m_guard.look();
+    const auto focus = connection.reply<xcb_get_input_focus_reply_t>(focusQuestion);
+    const bool isAtTarget = focus && (!m_target || focus->focus == m_focus.targetWindow());
+    if (!isAtTarget || keyboard.isInUseByUser || keyboard.group != m_group)
+        return false;
+    // In one go with the key, since the user's hands don't wait: one that goes down only now counts as let
+    // go.
+    m_keyboard.releaseAll(m_layout.modifierKeys());
+    for (const XKeycode modifier : stroke.modifiers)
         m_keyboard.press(modifier);
-    m_keyboard.press(stroke->key);
-    m_keyboard.connection().flush();
-    m_pressed = std::move(stroke);
+    m_keyboard.press(stroke.key);
+    m_pressed = stroke;
     m_hasTyped = true;
-    return PostResult::Posted;
+    return true;
 }
 
 std::optional<PostResult> X11Typist::awaitKeyboard() {
@@ -184,11 +206,16 @@ void X11Typist::followKeyboard() {
     }
 }
 
-std::optional<KeyStroke> X11Typist::findStroke(XKeysym symbol) {
-    if (auto stroke = m_layout.find(symbol, m_group))
+std::optional<KeyStroke> X11Typist::findStroke(XKeysym symbol, bool withShift) {
+    auto stroke = m_layout.find(symbol, m_group);
+    if (!stroke) {
+        const auto spare = m_spares.find(symbol);
+        stroke = spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
+    }
+    if (!stroke || !withShift)
         return stroke;
-    const auto spare = m_spares.find(symbol);
-    return spare ? std::optional(KeyStroke{*spare, {}}) : std::nullopt;
+    const auto shift = m_layout.find(XKeysym{XKB_KEY_Shift_L}, m_group);
+    return shift ? std::optional(KeyStroke{stroke->key, {shift->key}}) : std::nullopt;
 }
 
 void X11Typist::lendFrom(std::size_t position) {
@@ -206,6 +233,23 @@ void X11Typist::lendFrom(std::size_t position) {
     m_spares.lend(wanted);
     awaitReading();
     m_keymapWatch.hasChanged(); // the change that we have just made is no news
+}
+
+/// LibreOffice collects characters of 16 bits as long as more keys are waiting, and lets larger ones overtake
+/// them: of a family of emojis the joiners would come last.
+void X11Typist::letReadBefore(XKeysym symbol) {
+    if (!isBeyondBasicPlane(symbol))
+        m_hasTypedBasic = true;
+    else if (std::exchange(m_hasTypedBasic, false))
+        awaitReading();
+}
+
+/// Two keys that come back from an input method at the same time would change places.
+void X11Typist::letReturnBefore() {
+    if (!m_hasTyped || !m_mayDetour)
+        return;
+    m_keyboard.connection().roundTrip();
+    m_mayDetour = m_barrier.waitForDetour(detourPatience);
 }
 
 void X11Typist::awaitReading() {
