@@ -24,6 +24,8 @@ constexpr milliseconds blindWait{100};
 // An application that is asleep has read what the server had written by then, so looking twice suffices.
 constexpr milliseconds sleepProbe{8};
 constexpr milliseconds detourProbe{1};
+// Methods may be at work for reasons of their own, for longer than anybody waits for a text.
+constexpr milliseconds methodPatience{3000};
 constexpr std::uint32_t firstStamp = 0x5a000000;
 
 /// Whether a process has nothing to do; nothing if there is no way to know.
@@ -100,9 +102,10 @@ bool TargetBarrier::waitForReturn(xcb_window_t window, Deadline deadline) {
         else
             threads.insert(process); // and no other thread of it: one looks after the windows
     }
+    const auto end = std::min(deadline, Clock::now() + methodPatience);
     // Twice, since engines may have helpers of which we don't know.
     int calm = 0;
-    while (calm < 2 && Clock::now() < deadline) {
+    while (calm < 2 && Clock::now() < end) {
         std::this_thread::sleep_for(sleepProbe);
         calm = isAtRest(threads) ? calm + 1 : 0;
     }
