@@ -25,7 +25,8 @@ protected:
         voice.sayAndWait(spoken("Good morning."));
         release();
         agent->await("demo done");
-        EXPECT_EQ(shown("label", "What you said").description, "Good morning.");
+        const auto words = [this] { return shown("label", "What you said").description; };
+        EXPECT_TRUE(eventually([&] { return words() == "Good morning."; })) << words().toStdString();
     }
     void finishWizard() {
         EXPECT_TRUE(wizardGoes());
