@@ -115,7 +115,9 @@ TEST_F(Toggle, heldByAnotherProgram_isSaidAtTheStartAndWorksOnceThatLetsGo) {
     agent->await("hud hidden");
     xcb_ungrab_key(other->get(), static_cast<xcb_keycode_t>(Key::t), other->root(), XCB_MOD_MASK_ANY);
     ASSERT_TRUE(other->roundTrip());
-    strike(); // shows that the user wants it
-    strike();
-    EXPECT_TRUE(targetBecomes("off"));
+    // The first strike shows that the user wants it; how soon one is heard after that depends on the machine.
+    EXPECT_TRUE(eventually([this] {
+        strike();
+        return stored("targetLanguageCode") == "off";
+    }));
 }
