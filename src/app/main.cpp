@@ -46,7 +46,8 @@ private:
 };
 
 /// Runs the agent on this machine until the event loop ends.
-int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim) {
+int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Console& console,
+             DisplayClaim& claim) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
     QuickWindows windows(
