@@ -65,7 +65,7 @@ public:
             for (ssize_t at = 0; at < count;) {
                 const auto* event = reinterpret_cast<const inotify_event*>(bytes + at);
                 const std::string name = event->name;
-                if (name.ends_with(".wav")) {
+                if (name.ends_with(".wav") && !name.starts_with("talvera-warmup-")) {
                     take(m_directory + "/" + name);
                     return m_kept;
                 }
