@@ -46,7 +46,7 @@ public:
         text.whole += part;
         if (text.isStopped) {
             copy(text.whole);
-        } else if (!m_parts.keys.isTypingFaithful()) {
+        } else if (!m_parts.keys.isTypingFaithful(text.target)) {
             text.isStopped = !paste(part, text.target);
             if (text.isStopped && part != text.whole)
                 copy(text.whole);

@@ -42,7 +42,7 @@ public:
     const QString& focusedReceiver() const { return m_focused; }
 
     bool typesFaithfully = true;
-    bool isTypingFaithful() override { return typesFaithfully; }
+    bool isTypingFaithful(const TypingTargetPtr&) override { return typesFaithfully; }
 
     /// The keys go down, and the focused application gets nothing: no real one is like that.
     bool losesTexts = false;

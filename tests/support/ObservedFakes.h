@@ -121,7 +121,7 @@ public:
     std::function<void()> onPaste;
 
     TypingTargetPtr focusedTarget() override { return m_keys.focusedTarget(); }
-    bool isTypingFaithful() override { return m_keys.isTypingFaithful(); }
+    bool isTypingFaithful(const TypingTargetPtr& target) override { return m_keys.isTypingFaithful(target); }
     std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
                                                const TypingTargetPtr& target) override {
         if (onTyping)

@@ -4,7 +4,7 @@
 #include <charconv>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -15,8 +15,10 @@ namespace talvera {
 namespace {
 
 std::string fileOf(pid_t pid, const char* name) {
-    std::ifstream file("/proc/" + std::to_string(pid) + "/" + name);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream text;
+    // Reading fails when the process ends meanwhile, and only operators keep the exception to themselves.
+    text << std::ifstream("/proc/" + std::to_string(pid) + "/" + name).rdbuf();
+    return text.str();
 }
 
 /// What the kernel tells behind the name: "S 1 ..."
@@ -78,6 +80,10 @@ std::string processName(pid_t pid) {
     if (name.ends_with('\n'))
         name.pop_back();
     return name;
+}
+
+std::string mappedFiles(pid_t pid) {
+    return fileOf(pid, "maps");
 }
 
 std::set<pid_t> allProcesses() {

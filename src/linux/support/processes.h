@@ -21,6 +21,10 @@ bool processRuns(pid_t pid);
 /// The name that the kernel has for it, of at most 15 characters; empty when there is no such process.
 std::string processName(pid_t pid);
 
+/// The files that the process has mapped, programs and libraries among them, as the kernel lists them; empty
+/// when that can't be known.
+std::string mappedFiles(pid_t pid);
+
 /// All processes of the machine.
 std::set<pid_t> allProcesses();
 

@@ -52,9 +52,9 @@ public:
     /// Where the keys go now. Never null. Any thread, also while another one types.
     virtual TypingTargetPtr focusedTarget() = 0;
 
-    /// False when something in this session, such as an input method, would change what we type on its way.
-    /// What is pasted comes as it stands.
-    virtual bool isTypingFaithful() { return true; }
+    /// False when something on the way to `target`, such as an input method, may change what we type. What is
+    /// pasted comes as it stands.
+    virtual bool isTypingFaithful([[maybe_unused]] const TypingTargetPtr& target) { return true; }
 
     /// Prepares to type `chunks`, each a user-perceived character with the white space behind it. Knowing
     /// them all lets the platform make ready for characters that the layout lacks. Never null. The poster

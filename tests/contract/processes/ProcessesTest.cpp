@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <thread>
 
 #include <sys/prctl.h>
@@ -74,6 +75,29 @@ TEST(Processes, oneThatHasEnded_hasNoPart) {
     EXPECT_TRUE(sleepsOnceAllSleep({pid}).empty());
     EXPECT_EQ(processName(pid), "");
     EXPECT_FALSE(allProcesses().contains(pid));
+}
+
+TEST(Processes, oneThatEndsWhileItIsLookedAt_isNoError) {
+    std::atomic<pid_t> looked = 0;
+    std::atomic<bool> isOver = false;
+    std::thread looker([&] {
+        while (!isOver) {
+            processState(looked);
+            sleepsOf({looked});
+        }
+    });
+    for (int round = 0; round < 2000; ++round) {
+        ForkedProcess process([](auto) {});
+        looked = process.pid();
+        process.wait();
+    }
+    isOver = true;
+    looker.join();
+}
+
+TEST(Processes, mappedFiles_areLibrariesToo) {
+    EXPECT_NE(mappedFiles(::getpid()).find("/libstdc++"), std::string::npos);
+    EXPECT_EQ(mappedFiles(0), "");
 }
 
 TEST(Processes, descendants_areWhatTheProcessHasStartedAndNoOthers) {

@@ -24,8 +24,11 @@ namespace {
 
 const QString sentence = QStringLiteral("Hello world, this is a test 123. \"Right?\" ö, я, 漢");
 
-/// What the user types is composed, and what we type arrives as it stands.
-void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind) {
+/// How delivery has to bring a text to a program.
+enum class Way { Typed, Pasted };
+
+/// What the user types is composed, and what we deliver arrives as it stands.
+void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind, Way way) {
     setLayout("us");
     const RunningInputMethod running(method);
     {
@@ -46,7 +49,8 @@ void expectArrives(RunningInputMethod::Kind method, Receiver::Kind kind) {
     Receiver receiver(kind);
     X11KeyEventPoster poster{X11Server()};
     X11Pasteboard pasteboard(console, TALVERA_X11_COMPANION, X11Server());
-    if (poster.isTypingFaithful()) {
+    EXPECT_EQ(poster.isTypingFaithful(poster.focusedTarget()), way == Way::Typed);
+    if (way == Way::Typed) {
         EXPECT_EQ(typeText(poster, sentence), PostResult::Posted);
     } else {
         pasteText(poster, pasteboard, sentence);
@@ -87,25 +91,25 @@ void expectMixedTextArrives(Receiver::Kind kind, const std::string& layout = "us
 } // namespace
 
 TEST(Hangul, gtk_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::IbusHangul, Receiver::Kind::Gtk);
+    expectArrives(RunningInputMethod::Kind::IbusHangul, Receiver::Kind::Gtk, Way::Typed);
 }
 TEST(Hangul, qt_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::IbusHangul, Receiver::Kind::Qt);
+    expectArrives(RunningInputMethod::Kind::IbusHangul, Receiver::Kind::Qt, Way::Typed);
 }
 TEST(Hangul, terminal_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::IbusHangul, Receiver::Kind::Terminal);
+    expectArrives(RunningInputMethod::Kind::IbusHangul, Receiver::Kind::Terminal, Way::Pasted);
 }
 TEST(Anthy, gtk_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::IbusAnthy, Receiver::Kind::Gtk);
+    expectArrives(RunningInputMethod::Kind::IbusAnthy, Receiver::Kind::Gtk, Way::Typed);
 }
 TEST(Anthy, qt_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::IbusAnthy, Receiver::Kind::Qt);
+    expectArrives(RunningInputMethod::Kind::IbusAnthy, Receiver::Kind::Qt, Way::Typed);
 }
 TEST(Pinyin, gtk_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::FcitxPinyin, Receiver::Kind::Gtk);
+    expectArrives(RunningInputMethod::Kind::FcitxPinyin, Receiver::Kind::Gtk, Way::Pasted);
 }
 TEST(Pinyin, qt_getsTheTextAsItStands) {
-    expectArrives(RunningInputMethod::Kind::FcitxPinyin, Receiver::Kind::Qt);
+    expectArrives(RunningInputMethod::Kind::FcitxPinyin, Receiver::Kind::Qt, Way::Pasted);
 }
 
 TEST(IdleMethod, gtk_getsTheTextAsItStands) {
@@ -121,6 +125,11 @@ TEST(IdleMethod, chromium_getsTheTextAsItStands) {
     expectMixedTextArrives(Receiver::Kind::Chromium);
 }
 
+TEST(IdleMethod, noTarget_isTypedTo) {
+    const IdleInputMethod method;
+    X11KeyEventPoster poster{X11Server()};
+    EXPECT_TRUE(poster.isTypingFaithful(poster.focusedTarget()));
+}
 TEST(IdleMethod, thatHasEnded_isNotThere) {
     const auto connection = X11Server().connect();
     {

@@ -76,6 +76,7 @@ public:
         set(control);
     }
     ~KeyFilter() { set(0); }
+    void switchOn() { set(m_control); }
     KeyFilter(const KeyFilter&) = delete;
     KeyFilter& operator=(const KeyFilter&) = delete;
 
@@ -258,6 +259,26 @@ TEST(SlowKeys, whileATextIsTyped_stayOnForTheUsersOwnKeyboards) {
     const auto session = poster.beginTyping({QStringLiteral("a")}, nullptr);
     EXPECT_EQ(session->post(0, KeyPhase::Down), PostResult::Posted);
     EXPECT_FALSE(filter.isOnForPostedKeys());
+    EXPECT_TRUE(filter.isOnForTheUsersKeyboards());
+}
+
+TEST(SlowKeys, switchedOnAgainWhileATextIsTyped_swallowNothing) {
+    setLayout("us");
+    Receiver receiver(Receiver::Kind::Qt);
+    KeyFilter filter(XCB_XKB_BOOL_CTRL_SLOW_KEYS);
+    const QString text = QStringLiteral("Hello all");
+    {
+        X11KeyEventPoster poster{X11Server()};
+        const auto again = [&](qsizetype chunk) {
+            if (chunk % 3 == 2) {
+                filter.switchOn();
+                EXPECT_TRUE(filter.isOnForPostedKeys());
+            }
+        };
+        EXPECT_EQ(typeText(poster, text, again), PostResult::Posted);
+        EXPECT_TRUE(receiver.waitForText(text)) << receiver.text().toStdString();
+    }
+    EXPECT_TRUE(filter.isOnForPostedKeys());
     EXPECT_TRUE(filter.isOnForTheUsersKeyboards());
 }
 

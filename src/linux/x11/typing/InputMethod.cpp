@@ -4,6 +4,7 @@
 #include "linux/support/processes.h"
 #include "linux/x11/server/FocusedWindow.h"
 
+#include <algorithm>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -33,6 +34,16 @@ std::string familyName(pid_t process) {
     return name.substr(0, name.find('-'));
 }
 
+/// The processes that have announced themselves, but for our own.
+std::set<pid_t> gates(X11Connection& connection) {
+    std::set<pid_t> processes;
+    for (const Announced& method : announcedMethods(connection)) {
+        if (const pid_t gate = processOfWindow(connection, method.window); gate != 0 && gate != ::getpid())
+            processes.insert(gate);
+    }
+    return processes;
+}
+
 } // namespace
 
 InputMethod inputMethod(X11Connection& connection) {
@@ -45,12 +56,19 @@ InputMethod inputMethod(X11Connection& connection) {
     return found;
 }
 
+bool talksToInputMethods(X11Connection& connection, pid_t process) {
+    const auto methods = gates(connection);
+    const std::string loaded = methods.empty() ? std::string() : mappedFiles(process);
+    return std::ranges::all_of(methods, [&](pid_t gate) {
+        const std::string family = familyName(gate);
+        return !family.empty() && (loaded.find("/lib" + family) != std::string::npos ||
+                                   loaded.find("/im-" + family) != std::string::npos);
+    });
+}
+
 std::set<pid_t> inputMethodProcesses(X11Connection& connection) {
     std::set<pid_t> processes;
-    for (const Announced& method : announcedMethods(connection)) {
-        const pid_t gate = processOfWindow(connection, method.window);
-        if (gate == 0 || gate == ::getpid())
-            continue;
+    for (const pid_t gate : gates(connection)) {
         // What stands at the X server is often a mere gate to a daemon, which starts the engines.
         for (const pid_t process : allProcesses()) {
             if (::getpgid(process) == ::getpgid(gate) && familyName(process) == familyName(gate))

@@ -13,6 +13,13 @@ KeyFilterGuard::KeyFilterGuard(X11Keyboard& keyboard, TypingLedger& ledger)
     m_keyboard.liftTypingFilters(m_lifted);
 }
 
+void KeyFilterGuard::renew() {
+    if (m_lifted == 0)
+        return;
+    if (const std::uint32_t back = m_keyboard.typingFilters() & m_lifted)
+        m_keyboard.liftTypingFilters(back);
+}
+
 KeyFilterGuard::~KeyFilterGuard() {
     if (m_lifted == 0)
         return;

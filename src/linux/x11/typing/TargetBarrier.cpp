@@ -23,8 +23,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds blindWait{100};
 // An application that is asleep has read what the server had written by then, so looking twice suffices.
 constexpr milliseconds sleepProbe{8};
-constexpr milliseconds detourProbe{1};
-// Methods may be at work for reasons of their own, for longer than anybody waits for a text.
+// For longer than that nobody waits for a text.
 constexpr milliseconds methodPatience{3000};
 constexpr std::uint32_t firstStamp = 0x5a000000;
 
@@ -69,8 +68,10 @@ bool TargetBarrier::wait(milliseconds limit) {
 }
 
 bool TargetBarrier::waitFor(xcb_window_t window, Deadline deadline) {
-    if (!methodProcesses().empty())
-        return waitForReturn(window, deadline);
+    return waitForReading(window, deadline) && (methodProcesses().empty() || waitForReturn(window, deadline));
+}
+
+bool TargetBarrier::waitForReading(xcb_window_t window, Deadline deadline) {
     if (window != XCB_NONE && answersPing(window))
         return ping(window, deadline);
     return waitForProcess(window != XCB_NONE ? processOfWindow(m_connection, window) : 0, deadline);
@@ -89,19 +90,10 @@ bool TargetBarrier::waitForProcess(pid_t process, Deadline deadline) {
     return calm == 2;
 }
 
-/// Waits for keys that an input method may still have in its hands.
+/// Waits for keys that an input method may still have in its hands. Not for ever: it may be at work for
+/// reasons of its own.
 bool TargetBarrier::waitForReturn(xcb_window_t window, Deadline deadline) {
-    const bool answers = window != XCB_NONE && answersPing(window);
-    if (answers && !ping(window, deadline))
-        return false;
-    std::set<pid_t> threads = threadsOf(methodProcesses());
-    if (!answers) {
-        const pid_t process = window != XCB_NONE ? processOfWindow(m_connection, window) : 0;
-        if (process == 0 || !isAsleep(process))
-            std::this_thread::sleep_for(blindWait);
-        else
-            threads.insert(process); // and no other thread of it: one looks after the windows
-    }
+    const std::set<pid_t> threads = threadsOf(methodProcesses());
     const auto end = std::min(deadline, Clock::now() + methodPatience);
     // Twice, since engines may have helpers of which we don't know.
     int calm = 0;
@@ -109,26 +101,7 @@ bool TargetBarrier::waitForReturn(xcb_window_t window, Deadline deadline) {
         std::this_thread::sleep_for(sleepProbe);
         calm = isAtRest(threads) ? calm + 1 : 0;
     }
-    return calm == 2 && (!answers || ping(window, deadline));
-}
-
-bool TargetBarrier::waitForDetour(milliseconds limit) {
-    const auto deadline = Clock::now() + limit;
-    if (methodProcesses().empty())
-        return false;
-    const xcb_window_t window = focusedWindow(m_connection);
-    const pid_t process =
-        window != XCB_NONE && !answersPing(window) ? processOfWindow(m_connection, window) : 0;
-    if (process == 0)
-        return false;
-    std::set<pid_t> threads = threadsOf(methodProcesses());
-    threads.insert(process);
-    while (!isAtRest(threads)) {
-        if (Clock::now() >= deadline)
-            return false;
-        std::this_thread::sleep_for(detourProbe);
-    }
-    return true;
+    return calm == 2 && waitForReading(window, deadline);
 }
 
 const std::set<pid_t>& TargetBarrier::methodProcesses() {

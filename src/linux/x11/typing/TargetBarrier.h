@@ -29,15 +29,11 @@ public:
     /// server.
     bool wait(std::chrono::milliseconds limit);
 
-    /// For an application whose keys make that detour, and which has no other way of telling that they are
-    /// back. Of several that come back at once it reads the last one first. The same as wait() without the
-    /// former window, and quicker. False when there is no such need, or at the limit.
-    bool waitForDetour(std::chrono::milliseconds limit);
-
 private:
     using Deadline = std::chrono::steady_clock::time_point;
 
     bool waitFor(xcb_window_t window, Deadline deadline);
+    bool waitForReading(xcb_window_t window, Deadline deadline);
     bool waitForProcess(pid_t process, Deadline deadline);
     bool waitForReturn(xcb_window_t window, Deadline deadline);
     const std::set<pid_t>& methodProcesses();

@@ -94,8 +94,12 @@ TypingTargetPtr X11KeyEventPoster::focusedTarget() {
     return m_focus->current();
 }
 
-bool X11KeyEventPoster::isTypingFaithful() {
-    return inputMethod(*m_connection) != InputMethod::Rewrites;
+bool X11KeyEventPoster::isTypingFaithful(const TypingTargetPtr& target) {
+    const InputMethod method = inputMethod(*m_connection);
+    if (method != InputMethod::Composes)
+        return method == InputMethod::None;
+    const auto receiver = x11Target(target ? target : focusedTarget());
+    return receiver && talksToInputMethods(*m_connection, receiver->process);
 }
 
 std::unique_ptr<TypingSession> X11KeyEventPoster::beginTyping(const QStringList& chunks,

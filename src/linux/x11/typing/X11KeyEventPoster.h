@@ -24,7 +24,7 @@ public:
 
     void prepare() override;
     TypingTargetPtr focusedTarget() override;
-    bool isTypingFaithful() override;
+    bool isTypingFaithful(const TypingTargetPtr& target) override;
     std::unique_ptr<TypingSession> beginTyping(const QStringList& chunks,
                                                const TypingTargetPtr& target) override;
 

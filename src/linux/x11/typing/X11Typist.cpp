@@ -21,8 +21,6 @@ using std::chrono::milliseconds;
 // For an application that hangs. Keys that it reads later than that may come out as others.
 constexpr std::chrono::seconds fullPatience{10};
 constexpr milliseconds lostPatience{100};
-// For a key to come back from an input method, to a window that may be busy for other reasons.
-constexpr milliseconds detourPatience{1000};
 
 constexpr milliseconds keyboardPoll{5};
 // For chords of the user's own, and for grabs of the keyboard. What is held longer than that is let go, since
@@ -99,7 +97,6 @@ void X11Typist::begin(Symbols symbols, std::shared_ptr<const X11Target> target) 
     if (m_target)
         m_focus.watch(*m_target);
     m_barrier.begin();
-    m_mayDetour = true;
     m_filterGuard.emplace(m_keyboard, m_ledger);
     m_guard.letGo(m_spares.neutralKey());
     m_group = m_guard.look().group;
@@ -122,7 +119,6 @@ X11Typist::~X11Typist() {
 PostResult X11Typist::press(std::size_t position, bool withShift) {
     release();
     const XKeysym symbol = m_symbols[position];
-    letReturnBefore();
     letReadBefore(symbol);
     for (bool hasLent = false;;) {
         if (const auto refusal = awaitKeyboard())
@@ -143,6 +139,7 @@ PostResult X11Typist::press(std::size_t position, bool withShift) {
 bool X11Typist::pressUndisturbed(const KeyStroke& stroke) {
     X11Connection& connection = m_keyboard.connection();
     const ServerGrab grab(connection);
+    m_filterGuard->renew();
     const auto focusQuestion = xcb_get_input_focus(connection.get());
     const ModifierGuard::Look keyboard = m_guard.look();
     const auto focus = connection.reply<xcb_get_input_focus_reply_t>(focusQuestion);
@@ -242,14 +239,6 @@ void X11Typist::letReadBefore(XKeysym symbol) {
         m_hasTypedBasic = true;
     else if (std::exchange(m_hasTypedBasic, false))
         awaitReading();
-}
-
-/// Two keys that come back from an input method at the same time would change places.
-void X11Typist::letReturnBefore() {
-    if (!m_hasTyped || !m_mayDetour)
-        return;
-    m_keyboard.connection().roundTrip();
-    m_mayDetour = m_barrier.waitForDetour(detourPatience);
 }
 
 void X11Typist::awaitReading() {

@@ -48,7 +48,6 @@ private:
     bool pressUndisturbed(const KeyStroke& stroke);
     void lendFrom(std::size_t position);
     void letReadBefore(XKeysym symbol);
-    void letReturnBefore();
     void awaitReading();
     /// Waits until the next key comes alone and goes to the target. Answers why it can't, if so.
     std::optional<PostResult> awaitKeyboard();
@@ -68,7 +67,6 @@ private:
     std::optional<KeyStroke> m_pressed;
     bool m_hasTyped = false;      ///< something since the last barrier
     bool m_hasTypedBasic = false; ///< characters of the basic plane since one beyond it
-    bool m_mayDetour = true;      ///< by an input method, as far as is known
     std::chrono::milliseconds m_patience;
 };
 
