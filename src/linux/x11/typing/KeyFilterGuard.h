@@ -17,8 +17,8 @@ public:
     KeyFilterGuard& operator=(const KeyFilterGuard&) = delete;
     ~KeyFilterGuard();
 
-    /// Lifts them again if they have come back, as they do when the server gives all keyboards the settings of
-    /// one of the user's. Costs nothing where none was on in the beginning.
+    /// Lifts them again if they have come back, as they do when the server gives all keyboards the settings
+    /// of one of the user's. Costs nothing where none was on in the beginning.
     void renew();
 
 private:
