@@ -65,6 +65,7 @@ Machine LinuxMachine::machine() {
                        .makeFreshName = freshName,
                        .modelSource = m_model.source},
             .language = {.model = m_languageModel,
+                         .choice = m_languageModel,
                          .recognizer = m_languageRecognizer,
                          .preferred = sessionLanguages(QProcessEnvironment::systemEnvironment())}};
 }

@@ -14,6 +14,7 @@
 #include "linux/dbus/DesktopNotifier.h"
 #include "linux/dbus/PackageKitUpdates.h"
 #include "linux/keyboard/XkbWindowKeys.h"
+#include "linux/language/LlamaLanguageModel.h"
 #include "linux/network/QtFileDownloads.h"
 #include "linux/posix/PosixApplicationHost.h"
 #include "linux/posix/PosixChildProcess.h"
@@ -31,7 +32,6 @@
 #include "linux/xdg/XdgFileBrowser.h"
 #include "linux/xdg/XdgLoginItem.h"
 #include "platform/absent/NoFileDownloads.h"
-#include "platform/absent/NoLanguageModel.h"
 #include "platform/system/Directories.h"
 
 namespace talvera {
@@ -100,7 +100,7 @@ private:
     DesktopSettingsPanels m_settingsPanels{DesktopSettingsPanels::session(), m_console};
     DesktopNotifier m_notifier;
 
-    NoLanguageModel m_languageModel{m_actor};
+    LlamaLanguageModel m_languageModel{{m_actor, m_files, m_preferences, m_directories, m_console}};
     Cld2LanguageRecognizer m_languageRecognizer;
 
     // Last, so that their jobs end before what these work with does.

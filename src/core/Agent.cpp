@@ -19,9 +19,11 @@
 #include "persistence/StatsStore.h"
 #include "platform/desktop/FileBrowser.h"
 #include "platform/desktop/SettingsPanels.h"
+#include "platform/language/LanguageModelChoice.h"
 #include "platform/system/ApplicationHost.h"
 #include "platform/system/Console.h"
 #include "platform/system/Directories.h"
+#include "platform/system/PlatformError.h"
 #include "shell/MenuBarController.h"
 #include "shell/hud/DictationHUDController.h"
 #include "shell/hud/FocusNoticeText.h"
@@ -99,6 +101,7 @@ private:
     std::unique_ptr<WizardWindow> makeWizardWindow();
     WhisperRunner makeRunner() const;
     void openKeyboardSettings();
+    void openLanguageModelFolder();
     void openSettings();
     Trace trace();
 
@@ -276,10 +279,7 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
     model.followUpdateCheck(updater.isChecking);
     model.onQuit = [this] { m_machine.system.application.terminate(); };
-    model.onLanguageModelSettings = [this] {
-        hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),
-                       DictationHUDState::NoticeTone::Info, noticeTime);
-    };
+    model.onLanguageModelSettings = [this] { openLanguageModelFolder(); };
     model.onAdvice = [this](const QString& text) {
         hud.showRemark(text, DictationHUDState::NoticeTone::Warn, noticeTime);
     };
@@ -306,6 +306,26 @@ void Agent::Wiring::openKeyboardSettings() {
     if (!m_machine.desktop.settingsPanels.open(SettingsPanels::Panel::Keyboard))
         hud.showRemark(localized("settings.none.keyboard", "This desktop has no keyboard settings to open"),
                        DictationHUDState::NoticeTone::Info, noticeTime);
+}
+
+void Agent::Wiring::openLanguageModelFolder() {
+    const auto note =
+        localized("languageModels.note",
+                  "Put a language model into this folder, as a GGUF file. Talvera uses it to clean up and "
+                  "translate what you dictate, on this computer alone.\n\n"
+                  "A model that follows instructions (“instruct”) is needed. Its file has to be smaller than "
+                  "the memory that is free on this computer.\n\n"
+                  "Of several files none is used until you have chosen one.\n");
+    try {
+        const auto folder = m_machine.language.choice.makeFolder(note);
+        m_machine.desktop.fileBrowser.show(folder);
+        hud.showRemark(formatted(localized("hud.languageModel.folder", "Language models belong into %@"),
+                                 shownPath(folder, QDir::homePath())),
+                       DictationHUDState::NoticeTone::Info, noticeTime);
+    } catch (const PlatformError&) {
+        hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),
+                       DictationHUDState::NoticeTone::Info, noticeTime);
+    }
 }
 
 /// What has been said is used; what is being said isn't heard.

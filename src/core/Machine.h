@@ -25,6 +25,7 @@ class FileSystem;
 class KeyEventPoster;
 class KeyboardLayout;
 class LanguageModel;
+class LanguageModelChoice;
 class LanguageRecognizer;
 class LoginItem;
 class MainActor;
@@ -99,6 +100,7 @@ struct Machine {
     /// What knows languages.
     struct Language {
         LanguageModel& model;
+        LanguageModelChoice& choice; ///< of the model
         LanguageRecognizer& recognizer;
         QStringList preferred; ///< those that the user reads, best first, as "de-AT"
     };

@@ -110,7 +110,10 @@ Machine SimulatedMachine::machine() {
                                    .arg(++m_names, 12, 16, QChar(u'0'));
                            },
                        .modelSource = modelSource},
-            .language = {.model = languageModel, .recognizer = languageRecognizer, .preferred = {}}};
+            .language = {.model = languageModel,
+                         .choice = languageModelChoice,
+                         .recognizer = languageRecognizer,
+                         .preferred = {}}};
 }
 
 } // namespace talvera::test

@@ -10,6 +10,7 @@
 #include "FakeFileDownloads.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
+#include "FakeLanguageModelChoice.h"
 #include "FakeMicrophonePermission.h"
 #include "FakePointerMonitor.h"
 #include "FakeProgramActivation.h"
@@ -85,6 +86,7 @@ public:
     FakeMicrophonePermission microphonePermission{actor};
     FakeProgramActivation activation;
     FakeLanguageModel languageModel{actor};
+    FakeLanguageModelChoice languageModelChoice;
     FakeLanguageRecognizer languageRecognizer;
     FakeSettingsPanels settingsPanels;
     FakeStatusItem statusItem;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/posix/PosixChildProcess.h"
 
-#include "linux/posix/ChildLauncher.h"
+#include "linux/support/ChildLauncher.h"
 #include "platform/system/PlatformError.h"
 
 #include <algorithm>

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "FakeLanguageModel.h"
 #include "PrintQt.h"
+#include "ServedModel.h"
 #include "SimulatedMainActor.h"
+#include "Told.h"
 #include "language/AICleanup.h"
-#include "platform/absent/NoLanguageModel.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -70,32 +75,45 @@ private:
     FakeLanguageModel m_model{m_actor};
 };
 
-/// All that a session has told.
-struct Told {
-    QStringList snapshots;
-    int ends = 0;
-    std::optional<AIFailure> failure;
-    int callsAfterTheEnd = 0;
+/// The model behind a server that answers as the test says, in real time.
+class ServedSubject {
+public:
+    LanguageModel& model() { return *m_home.model; }
 
-    LanguageModelSession::Listener listener() {
-        const auto count = [this] { callsAfterTheEnd += ends; };
-        return {.onSnapshot =
-                    [this, count](const QString& content) {
-                        count();
-                        snapshots << content;
-                    },
-                .onFinished =
-                    [this, count] {
-                        count();
-                        ++ends;
-                    },
-                .onFailed =
-                    [this, count](const LanguageModelError& error) {
-                        count();
-                        ++ends;
-                        failure = AICleanup::classify(error);
-                    }};
+    void next(const std::vector<Doing>& doings) {
+        QFile script(m_home.at(QStringLiteral("m.gguf.script")));
+        ASSERT_TRUE(script.open(QIODevice::Append));
+        for (const auto& doing : doings) {
+            const auto failure = doing.failure ? QJsonValue(rawValue(doing.failure->kind)) : QJsonValue();
+            script.write(QJsonDocument(QJsonObject{{"pieces", QJsonArray::fromStringList(doing.pieces)},
+                                                   {"failure", failure}})
+                             .toJson(QJsonDocument::Compact) +
+                         '\n');
+        }
     }
+    void setAvailable(bool available) {
+        if (available)
+            m_home.put();
+        else
+            m_home.takeAway();
+    }
+    QString lastInstructions() const { return lastMessage(0); }
+    QString lastPrompt() const { return lastMessage(1); }
+    void settle() { m_home.settle(); }
+
+private:
+    QString lastMessage(int index) const {
+        QFile file(m_home.directories.temporary + "/requests.jsonl");
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        const auto last = file.readAll().trimmed().split('\n').constLast();
+        return QJsonDocument::fromJson(last)
+            .object()["messages"]
+            .toArray()[index]
+            .toObject()["content"]
+            .toString();
+    }
+
+    ServedModel m_home{QStringLiteral(TALVERA_SCRIPTED_LLAMA_SERVER)};
 };
 
 template <typename Subject>
@@ -121,7 +139,7 @@ protected:
     Subject subject;
 };
 
-using Subjects = testing::Types<ScriptedSubject>;
+using Subjects = testing::Types<ScriptedSubject, ServedSubject>;
 TYPED_TEST_SUITE(LanguageModelContract, Subjects);
 
 TYPED_TEST(LanguageModelContract, answer_growsToItsEnd) {
@@ -275,32 +293,6 @@ TYPED_TEST(LanguageModelContract, preparation_changesNothingOfTheAnswer) {
     this->subject.model().prepare();
     this->subject.model().prepare();
     EXPECT_EQ(this->ask().snapshots.constLast(), "So we meet.");
-}
-
-TEST(NoLanguageModel, request_failsInATurnOfItsOwn) {
-    SimulatedMainActor actor;
-    NoLanguageModel model(actor);
-    EXPECT_EQ(model.unavailableReason(), LanguageModel::UnavailableReason::DeviceNotEligible);
-    EXPECT_TRUE(model.supportedLanguages().isEmpty());
-    model.prepare();
-    Told told;
-    const auto session = model.makeSession("Reply.", LanguageModel::Guardrails::Default);
-    session->streamResponse("so um we meet", told.listener());
-    EXPECT_EQ(told.ends, 0);
-    actor.settle();
-    ASSERT_TRUE(told.failure);
-    EXPECT_EQ(told.failure->kind, AIFailure::Case::ModelLoading);
-    EXPECT_EQ(told.ends, 1);
-}
-
-TEST(NoLanguageModel, requestThatIsDropped_isNotAnswered) {
-    SimulatedMainActor actor;
-    NoLanguageModel model(actor);
-    Told told;
-    model.makeSession("Reply.", LanguageModel::Guardrails::Default)
-        ->streamResponse("so um we meet", told.listener());
-    actor.settle();
-    EXPECT_EQ(told.ends, 0);
 }
 
 } // namespace

@@ -70,8 +70,19 @@ TEST_F(AgentAsJoined, updatesOfThePanel_areAskedForAndTold) {
     EXPECT_EQ(world.notifier.shown.size(), 1);
 }
 
-TEST_F(AgentAsJoined, languageModelOfThePanel_isToldToBeAbsent) {
+TEST_F(AgentAsJoined, languageModelOfThePanel_opensTheFolderOfModels) {
     openPanel().onLanguageModelSettings();
+    EXPECT_EQ(world.fileBrowser.shown, QStringList{"/models/language"});
+    EXPECT_TRUE(world.languageModelChoice.note.contains("GGUF"));
+    EXPECT_EQ(story({"hud"}),
+              QStringList{"hud notice Language models belong into /models/language info 6.0"});
+    runToRest();
+}
+
+TEST_F(AgentAsJoined, languageModelsFolderThatCantBeMade_isTold) {
+    world.languageModelChoice.refusesFolder = true;
+    openPanel().onLanguageModelSettings();
+    EXPECT_TRUE(world.fileBrowser.shown.isEmpty());
     EXPECT_EQ(story({"hud"}),
               QStringList{"hud notice This computer has no on-device language model info 6.0"});
     runToRest();

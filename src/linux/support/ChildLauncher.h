@@ -16,10 +16,17 @@ struct LaunchedChild {
     FileDescriptor standardError;  ///< the same; reading from both never waits
 };
 
+/// What a child may reach.
+enum class ChildReach {
+    AsWe,         ///< all that we do
+    ItsOwnSocket, ///< see confineToOwnSocket(); and of the environment only where programs are and the
+    ///< language, so that no setting or file of the user's reaches it. Its home is where it works
+};
+
 /// Starts the program. A file that says "talvera: takes --prompt /dev/fd/N" gets the value of the request's
 /// private option as an open descriptor, whose path stands for it in the command line; all others get the
 /// value itself. The program leaves no core file. Throws PlatformError (domain "ChildProcess", code errno);
 /// no child is left then.
-LaunchedChild launchChild(const ChildProcessRequest& request);
+LaunchedChild launchChild(const ChildProcessRequest& request, ChildReach reach = ChildReach::AsWe);
 
 } // namespace talvera

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "linux/posix/ChildLauncher.h"
+#include "linux/support/ChildLauncher.h"
 
+#include "linux/support/childConfinement.h"
 #include "platform/system/PlatformError.h"
 #include "text/wiping.h"
 
@@ -95,9 +96,11 @@ FileDescriptor descriptorOf(const QByteArray& bytes) {
 /// The strings of a request in the form that exec takes.
 class ExecArguments {
 public:
-    explicit ExecArguments(const ChildProcessRequest& request)
+    ExecArguments(const ChildProcessRequest& request, ChildReach reach)
         : m_directory(encoded(request.workingDirectory))
-        , m_priority(request.priority) {
+        , m_priority(request.priority)
+        , m_reach(reach)
+        , m_environment(environmentOf(reach, m_directory)) {
         m_strings.push_back(encoded(request.executable));
         for (const auto& argument : request.arguments)
             m_strings.push_back(encoded(argument));
@@ -105,6 +108,9 @@ public:
         for (auto& string : m_strings)
             m_pointers.push_back(string.data());
         m_pointers.push_back(nullptr);
+        for (auto& variable : m_environment)
+            m_variables.push_back(variable.data());
+        m_variables.push_back(nullptr);
     }
     ExecArguments(const ExecArguments&) = delete;
     ExecArguments& operator=(const ExecArguments&) = delete;
@@ -117,7 +123,10 @@ public:
     const char* program() const { return m_pointers.front(); }
     char* const* pointers() const { return m_pointers.data(); }
 
+    char* const* environment() const { return m_reach == ChildReach::AsWe ? ::environ : m_variables.data(); }
+
     ChildProcessRequest::Priority priority() const { return m_priority; }
+    ChildReach reach() const { return m_reach; }
 
     /// What the program gets besides its standard streams; -1 for nothing.
     int descriptor() const { return m_privateValue.get(); }
@@ -128,6 +137,17 @@ private:
         if (text.contains(QChar::Null))
             fail(EINVAL, QStringLiteral("argument with a NUL"));
         return QFile::encodeName(text);
+    }
+
+    static std::vector<QByteArray> environmentOf(ChildReach reach, const QByteArray& directory) {
+        if (reach == ChildReach::AsWe)
+            return {};
+        std::vector<QByteArray> variables{"HOME=" + directory};
+        for (const auto* name : {"PATH", "LANG"}) {
+            if (qEnvironmentVariableIsSet(name))
+                variables.push_back(QByteArray(name) + '=' + qgetenv(name));
+        }
+        return variables;
     }
 
     void hidePrivateValue(const ChildProcessRequest& request) {
@@ -143,6 +163,9 @@ private:
 
     QByteArray m_directory;
     ChildProcessRequest::Priority m_priority;
+    ChildReach m_reach;
+    std::vector<QByteArray> m_environment;
+    std::vector<char*> m_variables;
     std::vector<QByteArray> m_strings;
     std::vector<char*> m_pointers;
     FileDescriptor m_privateValue;
@@ -199,7 +222,9 @@ void resetSignals() {
         if (arguments.priority() == ChildProcessRequest::Priority::Low)
             giveWay();
         resetSignals();
-        ::execv(arguments.program(), arguments.pointers());
+        if (arguments.reach() == ChildReach::ItsOwnSocket)
+            confineToOwnSocket();
+        ::execve(arguments.program(), arguments.pointers(), arguments.environment());
     }
     const int code = errno;
     [[maybe_unused]] const auto reported = ::write(report, &code, sizeof code);
@@ -240,8 +265,8 @@ void reap(pid_t pid) {
 
 } // namespace
 
-LaunchedChild launchChild(const ChildProcessRequest& request) {
-    const ExecArguments arguments(request);
+LaunchedChild launchChild(const ChildProcessRequest& request, ChildReach reach) {
+    const ExecArguments arguments(request, reach);
     auto output = makeRoomyPipe();
     auto error = makeRoomyPipe();
     auto report = makePipe();

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "linux/language/LlamaSession.h"
+
+#include "linux/language/LlamaLanguageModel.h"
+#include "linux/language/serverFailures.h"
+
+#include <utility>
+
+namespace talvera {
+
+LlamaSession::LlamaSession(LlamaLanguageModel& model, QString instructions)
+    : m_model(model)
+    , m_question{std::move(instructions), {}} {}
+
+LlamaSession::~LlamaSession() {
+    leave();
+}
+
+void LlamaSession::streamResponse(const QString& prompt, Listener listener) {
+    m_question.prompt = prompt;
+    m_listener = std::make_shared<Listener>(std::move(listener));
+    m_hasEntered = true;
+    m_model.enter(*this);
+    auto& actor = m_model.m_parts.actor;
+    m_patience = actor.startTimer(m_model.m_options.loading, [this] { fail(); });
+    actor.post(m_lifetime.ifAlive([this] {
+        if (m_hasEntered)
+            m_model.serve(*this);
+    }));
+}
+
+void LlamaSession::send() {
+    if (m_request)
+        return;
+    m_model.m_parts.actor.cancelTimer(*m_patience);
+    m_request = std::make_unique<ServerRequest>(
+        m_model.m_parts.actor, m_model.m_options.request,
+        Listener{.onSnapshot = [own = m_listener](const QString& content) { own->onSnapshot(content); },
+                 .onFinished =
+                     [this, own = m_listener] {
+                         leave();
+                         own->onFinished();
+                     },
+                 .onFailed =
+                     [this, own = m_listener](const LanguageModelError& error) {
+                         leave();
+                         own->onFailed(error);
+                     }});
+    m_request->begin(m_model.socket(), m_question);
+}
+
+void LlamaSession::fail() {
+    leave();
+    const auto listener = m_listener;
+    listener->onFailed(modelIsAway());
+}
+
+void LlamaSession::failIfWaiting() {
+    if (m_hasEntered && !m_request)
+        fail();
+}
+
+void LlamaSession::leave() {
+    if (!std::exchange(m_hasEntered, false))
+        return;
+    m_model.m_parts.actor.cancelTimer(*m_patience);
+    m_model.leave(*this);
+}
+
+} // namespace talvera

@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: MIT
+#include "linux/language/ServerRequest.h"
+
+#include "linux/language/serverFailures.h"
+
+#include <QLocalSocket>
+
+#include <algorithm>
+#include <utility>
+
+namespace talvera {
+
+namespace {
+
+constexpr int success = 200;
+constexpr qint64 readAhead = 1 << 16; // a server that sends without end is held up, and fills no memory
+constexpr qsizetype longestError = 1 << 16;
+
+/// More than any model makes of a text that it cleans up or translates.
+qsizetype mostCharactersFor(const QString& prompt) {
+    constexpr qsizetype least = 4000;
+    constexpr qsizetype perCharacter = 8;
+    return std::max(least, prompt.size() * perCharacter);
+}
+
+} // namespace
+
+void ServerRequest::LaterDeleted::operator()(QLocalSocket* socket) const {
+    socket->disconnect(); // it may be just now that it tells of something
+    socket->abort();
+    socket->deleteLater();
+}
+
+ServerRequest::ServerRequest(MainActor& actor, Limits limits, LanguageModelSession::Listener listener)
+    : m_actor(actor)
+    , m_limits(limits)
+    , m_listener(std::make_shared<LanguageModelSession::Listener>(std::move(listener))) {}
+
+ServerRequest::~ServerRequest() {
+    stopTimers();
+}
+
+void ServerRequest::begin(const QString& socket, const Question& question) {
+    const auto body = chatRequest(question.instructions, question.prompt);
+    m_request = "POST /v1/chat/completions HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\n"
+                "Connection: close\r\nContent-Length: " +
+                QByteArray::number(body.size()) + "\r\n\r\n" + body;
+    m_answer.emplace(mostCharactersFor(question.prompt));
+    m_actor.post(m_lifetime.ifAlive([this, socket] { connectTo(socket); }));
+}
+
+void ServerRequest::connectTo(const QString& socket) {
+    m_socket.reset(new QLocalSocket);
+    m_socket->setReadBufferSize(readAhead);
+    auto* const own = m_socket.get();
+    QObject::connect(own, &QLocalSocket::connected, own, [this] { send(); });
+    QObject::connect(own, &QLocalSocket::readyRead, own, [this] { receive(); });
+    QObject::connect(own, &QLocalSocket::disconnected, own, [this] { takeEndOfConnection(); });
+    QObject::connect(own, &QLocalSocket::errorOccurred, own,
+                     m_lifetime.ifAlive([this] { takeEndOfConnection(); }));
+    m_whole = m_actor.startTimer(m_limits.whole,
+                                 [this] { fail(brokenAnswer(QStringLiteral("it took too long"))); });
+    awaitMore();
+    m_socket->connectToServer(socket);
+}
+
+void ServerRequest::send() {
+    m_socket->write(std::exchange(m_request, {}));
+}
+
+/// The listener may destroy this object at each snapshot.
+void ServerRequest::receive() {
+    const auto token = m_lifetime.token();
+    while (token.isAlive() && !m_hasEnded && m_socket->bytesAvailable() > 0) {
+        const auto bytes = m_socket->read(readAhead);
+        m_received += bytes.size();
+        awaitMore();
+        if (m_received > m_limits.bytes)
+            fail(brokenAnswer(QStringLiteral("without an end")));
+        else
+            takeBody(m_response.take(bytes));
+    }
+}
+
+void ServerRequest::takeBody(const QByteArray& bytes) {
+    if (m_response.status() != success) {
+        m_errorBody += bytes.left(longestError - m_errorBody.size());
+        if (m_response.state() == HttpResponseReader::State::Broken)
+            fail(brokenAnswer(QStringLiteral("no answer over HTTP")));
+        else if (m_response.state() == HttpResponseReader::State::Whole)
+            fail(failureOfStatus(m_response.status(), m_errorBody));
+        return;
+    }
+    for (const auto& event : m_events.take(bytes))
+        m_answer->take(event);
+    if (m_events.isTooLong() || m_response.state() == HttpResponseReader::State::Broken) {
+        fail(brokenAnswer(QStringLiteral("what came can't be read")));
+        return;
+    }
+    if (m_response.state() == HttpResponseReader::State::Whole)
+        m_answer->takeEnd();
+    const auto token = m_lifetime.token();
+    if (m_answer->text() != m_told) {
+        m_told = m_answer->text();
+        const auto listener = m_listener;
+        listener->onSnapshot(m_told);
+    }
+    if (token.isAlive() && m_answer->hasEnded())
+        end();
+}
+
+void ServerRequest::takeEndOfConnection() {
+    const auto token = m_lifetime.token();
+    const bool wasConnected = m_request.isEmpty();
+    if (wasConnected)
+        receive(); // what came before the end
+    if (!token.isAlive() || m_hasEnded)
+        return;
+    if (!wasConnected) {
+        fail(modelIsAway());
+        return;
+    }
+    m_response.takeEnd();
+    if (m_response.status() != 0 && m_response.status() != success)
+        fail(failureOfStatus(m_response.status(), m_errorBody));
+    else
+        fail(brokenAnswer(QStringLiteral("the connection ended")));
+}
+
+void ServerRequest::awaitMore() {
+    if (m_silence)
+        m_actor.cancelTimer(*m_silence);
+    m_silence =
+        m_actor.startTimer(m_limits.silence, [this] { fail(brokenAnswer(QStringLiteral("silence"))); });
+}
+
+void ServerRequest::stopTimers() {
+    for (auto* timer : {&m_silence, &m_whole}) {
+        if (*timer)
+            m_actor.cancelTimer(**timer);
+        timer->reset();
+    }
+}
+
+void ServerRequest::fail(const LanguageModelError& error) {
+    stopTimers();
+    m_socket.reset();
+    m_hasEnded = true;
+    const auto listener = m_listener;
+    listener->onFailed(error);
+}
+
+void ServerRequest::end() {
+    if (const auto failure = m_answer->failure()) {
+        fail(*failure);
+        return;
+    }
+    stopTimers();
+    m_socket.reset();
+    m_hasEnded = true;
+    const auto listener = m_listener;
+    listener->onFinished();
+}
+
+} // namespace talvera

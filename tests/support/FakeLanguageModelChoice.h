@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/language/LanguageModelChoice.h"
+#include "platform/system/PlatformError.h"
+
+#include <algorithm>
+#include <cerrno>
+
+namespace talvera::test {
+
+/// A choice among the models that the test has put there.
+class FakeLanguageModelChoice final : public LanguageModelChoice {
+public:
+    std::vector<Offer> models;
+    QString choice;
+    bool refusesFolder = false;
+    QString note; ///< that lies in the folder
+
+    std::vector<Offer> offers() override { return models; }
+    QString chosen() override {
+        if (choice.isEmpty())
+            return models.size() == 1 ? models.front().id : QString();
+        const bool isThere = std::any_of(models.begin(), models.end(),
+                                         [this](const Offer& offer) { return offer.id == choice; });
+        return isThere ? choice : QString();
+    }
+    void choose(const QString& id) override { choice = id; }
+    QString makeFolder(const QString& text) override {
+        if (refusesFolder)
+            throw PlatformError(QStringLiteral("FileSystem"), EACCES);
+        note = text;
+        return QStringLiteral("/models/language");
+    }
+};
+
+} // namespace talvera::test
