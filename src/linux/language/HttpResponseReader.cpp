@@ -73,7 +73,7 @@ bool HttpResponseReader::takeHead() {
         return m_pending.size() > longestHead && breakOff();
     const auto lines = m_pending.left(end).split('\n');
     m_pending.remove(0, end + headEnd.size());
-    m_status = statusOf(lines.front());
+    m_status = statusOf(lines.front().trimmed());
     if (m_status == 0)
         return breakOff();
     for (qsizetype i = 1; i < lines.size(); ++i) {
