@@ -26,6 +26,16 @@ void AgentHome::setPreferencesFile(const QByteArray& bytes) {
         throw std::runtime_error("the preferences can't be written");
 }
 
+void AgentHome::addLanguageModel() {
+    QDir().mkpath(QFileInfo(languageModel()).path());
+    if (!QFile::copy(TALVERA_TEST_LANGUAGE_MODEL, languageModel()))
+        throw std::runtime_error("the language model can't be put there");
+}
+
+void AgentHome::removeLanguageModel() {
+    QFile::remove(languageModel());
+}
+
 void AgentHome::install(const QString& program) {
     const QDir programs(m_directory.filePath("programs"));
     programs.mkpath(".");

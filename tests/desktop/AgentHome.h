@@ -19,6 +19,10 @@ public:
     void setPreferencesFile(const QByteArray& bytes);
     QString preferencesFile() const { return m_directory.filePath("config/Talvera/preferences.json"); }
 
+    /// Puts the test language model where the agent looks for one, or takes it away.
+    void addLanguageModel();
+    void removeLanguageModel();
+
     /// Sets a variable of the agent's environment.
     void set(const QString& variable, const QString& value) { m_variables.insert(variable, value); }
     /// Installs a stand-in for this program that writes down how it is called. The agent finds the
@@ -31,6 +35,8 @@ public:
     QProcessEnvironment environment() const;
 
 private:
+    QString languageModel() const { return m_directory.filePath("data/Talvera/language-models/m.gguf"); }
+
     QTemporaryDir m_directory;
     QMap<QString, QString> m_variables;
 };

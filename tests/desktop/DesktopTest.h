@@ -62,7 +62,7 @@ protected:
     /// Whether, in a moment at most, the agent's directory for temporary files holds nothing of a dictation
     /// and no recogniser runs in this desktop.
     static testing::AssertionResult isClean();
-    /// The files there but those of the warm-up, of all agents.
+    /// The files there but those of the warm-up, and sockets, of all agents.
     static QStringList leftFiles();
     /// The processes of this name, at most 15 characters of it, that run in this desktop.
     static std::vector<pid_t> processes(const QByteArray& name);

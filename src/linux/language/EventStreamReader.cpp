@@ -9,8 +9,8 @@ QList<QByteArray> EventStreamReader::take(QByteArrayView bytes) {
     QList<QByteArray> events;
     while (!bytes.isEmpty() && !m_isTooLong) {
         const auto end = bytes.indexOf('\n');
-        m_line.append(bytes.left(end < 0 ? bytes.size() : end).toByteArray());
-        bytes = end < 0 ? QByteArrayView() : bytes.mid(end + 1);
+        m_line.append(bytes.first(end < 0 ? bytes.size() : end).toByteArray());
+        bytes = end < 0 ? QByteArrayView() : bytes.sliced(end + 1);
         m_isTooLong = m_line.size() + m_data.size() > longestEvent;
         if (end >= 0 && !m_isTooLong)
             takeLine(std::exchange(m_line, {}), events);
@@ -30,9 +30,9 @@ void EventStreamReader::takeLine(QByteArrayView line, QList<QByteArray>& events)
     constexpr QByteArrayView field("data:");
     if (!line.startsWith(field))
         return;
-    auto value = line.mid(field.size());
+    auto value = line.sliced(field.size());
     if (value.startsWith(' '))
-        value = value.mid(1);
+        value = value.sliced(1);
     if (std::exchange(m_hasData, true))
         m_data += '\n';
     m_data.append(value.data(), value.size());

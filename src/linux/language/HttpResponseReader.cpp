@@ -24,7 +24,7 @@ int statusOf(QByteArrayView line) {
     if (line.size() > code + digits && line[code + digits] != ' ')
         return 0;
     bool isNumber = false;
-    const auto status = line.mid(code, digits).toByteArray().toInt(&isNumber);
+    const auto status = line.sliced(code, digits).toByteArray().toInt(&isNumber);
     constexpr int least = 100;
     return isNumber && status >= least ? status : 0;
 }
@@ -94,8 +94,8 @@ bool HttpResponseReader::takeHeaderLine(QByteArrayView line) {
     const auto colon = line.indexOf(':');
     if (colon <= 0)
         return false;
-    const auto name = line.left(colon).toByteArray().toLower();
-    const auto value = line.mid(colon + 1).trimmed();
+    const auto name = line.first(colon).toByteArray().toLower();
+    const auto value = line.sliced(colon + 1).trimmed();
     if (name == "transfer-encoding") {
         m_isChunked = value.toByteArray().toLower() == "chunked";
         return m_isChunked;

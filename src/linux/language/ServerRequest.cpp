@@ -56,8 +56,7 @@ void ServerRequest::connectTo(const QString& socket) {
     QObject::connect(own, &QLocalSocket::connected, own, [this] { send(); });
     QObject::connect(own, &QLocalSocket::readyRead, own, [this] { receive(); });
     QObject::connect(own, &QLocalSocket::disconnected, own, [this] { takeEndOfConnection(); });
-    QObject::connect(own, &QLocalSocket::errorOccurred, own,
-                     m_lifetime.ifAlive([this] { takeEndOfConnection(); }));
+    QObject::connect(own, &QLocalSocket::errorOccurred, own, [this] { takeEndOfConnection(); });
     m_whole = m_actor.startTimer(m_limits.whole,
                                  [this] { fail(brokenAnswer(QStringLiteral("it took too long"))); });
     awaitMore();

@@ -13,7 +13,7 @@ Events readInPieces(const QByteArray& all, qsizetype size) {
     EventStreamReader reader;
     Events events;
     for (qsizetype at = 0; at < all.size(); at += size)
-        events += reader.take(QByteArrayView(all).mid(at, std::min(size, all.size() - at)));
+        events += reader.take(QByteArrayView(all).sliced(at, std::min(size, all.size() - at)));
     return events;
 }
 

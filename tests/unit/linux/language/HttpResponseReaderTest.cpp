@@ -18,18 +18,18 @@ struct Read {
 Read readInPieces(const QByteArray& all, qsizetype size) {
     Read read;
     for (qsizetype at = 0; at < all.size(); at += size)
-        read.body += read.reader.take(QByteArrayView(all).mid(at, std::min(size, all.size() - at)));
+        read.body += read.reader.take(QByteArrayView(all).sliced(at, std::min(size, all.size() - at)));
     return read;
 }
 
 const QByteArray chunked =
     "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nTransfer-Encoding: Chunked\r\n\r\n"
-    "5\r\nhello\r\nB;x=y\r\n, my world\r\n\r\n0\r\nTrailer: x\r\n\r\n";
+    "5\r\nhello\r\nA;x=y\r\n, my world\r\n0\r\nTrailer: x\r\n\r\n";
 
 TEST(HttpResponseReader, chunks_areJoinedHoweverTheyAreCut) {
     for (const qsizetype size : {1, 2, 3, 7, 1000}) {
         const auto read = readInPieces(chunked, size);
-        EXPECT_EQ(read.body, "hello, my world\r") << size;
+        EXPECT_EQ(read.body, "hello, my world") << size;
         EXPECT_EQ(read.reader.status(), 200);
         EXPECT_EQ(read.reader.state(), State::Whole);
     }
