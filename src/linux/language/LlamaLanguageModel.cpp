@@ -143,7 +143,7 @@ void LlamaLanguageModel::enter(LlamaSession& session) {
 void LlamaLanguageModel::serve(LlamaSession& session) {
     if (unavailableReason() || !ensureServer())
         session.fail();
-    else if (isLoaded())
+    else if (isLoaded() && !session.wasRefused())
         session.send();
 }
 
@@ -199,12 +199,7 @@ bool LlamaLanguageModel::ensureServer() {
 }
 
 void LlamaLanguageModel::takeReady() {
-    const auto token = m_lifetime.token();
-    const auto waiting = m_sessions;
-    for (auto* const session : waiting) {
-        if (token.isAlive() && std::find(m_sessions.begin(), m_sessions.end(), session) != m_sessions.end())
-            session->send();
-    }
+    forEachWaiting([](LlamaSession& session) { session.send(); });
 }
 
 void LlamaLanguageModel::takeGone(bool wasLoading) {
@@ -215,14 +210,25 @@ void LlamaLanguageModel::takeGone(bool wasLoading) {
     }
     m_served.reset();
     reconsider();
-    failWaiting();
+    forEachWaiting([this, wasLoading](LlamaSession& session) {
+        if (wasLoading)
+            session.fail();
+        else
+            serve(session);
+    });
 }
 
-/// What was being answered notices by itself.
-void LlamaLanguageModel::failWaiting() {
-    const auto waiting = m_sessions;
-    for (auto* const session : waiting)
-        session->failIfWaiting();
+/// What is being answered goes its own way. Each call may end sessions.
+void LlamaLanguageModel::forEachWaiting(const std::function<void(LlamaSession&)>& visit) {
+    const auto token = m_lifetime.token();
+    const auto sessions = m_sessions;
+    for (auto* const session : sessions) {
+        if (!token.isAlive())
+            return;
+        const bool isThere = std::find(m_sessions.begin(), m_sessions.end(), session) != m_sessions.end();
+        if (isThere && session->isWaiting())
+            visit(*session);
+    }
 }
 
 /// Only while a server runs that nobody asks.

@@ -11,6 +11,7 @@
 
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -86,7 +87,7 @@ private:
     bool ensureServer();
     void takeReady();
     void takeGone(bool wasLoading);
-    void failWaiting();
+    void forEachWaiting(const std::function<void(LlamaSession&)>& visit);
     void restartIdleTime();
     void endServer();
     void reconsider();

@@ -21,10 +21,14 @@ void LlamaSession::streamResponse(const QString& prompt, Listener listener) {
     m_listener = std::make_shared<Listener>(std::move(listener));
     m_hasEntered = true;
     m_model.enter(*this);
+    awaitServer();
+}
+
+void LlamaSession::awaitServer() {
     auto& actor = m_model.m_parts.actor;
     m_patience = actor.startTimer(m_model.m_options.loading, [this] { fail(); });
     actor.post(m_lifetime.ifAlive([this] {
-        if (m_hasEntered)
+        if (isWaiting())
             m_model.serve(*this);
     }));
 }
@@ -41,23 +45,27 @@ void LlamaSession::send() {
                          leave();
                          own->onFinished();
                      },
-                 .onFailed =
-                     [this, own = m_listener](const LanguageModelError& error) {
-                         leave();
-                         own->onFailed(error);
-                     }});
+                 .onFailed = [this](const LanguageModelError& error) { takeFailure(error); }});
     m_request->begin(m_model.socket(), m_question);
+}
+
+/// A server that was killed is noticed by the first that wants something of it, at times before its end is
+/// told. That one gets another server, once.
+void LlamaSession::takeFailure(const LanguageModelError& error) {
+    if (m_request->wasRefused() && !std::exchange(m_wasRefused, true)) {
+        m_request.reset();
+        awaitServer();
+        return;
+    }
+    leave();
+    const auto listener = m_listener;
+    listener->onFailed(error);
 }
 
 void LlamaSession::fail() {
     leave();
     const auto listener = m_listener;
     listener->onFailed(modelIsAway());
-}
-
-void LlamaSession::failIfWaiting() {
-    if (m_hasEntered && !m_request)
-        fail();
 }
 
 void LlamaSession::leave() {

@@ -28,9 +28,14 @@ public:
     void send();
     /// There will be none.
     void fail();
-    void failIfWaiting();
+    /// By a server whose end hasn't been told yet.
+    bool wasRefused() const { return m_wasRefused; }
+    /// No server has taken it so far.
+    bool isWaiting() const { return m_hasEntered && !m_request; }
 
 private:
+    void awaitServer();
+    void takeFailure(const LanguageModelError& error);
     void leave();
 
     LlamaLanguageModel& m_model;
@@ -39,6 +44,7 @@ private:
     std::optional<MainActor::TimerId> m_patience;
     std::unique_ptr<ServerRequest> m_request;
     bool m_hasEntered = false;
+    bool m_wasRefused = false;
     Lifetime m_lifetime;
 };
 

@@ -116,6 +116,7 @@ void ServerRequest::takeEndOfConnection() {
     if (!token.isAlive() || m_hasEnded)
         return;
     if (!wasConnected) {
+        m_wasRefused = true;
         fail(modelIsAway());
         return;
     }

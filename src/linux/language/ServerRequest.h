@@ -42,6 +42,9 @@ public:
     /// Connects and sends; to be called once. Nothing is told from within.
     void begin(const QString& socket, const Question& question);
 
+    /// It failed before anybody had taken the connection.
+    bool wasRefused() const { return m_wasRefused; }
+
 private:
     struct LaterDeleted {
         void operator()(QLocalSocket* socket) const;
@@ -71,6 +74,7 @@ private:
     std::optional<MainActor::TimerId> m_silence;
     std::optional<MainActor::TimerId> m_whole;
     bool m_hasEnded = false;
+    bool m_wasRefused = false;
     Lifetime m_lifetime;
 };
 
