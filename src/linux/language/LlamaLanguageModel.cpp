@@ -11,6 +11,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace talvera {
 
@@ -43,7 +44,7 @@ LlamaLanguageModel::LlamaLanguageModel(Parts parts, Options options)
     , m_program(parts.directories.resources + QStringLiteral("/Resources/llama-server"))
     , m_folder(parts.directories.applicationSupport + QStringLiteral("/Talvera/language-models"))
     , m_server(parts.actor)
-    , m_known(unavailableReason(), supportedLanguages()) {
+    , m_known{unavailableReason(), supportedLanguages(), offers()} {
     m_folder.onChange = [this] { reconsider(); };
     m_server.onReady = [this] { takeReady(); };
     m_server.onGone = [this](bool wasLoading) { takeGone(wasLoading); };
@@ -255,10 +256,10 @@ void LlamaLanguageModel::reconsider() {
     const auto* const entry = chosenEntry();
     if (m_served && m_sessions.empty() && (entry == nullptr || !serves(*entry)))
         endServer();
-    const Known known(unavailableReason(), supportedLanguages());
+    Known known{unavailableReason(), supportedLanguages(), offers()};
     if (known == m_known)
         return;
-    m_known = known;
+    m_known = std::move(known);
     m_parts.actor.post(m_lifetime.ifAlive([this] { m_changes.set(m_changes.get() + 1); }));
 }
 

@@ -13,7 +13,6 @@
 
 #include <functional>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace talvera {
@@ -73,7 +72,12 @@ private:
 
     using Entry = ModelFolder::Entry;
     /// What observers know.
-    using Known = std::pair<std::optional<UnavailableReason>, QStringList>;
+    struct Known {
+        std::optional<UnavailableReason> reason;
+        QStringList languages;
+        std::vector<Offer> offers;
+        bool operator==(const Known&) const = default;
+    };
 
     // What sessions ask for
     void enter(LlamaSession& session);

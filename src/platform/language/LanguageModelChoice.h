@@ -8,7 +8,7 @@
 namespace talvera {
 
 /// Which of the language models on this machine is used: the user's choice, which lasts. Main thread only;
-/// that it has changed is told by the LanguageModel's observe().
+/// that it or the offers have changed is told by the LanguageModel's observe().
 class LanguageModelChoice {
 public:
     /// A model that may be chosen.

@@ -79,6 +79,12 @@ TEST_F(LlamaLanguageModelTest, ofSeveralModels_theChosenOneCounts) {
         << "the other one isn't taken instead";
     home->model->choose({});
     EXPECT_EQ(home->model->chosen(), "a.gguf");
+    home->model->choose("a.gguf");
+    int changesOfAnother = 0;
+    const auto another = home->model->observe([&changesOfAnother] { ++changesOfAnother; });
+    home->put("c.gguf");
+    home->turn();
+    EXPECT_EQ(changesOfAnother, 1) << "who shows the offers hears of one more";
 }
 
 TEST_F(LlamaLanguageModelTest, noteInTheFolder_saysWhatTheProgramTells) {
