@@ -66,6 +66,7 @@ Machine LinuxMachine::machine() {
                        .modelSource = m_model.source},
             .language = {.model = m_languageModel,
                          .recognizer = m_languageRecognizer,
+                         .fonts = m_fonts,
                          .preferred = sessionLanguages(QProcessEnvironment::systemEnvironment())}};
 }
 

@@ -27,6 +27,7 @@
 #include "linux/xdg/DesktopSettingsPanels.h"
 #include "linux/xdg/JsonPreferenceStore.h"
 #include "linux/xdg/PortalAppearance.h"
+#include "linux/xdg/QtInstalledFonts.h"
 #include "linux/xdg/QtProgramActivation.h"
 #include "linux/xdg/XdgFileBrowser.h"
 #include "linux/xdg/XdgLoginItem.h"
@@ -102,6 +103,7 @@ private:
 
     NoLanguageModel m_languageModel{m_actor};
     Cld2LanguageRecognizer m_languageRecognizer;
+    QtInstalledFonts m_fonts;
 
     // Last, so that their jobs end before what these work with does.
     ThreadSerialQueue m_typing{"Paster.typing"};

@@ -2,6 +2,7 @@
 #include "app/LinuxMachine.h"
 #include "app/QuickWindows.h"
 #include "app/StateTrace.h"
+#include "app/commandLineAnswer.h"
 #include "core/Agent.h"
 #include "linux/posix/AgentDirectory.h"
 #include "linux/posix/StandardConsole.h"
@@ -24,6 +25,13 @@ using namespace talvera;
 namespace {
 
 constexpr Duration windowsDelay = seconds(0.5);
+
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
 
 /// While it lives, an end by exit() is told: the toolkit calls that when the display server goes.
 class ExitWatch {
@@ -111,6 +119,10 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
 int main(int argc, char** argv) {
     leaveNoCoreFile();
     StandardConsole console;
+    if (const auto answer = commandLineAnswer(argumentsOf(argc, argv))) {
+        console.print(*answer);
+        return EXIT_SUCCESS;
+    }
     try {
         return run(argc, argv, console, XdgDirectories::directories());
     } catch (const PlatformError& error) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/Agent.h"
 
+#include "concurrency/Lifetime.h"
 #include "core/AppDelegate.h"
 #include "core/DictationController.h"
 #include "core/Machine.h"
@@ -18,6 +19,7 @@
 #include "persistence/PreferredDelivery.h"
 #include "persistence/StatsStore.h"
 #include "platform/desktop/FileBrowser.h"
+#include "platform/desktop/Notifier.h"
 #include "platform/desktop/SettingsPanels.h"
 #include "platform/system/ApplicationHost.h"
 #include "platform/system/Console.h"
@@ -60,6 +62,7 @@ public:
     std::shared_ptr<OutputPipeline> makePipeline();
     void tellOfLostMicrophone();
     void tellOfSecondStart();
+    void tellOfMissingFont();
 
 private:
     const Machine m_machine; ///< everything below works with it
@@ -106,13 +109,15 @@ private:
     WindowFactory& m_windows;
     const Trace& m_onTrace;
     Subscription m_recordingEnd;
+    Lifetime m_lifetime;
 };
 
 Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowFactory& windows,
                       const Trace& onTrace)
     : m_machine(machine)
-    , interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
-                        userSettings.appLanguage.get(), machine.language.preferred)
+    , interfaceLanguage(
+          {machine.system.files, machine.system.directories, machine.system.console, machine.language.fonts},
+          userSettings.appLanguage.get(), machine.language.preferred)
     , settings(userSettings)
     , models(machine.system.files, machine.system.directories,
              machine.system.modelSource.hasEncoder() ? ModelStore::Items::MainFileAndEncoder
@@ -317,6 +322,21 @@ void Agent::Wiring::tellOfLostMicrophone() {
                    DictationHUDState::NoticeTone::Warn, noticeTime);
 }
 
+/// In a language that can be read, since the wanted one can't.
+void Agent::Wiring::tellOfMissingFont() {
+    const auto& package = interfaceLanguage.missingFont();
+    if (!package)
+        return;
+    const auto title =
+        formatted(localized("fonts.missing.title", "Your language needs the package %@"), *package);
+    const auto text = localized("fonts.missing.text", "No font of this computer has its letters. Install "
+                                                      "the package, then start Talvera again.");
+    m_machine.desktop.notifier.notify(title, text, m_lifetime.ifAlive([this, title](bool shown) {
+        if (!shown)
+            hud.showRemark(title, DictationHUDState::NoticeTone::Warn, noticeTime);
+    }));
+}
+
 void Agent::Wiring::tellOfSecondStart() {
     m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
     delegate->startedAgain();
@@ -357,6 +377,7 @@ Agent::~Agent() = default;
 void Agent::launch() {
     recorder.setOnLost([wiring = m_wiring.get()] { wiring->tellOfLostMicrophone(); });
     delegate().applicationDidFinishLaunching();
+    m_wiring->tellOfMissingFont();
 }
 
 void Agent::prepareWindows() {

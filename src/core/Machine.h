@@ -22,6 +22,7 @@ class EventTapFactory;
 class FileBrowser;
 class FileDownloads;
 class FileSystem;
+class InstalledFonts;
 class KeyEventPoster;
 class KeyboardLayout;
 class LanguageModel;
@@ -100,6 +101,7 @@ struct Machine {
     struct Language {
         LanguageModel& model;
         LanguageRecognizer& recognizer;
+        InstalledFonts& fonts;
         QStringList preferred; ///< those that the user reads, best first, as "de-AT"
     };
 

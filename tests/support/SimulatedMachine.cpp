@@ -110,7 +110,8 @@ Machine SimulatedMachine::machine() {
                                    .arg(++m_names, 12, 16, QChar(u'0'));
                            },
                        .modelSource = modelSource},
-            .language = {.model = languageModel, .recognizer = languageRecognizer, .preferred = {}}};
+            .language = {
+                .model = languageModel, .recognizer = languageRecognizer, .fonts = fonts, .preferred = {}}};
 }
 
 } // namespace talvera::test

@@ -8,6 +8,7 @@
 #include "FakeDesktopServices.h"
 #include "FakeEventTap.h"
 #include "FakeFileDownloads.h"
+#include "FakeInstalledFonts.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
@@ -86,6 +87,7 @@ public:
     FakeProgramActivation activation;
     FakeLanguageModel languageModel{actor};
     FakeLanguageRecognizer languageRecognizer;
+    FakeInstalledFonts fonts;
     FakeSettingsPanels settingsPanels;
     FakeStatusItem statusItem;
     FakePointerMonitor pointer;

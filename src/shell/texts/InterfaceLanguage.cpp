@@ -6,6 +6,7 @@
 #include "platform/system/FileSystem.h"
 #include "platform/system/PlatformError.h"
 #include "shell/texts/TextCatalog.h"
+#include "shell/texts/fontPackage.h"
 
 #include <QCoreApplication>
 
@@ -44,7 +45,9 @@ QStringList namesOf(const QString& language) {
 InterfaceLanguage::InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred)
     : m_parts(parts) {
     load(english);
-    const auto code = best(chosen == u"system" ? preferred : QStringList{chosen});
+    auto code = best(chosen == u"system" ? preferred : QStringList{chosen});
+    if (code == english && m_missingFont)
+        code = best(preferred);
     if (code != english)
         load(code);
 }
@@ -58,18 +61,27 @@ QString InterfaceLanguage::pathOf(const QString& code) const {
     return QStringLiteral("%1/Resources/texts/%2.json").arg(m_parts.directories.resources, code);
 }
 
-/// The catalog of the first language that there is one for.
-QString InterfaceLanguage::best(const QStringList& languages) const {
+/// The catalog of the first language that there is one for and that can be read.
+QString InterfaceLanguage::best(const QStringList& languages) {
     for (const auto& language : languages) {
         if (language.contains(u'/')) // no way to another directory
             continue;
         for (const auto& name : namesOf(language)) {
             const auto code = catalogName(name);
-            if (code == english || m_parts.files.exists(pathOf(code)))
+            if (code == english || (m_parts.files.exists(pathOf(code)) && canBeRead(code)))
                 return code;
         }
     }
     return english;
+}
+
+/// Remembers what the first one that can't be read would need.
+bool InterfaceLanguage::canBeRead(const QString& code) {
+    auto package = missingFontPackage(code, m_parts.fonts);
+    const bool canBeRead = !package;
+    if (!m_missingFont)
+        m_missingFont = std::move(package);
+    return canBeRead;
 }
 
 void InterfaceLanguage::load(const QString& code) {

@@ -3,6 +3,8 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/panel/MenuPanelModel.h"
 
+#include <optional>
+
 using namespace talvera;
 using namespace talvera::test;
 
@@ -107,6 +109,48 @@ TEST_F(AgentAsJoined, microphoneThatGoesWhileListening_isToldAndWhatWasSaidIsKep
     release();
     runToRest();
     EXPECT_EQ(story({"type"}), QStringList{"type hello world"});
+}
+
+/// A user of a language that there is no font for.
+class AgentWithoutAFont : public AgentAsJoined {
+protected:
+    AgentWithoutAFont() {
+        const auto texts = world.directories.resources + "/Resources/texts";
+        world.disk.createDirectories(texts);
+        world.disk.write(texts + "/ja.json", R"({"fonts.missing.title": "unreadable"})");
+        world.settings.appLanguage.set("ja");
+        world.fonts.lacking = QString::fromUtf8("設");
+    }
+    void startNext() {
+        next.emplace(world.machine(), world.settings, world.windows);
+        next->launch();
+        world.actor.settle();
+    }
+
+    std::optional<Agent> next;
+};
+
+TEST_F(AgentWithoutAFont, launch_tellsWhichPackageHasIt) {
+    startNext();
+    EXPECT_EQ(world.notifier.shown,
+              QStringList{"Your language needs the package fonts-noto-cjk|No font of this computer has its "
+                          "letters. Install the package, then start Talvera again."});
+    EXPECT_TRUE(next->hud.currentState().as<HUD::Hidden>());
+}
+
+TEST_F(AgentWithoutAFont, desktopWithoutNotifications_getsItOnTheHUD) {
+    world.notifier.isThere = false;
+    startNext();
+    const auto* const notice = next->hud.currentState().as<HUD::Notice>();
+    ASSERT_TRUE(notice);
+    EXPECT_EQ(notice->text, "Your language needs the package fonts-noto-cjk");
+    runToRest();
+}
+
+TEST_F(AgentWithoutAFont, fontThatIsThere_isNotSpokenOf) {
+    world.fonts.lacking.clear();
+    startNext();
+    EXPECT_EQ(world.notifier.shown, QStringList());
 }
 
 TEST_F(AgentAsJoined, panel_followsTheDictation) {
