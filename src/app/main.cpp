@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "app/CommandLine.h"
 #include "app/LinuxMachine.h"
 #include "app/QuickWindows.h"
 #include "app/StateTrace.h"
-#include "app/commandLineAnswer.h"
+#include "app/obeyCommandLine.h"
 #include "core/Agent.h"
+#include "core/AgentCommand.h"
+#include "linux/commands/CommandSocket.h"
+#include "linux/commands/commandSocketPaths.h"
 #include "linux/posix/AgentDirectory.h"
 #include "linux/posix/StandardConsole.h"
 #include "linux/posix/TerminationSignals.h"
@@ -16,9 +20,11 @@
 #include "views/ViewEngine.h"
 
 #include <QGuiApplication>
+#include <QProcessEnvironment>
 
 #include <cstdlib>
 #include <optional>
+#include <variant>
 
 using namespace talvera;
 
@@ -53,15 +59,23 @@ private:
     static inline Console* s_console = nullptr;
 };
 
+CommandReply obey(Agent& agent, const CommandRequest& request) {
+    const auto command = AgentCommand::of(request.words);
+    if (!command)
+        return {.isDone = false};
+    return {.text = agent.obey(*command, request.begun)};
+}
+
 /// Runs the agent on this machine until the event loop ends.
-int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Console& console,
-             DisplayClaim& claim) {
+int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim,
+             const QStringList& commandPaths) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
     QuickWindows windows(
         {actor, settings, linuxMachine.appearance(), linuxMachine.overlays(), linuxMachine.panels()});
     Agent agent(machine, settings, windows);
     std::optional<StateTrace> trace;
+    std::optional<CommandSocket> commands;
     claim.onSecondStart([&agent] { agent.startedAgain(); });
     actor.post([&] {
 #ifdef TALVERA_DIAGNOSTICS
@@ -70,12 +84,23 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Co
                 StateTrace::Parts{console, agent.menuBar, agent.hud, agent.readiness, agent.onboarding});
 #endif
         agent.launch();
+        commands.emplace(commandPaths,
+                         [&agent](const CommandRequest& request) { return obey(agent, request); });
+        for (const auto& path : commands->failed())
+            console.log(QStringLiteral("Talvera can't take commands at ") + path);
         // The first dictation shall find its window made, and the launch not wait for it.
         actor.startTimer(windowsDelay, [&agent] { agent.prepareWindows(); });
     });
     const int status = QGuiApplication::exec();
     linuxMachine.endWork(); // a recogniser that still runs works with the agent's parts
     return status;
+}
+
+/// Does what the program was started for, when that is not to be the agent.
+int runCommand(int argc, char** argv, const CommandLine::Purpose& purpose, StandardConsole& console,
+               const Directories& directories) {
+    const QCoreApplication application(argc, argv);
+    return static_cast<int>(obeyCommandLine(purpose, directories, console));
 }
 
 /// Runs the one agent of this display until the session or the user ends it.
@@ -92,6 +117,8 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
         return EXIT_SUCCESS;
     }
     const ExitWatch watch(console);
+    const auto commandPaths =
+        commandSocketPaths(directories.temporary, QProcessEnvironment::systemEnvironment());
     // Static, to go with its recordings also by exit().
     static AgentDirectory directory(directories.temporary);
     removeLeftRecordings(directories.temporary); // of versions that had no directory of their own
@@ -109,7 +136,7 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     int status = EXIT_SUCCESS;
     {
         LinuxMachine machine(actor, console, directories, std::move(session));
-        status = runAgent(actor, machine, console, *claim);
+        status = runAgent(actor, machine, console, *claim, commandPaths);
     }
     return status;
 }
@@ -119,12 +146,12 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
 int main(int argc, char** argv) {
     leaveNoCoreFile();
     StandardConsole console;
-    if (const auto answer = commandLineAnswer(argumentsOf(argc, argv))) {
-        console.print(*answer);
-        return EXIT_SUCCESS;
-    }
     try {
-        return run(argc, argv, console, XdgDirectories::directories());
+        const auto directories = XdgDirectories::directories();
+        const auto purpose = CommandLine::purposeOf(argumentsOf(argc, argv));
+        return std::holds_alternative<CommandLine::Run>(purpose)
+                   ? run(argc, argv, console, directories)
+                   : runCommand(argc, argv, purpose, console, directories);
     } catch (const PlatformError& error) {
         console.log(QStringLiteral("Talvera can't start: ") + error.message());
         return EXIT_FAILURE;

@@ -2,6 +2,8 @@
 #include "core/Agent.h"
 
 #include "concurrency/Lifetime.h"
+#include "core/AgentCommand.h"
+#include "core/AgentStatus.h"
 #include "core/AppDelegate.h"
 #include "core/DictationController.h"
 #include "core/Machine.h"
@@ -52,6 +54,10 @@ namespace {
 
 constexpr Duration noticeTime = seconds(6.0);
 
+QString noModelText() {
+    return localized("command.status.noModel", "The speech model isn't there yet.");
+}
+
 } // namespace
 
 /// The parts, and how they are joined.
@@ -63,6 +69,7 @@ public:
     void tellOfLostMicrophone();
     void tellOfSecondStart();
     void tellOfMissingFont();
+    QString obey(const AgentCommand& command, CommandedHotkey::Begun begun);
 
 private:
     const Machine m_machine; ///< everything below works with it
@@ -104,6 +111,7 @@ private:
     WhisperRunner makeRunner() const;
     void openKeyboardSettings();
     void openSettings();
+    AgentStatus status();
     Trace trace();
 
     WindowFactory& m_windows;
@@ -342,6 +350,46 @@ void Agent::Wiring::tellOfSecondStart() {
     delegate->startedAgain();
 }
 
+QString Agent::Wiring::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
+    switch (command.verb) {
+    case AgentCommand::Verb::Press:
+        delegate->commandedHotkey().press(begun);
+        return {};
+    case AgentCommand::Verb::Release:
+        delegate->commandedHotkey().release(begun);
+        return {};
+    case AgentCommand::Verb::Toggle:
+        delegate->commandedHotkey().toggle();
+        return {};
+    case AgentCommand::Verb::Translate:
+        delegate->toggleTranslation();
+        return {};
+    case AgentCommand::Verb::Panel:
+        delegate->startedAgain();
+        return {};
+    case AgentCommand::Verb::Status:
+        return command.asJson ? status().json() : status().text();
+    }
+    Q_UNREACHABLE();
+}
+
+AgentStatus Agent::Wiring::status() {
+    readiness.refresh();
+    AgentStatus status{.state = menuBar.state.get(),
+                       .hasMicrophone = readiness.micStatus.get() == AuthorizationStatus::Authorized,
+                       .canTypeAndWatchKeys = readiness.axTrusted.get(),
+                       .hasModel = models.isReady(),
+                       .hotkey = hotkey.watchResult().get(),
+                       .spokenLanguage = settings.sourceLanguageCode.get(),
+                       .targetLanguage = settings.targetLanguageCode.get()};
+    for (const auto& lack : {readiness.microphoneLackText(), readiness.accessibilityLackText(),
+                             status.hasModel ? QString() : noModelText()}) {
+        if (!lack.isEmpty())
+            status.lacks << lack;
+    }
+    return status;
+}
+
 /// Until there is a window for them, the settings are the file that holds them.
 void Agent::Wiring::openSettings() {
     delegate->closePanel();
@@ -395,6 +443,10 @@ AppDelegate& Agent::delegate() {
 
 void Agent::startedAgain() {
     m_wiring->tellOfSecondStart();
+}
+
+QString Agent::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
+    return m_wiring->delegate ? m_wiring->obey(command, begun) : QString();
 }
 
 std::shared_ptr<OutputPipeline> Agent::makePipeline() {

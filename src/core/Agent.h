@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/CommandedHotkey.h"
 #include "core/Trace.h"
 
 #include <memory>
@@ -23,6 +24,7 @@ class ReadinessMonitor;
 class TranslateToggleHotkey;
 class WhisperRunner;
 class WindowFactory;
+struct AgentCommand;
 struct Machine;
 
 /// The program's logic, joined to the machine that it is given. Nothing else joins them: the program, the
@@ -46,6 +48,10 @@ public:
 
     /// The user has started the program a second time.
     void startedAgain();
+
+    /// Does what another program of the user asks for, and answers with what there is to tell of it.
+    /// `begun`: see CommandedHotkey.
+    QString obey(const AgentCommand& command, CommandedHotkey::Begun begun = {});
 
     /// A pipeline of the agent's parts.
     std::shared_ptr<OutputPipeline> makePipeline();

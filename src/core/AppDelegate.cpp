@@ -63,7 +63,8 @@ QString refusalText(const std::optional<WatchResult>& hotkey, const std::optiona
 } // namespace
 
 AppDelegate::AppDelegate(Parts parts)
-    : m_parts(std::move(parts)) {}
+    : m_parts(std::move(parts))
+    , m_commandedHotkey(m_parts.actor, m_parts.settings, *m_parts.dictation) {}
 
 AppDelegate::~AppDelegate() = default;
 
