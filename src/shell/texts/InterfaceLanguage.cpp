@@ -42,16 +42,21 @@ QStringList namesOf(const QString& language) {
 } // namespace
 
 InterfaceLanguage::InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred)
-    : m_parts(parts) {
+    : m_parts(parts)
+    , m_preferred(preferred)
+    , m_spoken(bestFor(chosen)) {
     load(english);
-    const auto code = best(chosen == u"system" ? preferred : QStringList{chosen});
-    if (code != english)
-        load(code);
+    if (m_spoken != english)
+        load(m_spoken);
 }
 
 InterfaceLanguage::~InterfaceLanguage() {
     for (const auto& catalog : m_catalogs)
         QCoreApplication::removeTranslator(catalog.get());
+}
+
+QString InterfaceLanguage::bestFor(const QString& chosen) const {
+    return best(chosen == u"system" ? m_preferred : QStringList{chosen});
 }
 
 QString InterfaceLanguage::pathOf(const QString& code) const {

@@ -35,12 +35,20 @@ public:
     InterfaceLanguage(const InterfaceLanguage&) = delete;
     InterfaceLanguage& operator=(const InterfaceLanguage&) = delete;
 
+    /// The code of the language that is spoken.
+    const QString& spoken() const { return m_spoken; }
+
+    /// The one that a new start would speak if this were chosen.
+    QString bestFor(const QString& chosen) const;
+
 private:
     QString pathOf(const QString& code) const;
     QString best(const QStringList& languages) const;
     void load(const QString& code);
 
     Parts m_parts;
+    QStringList m_preferred;
+    QString m_spoken;
     std::vector<std::unique_ptr<TextCatalog>> m_catalogs; ///< the one asked first last
 };
 
