@@ -24,6 +24,14 @@ using namespace talvera;
 namespace {
 
 constexpr Duration windowsDelay = seconds(0.5);
+constexpr int badUsage = 2;
+
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
 
 /// While it lives, an end by exit() is told: the toolkit calls that when the display server goes.
 class ExitWatch {
@@ -47,14 +55,16 @@ private:
 
 /// Runs the agent on this machine until the event loop ends.
 int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Console& console,
-             DisplayClaim& claim) {
+             DisplayClaim& claim, const LaunchRequest& request) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
     QuickWindows windows(
         {actor, settings, linuxMachine.appearance(), linuxMachine.overlays(), linuxMachine.panels()});
     Agent agent(machine, settings, windows);
     std::optional<StateTrace> trace;
-    claim.onSecondStart([&agent] { agent.startedAgain(); });
+    claim.onSecondStart([&agent](const QString& purpose) {
+        agent.startedAgain(LaunchRequest::of(purpose.split(u' ')).value_or(LaunchRequest()));
+    });
     actor.post([&] {
 #ifdef TALVERA_DIAGNOSTICS
         if (StateTrace::isWanted())
@@ -62,6 +72,8 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Co
                 StateTrace::Parts{console, agent.menuBar, agent.hud, agent.readiness, agent.onboarding});
 #endif
         agent.launch();
+        if (request.opensSettings)
+            agent.openSettings(request.section);
         // The first dictation shall find its window made, and the launch not wait for it.
         actor.startTimer(windowsDelay, [&agent] { agent.prepareWindows(); });
     });
@@ -72,6 +84,11 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Co
 
 /// Runs the one agent of this display until the session or the user ends it.
 int run(int argc, char** argv, StandardConsole& console, Directories directories) {
+    const auto request = LaunchRequest::of(argumentsOf(argc, argv));
+    if (!request) {
+        console.log(QStringLiteral("usage: talvera [--settings [general|hotkey|language|ai|privacy]]"));
+        return badUsage;
+    }
     auto session = SessionOffer::open();
     if (const auto reason = session.whyNoWindows(); !reason.isEmpty()) {
         console.log(reason);
@@ -79,8 +96,9 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     }
     const auto claim = session.claim;
     if (!claim->isOurs()) {
-        console.print(claim->tellHolder() ? QStringLiteral("[app] Talvera is running already")
-                                          : QStringLiteral("[app] Talvera is running, but does not answer"));
+        console.print(claim->tellHolder(request->arguments().join(u' '))
+                          ? QStringLiteral("[app] Talvera is running already")
+                          : QStringLiteral("[app] Talvera is running, but does not answer"));
         return EXIT_SUCCESS;
     }
     const ExitWatch watch(console);
@@ -101,7 +119,7 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     int status = EXIT_SUCCESS;
     {
         LinuxMachine machine(actor, console, directories, std::move(session));
-        status = runAgent(actor, machine, console, *claim);
+        status = runAgent(actor, machine, console, *claim, *request);
     }
     return status;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/LaunchRequest.h"
 #include "core/Trace.h"
 
 #include <memory>
@@ -20,6 +21,7 @@ class ModelStore;
 class OnboardingController;
 class OutputPipeline;
 class ReadinessMonitor;
+class SettingsWindow;
 class TranslateToggleHotkey;
 class WhisperRunner;
 class WindowFactory;
@@ -45,7 +47,10 @@ public:
     void stop();
 
     /// The user has started the program a second time.
-    void startedAgain();
+    void startedAgain(const LaunchRequest& request = {});
+
+    /// Brings the settings up, with that section.
+    void openSettings(std::optional<SettingsSectionID> section = {});
 
     /// A pipeline of the agent's parts.
     std::shared_ptr<OutputPipeline> makePipeline();
@@ -72,6 +77,8 @@ public:
     OnboardingController& onboarding;
 
     AppDelegate& delegate();
+
+    SettingsWindow& settingsWindow();
 
     /// What the panel shows; null until it has been opened.
     MenuPanelModel* panelModel();
