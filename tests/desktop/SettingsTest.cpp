@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The settings window on a desktop: how it comes and goes, and what changes in it do to the program.
+#include "Loudspeaker.h"
 #include "PanelTest.h"
+#include "Tray.h"
 #include "X11Windows.h"
 
 #include <QDir>
@@ -8,13 +10,18 @@
 #include <QFileInfo>
 #include <QProcess>
 
+#include <stdexcept>
+
 #include <linux/input-event-codes.h>
+
+#include <csignal>
 
 using namespace talvera::test;
 
 namespace {
 
 constexpr QSize leastSettings{500, 350}; ///< larger than the panel and the HUD
+constexpr QSize leastIcon{8, 8};
 
 class Settings : public PanelTest {
 protected:
@@ -53,11 +60,57 @@ protected:
         tap(evdevKey);
         keys.release(Key::leftControl);
     }
-    bool comesToBe(const QString& name, const QString& state) const {
+    void strikeCtrlAltJ() {
+        keys.press(Key::leftControl);
+        keys.press(Key::leftAlt);
+        tap(KEY_J);
+        keys.release(Key::leftAlt);
+        keys.release(Key::leftControl);
+    }
+    bool comesToBe(const QString& role, const QString& name, const QString& state) const {
         return eventually([&] {
-            const auto found = ScreenReader::find(agent->pid(), "check box", name);
+            const auto found = ScreenReader::find(agent->pid(), role, name);
             return found && found->is(state);
         });
+    }
+    bool goesAway(const QString& name) const {
+        return eventually([&] { return !ScreenReader::find(agent->pid(), anyRole, name); });
+    }
+    void goToSection(const QString& title) {
+        clickOn("page tab", title);
+        ASSERT_TRUE(comesToBe("page tab", title, "selected"));
+    }
+    void choose(const QString& control, const QString& option) {
+        clickOn(anyRole, control); // before Qt 6.5 it is said to be a button
+        clickOn("list item", option);
+    }
+
+    /// What has the keyboard, as screen readers say it.
+    QString focused() const {
+        QString name;
+        for (const auto& element : ScreenReader::read(agent->pid())) {
+            if (element.is("focused"))
+                name = element.name; // the innermost comes last
+        }
+        return name;
+    }
+    /// Goes on by the Tab key until this has the keyboard.
+    void tabTo(const QString& name) {
+        constexpr int more = 24; // than a section and the sidebar have controls
+        auto now = focused();
+        for (int i = 0; i < more && now != name; ++i) {
+            const auto before = now;
+            tap(KEY_TAB);
+            eventually([&] { return (now = focused()) != before; });
+        }
+        if (now != name)
+            throw std::runtime_error("the Tab key doesn't get to " + name.toStdString());
+    }
+    /// Chooses by the keyboard in the list that has it: the first or the last option.
+    void chooseByKey(const QString& control, int evdevKey) {
+        tabTo(control);
+        for (const auto key : {KEY_SPACE, evdevKey, KEY_ENTER})
+            tap(key);
     }
     QString autostartFolder() const {
         return QFileInfo(home.preferencesFile()).dir().filePath("../autostart");
@@ -76,7 +129,7 @@ TEST_F(Settings, secondStart_opensTheSectionThatItAsksFor) {
     startAgent();
     openSettings("language");
     EXPECT_TRUE(shown("page tab", "Language").is("selected"));
-    shown("combo box", "Source language");
+    shown(anyRole, "Source language");
     EXPECT_EQ(startWith({"--settings", "privacy"}), 0);
     shown("label", "No analytics, no accounts required.");
     EXPECT_NE(startWith({"--settings", "colours"}), 0);
@@ -122,7 +175,7 @@ TEST_F(Settings, hotkeyChosenByMouse_isTheOneThatRecords) {
     startAgent();
     openSettings("hotkey");
     clickOn("radio button", "Ctrl + Alt + Space");
-    EXPECT_TRUE(eventually([&] { return shown("radio button", "Ctrl + Alt + Space").is("checked"); }));
+    EXPECT_TRUE(comesToBe("radio button", "Ctrl + Alt + Space", "checked"));
     closeSettings();
     keys.press(Key::leftControl);
     keys.press(Key::leftAlt);
@@ -137,14 +190,9 @@ TEST_F(Settings, tapToToggleByKeyboard_makesATapRecord) {
     startAgent();
     openSettings("hotkey");
     EXPECT_FALSE(shown("check box", "Tap to toggle").is("checked"));
-    // From the sidebar backwards: the last control of the section is the first that is reached.
-    for (int i = 0; i < 2; ++i) {
-        keys.press(Key::leftShift);
-        tap(KEY_TAB);
-        keys.release(Key::leftShift);
-    }
+    tabTo("Tap to toggle");
     tap(KEY_SPACE);
-    EXPECT_TRUE(comesToBe("Tap to toggle", "checked"));
+    EXPECT_TRUE(comesToBe("check box", "Tap to toggle", "checked"));
     EXPECT_TRUE(becomes("hotkeyTapToToggle", true));
     closeSettings();
     keys.tap(hotkey);
@@ -153,25 +201,111 @@ TEST_F(Settings, tapToToggleByKeyboard_makesATapRecord) {
     agent->await("menu idle");
 }
 
-TEST_F(Settings, choicesByMouse_areStored) {
+TEST_F(Settings, generalByMouse_isStoredAndActs) {
     startAgent();
     openSettings();
-    clickOn("combo box", "Sound on start");
-    clickOn("list item", "Ping");
+    Loudspeaker loudspeaker;
+    choose("Sound on start", "Ping");
     EXPECT_TRUE(becomes("startSoundName", "Ping"));
+    EXPECT_TRUE(loudspeaker.hearsSomething());
+    shown(anyRole, "Type recordings up to");
     clickOn("check box", "Typewriter on short recordings");
     EXPECT_TRUE(becomes("insertionMode", "paste"));
-    clickOn("page tab", "Language");
+    EXPECT_TRUE(goesAway("Type recordings up to"));
+    closeSettings();
+}
+
+TEST_F(Settings, iconByMouse_leavesTheTrayAndComesBack) {
+    const Tray tray(Tray::Kind::X11);
+    startAgent();
+    ASSERT_TRUE(tray.waitForIcon());
+    openSettings();
+    clickOn("check box", "Show icon in the panel");
+    EXPECT_TRUE(becomes("showMenuBarIcon", false));
+    closeSettings();
+    EXPECT_TRUE(eventually([] { return !X11Windows().viewable("talvera", leastIcon); }));
+    openSettings();
+    clickOn("check box", "Show icon in the panel");
+    EXPECT_TRUE(becomes("showMenuBarIcon", true));
+    closeSettings();
+    EXPECT_TRUE(tray.waitForIcon());
+}
+
+TEST_F(Settings, generalByKeyboard_isStored) {
+    startAgent();
+    openSettings();
+    tabTo("Type recordings up to");
+    tap(KEY_RIGHT);
+    EXPECT_TRUE(becomes("typewriterThresholdSeconds", 16));
+    chooseByKey("When another app is in front", KEY_END);
+    EXPECT_TRUE(becomes("focusProtectionMode", "clipboardOnly"));
+    tabTo("Protect focus target");
+    tap(KEY_SPACE);
+    EXPECT_TRUE(becomes("protectFocusTarget", false));
+    EXPECT_TRUE(goesAway("When another app is in front"));
+    chooseByKey("Sound on start", KEY_HOME);
+    EXPECT_TRUE(becomes("startSoundName", "Off"));
+    closeSettings();
+}
+
+TEST_F(Settings, languagesByMouse_areStored) {
+    startAgent();
+    openSettings("language");
+    choose("Source language", "German");
+    EXPECT_TRUE(becomes("sourceLanguageCode", "de"));
     clickOn("check box", "Translate");
     EXPECT_TRUE(becomes("targetLanguageCode", "en"));
-    clickOn("combo box", "Source language");
-    clickOn("list item", "German");
-    EXPECT_TRUE(becomes("sourceLanguageCode", "de"));
-    clickOn("page tab", "AI cleanup");
-    clickOn("combo box", "Tone");
-    clickOn("list item", "Casual");
-    EXPECT_TRUE(becomes("cleanupTone", "casual"));
+    choose("Translate to", "French");
+    EXPECT_TRUE(becomes("targetLanguageCode", "fr"));
+    clickOn("check box", "Translate");
+    EXPECT_TRUE(becomes("targetLanguageCode", "off"));
+    EXPECT_TRUE(goesAway("Translate to"));
     closeSettings();
+}
+
+TEST_F(Settings, shortcutByKeyboard_switchesTranslationUntilItIsCleared) {
+    startAgent();
+    openSettings("language");
+    tabTo("Translate shortcut");
+    tap(KEY_SPACE);
+    // Armed, it says so in the place of its name.
+    EXPECT_TRUE(goesAway("Translate shortcut"));
+    strikeCtrlAltJ();
+    EXPECT_TRUE(eventually([&] { return shown(anyRole, "Translate shortcut").description == "Ctrl+Alt+J"; }));
+    agent->awaitRest(); // it watches for the new chord then
+    strikeCtrlAltJ();
+    EXPECT_TRUE(becomes("targetLanguageCode", "en"));
+    EXPECT_TRUE(comesToBe("check box", "Translate", "checked"));
+    clickOn(anyRole, "Clear");
+    EXPECT_TRUE(eventually([&] { return shown(anyRole, "Translate shortcut").description == "Not set"; }));
+    closeSettings();
+}
+
+TEST_F(Settings, toneByMouseAndKeyboard_isStored) {
+    startAgent();
+    openSettings("ai");
+    choose("Tone", "Casual");
+    EXPECT_TRUE(becomes("cleanupTone", "casual"));
+    chooseByKey("Tone", KEY_HOME);
+    EXPECT_TRUE(becomes("cleanupTone", "off"));
+    closeSettings();
+}
+
+TEST_F(Settings, displayLanguage_isSpokenAfterTheRestart) {
+    startAgent({{"appLanguage", "en"}});
+    openSettings();
+    choose("Display language", "Deutsch");
+    EXPECT_TRUE(becomes("appLanguage", "de"));
+    clickOn(anyRole, "Restart now");
+    EXPECT_EQ(agent->awaitEnd(), 0);
+    std::vector<pid_t> after;
+    ASSERT_TRUE(eventually([&] { return !(after = processes("talvera")).empty(); }));
+    const auto german = after.front();
+    ASSERT_TRUE(eventually([&] { return !ScreenReader::read(german).empty(); })); // its second start is one
+    openSettings("language");
+    EXPECT_TRUE(eventually([&] { return ScreenReader::find(german, "page tab", "Sprache").has_value(); }));
+    ::kill(german, SIGTERM);
+    EXPECT_TRUE(eventually([&] { return processes("talvera").empty(); }));
 }
 
 TEST_F(Settings, launchAtLogin_writesItsEntryAndIsToldWhereItCant) {
@@ -184,7 +318,7 @@ TEST_F(Settings, launchAtLogin_writesItsEntryAndIsToldWhereItCant) {
     };
     EXPECT_FALSE(shown("check box", "Launch at login").is("checked"));
     clickOn("check box", "Launch at login");
-    EXPECT_TRUE(comesToBe("Launch at login", "checked"));
+    EXPECT_TRUE(comesToBe("check box", "Launch at login", "checked"));
     EXPECT_TRUE(starts());
     clickOn("check box", "Launch at login");
     EXPECT_TRUE(eventually([&] { return !shown("check box", "Launch at login").is("checked"); }));
@@ -205,8 +339,7 @@ TEST_F(Settings, screenReader_findsANameForEveryControlOfEverySection) {
     startAgent({{"targetLanguageCode", "en"}});
     openSettings();
     for (const auto* section : {"General", "Hotkey", "Language", "AI cleanup", "Privacy", "About Talvera"}) {
-        clickOn("page tab", section);
-        EXPECT_TRUE(eventually([&] { return shown("page tab", section).is("selected"); }));
+        goToSection(section);
         int controls = 0;
         for (const auto& element : ScreenReader::read(agent->pid())) {
             if (!isControl(element))

@@ -35,9 +35,9 @@ public:
         m_stage.wait(seconds(1));
     }
 
-    void photograph(const QString& name, const QList<Qt::Key>& keys = {}) {
+    void photograph(const QString& name, const QList<Qt::Key>& struck = {}) {
         m_stage.wait(settled);
-        for (const auto key : keys)
+        for (const auto key : struck)
             press(key);
         m_stage.wait(settled);
         m_stage.photograph("settings-" + name,

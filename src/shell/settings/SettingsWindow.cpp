@@ -15,26 +15,31 @@ SettingsWindow::SettingsWindow(MainActor& actor, Makers make)
 SettingsWindow::~SettingsWindow() = default;
 
 void SettingsWindow::show(std::optional<SettingsSectionID> section) {
-    if (!m_open.window) {
-        m_open.model = m_make.model();
+    if (!m_open) {
+        m_open = std::make_unique<Open>();
+        m_open->model = m_make.model();
         if (section)
-            m_open.model->select(*section);
-        m_open.window = m_make.window(*m_open.model);
-        m_open.window->onClosed = [this] { close(); };
+            m_open->model->select(*section);
+        m_open->window = m_make.window(*m_open->model);
+        m_open->window->onClosed = [this] { close(); };
     } else if (section) {
         switchToSection(*section);
     }
-    m_open.window->bringToFront();
+    m_open->window->bringToFront();
 }
 
 void SettingsWindow::switchToSection(SettingsSectionID section) {
-    if (m_open.model)
-        m_open.model->select(section);
+    if (m_open)
+        m_open->model->select(section);
 }
 
-/// The window ends in a later turn: one of its own controls may have asked for this.
+/// It ends in a later turn, since one of its own controls may have asked for this; or with this object, if
+/// the program ends before that turn comes.
 void SettingsWindow::close() {
-    m_actor.post([gone = std::make_shared<Open>(std::exchange(m_open, {}))]() mutable { gone.reset(); });
+    if (!m_open)
+        return;
+    m_closed = std::move(m_open);
+    m_actor.post(m_lifetime.ifAlive([this] { m_closed.reset(); }));
 }
 
 } // namespace talvera

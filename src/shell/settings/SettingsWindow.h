@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
 #include "shell/FramedWindow.h"
 #include "shell/settings/SettingsSectionID.h"
 
@@ -37,7 +38,7 @@ public:
     void switchToSection(SettingsSectionID section);
 
     /// What the open window shows; null while there is none.
-    SettingsModel* model() { return m_open.model.get(); }
+    SettingsModel* model() { return m_open ? m_open->model.get() : nullptr; }
 
 private:
     struct Open {
@@ -49,7 +50,9 @@ private:
 
     MainActor& m_actor;
     Makers m_make;
-    Open m_open;
+    std::unique_ptr<Open> m_open;
+    std::unique_ptr<Open> m_closed; ///< until the turn that ends it
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

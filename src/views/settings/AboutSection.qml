@@ -68,5 +68,6 @@ SettingsSectionBody {
             }
             // qmllint enable unqualified
         }
+        Item { width: 1; height: Theme.spacing } // as below the other rows
     }
 }

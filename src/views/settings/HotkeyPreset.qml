@@ -4,7 +4,8 @@ import QtQuick.Templates as T
 import Talvera
 
 /// A hotkey to choose, on one line.
-T.AbstractButton {
+/// Of its own type, since before Qt 6.5 screen readers are told that, and of a mere button nothing else.
+T.RadioButton {
     id: row
 
     property string systemIcon ///< in the place of the mark, until it is chosen
@@ -15,15 +16,16 @@ T.AbstractButton {
 
     width: parent?.width ?? 0
     implicitHeight: Math.max(44, label.implicitHeight + 2 * Theme.spacing)
+    autoExclusive: false
+    checked: selected
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
     Accessible.description: badge
-    Accessible.checkable: true
-    Accessible.checked: selected
     Accessible.onPressAction: row.clicked()
     Accessible.onToggleAction: row.clicked()
+    onClicked: checked = Qt.binding(() => selected)
     Keys.onReturnPressed: row.clicked()
     Keys.onEnterPressed: row.clicked()
     Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)

@@ -19,7 +19,8 @@ SettingsSectionBody {
             subtitle: section.hotkey.recorderHint
 
             HotkeyRecorder {
-                width: 240
+                width: Math.max(240, fieldWidth)
+                invites: false
                 recorder: section.hotkey.recorder
                 label: section.hotkey.currentLabel
             }

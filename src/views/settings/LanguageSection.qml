@@ -40,7 +40,8 @@ SettingsSectionBody {
                 spacing: Theme.spacingSmall
 
                 HotkeyRecorder {
-                    width: 240
+                    width: Math.max(180, fieldWidth)
+                    invites: false
                     recorder: section.language.toggle
                     label: section.language.toggleTitle
                     absent: section.language.toggleAbsent
@@ -50,7 +51,10 @@ SettingsSectionBody {
                     enabled: section.language.hasToggle || section.language.toggle.isRecording
                     text: section.language.toggleClear
                     Accessible.description: section.language.toggleTitle
-                    onClicked: section.language.clearToggle()
+                    onClicked: {
+                        nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason) // this can't be used next
+                        section.language.clearToggle()
+                    }
                 }
             }
         }

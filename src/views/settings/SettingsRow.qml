@@ -12,14 +12,15 @@ Item {
     property bool available: true
     property bool first: false ///< nothing stands above it in its card
     property int indent: 0     ///< further in than the row that it depends on
-    default property alias control: slot.data
+    default property Item control
 
-    readonly property real controlWidth: slot.childrenRect.width
+    readonly property real controlWidth: control?.width ?? 0
     readonly property bool beside: controlWidth === 0 || inner.width - controlWidth - Theme.spacingHuge >= 160
 
     width: parent?.width ?? 0
     implicitHeight: inner.height + 2 * Theme.spacing
     height: implicitHeight
+    onControlChanged: control.parent = slot
 
     Plane {
         x: Theme.spacingLarge
@@ -68,7 +69,7 @@ Item {
             x: row.beside ? parent.width - width : 0
             y: row.beside ? Math.round((parent.height - height) / 2) : words.implicitHeight + Theme.spacingSmall
             width: row.controlWidth
-            height: childrenRect.height
+            height: row.control?.height ?? 0
         }
     }
 }

@@ -4,7 +4,8 @@ import QtQuick.Templates as T
 import Talvera
 
 /// A section to choose.
-T.AbstractButton {
+/// Of its own type, since before Qt 6.5 screen readers are told that, and of a mere button nothing else.
+T.TabButton {
     id: item
 
     property string systemIcon
@@ -14,6 +15,7 @@ T.AbstractButton {
     implicitHeight: 36
     leftPadding: Theme.spacing
     rightPadding: Theme.spacing
+    checkable: false // the window says what is selected
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.PageTab
@@ -35,7 +37,14 @@ T.AbstractButton {
         }
     }
     contentItem: Item {
-        implicitWidth: label.x + label.implicitWidth
+        implicitWidth: label.x + Math.ceil(chosen.advanceWidth)
+
+        // It keeps its width when it is chosen.
+        TextMetrics {
+            id: chosen
+            text: item.text
+            font { family: Theme.fontFamily; pixelSize: Theme.sizeBody; weight: Theme.weightStrong }
+        }
 
         Symbol {
             anchors.verticalCenter: parent.verticalCenter

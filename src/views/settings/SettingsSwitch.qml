@@ -4,7 +4,8 @@ import QtQuick.Templates as T
 import Talvera
 
 /// A row with a switch; all of it can be clicked. It shows what the setting is, not what was clicked.
-T.AbstractButton {
+/// Of its own type, since before Qt 6.5 screen readers are told that, and of a mere button nothing else.
+T.CheckBox {
     id: control
 
     required property SwitchRow setting
@@ -17,16 +18,18 @@ T.AbstractButton {
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     text: setting.title
+    checked: setting.isOn
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.description: setting.problem !== "" ? setting.problem : setting.subtitle
-    Accessible.checkable: true
-    Accessible.checked: setting.isOn
     Accessible.onPressAction: control.clicked()
     Accessible.onToggleAction: control.clicked()
     Keys.onReturnPressed: control.clicked()
     Keys.onEnterPressed: control.clicked()
-    onClicked: setting.set(!setting.isOn)
+    onClicked: {
+        setting.set(!setting.isOn)
+        checked = Qt.binding(() => setting.isOn)
+    }
 
     contentItem: SettingsRow {
         title: control.setting.title

@@ -47,6 +47,7 @@ FocusScope {
     Loader {
         anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: parent.top; bottom: parent.bottom }
         sourceComponent: view.settings.showsAbout ? about : view.pages[view.settings.section]
+        onLoaded: if (activeFocus) sidebar.takeKeyboard() // what had the keyboard is gone
     }
 
     // qmllint disable unqualified

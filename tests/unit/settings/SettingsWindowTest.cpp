@@ -76,4 +76,18 @@ TEST_F(SettingsWindowTest, closedWindow_isGoneInALaterTurnAndAnewOneBeginsAfresh
     EXPECT_EQ(window.model()->section(), "general");
 }
 
+TEST_F(SettingsWindowTest, programThatEndsBeforeThatTurn_takesTheWindowWithIt) {
+    {
+        SettingsWindow closing{
+            actor,
+            {.model = [this] { return std::make_unique<SettingsModel>(modelParts); },
+             .window = [this](SettingsModel&) { return std::make_unique<CountedWindow>(*this); }}};
+        closing.show();
+        shown->onClosed();
+        EXPECT_TRUE(shown);
+    }
+    EXPECT_EQ(shown, nullptr);
+    actor.settle();
+}
+
 } // namespace

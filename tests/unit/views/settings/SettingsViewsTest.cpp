@@ -88,6 +88,14 @@ protected:
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(&window, key, modifiers);
     }
+    /// As a keyboard sends it: a recorder goes by the place of the key.
+    void pressEscapeKey() {
+        constexpr quint32 place = 1 + 8; // evdev's code, and what X adds to it
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, Qt::Key_Escape, Qt::NoModifier, place, 0, 0);
+            QCoreApplication::sendEvent(&window, &event);
+        }
+    }
     void click(const QQuickItem& item) {
         QTest::mouseClick(&window, Qt::LeftButton, {}, placeOf(item).center().toPoint());
     }
@@ -108,6 +116,21 @@ protected:
             EXPECT_LE(place.right(), window.width()) << qPrintable(state + ": " + words);
         }
     }
+    /// The same with each list of the section open.
+    void expectWholeLists(const QString& state) {
+        for (auto* select :
+             shownItems([](QQuickItem& item) { return item.property("listOpen").isValid(); })) {
+            select->setProperty("listOpen", true);
+            expectWholeTexts(state + ", " + nameOf(*select));
+            select->setProperty("listOpen", false);
+        }
+    }
+    /// The same while a shortcut is recorded.
+    void expectWholeRecording(HotkeyRecorderModel& recorder, const QString& state) {
+        recorder.record();
+        expectWholeTexts(state);
+        recorder.cancel();
+    }
     /// Every section in every state, at this size.
     void expectWholeTextsEverywhere(QSize size) {
         make(size);
@@ -116,8 +139,10 @@ protected:
         loginItem.fails = true;
         model->general()->launchAtLogin()->set(true);
         expectWholeTexts("general");
+        expectWholeLists("general");
         model->select("hotkey");
         expectWholeTexts("hotkey");
+        expectWholeRecording(hotkeyRecorder, "hotkey recorded");
         for (const auto special : {Special::Fn, Special::CapsLock})
             settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(special));
         settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(Special::Fn));
@@ -126,9 +151,12 @@ protected:
         expectWholeTexts("own hotkey");
         model->select("language");
         expectWholeTexts("language");
+        expectWholeLists("language");
+        expectWholeRecording(toggleRecorder, "shortcut recorded");
         model->language()->clearToggle();
         expectWholeTexts("no shortcut");
         model->select("ai");
+        expectWholeLists("ai");
         for (const auto state : allCases<AIAvailabilityState>()) {
             readiness.aiState.set(state);
             expectWholeTexts("ai");
@@ -205,6 +233,24 @@ TEST_F(SettingsViews, tab_reachesEverythingOfASection) {
     model->select("hotkey");
     layOut(*view);
     EXPECT_EQ(tabbed().size(), 6 + 1 + 5 + 1);
+}
+
+TEST_F(SettingsViews, sectionThatGoesWithTheKeyboard_leavesItToTheSidebar) {
+    show();
+    control("Show in menu bar").forceActiveFocus();
+    model->select("privacy");
+    layOut(*view);
+    EXPECT_EQ(focused(), "Privacy");
+}
+
+TEST_F(SettingsViews, clearedShortcut_leavesTheKeyboardAtItsField) {
+    show();
+    model->select("language");
+    layOut(*view);
+    control("Clear").forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_FALSE(settings.translateToggleBinding.get());
+    EXPECT_EQ(focused(), "Translate shortcut");
 }
 
 TEST_F(SettingsViews, switch_isFlippedByMouseAndKeyboard) {
@@ -311,7 +357,7 @@ TEST_F(SettingsViews, hotkey_isChosenAndRecorded) {
     EXPECT_EQ(model->hotkey()->selectedId(), "default");
     click(control("Custom…"));
     EXPECT_TRUE(hotkeyRecorder.isRecording());
-    press(Qt::Key_Escape); // ends the recording, and closes no window
+    pressEscapeKey(); // ends the recording, and closes no window
     EXPECT_FALSE(hotkeyRecorder.isRecording());
     EXPECT_TRUE(window.isVisible());
 }
