@@ -31,6 +31,7 @@ protected:
                             {{"settings", QVariant::fromValue<QObject*>(&*model)}});
         view->setParentItem(window.contentItem());
         window.resize(size);
+        window.contentItem()->setSize(size); // lists float in it, also in a window that isn't shown
         view->setSize(size);
     }
     /// With the keyboard, as the user has it.
