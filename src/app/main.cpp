@@ -68,7 +68,7 @@ CommandReply obey(Agent& agent, const CommandRequest& request) {
 
 /// Runs the agent on this machine until the event loop ends.
 int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim,
-             const QStringList& commandPaths) {
+             const LaunchRequest& request, const QStringList& commandPaths) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
     QuickWindows windows(
@@ -76,7 +76,9 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, D
     Agent agent(machine, settings, windows);
     std::optional<StateTrace> trace;
     std::optional<CommandSocket> commands;
-    claim.onSecondStart([&agent] { agent.startedAgain(); });
+    claim.onSecondStart([&agent](const QString& purpose) {
+        agent.startedAgain(LaunchRequest::of(purpose.split(u' ')).value_or(LaunchRequest()));
+    });
     actor.post([&] {
 #ifdef TALVERA_DIAGNOSTICS
         if (StateTrace::isWanted())
@@ -88,6 +90,8 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, D
                          [&agent](const CommandRequest& request) { return obey(agent, request); });
         for (const auto& path : commands->failed())
             console.log(QStringLiteral("Talvera can't take commands at ") + path);
+        if (request.opensSettings)
+            agent.openSettings(request.section);
         // The first dictation shall find its window made, and the launch not wait for it.
         actor.startTimer(windowsDelay, [&agent] { agent.prepareWindows(); });
     });
@@ -105,6 +109,11 @@ int runCommand(int argc, char** argv, const CommandLine::Purpose& purpose, Stand
 
 /// Runs the one agent of this display until the session or the user ends it.
 int run(int argc, char** argv, StandardConsole& console, Directories directories) {
+    const auto request = LaunchRequest::of(argumentsOf(argc, argv));
+    if (!request) {
+        console.log(QStringLiteral("usage: talvera [--settings [general|hotkey|language|ai|privacy]]"));
+        return static_cast<int>(ExitStatus::Misuse);
+    }
     auto session = SessionOffer::open();
     if (const auto reason = session.whyNoWindows(); !reason.isEmpty()) {
         console.log(reason);
@@ -112,8 +121,9 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     }
     const auto claim = session.claim;
     if (!claim->isOurs()) {
-        console.print(claim->tellHolder() ? QStringLiteral("[app] Talvera is running already")
-                                          : QStringLiteral("[app] Talvera is running, but does not answer"));
+        console.print(claim->tellHolder(request->arguments().join(u' '))
+                          ? QStringLiteral("[app] Talvera is running already")
+                          : QStringLiteral("[app] Talvera is running, but does not answer"));
         return EXIT_SUCCESS;
     }
     const ExitWatch watch(console);
@@ -136,7 +146,7 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     int status = EXIT_SUCCESS;
     {
         LinuxMachine machine(actor, console, directories, std::move(session));
-        status = runAgent(actor, machine, console, *claim, commandPaths);
+        status = runAgent(actor, machine, console, *claim, *request, commandPaths);
     }
     return status;
 }

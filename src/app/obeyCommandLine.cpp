@@ -42,7 +42,7 @@ private:
 
 /// One row of the list of commands.
 QString row(const QString& command, const QString& meaning) {
-    constexpr int column = 18;
+    constexpr int column = 21;
     return QStringLiteral("  %1 %2").arg(command, -column).arg(meaning);
 }
 
@@ -66,6 +66,9 @@ QString helpText() {
             localized("command.help.status",
                       "tells what Talvera is doing, and what it lacks; never what was said")),
         {},
+        row(QStringLiteral("--settings [SECTION]"),
+            localized("command.help.settings", "opens the settings, of a running Talvera, too; sections: "
+                                               "general, hotkey, language, ai, privacy")),
         row(QStringLiteral("--version"), localized("command.help.version", "tells the version")),
         row(QStringLiteral("--help"), localized("command.help.help", "shows this text")),
         {},

@@ -20,7 +20,6 @@
 #include "persistence/AppSettings.h"
 #include "persistence/PreferredDelivery.h"
 #include "persistence/StatsStore.h"
-#include "platform/desktop/FileBrowser.h"
 #include "platform/desktop/Notifier.h"
 #include "platform/desktop/SettingsPanels.h"
 #include "platform/system/ApplicationHost.h"
@@ -36,15 +35,16 @@
 #include "shell/panel/MenuPanelModel.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "shell/settings/HotkeyRecorderModel.h"
+#include "shell/settings/SettingsModel.h"
+#include "shell/settings/SettingsWindow.h"
+#include "shell/settings/TapToToggleRule.h"
 #include "shell/settings/Updater.h"
+#include "shell/settings/relaunchApplication.h"
 #include "shell/texts/InterfaceLanguage.h"
-#include "shell/texts/shownPath.h"
 #include "speech/AudioRecorder.h"
 #include "speech/ChunkedTranscription.h"
 #include "speech/WhisperRunner.h"
 #include "text/Localization.h"
-
-#include <QDir>
 
 #include <utility>
 
@@ -67,8 +67,9 @@ public:
 
     std::shared_ptr<OutputPipeline> makePipeline();
     void tellOfLostMicrophone();
-    void tellOfSecondStart();
+    void tellOfSecondStart(const LaunchRequest& request);
     void tellOfMissingFont();
+    void openSettings(std::optional<SettingsSectionID> section);
     QString obey(const AgentCommand& command, CommandedHotkey::Begun begun);
 
 private:
@@ -78,6 +79,7 @@ public:
     // Each after those that it works with.
     InterfaceLanguage interfaceLanguage; ///< first, so that everything speaks it
     AppSettings& settings;
+    TapToToggleRule tapToToggleRule;
     ModelStore models;
     AudioRecorder recorder;
     WhisperRunner whisper;
@@ -99,6 +101,9 @@ public:
     std::optional<HotkeyRecorderModel> hotkeyRecorder; ///< once the wizard has been opened
     std::optional<OnboardingModel> onboardingModel;    ///< likewise
     OnboardingWindow onboardingWindow;
+    std::optional<HotkeyRecorderModel> settingsHotkey; ///< once the settings have been opened
+    std::optional<HotkeyRecorderModel> settingsToggle; ///< likewise
+    SettingsWindow settingsWindow;
     std::optional<MenuPanelModel> panelModel; ///< once the panel has been opened
     std::shared_ptr<AppDelegate> delegate;    ///< all that reacts; once it is gone, nothing begins any more
 
@@ -110,8 +115,10 @@ private:
     std::unique_ptr<WizardWindow> makeWizardWindow();
     WhisperRunner makeRunner() const;
     void openKeyboardSettings();
-    void openSettings();
     AgentStatus status();
+    void openLanguageModelSettings();
+    std::unique_ptr<SettingsModel> makeSettingsModel();
+    void makeSettingsRecorders();
     Trace trace();
 
     WindowFactory& m_windows;
@@ -127,6 +134,7 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
           {machine.system.files, machine.system.directories, machine.system.console, machine.language.fonts},
           userSettings.appLanguage.get(), machine.language.preferred)
     , settings(userSettings)
+    , tapToToggleRule(settings)
     , models(machine.system.files, machine.system.directories,
              machine.system.modelSource.hasEncoder() ? ModelStore::Items::MainFileAndEncoder
                                                      : ModelStore::Items::MainFileAlone)
@@ -183,6 +191,9 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
                   .warmup = warmup,
                   .makeRunner = [this] { return makeRunner(); }})
     , onboardingWindow(machine.actor, onboarding, [this] { return makeWizardWindow(); })
+    , settingsWindow(machine.actor,
+                     {.model = [this] { return makeSettingsModel(); },
+                      .window = [this](SettingsModel& model) { return m_windows.makeSettingsWindow(model); }})
     , m_windows(windows)
     , m_onTrace(onTrace) {
     delegate = makeDelegate();
@@ -288,14 +299,11 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
     auto& model = panelModel.emplace(MenuPanelModel::Parts{menuBar, settings, stats, readiness,
                                                            m_machine.language.model,
                                                            m_machine.keyboard.layout, translateToggle});
-    model.onSettings = [this] { openSettings(); };
+    model.onSettings = [this] { openSettings({}); };
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
     model.followUpdateCheck(updater.isChecking);
     model.onQuit = [this] { m_machine.system.application.terminate(); };
-    model.onLanguageModelSettings = [this] {
-        hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),
-                       DictationHUDState::NoticeTone::Info, noticeTime);
-    };
+    model.onLanguageModelSettings = [this] { openLanguageModelSettings(); };
     model.onAdvice = [this](const QString& text) {
         hud.showRemark(text, DictationHUDState::NoticeTone::Warn, noticeTime);
     };
@@ -324,6 +332,11 @@ void Agent::Wiring::openKeyboardSettings() {
                        DictationHUDState::NoticeTone::Info, noticeTime);
 }
 
+void Agent::Wiring::openLanguageModelSettings() {
+    hud.showRemark(localized("hud.languageModel.none", "This computer has no on-device language model"),
+                   DictationHUDState::NoticeTone::Info, noticeTime);
+}
+
 /// What has been said is used; what is being said isn't heard.
 void Agent::Wiring::tellOfLostMicrophone() {
     hud.showNotice(localized("hud.microphone.lost", "The microphone is gone. What you said before is kept."),
@@ -345,9 +358,12 @@ void Agent::Wiring::tellOfMissingFont() {
     }));
 }
 
-void Agent::Wiring::tellOfSecondStart() {
+void Agent::Wiring::tellOfSecondStart(const LaunchRequest& request) {
     m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
-    delegate->startedAgain();
+    if (request.opensSettings)
+        openSettings(request.section);
+    else
+        delegate->startedAgain();
 }
 
 QString Agent::Wiring::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
@@ -390,14 +406,51 @@ AgentStatus Agent::Wiring::status() {
     return status;
 }
 
-/// Until there is a window for them, the settings are the file that holds them.
-void Agent::Wiring::openSettings() {
+void Agent::Wiring::openSettings(std::optional<SettingsSectionID> section) {
     delegate->closePanel();
-    const auto& place = m_machine.system.directories.configuration;
-    m_machine.desktop.fileBrowser.show(place);
-    hud.showRemark(formatted(localized("hud.settings.place", "Your settings are kept in %@"),
-                             shownPath(place, QDir::homePath())),
-                   DictationHUDState::NoticeTone::Info, noticeTime);
+    settingsWindow.show(section);
+}
+
+std::unique_ptr<SettingsModel> Agent::Wiring::makeSettingsModel() {
+    makeSettingsRecorders();
+    const auto relaunch = [this] {
+        relaunchApplication(m_machine.actor, m_machine.system.relauncher,
+                            [&application = m_machine.system.application] { application.terminate(); });
+    };
+    return std::make_unique<SettingsModel>(
+        SettingsModel::Parts{.general = {.settings = settings,
+                                         .language = interfaceLanguage,
+                                         .loginItem = m_machine.system.loginItem,
+                                         .sounds = m_machine.sound.player,
+                                         .relaunch = relaunch},
+                             .hotkey = {.settings = settings,
+                                        .layout = m_machine.keyboard.layout,
+                                        .recorder = *settingsHotkey,
+                                        .openKeyboardSettings = [this] { openKeyboardSettings(); }},
+                             .toggleRecorder = *settingsToggle,
+                             .cleanup = {.settings = settings,
+                                         .readiness = readiness,
+                                         .openModelSettings = [this] { openLanguageModelSettings(); }},
+                             .about = {.actor = m_machine.actor,
+                                       .machine = m_machine.system.description,
+                                       .pasteboard = m_machine.desktop.pasteboard,
+                                       .typing = m_machine.keyboard.typing}});
+}
+
+void Agent::Wiring::makeSettingsRecorders() {
+    if (settingsHotkey)
+        return;
+    const auto& keyboard = m_machine.keyboard;
+    const HotkeyRecorderModel::Parts parts{
+        settings, m_machine.sound.player, keyboard.layout, keyboard.windowKeys, onboarding.suspendHotkey,
+        hotkey,   translateToggle};
+    for (auto* model : {&settingsHotkey.emplace(parts, HotkeyRecorderModel::Shortcut::Hotkey),
+                        &settingsToggle.emplace(parts, HotkeyRecorderModel::Shortcut::TranslateToggle)}) {
+        QObject::connect(model, &HotkeyRecorderModel::isRecordingChanged, [this, model] {
+            if (model->isRecording() && delegate)
+                delegate->endPressInHand();
+        });
+    }
 }
 
 Trace Agent::Wiring::trace() {
@@ -441,8 +494,16 @@ AppDelegate& Agent::delegate() {
     return *m_wiring->delegate;
 }
 
-void Agent::startedAgain() {
-    m_wiring->tellOfSecondStart();
+void Agent::startedAgain(const LaunchRequest& request) {
+    m_wiring->tellOfSecondStart(request);
+}
+
+void Agent::openSettings(std::optional<SettingsSectionID> section) {
+    m_wiring->openSettings(section);
+}
+
+SettingsWindow& Agent::settingsWindow() {
+    return m_wiring->settingsWindow;
 }
 
 QString Agent::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/CommandedHotkey.h"
+#include "core/LaunchRequest.h"
 #include "core/Trace.h"
 
 #include <memory>
@@ -21,6 +22,7 @@ class ModelStore;
 class OnboardingController;
 class OutputPipeline;
 class ReadinessMonitor;
+class SettingsWindow;
 class TranslateToggleHotkey;
 class WhisperRunner;
 class WindowFactory;
@@ -47,7 +49,10 @@ public:
     void stop();
 
     /// The user has started the program a second time.
-    void startedAgain();
+    void startedAgain(const LaunchRequest& request = {});
+
+    /// Brings the settings up, with that section.
+    void openSettings(std::optional<SettingsSectionID> section = {});
 
     /// Does what another program of the user asks for, and answers with what there is to tell of it.
     /// `begun`: see CommandedHotkey.
@@ -78,6 +83,8 @@ public:
     OnboardingController& onboarding;
 
     AppDelegate& delegate();
+
+    SettingsWindow& settingsWindow();
 
     /// What the panel shows; null until it has been opened.
     MenuPanelModel* panelModel();

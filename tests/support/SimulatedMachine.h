@@ -93,12 +93,13 @@ public:
     FakePointerMonitor pointer;
     FakeKeyboardLayout layout;
     const XkbWindowKeys windowKeys;
-    FakeFileBrowser fileBrowser;
     FakeNotifier notifier{actor};
     FakeUpdateService updates{actor};
     FakeFileDownloads network{actor, disk};
     ModelSource modelSource;
     FakeLoginItem loginItem;
+    FakeRelauncher relauncher;
+    FakeMachineDescription description;
     FakeSoundPlayer sounds;
     FakeApplicationHost application;
     InMemoryPreferenceStore preferences;

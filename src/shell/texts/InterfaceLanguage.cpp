@@ -43,13 +43,12 @@ QStringList namesOf(const QString& language) {
 } // namespace
 
 InterfaceLanguage::InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred)
-    : m_parts(parts) {
+    : m_parts(parts)
+    , m_preferred(preferred)
+    , m_choice(choiceFor(chosen)) {
     load(english);
-    auto code = best(chosen == u"system" ? preferred : QStringList{chosen});
-    if (code == english && m_missingFont)
-        code = best(preferred);
-    if (code != english)
-        load(code);
+    if (m_choice.code != english)
+        load(m_choice.code);
 }
 
 InterfaceLanguage::~InterfaceLanguage() {
@@ -57,31 +56,36 @@ InterfaceLanguage::~InterfaceLanguage() {
         QCoreApplication::removeTranslator(catalog.get());
 }
 
+InterfaceLanguage::Choice InterfaceLanguage::choiceFor(const QString& chosen) const {
+    auto choice = best(chosen == u"system" ? m_preferred : QStringList{chosen});
+    if (choice.code == english && choice.missingFont)
+        choice.code = best(m_preferred).code;
+    return choice;
+}
+
 QString InterfaceLanguage::pathOf(const QString& code) const {
     return QStringLiteral("%1/Resources/texts/%2.json").arg(m_parts.directories.resources, code);
 }
 
-/// The catalog of the first language that there is one for and that can be read.
-QString InterfaceLanguage::best(const QStringList& languages) {
+/// The first language that there is a catalog for and that can be read, and what the first one that can't be
+/// read would need.
+InterfaceLanguage::Choice InterfaceLanguage::best(const QStringList& languages) const {
+    Choice choice;
     for (const auto& language : languages) {
         if (language.contains(u'/')) // no way to another directory
             continue;
         for (const auto& name : namesOf(language)) {
             const auto code = catalogName(name);
-            if (code == english || (m_parts.files.exists(pathOf(code)) && canBeRead(code)))
-                return code;
+            if (code != english && !m_parts.files.exists(pathOf(code)))
+                continue;
+            const auto package = missingFontPackage(code, m_parts.fonts);
+            if (!package)
+                return {code, choice.missingFont};
+            if (!choice.missingFont)
+                choice.missingFont = package;
         }
     }
-    return english;
-}
-
-/// Remembers what the first one that can't be read would need.
-bool InterfaceLanguage::canBeRead(const QString& code) {
-    auto package = missingFontPackage(code, m_parts.fonts);
-    const bool canBeRead = !package;
-    if (!m_missingFont)
-        m_missingFont = std::move(package);
-    return canBeRead;
+    return choice;
 }
 
 void InterfaceLanguage::load(const QString& code) {

@@ -39,17 +39,29 @@ public:
     InterfaceLanguage(const InterfaceLanguage&) = delete;
     InterfaceLanguage& operator=(const InterfaceLanguage&) = delete;
 
+    /// The code of the language that is spoken.
+    const QString& spoken() const { return m_choice.code; }
+
+    /// The one that a new start would speak if this were chosen.
+    QString bestFor(const QString& chosen) const { return choiceFor(chosen).code; }
+
     /// The package with the font that the wanted language would need to be spoken; nothing if there is one.
-    const std::optional<QString>& missingFont() const { return m_missingFont; }
+    const std::optional<QString>& missingFont() const { return m_choice.missingFont; }
 
 private:
+    struct Choice {
+        QString code = QStringLiteral("en");
+        std::optional<QString> missingFont{};
+    };
+
     QString pathOf(const QString& code) const;
-    QString best(const QStringList& languages);
-    bool canBeRead(const QString& code);
+    Choice choiceFor(const QString& chosen) const;
+    Choice best(const QStringList& languages) const;
     void load(const QString& code);
 
     Parts m_parts;
-    std::optional<QString> m_missingFont;
+    QStringList m_preferred;
+    Choice m_choice;
     std::vector<std::unique_ptr<TextCatalog>> m_catalogs; ///< the one asked first last
 };
 

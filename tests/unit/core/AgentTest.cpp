@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "CoreTest.h"
 #include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 #include "shell/panel/MenuPanelModel.h"
+#include "shell/settings/SettingsModel.h"
+#include "shell/settings/SettingsWindow.h"
 
 #include <optional>
 
@@ -52,12 +55,60 @@ TEST_F(AgentAsJoined, clickOnTheItemInTheTray_opensThePanel) {
     EXPECT_TRUE(isPanelOpen());
 }
 
-TEST_F(AgentAsJoined, settingsOfThePanel_closeItAndShowWhereTheSettingsLie) {
+TEST_F(AgentAsJoined, settingsOfThePanel_closeItAndOpenTheirWindow) {
+    int brought = 0;
+    world.windows.onSettingsWindow = [&] { ++brought; };
     openPanel().onSettings();
     runToRest();
     EXPECT_FALSE(isPanelOpen());
-    EXPECT_EQ(world.fileBrowser.shown, QStringList{"/home/config"});
-    EXPECT_EQ(story({"hud"}).value(0), "hud notice Your settings are kept in /home/config info 6.0");
+    EXPECT_EQ(brought, 1);
+    EXPECT_EQ(world.agent().settingsWindow().model()->section(), "general");
+}
+
+TEST_F(AgentAsJoined, secondStartForASection_opensTheSettingsThere) {
+    world.agent().startedAgain({.opensSettings = true, .section = SettingsSectionID::Language});
+    EXPECT_FALSE(isPanelOpen());
+    EXPECT_EQ(world.agent().settingsWindow().model()->section(), "language");
+    world.windows.settingsWindow()->onClosed();
+    runToRest();
+    EXPECT_EQ(world.agent().settingsWindow().model(), nullptr);
+}
+
+TEST_F(AgentAsJoined, restartOfTheSettings_endsTheProgramAndSeesToTheNextOne) {
+    world.agent().openSettings();
+    world.agent().settingsWindow().model()->general()->relaunch();
+    runToRest();
+    EXPECT_EQ(world.relauncher.starts, 1);
+    EXPECT_EQ(world.application.terminations, 1);
+}
+
+TEST_F(AgentAsJoined, shortcutThatIsRecordedInTheSettings_standsTheHotkeysStill) {
+    world.agent().openSettings(SettingsSectionID::Hotkey);
+    auto& settings = *world.agent().settingsWindow().model();
+    for (auto* recorder : {settings.hotkey()->recorder(), settings.language()->toggle()}) {
+        recorder->record();
+        EXPECT_TRUE(world.agent().onboarding.suspendHotkey.get());
+        recorder->cancel();
+        EXPECT_FALSE(world.agent().onboarding.suspendHotkey.get());
+    }
+}
+
+TEST_F(AgentAsJoined, fn_endsTapToToggleAlsoWithoutTheSettings) {
+    world.settings.hotkeyTapToToggle.set(true);
+    world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
+    EXPECT_FALSE(world.settings.hotkeyTapToToggle.get());
+}
+
+TEST(LaunchRequests, settings_areAskedForWithOrWithoutASection) {
+    EXPECT_EQ(LaunchRequest::of({}), LaunchRequest());
+    EXPECT_EQ(LaunchRequest::of({"-platform", "xcb"}), LaunchRequest());
+    EXPECT_EQ(LaunchRequest::of({"--settings"}), LaunchRequest{.opensSettings = true});
+    for (const auto section : allCases<SettingsSectionID>()) {
+        const LaunchRequest request{.opensSettings = true, .section = section};
+        EXPECT_EQ(LaunchRequest::of(request.arguments()), request);
+    }
+    EXPECT_EQ(LaunchRequest::of({"--settings", "-platform", "xcb"}), LaunchRequest{.opensSettings = true});
+    EXPECT_EQ(LaunchRequest::of({"--settings", "colours"}), std::nullopt);
 }
 
 TEST_F(AgentAsJoined, quitOfThePanel_endsTheProgram) {

@@ -5,7 +5,6 @@
 #include "shell/hud/FocusNoticeText.h"
 #include "shell/panel/durationText.h"
 #include "shell/texts/languageName.h"
-#include "shell/texts/shownPath.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
@@ -76,13 +75,6 @@ TEST_F(WithCatalog, durationsAndLanguages_comeFromTheCatalog) {
     EXPECT_EQ(durationText(2 * 3600 + 5 * 60), "2 Std. 5 Min.");
     EXPECT_EQ(languageName("de", "German"), "Deutsch");
     EXPECT_EQ(languageName("vi", "Vietnamese"), "Vietnamese");
-}
-
-TEST(ShownPath, withinTheHomeDirectory_beginsWithATilde) {
-    EXPECT_EQ(shownPath("/users/anna/.config/Talvera", "/users/anna"), "~/.config/Talvera");
-    EXPECT_EQ(shownPath("/users/anna", "/users/anna"), "~");
-    EXPECT_EQ(shownPath("/users/anna2/x", "/users/anna"), "/users/anna2/x");
-    EXPECT_EQ(shownPath("/etc/xdg", ""), "/etc/xdg");
 }
 
 TEST(Localization, formatted_replacesTheFirstPlaceholderOnly) {
