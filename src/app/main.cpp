@@ -87,7 +87,7 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, D
 #endif
         agent.launch();
         commands.emplace(commandPaths,
-                         [&agent](const CommandRequest& request) { return obey(agent, request); });
+                         [&agent](const CommandRequest& command) { return obey(agent, command); });
         for (const auto& path : commands->failed())
             console.log(QStringLiteral("Talvera can't take commands at ") + path);
         if (request.opensSettings)

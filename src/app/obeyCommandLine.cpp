@@ -9,6 +9,7 @@
 #include "linux/xdg/JsonPreferenceStore.h"
 #include "linux/xdg/sessionLanguages.h"
 #include "persistence/AppSettings.h"
+#include "platform/language/InstalledFonts.h"
 #include "platform/system/Console.h"
 #include "platform/system/Directories.h"
 #include "shell/texts/InterfaceLanguage.h"
@@ -22,17 +23,24 @@ namespace talvera {
 
 namespace {
 
+/// Which letters it can show is the terminal's business.
+class TerminalFonts final : public InstalledFonts {
+public:
+    bool canShow(const QString&) override { return true; }
+};
+
 /// The language that the agent speaks, for as long as this lives.
 class SpokenLanguage {
 public:
     SpokenLanguage(const Directories& directories, Console& console)
         : m_preferences(directories.configuration, m_files, m_actor, m_writer, console)
         , m_settings(m_preferences)
-        , m_language({m_files, directories, console}, m_settings.appLanguage.get(),
+        , m_language({m_files, directories, console, m_fonts}, m_settings.appLanguage.get(),
                      sessionLanguages(QProcessEnvironment::systemEnvironment())) {}
 
 private:
     PosixFileSystem m_files;
+    TerminalFonts m_fonts;
     QtMainActor m_actor;
     ThreadSerialQueue m_writer{"Preferences"};
     JsonPreferenceStore m_preferences;
