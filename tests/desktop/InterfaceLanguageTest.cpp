@@ -12,17 +12,23 @@ using namespace talvera::test;
 
 namespace {
 
-class InterfaceInGerman : public WizardTest {
+/// What the German catalog says for this key.
+QString german(const char* key) {
+    static const auto texts = shippedTexts("de");
+    const auto text = texts.value(key);
+    if (text.isEmpty())
+        throw std::runtime_error(std::string("there is no German for ") + key);
+    return text;
+}
+
+class WizardInGerman : public WizardTest {
 protected:
-    /// What the German catalog says for this key.
-    static QString german(const char* key) {
-        static const auto texts = shippedTexts("de");
-        const auto text = texts.value(key);
-        if (text.isEmpty())
-            throw std::runtime_error(std::string("there is no German for ") + key);
-        return text;
-    }
     void clickOnButton(const char* key) { clickButton(german(key)); }
+};
+
+/// With the model in its place, so that no wizard lies over the panel.
+class InterfaceInGerman : public PanelTest {
+protected:
     void awaitHUD(const char* key) {
         EXPECT_TRUE(eventually([&] {
             return ScreenReader::find(agent->pid(), "alert", german(key)).has_value();
@@ -47,7 +53,7 @@ protected:
 
 } // namespace
 
-TEST_F(InterfaceInGerman, wizardOfAGermanSession_isGermanAtEachStep) {
+TEST_F(WizardInGerman, ofAGermanSession_isGermanAtEachStep) {
     home.set("LANGUAGE", "de_AT:en");
     home.set("LC_ALL", "de_AT.UTF-8");
     startWizard();

@@ -4,6 +4,7 @@
 #include "FakeDesktopServices.h"
 #include "FakeEventTap.h"
 #include "FakeFileSystem.h"
+#include "FakeInstalledFonts.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
 #include "FakeMicrophonePermission.h"
@@ -77,8 +78,10 @@ public:
                         "{}");
         return true;
     }();
+    FakeInstalledFonts fonts;
     const QStringList preferred{QStringLiteral("en-GB"), QStringLiteral("de")};
-    const InterfaceLanguage language{{files, directories, console}, settings.appLanguage.get(), preferred};
+    const InterfaceLanguage language{
+        {files, directories, console, fonts}, settings.appLanguage.get(), preferred};
     FakeLoginItem loginItem;
     FakeSoundPlayer sounds;
     QStringList played; ///< each with the setting at that moment
