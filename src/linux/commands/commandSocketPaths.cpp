@@ -15,7 +15,7 @@ QString waylandName(const QString& display) {
 
 /// ":0" for ":0.0" and "unix:0.1" alike: a server, whatever its screen.
 QString x11Name(const QString& display) {
-    static const QRegularExpression form(QStringLiteral("^(?:unix|unix/)?(.*:\\d+)(?:\\.\\d+)?$"));
+    static const QRegularExpression form(QStringLiteral("^(?:unix/?)?(.*:\\d+)(?:\\.\\d+)?$"));
     const auto match = form.match(display);
     return match.hasMatch() ? match.captured(1).replace(u'/', u'_') : QString();
 }

@@ -40,7 +40,7 @@ char letterFor(const std::variant<CommandReply, AgentSilence>& answer) {
 
 class CommandSocketTest : public testing::Test {
 protected:
-    QString path(const char* name = "one.socket") const { return directory.filePath(name); }
+    QString path(const char* name = "one.socket") const { return directory.path() + "/" + name; }
 
     /// Answers each request with its words.
     void listen() { listen({path()}); }

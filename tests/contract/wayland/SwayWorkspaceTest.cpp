@@ -57,7 +57,7 @@ private:
 class WithWaylandPrograms : public SwaySession {
 public:
     pid_t startInFront(const QString& name) {
-        return started(std::make_unique<Peer>("python3", QStringList{TALVERA_WAYLAND_WINDOW, name}));
+        return started(std::make_unique<Peer>("/usr/bin/python3", QStringList{TALVERA_WAYLAND_WINDOW, name}));
     }
 };
 
