@@ -4,7 +4,6 @@
 #include "concurrency/MainActor.h"
 #include "core/OutputPipeline.h"
 #include "core/PermissionPrompt.h"
-#include "core/Route.h"
 #include "delivery/FocusTracker.h"
 #include "delivery/TextInserter.h"
 #include "language/AICleanup.h"
@@ -23,7 +22,6 @@
 #include "shell/readiness/ReadinessMonitor.h"
 #include "shell/settings/StartSound.h"
 #include "speech/AudioRecorder.h"
-#include "speech/EarlyRecognition.h"
 #include "text/Localization.h"
 
 #include <QLocale>
@@ -141,10 +139,7 @@ void DictationController::beginRecording() {
     m_pendingRecordStart.reset();
     if (m_parts.menuBar.state.get() != State::Idle || !m_currentWav)
         return;
-    m_parts.recorder.setOnLevel([&hud = m_parts.hud, &early = m_parts.early](float level) {
-        hud.setLevel(level);
-        early.follow();
-    });
+    m_parts.recorder.setOnLevel([&hud = m_parts.hud](float level) { hud.setLevel(level); });
     try {
         m_parts.recorder.start();
     } catch (const std::exception& error) {
@@ -155,17 +150,9 @@ void DictationController::beginRecording() {
     m_parts.menuBar.state.set(State::Recording);
     m_parts.hud.show(DictationHUDState::Listening{m_parts.actor.date()});
     playStartSound(m_parts.sounds, m_parts.settings.startSoundName.get());
-    recogniseEarly(*m_currentWav);
     m_parts.inserter.prepare();
     if (willAskLanguageModel())
         m_parts.languageModel.prepare(); // it loads while the user speaks
-}
-
-/// With the settings as they are now; those of the release decide whether it was of use.
-void DictationController::recogniseEarly(const QString& wav) {
-    const auto request = requestNow();
-    const auto mode = translatesDirectly(request) ? WhisperMode::TranslateToEnglish : WhisperMode::Transcribe;
-    m_parts.early.begin({wav, mode, request.source});
 }
 
 /// As far as the settings can tell; those of the release decide.
@@ -226,7 +213,6 @@ void DictationController::finishRecording(const QString& wav) {
     try {
         audioSeconds = m_parts.recorder.stop(wav);
     } catch (const std::exception& error) {
-        m_parts.early.end();
         m_parts.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
         sayNotSaved();
         return; // the next press overwrites what this one has left
@@ -261,26 +247,19 @@ void DictationController::sayNotSaved() {
         m_parts.notifier.notify(message, {}, [](bool) {});
 }
 
-/// What the settings ask for now, of any recording.
-DictationRequest DictationController::requestNow() const {
+DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,
+                                                  ResolvedMode mode) const {
     const auto& settings = m_parts.settings;
     const auto aiState = m_parts.readiness.currentAIState();
     DictationRequest request;
     request.target = TargetLanguage::byCode(settings.targetLanguageCode.get());
     request.source = settings.sourceLanguageCode.get();
-    request.aiAvailable = aiState == AIAvailabilityState::Available;
-    request.cleanup = settings.aiCleanupEnabled.get() && request.aiAvailable &&
-                      settings.cleanupTone.get() != CleanupTone::Off;
-    return request;
-}
-
-DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,
-                                                  ResolvedMode mode) const {
-    const auto aiState = m_parts.readiness.currentAIState();
-    auto request = requestNow();
     request.wav = wav;
     request.audioSeconds = audioSeconds;
     request.mode = mode;
+    request.aiAvailable = aiState == AIAvailabilityState::Available;
+    request.cleanup = settings.aiCleanupEnabled.get() && request.aiAvailable &&
+                      settings.cleanupTone.get() != CleanupTone::Off;
     const bool aiSourceOK =
         request.source == QStringLiteral("auto") ||
         AICleanup::isSourceSupported(request.source, aiState,
@@ -296,7 +275,6 @@ DictationRequest DictationController::makeRequest(const QString& wav, double aud
 }
 
 void DictationController::discardRecording(const QString& wav) {
-    m_parts.early.end();
     m_parts.menuBar.state.set(State::Idle);
     deleteFile(wav);
 }

@@ -8,7 +8,6 @@
 #include "platform/system/Console.h"
 #include "platform/system/FileSystem.h"
 #include "speech/AudioChunker.h"
-#include "speech/EarlyRecognition.h"
 #include "speech/WhisperRunner.h"
 
 #include <QString>
@@ -23,15 +22,13 @@ namespace talvera {
 /// while the tool runs. It must outlive its runs.
 class ChunkedTranscription {
 public:
-    /// `early`, if given, is what has been done ahead for recordings.
     ChunkedTranscription(MainActor& mainActor, BackgroundPool& background, FileSystem& files,
-                         AudioFileReader& reader, Console& console, EarlyRecognition* early = nullptr)
+                         AudioFileReader& reader, Console& console)
         : m_mainActor(mainActor)
         , m_background(background)
         , m_files(files)
         , m_reader(reader)
-        , m_console(console)
-        , m_early(early) {}
+        , m_console(console) {}
 
     /// The transcript of `wav`, which stays where it is. `runner` must outlive the run. The three lengths are
     /// in seconds. Throws what the runner throws; no chunk files are left then either.
@@ -42,10 +39,6 @@ public:
 private:
     using Chunks = std::vector<AudioChunker::Chunk>;
 
-    Task<EarlyRecognition::ChunkText> textOfChunk(const WhisperRunner& runner,
-                                                  const AudioChunker::Chunk& chunk, std::size_t index,
-                                                  WhisperMode mode, QString language,
-                                                  std::optional<QString> prompt);
     std::optional<Chunks> split(const QString& wav, WhisperMode mode, const AudioChunker::Lengths& lengths);
     Task<QString> run(const WhisperRunner& runner, QString wav, WhisperMode mode, QString language,
                       std::optional<QString> prompt);
@@ -57,7 +50,6 @@ private:
     FileSystem& m_files;
     AudioFileReader& m_reader;
     Console& m_console;
-    EarlyRecognition* m_early; ///< may be null
 };
 
 } // namespace talvera

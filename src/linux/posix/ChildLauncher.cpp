@@ -6,7 +6,6 @@
 
 #include <QFile>
 
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -30,9 +29,6 @@ namespace {
 /// So much may wait unread in a pipe; the usual 64 KiB would block the tool after some twenty minutes of
 /// talk.
 constexpr int pipeBytes = 1 << 20;
-
-/// Tells a program that is started ahead of its input where that will come.
-const QByteArray inputVariable("TALVERA_INPUT_FD=");
 
 [[noreturn]] void fail(int code, const QString& what) {
     throw PlatformError(QStringLiteral("ChildProcess"), code,
@@ -72,19 +68,15 @@ Pipe makeRoomyPipe() {
     return pipe;
 }
 
-/// What the program's file says of what the program can do.
-bool says(const QString& executable, QByteArrayView mark) {
+/// The program's file says that it takes the value of its private option from a descriptor.
+bool takesDescriptors(const QString& executable) {
+    constexpr QByteArrayView mark("talvera: takes --prompt /dev/fd/N");
     QFile file(executable);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
     const auto size = static_cast<std::size_t>(file.size());
     const auto* content = file.map(0, file.size());
     return content != nullptr && ::memmem(content, size, mark.data(), static_cast<std::size_t>(mark.size()));
-}
-
-/// The program takes the value of its private option from a descriptor.
-bool takesDescriptors(const QString& executable) {
-    return says(executable, "talvera: takes --prompt /dev/fd/N");
 }
 
 /// A descriptor that holds these bytes, in memory.
@@ -103,10 +95,9 @@ FileDescriptor descriptorOf(const QByteArray& bytes) {
 /// The strings of a request in the form that exec takes.
 class ExecArguments {
 public:
-    ExecArguments(const ChildProcessRequest& request, const FileDescriptor& input)
+    explicit ExecArguments(const ChildProcessRequest& request)
         : m_directory(encoded(request.workingDirectory))
-        , m_priority(request.priority)
-        , m_input(input.get()) {
+        , m_priority(request.priority) {
         m_strings.push_back(encoded(request.executable));
         for (const auto& argument : request.arguments)
             m_strings.push_back(encoded(argument));
@@ -114,7 +105,6 @@ public:
         for (auto& string : m_strings)
             m_pointers.push_back(string.data());
         m_pointers.push_back(nullptr);
-        tellInput();
     }
     ExecArguments(const ExecArguments&) = delete;
     ExecArguments& operator=(const ExecArguments&) = delete;
@@ -129,10 +119,8 @@ public:
 
     ChildProcessRequest::Priority priority() const { return m_priority; }
 
-    char* const* environment() const { return m_environment.empty() ? environ : m_environment.data(); }
-
     /// What the program gets besides its standard streams; -1 for nothing.
-    std::array<int, 2> descriptors() const { return {m_privateValue.get(), m_input}; }
+    int descriptor() const { return m_privateValue.get(); }
 
 private:
     /// An argument with a NUL inside can't be handed over, and must not arrive cut.
@@ -153,26 +141,10 @@ private:
         value = "/dev/fd/" + QByteArray::number(m_privateValue.get());
     }
 
-    /// The environment as it is, and in it the number of the input's descriptor.
-    void tellInput() {
-        if (m_input < 0)
-            return;
-        m_inputVariable = inputVariable + QByteArray::number(m_input);
-        for (char** variable = environ; *variable != nullptr; ++variable) {
-            if (!QByteArrayView(*variable).startsWith(inputVariable))
-                m_environment.push_back(*variable);
-        }
-        m_environment.push_back(m_inputVariable.data());
-        m_environment.push_back(nullptr);
-    }
-
     QByteArray m_directory;
     ChildProcessRequest::Priority m_priority;
-    int m_input;
     std::vector<QByteArray> m_strings;
     std::vector<char*> m_pointers;
-    QByteArray m_inputVariable;
-    std::vector<char*> m_environment; ///< empty for the one that we have
     FileDescriptor m_privateValue;
 };
 
@@ -220,16 +192,14 @@ void resetSignals() {
         ::dup2(error, STDERR_FILENO) >= 0) {
         // Also what some library of ours has opened without care stays here.
         ::close_range(STDERR_FILENO + 1, UINT_MAX, CLOSE_RANGE_CLOEXEC);
-        for (const auto descriptor : arguments.descriptors()) {
-            if (descriptor >= 0)
-                ::fcntl(descriptor, F_SETFD, 0);
-        }
+        if (arguments.descriptor() >= 0)
+            ::fcntl(arguments.descriptor(), F_SETFD, 0);
         const rlimit none{0, 0}; // what it works on shall not come to lie in a core file
         ::setrlimit(RLIMIT_CORE, &none);
         if (arguments.priority() == ChildProcessRequest::Priority::Low)
             giveWay();
         resetSignals();
-        ::execve(arguments.program(), arguments.pointers(), arguments.environment());
+        ::execv(arguments.program(), arguments.pointers());
     }
     const int code = errno;
     [[maybe_unused]] const auto reported = ::write(report, &code, sizeof code);
@@ -270,12 +240,8 @@ void reap(pid_t pid) {
 
 } // namespace
 
-bool waitsForInput(const QString& executable) {
-    return says(executable, "talvera: waits for TALVERA_INPUT_FD");
-}
-
-LaunchedChild launchChild(const ChildProcessRequest& request, const FileDescriptor& input) {
-    const ExecArguments arguments(request, input);
+LaunchedChild launchChild(const ChildProcessRequest& request) {
+    const ExecArguments arguments(request);
     auto output = makeRoomyPipe();
     auto error = makeRoomyPipe();
     auto report = makePipe();
