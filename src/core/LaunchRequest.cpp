@@ -23,9 +23,12 @@ std::optional<LaunchRequest> LaunchRequest::of(const QStringList& arguments) {
 }
 
 QStringList LaunchRequest::arguments() const {
-    if (!opensSettings)
-        return {};
-    return section ? QStringList{settingsOption, rawValue(*section)} : QStringList{settingsOption};
+    QStringList arguments;
+    if (opensSettings)
+        arguments << settingsOption;
+    if (opensSettings && section)
+        arguments << rawValue(*section);
+    return arguments;
 }
 
 } // namespace talvera
