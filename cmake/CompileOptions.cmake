@@ -13,6 +13,11 @@ if(TALVERA_SANITIZE)
     add_link_options(-fsanitize=${TALVERA_SANITIZE})
     # gcc 12 suspects library headers once the sanitizers' checks stand between the lines.
     target_compile_options(talvera_options INTERFACE -Wno-maybe-uninitialized)
+    # Some hundred programs are linked for the tests. What users get is linked as Debian does.
+    find_program(TALVERA_MOLD mold)
+    if(TALVERA_MOLD)
+        add_link_options(-fuse-ld=mold)
+    endif()
 endif()
 
 # With TALVERA_PRECOMPILE the headers that most files include are compiled once. It halves the time of a whole build and

@@ -36,7 +36,7 @@ class Panel {
 public:
     void openAndClose() {
         m_paint.forget();
-        if (!m_second.tellHolder())
+        if (!m_second.tellHolder({}))
             throw std::runtime_error("the agent doesn't listen");
         m_paint.await();
         std::this_thread::sleep_for(settling);

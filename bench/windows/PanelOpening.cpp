@@ -41,7 +41,7 @@ int main(int argc, char** argv) {
             std::this_thread::sleep_for(settling);
             paint.forget();
             const auto told = Clock::now();
-            if (!second.tellHolder())
+            if (!second.tellHolder({}))
                 throw std::runtime_error("the agent doesn't listen");
             (time == 0 ? first : later).add(milliseconds(paint.await() - told));
             std::this_thread::sleep_for(settling);

@@ -88,7 +88,7 @@ public:
     Clock::duration open() {
         m_paint.forget();
         const auto told = Clock::now();
-        if (!m_second.tellHolder())
+        if (!m_second.tellHolder({}))
             throw std::runtime_error("the agent doesn't listen");
         return m_paint.awaitOf(m_agent) - told;
     }

@@ -59,6 +59,8 @@ Machine LinuxMachine::machine() {
                        .preferences = m_preferences,
                        .sessions = m_sessions,
                        .loginItem = m_loginItem,
+                       .relauncher = m_relauncher,
+                       .description = m_description,
                        .updates = m_updates,
                        .network = m_network,
                        .console = m_console,
@@ -67,6 +69,7 @@ Machine LinuxMachine::machine() {
             .language = {.model = m_languageModel,
                          .choice = m_languageModel,
                          .recognizer = m_languageRecognizer,
+                         .fonts = m_fonts,
                          .preferred = sessionLanguages(QProcessEnvironment::systemEnvironment())}};
 }
 

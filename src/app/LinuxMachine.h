@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/LinuxDescription.h"
 #include "app/ModelOffer.h"
 #include "app/SessionBackEnds.h"
 #include "concurrency/QtMainActor.h"
@@ -19,6 +20,7 @@
 #include "linux/posix/PosixApplicationHost.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/posix/PosixFileSystem.h"
+#include "linux/posix/PosixRelauncher.h"
 #include "linux/pulse/PulseAudioInput.h"
 #include "linux/pulse/PulseConnection.h"
 #include "linux/pulse/PulseMicrophonePermission.h"
@@ -28,11 +30,17 @@
 #include "linux/xdg/DesktopSettingsPanels.h"
 #include "linux/xdg/JsonPreferenceStore.h"
 #include "linux/xdg/PortalAppearance.h"
+#include "linux/xdg/QtInstalledFonts.h"
 #include "linux/xdg/QtProgramActivation.h"
 #include "linux/xdg/XdgFileBrowser.h"
 #include "linux/xdg/XdgLoginItem.h"
 #include "platform/absent/NoFileDownloads.h"
 #include "platform/system/Directories.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <sys/types.h>
 
 namespace talvera {
 
@@ -72,6 +80,8 @@ private:
                                       m_console};
     SqliteSessionDatabases m_sessions;
     XdgLoginItem m_loginItem{XdgLoginItem::session()};
+    PosixRelauncher m_relauncher{QCoreApplication::applicationFilePath(), QDir::tempPath(),
+                                 static_cast<pid_t>(QCoreApplication::applicationPid())};
     PackageKitUpdates m_updates{m_actor, QString::fromLatin1(applicationId)};
     const ModelOffer m_model = ModelOffer::ofThisBuild();
     QtFileDownloads m_network{m_actor, {.trustedToo = m_model.trustedToo}};
@@ -91,17 +101,19 @@ private:
     PulseMicrophonePermission m_microphonePermission{m_sound};
     SoxrAudioConverterFactory m_converters;
     SndFileReader m_audioFiles;
+    LinuxDescription m_description{m_sound};
     PulseSoundPlayer m_player{m_sound, m_audioFiles,
                               m_directories.resources + QStringLiteral("/Resources/sounds")};
 
     // What the user sees
     PortalAppearance m_appearance;
-    XdgFileBrowser m_fileBrowser;
     DesktopSettingsPanels m_settingsPanels{DesktopSettingsPanels::session(), m_console};
+    XdgFileBrowser m_fileBrowser;
     DesktopNotifier m_notifier;
 
     LlamaLanguageModel m_languageModel{{m_actor, m_files, m_preferences, m_directories, m_console}};
     Cld2LanguageRecognizer m_languageRecognizer;
+    QtInstalledFonts m_fonts;
 
     // Last, so that their jobs end before what these work with does.
     ThreadSerialQueue m_typing{"Paster.typing"};

@@ -4,6 +4,7 @@
 #include "views/hud/QuickHUDPanel.h"
 #include "views/onboarding/QuickWizardWindow.h"
 #include "views/panel/QuickMenuPanel.h"
+#include "views/settings/QuickSettingsWindow.h"
 
 namespace talvera {
 
@@ -21,6 +22,10 @@ std::unique_ptr<MenuPanelWindow> QuickWindows::makeMenuPanel(MenuPanelModel& mod
 
 std::unique_ptr<WizardWindow> QuickWindows::makeWizardWindow(OnboardingModel& model) {
     return std::make_unique<QuickWizardWindow>(views(), model, m_parts.panels);
+}
+
+std::unique_ptr<FramedWindow> QuickWindows::makeSettingsWindow(SettingsModel& model) {
+    return std::make_unique<QuickSettingsWindow>(views(), model, m_parts.panels);
 }
 
 ViewEngine& QuickWindows::views() {

@@ -31,6 +31,7 @@ public:
     std::unique_ptr<HUDPanel> makeHUDPanel(StateHolder& holder) override;
     std::unique_ptr<MenuPanelWindow> makeMenuPanel(MenuPanelModel& model) override;
     std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel& model) override;
+    std::unique_ptr<FramedWindow> makeSettingsWindow(SettingsModel& model) override;
 
 private:
     ViewEngine& views();

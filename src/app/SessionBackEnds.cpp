@@ -3,6 +3,7 @@
 
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
+#include "linux/wayland/sway/SwayWorkspace.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
 #include "linux/x11/keys/X11KeyboardLayout.h"
@@ -14,6 +15,7 @@
 #include "linux/x11/windows/X11PanelDesktop.h"
 #include "linux/x11/windows/X11SessionAccess.h"
 #include "linux/x11/windows/XEmbedIcon.h"
+#include "linux/x11/windows/isBehindWayland.h"
 #include "linux/x11/windows/prepareToolkitForX11.h"
 #include "platform/absent/NoEventTaps.h"
 #include "platform/absent/NoKeyEventPoster.h"
@@ -40,22 +42,46 @@ std::unique_ptr<StatusItem> statusItem(const BackEndParts& parts, std::unique_pt
                                             std::move(icon));
 }
 
-SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+/// What shows our own windows, which are X11 windows everywhere, what is copied in them and what their keys
+/// are called.
+SessionBackEnds x11Windows(const SessionOffer& offer, const BackEndParts& parts) {
+    const auto panels = std::make_shared<X11PanelDesktop>(offer.server);
     const auto companion =
         (parts.directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString();
-    const auto panels = std::make_shared<X11PanelDesktop>(offer.server);
     SessionBackEnds chosen;
-    chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor, offer.server);
     chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>(offer.server);
-    chosen.keyPoster = std::make_unique<X11KeyEventPoster>(offer.server);
     chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion, offer.server);
-    chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
-    chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);
     chosen.overlays = std::make_unique<X11OverlayDesktop>(offer.server);
     chosen.panels = panels;
     chosen.pointer = panels;
     chosen.statusItem = statusItem(parts, std::make_unique<XEmbedIcon>(offer.server, traySymbolImage));
     chosen.toolkitEvents = std::make_unique<GrabFocusFilter>();
+    return chosen;
+}
+
+SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    auto chosen = x11Windows(offer, parts);
+    chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor, offer.server);
+    chosen.keyPoster = std::make_unique<X11KeyEventPoster>(offer.server);
+    chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
+    chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);
+    return chosen;
+}
+
+std::unique_ptr<Workspace> waylandWorkspace(const SessionOffer& offer, const BackEndParts& parts) {
+    if (offer.swaySocket.isEmpty())
+        return std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
+    return std::make_unique<SwayWorkspace>(SwayIpc(offer.swaySocket), parts.installed);
+}
+
+/// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
+/// those of X programs, and what works for these alone would lose what is said into all others.
+SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    auto chosen = x11Windows(offer, parts);
+    chosen.eventTaps = std::make_unique<NoEventTaps>();
+    chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
+    chosen.workspace = waylandWorkspace(offer, parts);
+    chosen.access = std::make_unique<NoSessionAccess>();
     return chosen;
 }
 
@@ -79,7 +105,16 @@ SessionBackEnds absentBackEnds(const BackEndParts& parts) {
 
 SessionOffer SessionOffer::open() {
     const X11Server server;
-    return {.server = server, .x11 = server.connect(), .claim = std::make_shared<X11DisplayClaim>(server)};
+    return {.server = server,
+            .x11 = server.connect(),
+            .claim = std::make_shared<X11DisplayClaim>(server),
+            .swaySocket = qEnvironmentVariable("SWAYSOCK")};
+}
+
+SessionKind SessionOffer::kind() const {
+    if (!hasX11())
+        return SessionKind::Unknown;
+    return isBehindWayland(*x11) ? SessionKind::Wayland : SessionKind::X11;
 }
 
 QString SessionOffer::whyNoWindows() const {
@@ -88,12 +123,24 @@ QString SessionOffer::whyNoWindows() const {
 }
 
 void SessionOffer::prepareToolkit() const {
-    if (hasX11())
-        prepareToolkitForX11();
+    if (!hasX11())
+        return;
+    // Also in a Wayland session, where the toolkit would choose otherwise: windows of the compositor's own
+    // kind can't be put above others.
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    prepareToolkitForX11();
 }
 
 SessionBackEnds chooseBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
-    return offer.hasX11() ? x11BackEnds(offer, parts) : absentBackEnds(parts);
+    switch (offer.kind()) {
+    case SessionKind::X11:
+        return x11BackEnds(offer, parts);
+    case SessionKind::Wayland:
+        return waylandBackEnds(offer, parts);
+    case SessionKind::Unknown:
+        return absentBackEnds(parts);
+    }
+    Q_UNREACHABLE();
 }
 
 } // namespace talvera

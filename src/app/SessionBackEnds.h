@@ -26,6 +26,13 @@ class DesktopEntryCatalog;
 class MainActor;
 struct Directories;
 
+/// Whose keys, windows and clipboard a session has.
+enum class SessionKind {
+    X11,     ///< those of an X server
+    Wayland, ///< those of a compositor; the X server beside it knows of X programs alone
+    Unknown, ///< none that we could reach
+};
+
 /// What this session offers to programs, whichever kind of session it is.
 struct SessionOffer {
     static SessionOffer open();
@@ -33,8 +40,12 @@ struct SessionOffer {
     X11Server server;
     std::unique_ptr<X11Connection> x11;    ///< broken where no X server answers
     std::shared_ptr<DisplayClaim> claim{}; ///< to be the one agent there
+    QString swaySocket{};                  ///< where sway says that it listens; empty elsewhere
 
     bool hasX11() const { return !x11->isBroken(); }
+
+    /// By what the server is, and not by what the environment says: that may be another session's.
+    SessionKind kind() const;
 
     /// Why no window can be shown here, for the log; empty where one can.
     QString whyNoWindows() const;

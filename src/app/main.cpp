@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "app/CommandLine.h"
 #include "app/LinuxMachine.h"
 #include "app/QuickWindows.h"
 #include "app/StateTrace.h"
+#include "app/obeyCommandLine.h"
 #include "core/Agent.h"
+#include "core/AgentCommand.h"
+#include "linux/commands/CommandSocket.h"
+#include "linux/commands/commandSocketPaths.h"
 #include "linux/posix/AgentDirectory.h"
 #include "linux/posix/StandardConsole.h"
 #include "linux/posix/TerminationSignals.h"
@@ -15,15 +20,24 @@
 #include "views/ViewEngine.h"
 
 #include <QGuiApplication>
+#include <QProcessEnvironment>
 
 #include <cstdlib>
 #include <optional>
+#include <variant>
 
 using namespace talvera;
 
 namespace {
 
 constexpr Duration windowsDelay = seconds(0.5);
+
+QStringList argumentsOf(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
 
 /// While it lives, an end by exit() is told: the toolkit calls that when the display server goes.
 class ExitWatch {
@@ -45,16 +59,26 @@ private:
     static inline Console* s_console = nullptr;
 };
 
+CommandReply obey(Agent& agent, const CommandRequest& request) {
+    const auto command = AgentCommand::of(request.words);
+    if (!command)
+        return {.isDone = false};
+    return {.text = agent.obey(*command, request.begun)};
+}
+
 /// Runs the agent on this machine until the event loop ends.
-int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Console& console,
-             DisplayClaim& claim) {
+int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim,
+             const LaunchRequest& request, const QStringList& commandPaths) {
     const auto machine = linuxMachine.machine();
     AppSettings settings(machine.system.preferences);
     QuickWindows windows(
         {actor, settings, linuxMachine.appearance(), linuxMachine.overlays(), linuxMachine.panels()});
     Agent agent(machine, settings, windows);
     std::optional<StateTrace> trace;
-    claim.onSecondStart([&agent] { agent.startedAgain(); });
+    std::optional<CommandSocket> commands;
+    claim.onSecondStart([&agent](const QString& purpose) {
+        agent.startedAgain(LaunchRequest::of(purpose.split(u' ')).value_or(LaunchRequest()));
+    });
     actor.post([&] {
 #ifdef TALVERA_DIAGNOSTICS
         if (StateTrace::isWanted())
@@ -62,6 +86,12 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Co
                 StateTrace::Parts{console, agent.menuBar, agent.hud, agent.readiness, agent.onboarding});
 #endif
         agent.launch();
+        commands.emplace(commandPaths,
+                         [&agent](const CommandRequest& command) { return obey(agent, command); });
+        for (const auto& path : commands->failed())
+            console.log(QStringLiteral("Talvera can't take commands at ") + path);
+        if (request.opensSettings)
+            agent.openSettings(request.section);
         // The first dictation shall find its window made, and the launch not wait for it.
         actor.startTimer(windowsDelay, [&agent] { agent.prepareWindows(); });
     });
@@ -70,8 +100,20 @@ int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, [[maybe_unused]] Co
     return status;
 }
 
+/// Does what the program was started for, when that is not to be the agent.
+int runCommand(int argc, char** argv, const CommandLine::Purpose& purpose, StandardConsole& console,
+               const Directories& directories) {
+    const QCoreApplication application(argc, argv);
+    return static_cast<int>(obeyCommandLine(purpose, directories, console));
+}
+
 /// Runs the one agent of this display until the session or the user ends it.
 int run(int argc, char** argv, StandardConsole& console, Directories directories) {
+    const auto request = LaunchRequest::of(argumentsOf(argc, argv));
+    if (!request) {
+        console.log(QStringLiteral("usage: talvera [--settings [general|hotkey|language|ai|privacy]]"));
+        return static_cast<int>(ExitStatus::Misuse);
+    }
     auto session = SessionOffer::open();
     if (const auto reason = session.whyNoWindows(); !reason.isEmpty()) {
         console.log(reason);
@@ -79,11 +121,14 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     }
     const auto claim = session.claim;
     if (!claim->isOurs()) {
-        console.print(claim->tellHolder() ? QStringLiteral("[app] Talvera is running already")
-                                          : QStringLiteral("[app] Talvera is running, but does not answer"));
+        console.print(claim->tellHolder(request->arguments().join(u' '))
+                          ? QStringLiteral("[app] Talvera is running already")
+                          : QStringLiteral("[app] Talvera is running, but does not answer"));
         return EXIT_SUCCESS;
     }
     const ExitWatch watch(console);
+    const auto commandPaths =
+        commandSocketPaths(directories.temporary, QProcessEnvironment::systemEnvironment());
     // Static, to go with its recordings also by exit().
     static AgentDirectory directory(directories.temporary);
     removeLeftRecordings(directories.temporary); // of versions that had no directory of their own
@@ -101,7 +146,7 @@ int run(int argc, char** argv, StandardConsole& console, Directories directories
     int status = EXIT_SUCCESS;
     {
         LinuxMachine machine(actor, console, directories, std::move(session));
-        status = runAgent(actor, machine, console, *claim);
+        status = runAgent(actor, machine, console, *claim, *request, commandPaths);
     }
     return status;
 }
@@ -112,7 +157,11 @@ int main(int argc, char** argv) {
     leaveNoCoreFile();
     StandardConsole console;
     try {
-        return run(argc, argv, console, XdgDirectories::directories());
+        const auto directories = XdgDirectories::directories();
+        const auto purpose = CommandLine::purposeOf(argumentsOf(argc, argv));
+        return std::holds_alternative<CommandLine::Run>(purpose)
+                   ? run(argc, argv, console, directories)
+                   : runCommand(argc, argv, purpose, console, directories);
     } catch (const PlatformError& error) {
         console.log(QStringLiteral("Talvera can't start: ") + error.message());
         return EXIT_FAILURE;

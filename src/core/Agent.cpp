@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "core/Agent.h"
 
+#include "concurrency/Lifetime.h"
+#include "core/AgentCommand.h"
+#include "core/AgentStatus.h"
 #include "core/AppDelegate.h"
 #include "core/DictationController.h"
 #include "core/Machine.h"
@@ -18,6 +21,7 @@
 #include "persistence/PreferredDelivery.h"
 #include "persistence/StatsStore.h"
 #include "platform/desktop/FileBrowser.h"
+#include "platform/desktop/Notifier.h"
 #include "platform/desktop/SettingsPanels.h"
 #include "platform/language/LanguageModelChoice.h"
 #include "platform/system/ApplicationHost.h"
@@ -34,15 +38,16 @@
 #include "shell/panel/MenuPanelModel.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "shell/settings/HotkeyRecorderModel.h"
+#include "shell/settings/SettingsModel.h"
+#include "shell/settings/SettingsWindow.h"
+#include "shell/settings/TapToToggleRule.h"
 #include "shell/settings/Updater.h"
+#include "shell/settings/relaunchApplication.h"
 #include "shell/texts/InterfaceLanguage.h"
-#include "shell/texts/shownPath.h"
 #include "speech/AudioRecorder.h"
 #include "speech/ChunkedTranscription.h"
 #include "speech/WhisperRunner.h"
 #include "text/Localization.h"
-
-#include <QDir>
 
 #include <utility>
 
@@ -51,6 +56,10 @@ namespace talvera {
 namespace {
 
 constexpr Duration noticeTime = seconds(6.0);
+
+QString noModelText() {
+    return localized("command.status.noModel", "The speech model isn't there yet.");
+}
 
 } // namespace
 
@@ -61,7 +70,10 @@ public:
 
     std::shared_ptr<OutputPipeline> makePipeline();
     void tellOfLostMicrophone();
-    void tellOfSecondStart();
+    void tellOfSecondStart(const LaunchRequest& request);
+    void tellOfMissingFont();
+    void openSettings(std::optional<SettingsSectionID> section);
+    QString obey(const AgentCommand& command, CommandedHotkey::Begun begun);
 
 private:
     const Machine m_machine; ///< everything below works with it
@@ -70,6 +82,7 @@ public:
     // Each after those that it works with.
     InterfaceLanguage interfaceLanguage; ///< first, so that everything speaks it
     AppSettings& settings;
+    TapToToggleRule tapToToggleRule;
     ModelStore models;
     AudioRecorder recorder;
     WhisperRunner whisper;
@@ -90,6 +103,9 @@ public:
     std::optional<HotkeyRecorderModel> hotkeyRecorder; ///< once the wizard has been opened
     std::optional<OnboardingModel> onboardingModel;    ///< likewise
     OnboardingWindow onboardingWindow;
+    std::optional<HotkeyRecorderModel> settingsHotkey; ///< once the settings have been opened
+    std::optional<HotkeyRecorderModel> settingsToggle; ///< likewise
+    SettingsWindow settingsWindow;
     std::optional<MenuPanelModel> panelModel; ///< once the panel has been opened
     std::shared_ptr<AppDelegate> delegate;    ///< all that reacts; once it is gone, nothing begins any more
 
@@ -102,20 +118,25 @@ private:
     WhisperRunner makeRunner() const;
     void openKeyboardSettings();
     void openLanguageModelFolder();
-    void openSettings();
+    AgentStatus status();
+    std::unique_ptr<SettingsModel> makeSettingsModel();
+    void makeSettingsRecorders();
     Trace trace();
 
     WindowFactory& m_windows;
     const Trace& m_onTrace;
     Subscription m_recordingEnd;
+    Lifetime m_lifetime;
 };
 
 Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowFactory& windows,
                       const Trace& onTrace)
     : m_machine(machine)
-    , interfaceLanguage({machine.system.files, machine.system.directories, machine.system.console},
-                        userSettings.appLanguage.get(), machine.language.preferred)
+    , interfaceLanguage(
+          {machine.system.files, machine.system.directories, machine.system.console, machine.language.fonts},
+          userSettings.appLanguage.get(), machine.language.preferred)
     , settings(userSettings)
+    , tapToToggleRule(settings)
     , models(machine.system.files, machine.system.directories,
              machine.system.modelSource.hasEncoder() ? ModelStore::Items::MainFileAndEncoder
                                                      : ModelStore::Items::MainFileAlone)
@@ -171,6 +192,9 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
                   .warmup = warmup,
                   .makeRunner = [this] { return makeRunner(); }})
     , onboardingWindow(machine.actor, onboarding, [this] { return makeWizardWindow(); })
+    , settingsWindow(machine.actor,
+                     {.model = [this] { return makeSettingsModel(); },
+                      .window = [this](SettingsModel& model) { return m_windows.makeSettingsWindow(model); }})
     , m_windows(windows)
     , m_onTrace(onTrace) {
     delegate = makeDelegate();
@@ -275,7 +299,7 @@ std::unique_ptr<MenuPanelWindow> Agent::Wiring::makePanelWindow() {
     auto& model = panelModel.emplace(MenuPanelModel::Parts{menuBar, settings, stats, readiness,
                                                            m_machine.language.model,
                                                            m_machine.keyboard.layout, translateToggle});
-    model.onSettings = [this] { openSettings(); };
+    model.onSettings = [this] { openSettings({}); };
     model.onCheckForUpdates = [this] { updater.checkForUpdates(); };
     model.followUpdateCheck(updater.isChecking);
     model.onQuit = [this] { m_machine.system.application.terminate(); };
@@ -334,19 +358,114 @@ void Agent::Wiring::tellOfLostMicrophone() {
                    DictationHUDState::NoticeTone::Warn, noticeTime);
 }
 
-void Agent::Wiring::tellOfSecondStart() {
-    m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
-    delegate->startedAgain();
+/// In a language that can be read, since the wanted one can't.
+void Agent::Wiring::tellOfMissingFont() {
+    const auto& package = interfaceLanguage.missingFont();
+    if (!package)
+        return;
+    const auto title =
+        formatted(localized("fonts.missing.title", "Your language needs the package %@"), *package);
+    const auto text = localized("fonts.missing.text", "No font of this computer has its letters. Install "
+                                                      "the package, then start Talvera again.");
+    m_machine.desktop.notifier.notify(title, text, m_lifetime.ifAlive([this, title](bool shown) {
+        if (!shown)
+            hud.showRemark(title, DictationHUDState::NoticeTone::Warn, noticeTime);
+    }));
 }
 
-/// Until there is a window for them, the settings are the file that holds them.
-void Agent::Wiring::openSettings() {
+void Agent::Wiring::tellOfSecondStart(const LaunchRequest& request) {
+    m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
+    if (request.opensSettings)
+        openSettings(request.section);
+    else
+        delegate->startedAgain();
+}
+
+QString Agent::Wiring::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
+    switch (command.verb) {
+    case AgentCommand::Verb::Press:
+        delegate->commandedHotkey().press(begun);
+        return {};
+    case AgentCommand::Verb::Release:
+        delegate->commandedHotkey().release(begun);
+        return {};
+    case AgentCommand::Verb::Toggle:
+        delegate->commandedHotkey().toggle();
+        return {};
+    case AgentCommand::Verb::Translate:
+        delegate->toggleTranslation();
+        return {};
+    case AgentCommand::Verb::Panel:
+        delegate->startedAgain();
+        return {};
+    case AgentCommand::Verb::Status:
+        return command.asJson ? status().json() : status().text();
+    }
+    Q_UNREACHABLE();
+}
+
+AgentStatus Agent::Wiring::status() {
+    readiness.refresh();
+    AgentStatus status{.state = menuBar.state.get(),
+                       .hasMicrophone = readiness.micStatus.get() == AuthorizationStatus::Authorized,
+                       .canTypeAndWatchKeys = readiness.axTrusted.get(),
+                       .hasModel = models.isReady(),
+                       .hotkey = hotkey.watchResult().get(),
+                       .spokenLanguage = settings.sourceLanguageCode.get(),
+                       .targetLanguage = settings.targetLanguageCode.get()};
+    for (const auto& lack : {readiness.microphoneLackText(), readiness.accessibilityLackText(),
+                             status.hasModel ? QString() : noModelText()}) {
+        if (!lack.isEmpty())
+            status.lacks << lack;
+    }
+    return status;
+}
+
+void Agent::Wiring::openSettings(std::optional<SettingsSectionID> section) {
     delegate->closePanel();
-    const auto& place = m_machine.system.directories.configuration;
-    m_machine.desktop.fileBrowser.show(place);
-    hud.showRemark(formatted(localized("hud.settings.place", "Your settings are kept in %@"),
-                             shownPath(place, QDir::homePath())),
-                   DictationHUDState::NoticeTone::Info, noticeTime);
+    settingsWindow.show(section);
+}
+
+std::unique_ptr<SettingsModel> Agent::Wiring::makeSettingsModel() {
+    makeSettingsRecorders();
+    const auto relaunch = [this] {
+        relaunchApplication(m_machine.actor, m_machine.system.relauncher,
+                            [&application = m_machine.system.application] { application.terminate(); });
+    };
+    return std::make_unique<SettingsModel>(
+        SettingsModel::Parts{.general = {.settings = settings,
+                                         .language = interfaceLanguage,
+                                         .loginItem = m_machine.system.loginItem,
+                                         .sounds = m_machine.sound.player,
+                                         .relaunch = relaunch},
+                             .hotkey = {.settings = settings,
+                                        .layout = m_machine.keyboard.layout,
+                                        .recorder = *settingsHotkey,
+                                        .openKeyboardSettings = [this] { openKeyboardSettings(); }},
+                             .toggleRecorder = *settingsToggle,
+                             .cleanup = {.settings = settings,
+                                         .readiness = readiness,
+                                         .openModelSettings = [this] { openLanguageModelFolder(); }},
+                             .about = {.actor = m_machine.actor,
+                                       .machine = m_machine.system.description,
+                                       .pasteboard = m_machine.desktop.pasteboard,
+                                       .typing = m_machine.keyboard.typing}});
+}
+
+void Agent::Wiring::makeSettingsRecorders() {
+    if (settingsHotkey)
+        return;
+    const auto& keyboard = m_machine.keyboard;
+    const HotkeyRecorderModel::Parts parts{
+        settings, m_machine.sound.player, keyboard.layout, keyboard.windowKeys, onboarding.suspendHotkey,
+        hotkey,   translateToggle};
+    for (auto* model : {&settingsHotkey.emplace(parts, HotkeyRecorderModel::Shortcut::Hotkey),
+                        &settingsToggle.emplace(parts, HotkeyRecorderModel::Shortcut::TranslateToggle)}) {
+        QObject::connect(model, &HotkeyRecorderModel::isRecordingChanged, [this, model] {
+            if (model->isRecording() && delegate)
+                delegate->endPressInHand();
+        });
+    }
 }
 
 Trace Agent::Wiring::trace() {
@@ -374,6 +493,7 @@ Agent::~Agent() = default;
 void Agent::launch() {
     recorder.setOnLost([wiring = m_wiring.get()] { wiring->tellOfLostMicrophone(); });
     delegate().applicationDidFinishLaunching();
+    m_wiring->tellOfMissingFont();
 }
 
 void Agent::prepareWindows() {
@@ -388,8 +508,20 @@ AppDelegate& Agent::delegate() {
     return *m_wiring->delegate;
 }
 
-void Agent::startedAgain() {
-    m_wiring->tellOfSecondStart();
+void Agent::startedAgain(const LaunchRequest& request) {
+    m_wiring->tellOfSecondStart(request);
+}
+
+void Agent::openSettings(std::optional<SettingsSectionID> section) {
+    m_wiring->openSettings(section);
+}
+
+SettingsWindow& Agent::settingsWindow() {
+    return m_wiring->settingsWindow;
+}
+
+QString Agent::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
+    return m_wiring->delegate ? m_wiring->obey(command, begun) : QString();
 }
 
 std::shared_ptr<OutputPipeline> Agent::makePipeline() {

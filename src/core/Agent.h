@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "core/CommandedHotkey.h"
+#include "core/LaunchRequest.h"
 #include "core/Trace.h"
 
 #include <memory>
@@ -20,9 +22,11 @@ class ModelStore;
 class OnboardingController;
 class OutputPipeline;
 class ReadinessMonitor;
+class SettingsWindow;
 class TranslateToggleHotkey;
 class WhisperRunner;
 class WindowFactory;
+struct AgentCommand;
 struct Machine;
 
 /// The program's logic, joined to the machine that it is given. Nothing else joins them: the program, the
@@ -45,7 +49,14 @@ public:
     void stop();
 
     /// The user has started the program a second time.
-    void startedAgain();
+    void startedAgain(const LaunchRequest& request = {});
+
+    /// Brings the settings up, with that section.
+    void openSettings(std::optional<SettingsSectionID> section = {});
+
+    /// Does what another program of the user asks for, and answers with what there is to tell of it.
+    /// `begun`: see CommandedHotkey.
+    QString obey(const AgentCommand& command, CommandedHotkey::Begun begun = {});
 
     /// A pipeline of the agent's parts.
     std::shared_ptr<OutputPipeline> makePipeline();
@@ -72,6 +83,8 @@ public:
     OnboardingController& onboarding;
 
     AppDelegate& delegate();
+
+    SettingsWindow& settingsWindow();
 
     /// What the panel shows; null until it has been opened.
     MenuPanelModel* panelModel();

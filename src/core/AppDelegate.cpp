@@ -32,6 +32,7 @@ namespace {
 
 constexpr Duration bindingNoticeTime = seconds(6.0);
 constexpr Duration noTrayNoticeTime = seconds(8.0);
+const auto noTrayHintShown = QStringLiteral("noTrayHintShown");
 
 QString installedSuffix(const EventTap* tap) {
     return QStringLiteral(" event tap installed after AX grant (installed=%1).")
@@ -62,7 +63,8 @@ QString refusalText(const std::optional<WatchResult>& hotkey, const std::optiona
 } // namespace
 
 AppDelegate::AppDelegate(Parts parts)
-    : m_parts(std::move(parts)) {}
+    : m_parts(std::move(parts))
+    , m_commandedHotkey(m_parts.actor, m_parts.settings, *m_parts.dictation) {}
 
 AppDelegate::~AppDelegate() = default;
 
@@ -70,7 +72,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_parts.application.changeCurrentDirectory(m_parts.directories.temporary);
     m_parts.application.setActivationPolicy(ActivationPolicy::Accessory);
     applyLaunchAtLoginDefault();
-    m_parts.statusItem.onNoTray = m_lifetime.ifAlive([this] { sayHowToReachThePanel(); });
+    if (!m_parts.preferences.boolean(noTrayHintShown))
+        m_parts.statusItem.onNoTray = m_lifetime.ifAlive([this] { sayHowToReachThePanel(); });
     m_menuPanel = m_parts.makeMenuPanel();
     decideOnWizard();
     connectHotkeys();
@@ -137,10 +140,9 @@ void AppDelegate::showBindingRefused() {
 void AppDelegate::sayHowToReachThePanel() {
     m_parts.console.print(QStringLiteral(
         "[app] this desktop has no tray for the Talvera item; starting Talvera again opens its panel"));
-    const auto said = QStringLiteral("noTrayHintShown");
-    if (m_parts.preferences.boolean(said) || !m_parts.hud.currentState().as<DictationHUDState::Hidden>())
+    if (!m_parts.hud.currentState().as<DictationHUDState::Hidden>())
         return;
-    m_parts.preferences.set(said, true);
+    m_parts.preferences.set(noTrayHintShown, true);
     m_parts.hud.showNotice(localized("hud.noTray", "Talvera is running — start it again to open its panel"),
                            DictationHUDState::NoticeTone::Info, noTrayNoticeTime);
 }

@@ -3,6 +3,7 @@
 
 #include "concurrency/Lifetime.h"
 #include "concurrency/Published.h"
+#include "core/CommandedHotkey.h"
 #include "core/Trace.h"
 #include "platform/keyboard/EventTap.h"
 #include "platform/sound/MicrophonePermission.h"
@@ -82,6 +83,9 @@ public:
     void endPressInHand();
     void closePanel();
 
+    /// The hotkey for other programs, which press it for the user.
+    CommandedHotkey& commandedHotkey() { return m_commandedHotkey; }
+
     const DictationController& dictation() const { return *m_parts.dictation; }
 
 private:
@@ -107,6 +111,7 @@ private:
     void permissionHUDInputsMayHaveChanged();
 
     const Parts m_parts;
+    CommandedHotkey m_commandedHotkey;
     std::unique_ptr<MenuPanelController> m_menuPanel; ///< from the launch on
     std::optional<PermissionHUDInputs> m_lastPermissionHUDInputs;
     Cancellables m_cancellables;

@@ -56,7 +56,12 @@ DictationController::~DictationController() = default;
 void DictationController::handlePressStart() {
     if (!m_parts.settings.hotkeyTapToToggle.get())
         start(&DictationController::startPressAfterHoldDelay);
-    else if (m_parts.menuBar.state.get() == State::Recording || isDemoRecording())
+    else
+        handleToggle();
+}
+
+void DictationController::handleToggle() {
+    if (m_parts.menuBar.state.get() == State::Recording || isDemoRecording())
         start(&DictationController::endPress);
     else
         start(&DictationController::startPressNow);

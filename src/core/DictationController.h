@@ -79,6 +79,8 @@ public:
     /// The hotkey's callbacks. All return at once.
     void handlePressStart();
     void handlePressEnd();
+    /// A press of tap mode, whichever mode is set.
+    void handleToggle();
     void handleOtherKeyWhileHeld();
 
     /// The hotkey's release will not come here, since the wizard takes it: ends the present press now, as its

@@ -22,12 +22,14 @@ class EventTapFactory;
 class FileBrowser;
 class FileDownloads;
 class FileSystem;
+class InstalledFonts;
 class KeyEventPoster;
 class KeyboardLayout;
 class LanguageModel;
 class LanguageModelChoice;
 class LanguageRecognizer;
 class LoginItem;
+class MachineDescription;
 class MainActor;
 class MicrophonePermission;
 class Notifier;
@@ -35,6 +37,7 @@ class Pasteboard;
 class PointerMonitor;
 class PreferenceStore;
 class ProgramActivation;
+class Relauncher;
 class SerialQueue;
 class SessionAccess;
 class SessionDatabases;
@@ -90,6 +93,8 @@ struct Machine {
         PreferenceStore& preferences;
         SessionDatabases& sessions;
         LoginItem& loginItem;
+        Relauncher& relauncher;
+        MachineDescription& description;
         UpdateService& updates;
         FileDownloads& network;
         Console& console;
@@ -102,6 +107,7 @@ struct Machine {
         LanguageModel& model;
         LanguageModelChoice& choice; ///< of the model
         LanguageRecognizer& recognizer;
+        InstalledFonts& fonts;
         QStringList preferred; ///< those that the user reads, best first, as "de-AT"
     };
 

@@ -5,10 +5,12 @@
 
 namespace talvera {
 
+class FramedWindow;
 class HUDPanel;
 class MenuPanelModel;
 class MenuPanelWindow;
 class OnboardingModel;
+class SettingsModel;
 class StateHolder;
 class WizardWindow;
 
@@ -25,6 +27,9 @@ public:
 
     /// The first-run wizard, each time that it is opened.
     virtual std::unique_ptr<WizardWindow> makeWizardWindow(OnboardingModel& model) = 0;
+
+    /// The settings, each time that they are opened.
+    virtual std::unique_ptr<FramedWindow> makeSettingsWindow(SettingsModel& model) = 0;
 };
 
 } // namespace talvera

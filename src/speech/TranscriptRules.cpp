@@ -16,29 +16,64 @@ namespace talvera {
 
 namespace {
 
-struct Rule {
-    const char16_t* pattern;
-    const char16_t* replacement;
+/// A pattern and what takes the place of its matches. To be made once: compiling the pattern takes its time.
+class Rule {
+public:
+    Rule(const char16_t* pattern, const char16_t* replacement)
+        : m_replacement(replacement) {
+        UErrorCode status = U_ZERO_ERROR;
+        m_pattern.reset(icu::RegexPattern::compile(icu::UnicodeString(pattern), 0, status));
+        succeed(status);
+    }
+
+    /// Replaces every match, left to right. Any thread.
+    QString applied(const QString& text) const {
+        UErrorCode status = U_ZERO_ERROR;
+        const icu::UnicodeString input(reinterpret_cast<const char16_t*>(text.utf16()),
+                                       static_cast<int32_t>(text.size()));
+        const std::unique_ptr<icu::RegexMatcher> matcher(m_pattern->matcher(input, status));
+        succeed(status);
+        matcher->setStackLimit(0, status); // a mark repeated a million times is no failure
+        const auto result = matcher->replaceAll(m_replacement, status);
+        succeed(status);
+        return toQString(result);
+    }
+
+private:
+    static void succeed(UErrorCode status) {
+        if (U_FAILURE(status))
+            qFatal("a transcript rule is broken: %s", u_errorName(status));
+    }
+
+    std::unique_ptr<icu::RegexPattern> m_pattern;
+    icu::UnicodeString m_replacement;
 };
 
-// What the user says to break a line.
-constexpr std::array voiceCommandRules = {
-    Rule{u"(?i)\\bnew\\s+paragraph\\b", u"\n\n"},
-    Rule{u"(?i)\\bnew\\s+line\\b", u"\n"},
-    Rule{u"(?i)\\bновый\\s+абзац\\b", u"\n\n"},
-    Rule{u"(?i)\\bновая\\s+строка\\b", u"\n"},
+struct Rules {
+    // What the user says to break a line.
+    const std::array<Rule, 4> voiceCommands = {
+        Rule{u"(?i)\\bnew\\s+paragraph\\b", u"\n\n"},
+        Rule{u"(?i)\\bnew\\s+line\\b", u"\n"},
+        Rule{u"(?i)\\bновый\\s+абзац\\b", u"\n\n"},
+        Rule{u"(?i)\\bновая\\s+строка\\b", u"\n"},
+    };
+
+    // The look-behinds and possessive quantifiers change no match: they spare the engine a second walk over a
+    // run that it has already seen, without which a long run would cost the square of its length.
+    const std::array<Rule, 4> tidying = {
+        Rule{u"(?<!\\s)\\s++([.,!?:;])", u"$1"},  // no blank or line break before a mark
+        Rule{u"([.,!?;:])(?:\\s*+\\1)++", u"$1"}, // a repeated mark is written once
+        Rule{u"[ \\t][ \\t]++", u" "},            // one blank where there were more
+        Rule{u"\\n[ \\t]++", u"\n"},              // no indentation
+    };
+
+    const Rule bracketedMark{u"\\[[^\\]]+\\]", u""};
 };
 
-// The look-behinds and possessive quantifiers change no match: they spare the engine a second walk over a run
-// that it has already seen, without which a long run would cost the square of its length.
-constexpr std::array tidyingRules = {
-    Rule{u"(?<!\\s)\\s++([.,!?:;])", u"$1"},  // no blank or line break before a mark
-    Rule{u"([.,!?;:])(?:\\s*+\\1)++", u"$1"}, // a repeated mark is written once
-    Rule{u"[ \\t][ \\t]++", u" "},            // one blank where there were more
-    Rule{u"\\n[ \\t]++", u"\n"},              // no indentation
-};
-
-constexpr Rule bracketedMark{u"\\[[^\\]]+\\]", u""};
+const Rules& rules() {
+    static const Rules made;
+    return made;
+}
 
 const QSet<QString>& questionStarters() {
     static const QSet<QString> words = {
@@ -59,19 +94,6 @@ const QSet<QString>& questionStarters() {
     return words;
 }
 
-/// Replaces every match, left to right.
-QString replaced(const QString& text, const Rule& rule) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString input(reinterpret_cast<const char16_t*>(text.utf16()),
-                                   static_cast<int32_t>(text.size()));
-    icu::RegexMatcher matcher(icu::UnicodeString(rule.pattern), input, 0, status);
-    matcher.setStackLimit(0, status); // a mark repeated a million times is no failure
-    const auto result = matcher.replaceAll(icu::UnicodeString(rule.replacement), status);
-    if (U_FAILURE(status))
-        qFatal("a transcript rule is broken: %s", u_errorName(status));
-    return toQString(result);
-}
-
 QStringList nonEmptyLines(const QString& text) {
     QStringList lines;
     qsizetype begin = 0;
@@ -88,7 +110,7 @@ QStringList nonEmptyLines(const QString& text) {
 QString withoutBracketedMarks(const QString& line) {
     // Behind the last closing bracket no match can end, so that part need not be searched.
     const auto end = line.lastIndexOf(u']') + 1;
-    return end == 0 ? line : replaced(line.left(end), bracketedMark) + line.mid(end);
+    return end == 0 ? line : rules().bracketedMark.applied(line.left(end)) + line.mid(end);
 }
 
 QString firstWord(const std::vector<QStringView>& textCharacters) {
@@ -116,10 +138,10 @@ QString postProcess(const QString& text) {
 
 QString normalize(const QString& text) {
     auto result = text;
-    for (const auto& rule : voiceCommandRules)
-        result = replaced(result, rule);
-    for (const auto& rule : tidyingRules)
-        result = replaced(result, rule);
+    for (const auto& rule : rules().voiceCommands)
+        result = rule.applied(result);
+    for (const auto& rule : rules().tidying)
+        result = rule.applied(result);
     return trimmedWhitespace(result);
 }
 

@@ -5,7 +5,7 @@
 #include "shell/onboarding/OnboardingModel.h"
 #include "shell/panel/LanguageModelNotes.h"
 #include "shell/panel/MenuPanelModel.h"
-#include "shell/settings/HotkeyRecorderModel.h"
+#include "shell/settings/SettingsModel.h"
 
 #include <QtQml/qqmlregistration.h>
 
@@ -38,13 +38,6 @@ struct TargetLanguagePickerType {
     Q_GADGET
     QML_FOREIGN(talvera::TargetLanguagePicker)
     QML_NAMED_ELEMENT(TargetLanguagePicker)
-    QML_UNCREATABLE("a view gets it")
-};
-
-struct SettingModelType {
-    Q_GADGET
-    QML_FOREIGN(talvera::SettingModel)
-    QML_NAMED_ELEMENT(SettingModel)
     QML_UNCREATABLE("a view gets it")
 };
 
@@ -94,6 +87,76 @@ struct DemoModelType {
     Q_GADGET
     QML_FOREIGN(talvera::DemoModel)
     QML_NAMED_ELEMENT(DemoModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct SettingsRowModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::SettingsRow)
+    QML_NAMED_ELEMENT(SettingsRowModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct SwitchRowType {
+    Q_GADGET
+    QML_FOREIGN(talvera::SwitchRow)
+    QML_NAMED_ELEMENT(SwitchRow)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct ChoiceRowType {
+    Q_GADGET
+    QML_FOREIGN(talvera::ChoiceRow)
+    QML_NAMED_ELEMENT(ChoiceRow)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct SliderRowType {
+    Q_GADGET
+    QML_FOREIGN(talvera::SliderRow)
+    QML_NAMED_ELEMENT(SliderRow)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct SettingsModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::SettingsModel)
+    QML_NAMED_ELEMENT(SettingsModel)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct GeneralSettingsType {
+    Q_GADGET
+    QML_FOREIGN(talvera::GeneralSettings)
+    QML_NAMED_ELEMENT(GeneralSettings)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct HotkeySettingsType {
+    Q_GADGET
+    QML_FOREIGN(talvera::HotkeySettings)
+    QML_NAMED_ELEMENT(HotkeySettings)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct LanguageSettingsType {
+    Q_GADGET
+    QML_FOREIGN(talvera::LanguageSettings)
+    QML_NAMED_ELEMENT(LanguageSettings)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct CleanupSettingsType {
+    Q_GADGET
+    QML_FOREIGN(talvera::CleanupSettings)
+    QML_NAMED_ELEMENT(CleanupSettings)
+    QML_UNCREATABLE("a view gets it")
+};
+
+struct AboutModelType {
+    Q_GADGET
+    QML_FOREIGN(talvera::AboutModel)
+    QML_NAMED_ELEMENT(AboutModel)
     QML_UNCREATABLE("a view gets it")
 };
 

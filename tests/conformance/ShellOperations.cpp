@@ -9,6 +9,7 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/panel/durationText.h"
 #include "shell/readiness/ReadinessMonitor.h"
+#include "shell/settings/relaunchBanner.h"
 
 #include <array>
 #include <limits>
@@ -49,6 +50,19 @@ Answer statusIcon(const Request& request) {
     return {{"symbol", menuBar.statusIconName().toStdString()}};
 }
 
+/// The first of a list of languages, which may also stand by itself; nothing when there is none.
+std::optional<QString> firstLanguage(const Request& request, const char* field) {
+    if (!request.has(field) || !request.value(field).is_array())
+        return request.optionalText(field);
+    const auto list = request.texts(field);
+    return list.isEmpty() ? std::nullopt : std::optional(list.first());
+}
+
+Answer relaunchBannerOf(const Request& request) {
+    return {{"shown", relaunchBanner(firstLanguage(request, "current"), request.text("selected"),
+                                     firstLanguage(request, "preferred"))}};
+}
+
 Answer durationTextOf(const Request& request) {
     return {{"text", durationText(request.integer<std::int64_t>("seconds")).toStdString()}};
 }
@@ -59,6 +73,7 @@ void addShellOperations(Driver& driver) {
     driver.add("aiState", aiState);
     driver.add("durationText", durationTextOf);
     driver.add("hudLevels", hudLevels);
+    driver.add("relaunchBanner", relaunchBannerOf);
     driver.add("statusIcon", statusIcon);
 }
 

@@ -88,9 +88,13 @@ TEST_F(Toggle, held_switchesOnceAndItsRepeatsReachTheApplication) {
     EXPECT_TRUE(targetBecomes("off"));
     constexpr int modifiersAndRepeats = 3 + 4;
     EXPECT_GE(application.awaitKeys(modifiersAndRepeats), modifiersAndRepeats);
+    EXPECT_EQ(stored("targetLanguageCode"), "off");
     release();
-    strike();
-    EXPECT_TRUE(targetBecomes("en"));
+    // How soon after its release the chord is heard again depends on the machine.
+    EXPECT_TRUE(eventually([this] {
+        strike();
+        return stored("targetLanguageCode") == "en";
+    }));
 }
 
 TEST_F(Toggle, inEveryLayout_isTheSameKey) {

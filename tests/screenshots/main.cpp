@@ -6,6 +6,7 @@
 #include "IconSheet.h"
 #include "PanelScenes.h"
 #include "RecorderScenes.h"
+#include "SettingsScenes.h"
 #include "Stage.h"
 #include "TrayScenes.h"
 #include "WizardScenes.h"
@@ -70,6 +71,8 @@ int main(int argc, char** argv) {
     const auto only = qEnvironmentVariable("SCENES"); // of one kind, while one works on them
     if (only.isEmpty() || only == QStringLiteral("wizard"))
         test::photographWizard(stage);
+    if (only.isEmpty() || only == QStringLiteral("settings"))
+        test::photographSettings(stage);
     if (!only.isEmpty())
         return EXIT_SUCCESS;
     test::photographHUD(stage);

@@ -4,11 +4,16 @@
 #include "concurrency/MainActor.h"
 #include "platform/desktop/FileBrowser.h"
 #include "platform/desktop/Notifier.h"
+#include "platform/system/MachineDescription.h"
+#include "platform/system/PlatformError.h"
+#include "platform/system/Relauncher.h"
 #include "platform/system/UpdateService.h"
 
 #include <QStringList>
 
+#include <cerrno>
 #include <utility>
+#include <vector>
 
 namespace talvera::test {
 
@@ -57,6 +62,28 @@ public:
     bool show(const QString& directory) override {
         shown << directory;
         return true;
+    }
+};
+
+/// Counts how often the program was to start again, or can't see to it.
+class FakeRelauncher final : public Relauncher {
+public:
+    int starts = 0;
+    bool fails = false;
+
+    void startAgainAfterOurEnd() override {
+        if (fails)
+            throw PlatformError(QStringLiteral("Relauncher"), ENOENT);
+        ++starts;
+    }
+};
+
+/// A machine of which two things are known.
+class FakeMachineDescription final : public MachineDescription {
+public:
+    std::vector<MachineFact> facts() override {
+        return {{QStringLiteral("System"), QStringLiteral("Test 1")},
+                {QStringLiteral("Desktop"), QStringLiteral("none")}};
     }
 };
 

@@ -44,6 +44,7 @@ public:
 
     std::optional<UnavailableReason> reason = UnavailableReason::DeviceNotEligible;
     QSet<QString> languages;
+    bool tellsChanges = false; ///< the test calls tellChange() for each
 
     /// The answers to what is asked for texts, in order.
     void setAnswers(std::vector<ModelAnswer> answers) {
@@ -65,6 +66,7 @@ public:
     Subscription observe(std::function<void()> changed) override {
         return m_changes.observe([changed = std::move(changed)](int) { changed(); });
     }
+    bool tellsOfChanges() override { return tellsChanges; }
     void prepare() override { ++preparations; }
     std::unique_ptr<LanguageModelSession> makeSession(const QString& instructions,
                                                       Guardrails guardrails) override;

@@ -101,6 +101,8 @@ Machine SimulatedMachine::machine() {
                        .preferences = preferences,
                        .sessions = databases,
                        .loginItem = loginItem,
+                       .relauncher = relauncher,
+                       .description = description,
                        .updates = updates,
                        .network = network,
                        .console = console,
@@ -113,6 +115,7 @@ Machine SimulatedMachine::machine() {
             .language = {.model = languageModel,
                          .choice = languageModelChoice,
                          .recognizer = languageRecognizer,
+                         .fonts = fonts,
                          .preferred = {}}};
 }
 

@@ -8,6 +8,7 @@
 #include "FakeDesktopServices.h"
 #include "FakeEventTap.h"
 #include "FakeFileDownloads.h"
+#include "FakeInstalledFonts.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
 #include "FakeLanguageModelChoice.h"
@@ -88,6 +89,7 @@ public:
     FakeLanguageModel languageModel{actor};
     FakeLanguageModelChoice languageModelChoice;
     FakeLanguageRecognizer languageRecognizer;
+    FakeInstalledFonts fonts;
     FakeSettingsPanels settingsPanels;
     FakeStatusItem statusItem;
     FakePointerMonitor pointer;
@@ -99,6 +101,8 @@ public:
     FakeFileDownloads network{actor, disk};
     ModelSource modelSource;
     FakeLoginItem loginItem;
+    FakeRelauncher relauncher;
+    FakeMachineDescription description;
     FakeSoundPlayer sounds;
     FakeApplicationHost application;
     InMemoryPreferenceStore preferences;

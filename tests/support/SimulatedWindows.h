@@ -32,6 +32,18 @@ private:
     std::function<void(FakeWizardWindow*)> m_onGone;
 };
 
+/// The settings' window, which tells when it is brought up.
+class FakeSettingsWindow final : public FramedWindow {
+public:
+    explicit FakeSettingsWindow(std::function<void()> onFront)
+        : m_onFront(std::move(onFront)) {}
+
+    void bringToFront() override { m_onFront(); }
+
+private:
+    std::function<void()> m_onFront;
+};
+
 /// The agent's windows on the virtual clock, seen by nobody.
 class SimulatedWindows final : public WindowFactory {
 public:
@@ -39,6 +51,7 @@ public:
         : m_actor(actor) {}
 
     std::function<void()> onOnboardingWindow; ///< the wizard is brought up
+    std::function<void()> onSettingsWindow;   ///< the settings are brought up
     std::function<void()> onPanelShown;       ///< the panel comes and takes the keyboard
 
     /// The HUD and the panel that were made last; null before the first.
@@ -46,6 +59,9 @@ public:
     FakeMenuPanelWindow* menuPanel() const { return m_menuPanel; }
     /// The wizard's window, while there is one.
     FakeWizardWindow* wizard() const { return m_wizard; }
+
+    /// The settings' window that was made last; null before the first.
+    FramedWindow* settingsWindow() const { return m_settingsWindow; }
 
     int hudPanelsMade = 0;
 
@@ -77,12 +93,21 @@ public:
         m_wizard = made.get();
         return made;
     }
+    std::unique_ptr<FramedWindow> makeSettingsWindow(SettingsModel&) override {
+        auto made = std::make_unique<FakeSettingsWindow>([this] {
+            if (onSettingsWindow)
+                onSettingsWindow();
+        });
+        m_settingsWindow = made.get();
+        return made;
+    }
 
 private:
     SimulatedMainActor& m_actor;
     SimulatedHUDPanel* m_hudPanel = nullptr;
     FakeMenuPanelWindow* m_menuPanel = nullptr;
     FakeWizardWindow* m_wizard = nullptr;
+    FramedWindow* m_settingsWindow = nullptr;
 };
 
 } // namespace talvera::test

@@ -50,6 +50,7 @@ public:
     std::optional<UnavailableReason> unavailableReason() override;
     QStringList supportedLanguages() override;
     Subscription observe(std::function<void()> changed) override;
+    bool tellsOfChanges() override { return m_folder.isWatched(); }
     void prepare() override;
     std::unique_ptr<LanguageModelSession> makeSession(const QString& instructions,
                                                       Guardrails guardrails) override;

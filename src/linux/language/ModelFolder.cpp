@@ -43,9 +43,9 @@ void ModelFolder::look() {
 void ModelFolder::watch() {
     const auto path = QFile::encodeName(m_directory);
     QDir().mkpath(m_directory);
-    ::inotify_add_watch(m_changes.get(), path.constData(),
-                        IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_DELETE_SELF |
-                            IN_MOVE_SELF | IN_ONLYDIR);
+    m_isWatched = ::inotify_add_watch(m_changes.get(), path.constData(),
+                                      IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE |
+                                          IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR) >= 0;
 }
 
 /// What hasn't changed isn't read again.

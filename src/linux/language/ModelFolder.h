@@ -41,6 +41,9 @@ public:
     /// By file name.
     const std::vector<Entry>& entries() const { return m_entries; }
 
+    /// Changes are noticed. Else they are found by look() alone.
+    bool isWatched() const { return m_isWatched; }
+
     /// Called when the entries may have become other ones.
     std::function<void()> onChange;
 
@@ -55,6 +58,7 @@ private:
     std::vector<Entry> m_entries;
     FileDescriptor m_changes; ///< inotify's
     std::unique_ptr<QSocketNotifier> m_changed;
+    bool m_isWatched = false;
 };
 
 } // namespace talvera

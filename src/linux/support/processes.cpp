@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include <unistd.h>
+
 namespace talvera {
 
 namespace {
@@ -73,6 +75,18 @@ std::optional<char> processState(pid_t pid) {
 bool processRuns(pid_t pid) {
     const auto state = processState(pid);
     return state && *state != 'Z' && *state != 'X';
+}
+
+std::optional<std::chrono::milliseconds> processStart(pid_t pid) {
+    constexpr int fieldsBefore = 19; // the state is the first
+    std::istringstream fields(afterName(pid));
+    std::string field;
+    for (int i = 0; i <= fieldsBefore; ++i)
+        fields >> field;
+    const auto ticks = fields ? numberIn<std::int64_t>(field) : std::nullopt;
+    if (!ticks)
+        return std::nullopt;
+    return std::chrono::milliseconds(*ticks * 1000 / ::sysconf(_SC_CLK_TCK));
 }
 
 std::string processName(pid_t pid) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -17,6 +18,10 @@ std::optional<char> processState(pid_t pid);
 
 /// Whether the process is there and no zombie.
 bool processRuns(pid_t pid);
+
+/// When it was started, since the machine was, to a hundredth of a second. Nothing when there is no such
+/// process.
+std::optional<std::chrono::milliseconds> processStart(pid_t pid);
 
 /// The name that the kernel has for it, of at most 15 characters; empty when there is no such process.
 std::string processName(pid_t pid);

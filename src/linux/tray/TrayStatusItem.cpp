@@ -12,11 +12,7 @@ TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, c
     : m_actor(actor)
     , m_item(painter, iconThemePath)
     , m_link(m_item)
-    , m_icon(std::move(icon))
-    , m_patience(actor.startTimer(patience, [this] {
-        if (!hasTray() && onNoTray)
-            onNoTray();
-    })) {
+    , m_icon(std::move(icon)) {
     m_link.onHostChanged = [this] { choose(); };
     m_item.onActivate = [this](QPoint position) {
         if (!position.isNull())
@@ -27,7 +23,8 @@ TrayStatusItem::TrayStatusItem(MainActor& actor, const SymbolPainter& painter, c
 }
 
 TrayStatusItem::~TrayStatusItem() {
-    m_actor.cancelTimer(m_patience);
+    if (m_patience)
+        m_actor.cancelTimer(*m_patience);
 }
 
 void TrayStatusItem::setSymbol(const QString& name) {
@@ -43,6 +40,11 @@ void TrayStatusItem::setToolTip(const QString& text) {
 void TrayStatusItem::setVisible(bool visible) {
     m_visible = visible;
     choose();
+    if (onNoTray && !m_patience)
+        m_patience = m_actor.startTimer(patience, [this] {
+            if (!hasTray())
+                onNoTray();
+        });
 }
 
 bool TrayStatusItem::hasTray() const {

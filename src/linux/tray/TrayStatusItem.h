@@ -40,8 +40,8 @@ private:
     StatusNotifierItem m_item;
     StatusNotifierLink m_link;
     const std::unique_ptr<TrayIcon> m_icon;
-    std::optional<QPoint> m_clickPlace; ///< of the last click that a panel told us of
-    MainActor::TimerId m_patience;
+    std::optional<QPoint> m_clickPlace;           ///< of the last click that a panel told us of
+    std::optional<MainActor::TimerId> m_patience; ///< once it is asked whether there is a tray
     bool m_visible = false;
 };
 

@@ -110,6 +110,11 @@ bool canRun(const QString& program, const QStringList& path) {
     return !program.isEmpty() && !path.isEmpty() && !QStandardPaths::findExecutable(program, path).isEmpty();
 }
 
+/// A path as a value.
+QString escaped(QString path) {
+    return path.replace(u'\\', QStringLiteral("\\\\"));
+}
+
 /// A path as a word of a command line, in the two layers of quoting that such entries have.
 QString quoted(const QString& path) {
     QString word;
@@ -118,7 +123,7 @@ QString quoted(const QString& path) {
             word += u'\\';
         word += character == u'%' ? QStringLiteral("%%") : QString(character);
     }
-    return u'"' + word.replace(u'\\', QStringLiteral("\\\\")) + u'"';
+    return u'"' + escaped(word) + u'"';
 }
 
 [[noreturn]] void fail(int code, const QString& message) {
@@ -141,6 +146,9 @@ QByteArray entryFor(const QString& program) {
            "Name=Talvera\n"
            "Exec=" +
            quoted(program).toUtf8() +
+           "\n"
+           "TryExec=" + // a program that has been removed isn't missed at each login
+           escaped(program).toUtf8() +
            "\n"
            "Icon=talvera\n"
            "Terminal=false\n"

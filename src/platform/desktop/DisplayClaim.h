@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 namespace talvera {
@@ -15,13 +17,13 @@ public:
     /// We hold the place.
     virtual bool isOurs() const = 0;
 
-    /// For a process that doesn't hold it: tells the holder that there was another start. False when the
-    /// holder doesn't answer within two seconds.
-    virtual bool tellHolder() = 0;
+    /// For a process that doesn't hold it: tells the holder that there was another start, and what it was
+    /// for; at most 1000 bytes. False when the holder doesn't answer within two seconds.
+    virtual bool tellHolder(const QString& purpose) = 0;
 
     /// For the holder: `heard` is called from the event loop for every other start from now on, and for those
-    /// that have told us before.
-    virtual void onSecondStart(std::function<void()> heard) = 0;
+    /// that have told us before. Any program of the session can tell us, so the purpose may be anything.
+    virtual void onSecondStart(std::function<void(const QString& purpose)> heard) = 0;
 };
 
 } // namespace talvera

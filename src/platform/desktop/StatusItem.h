@@ -35,6 +35,7 @@ public:
     std::function<void()> onClick;
 
     /// Called once when the desktop has been up for a while and still has no tray that could show the item.
+    /// To be assigned before the item is first shown or hidden; where it isn't, nothing wakes up to look.
     std::function<void()> onNoTray;
 };
 

@@ -1,21 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
+#include "shell/FramedWindow.h"
 
 namespace talvera {
 
-/// The wizard's window on the screen, from its being made to its end. Main thread only.
-class WizardWindow {
-public:
-    virtual ~WizardWindow() = default;
-
-    /// Called once, in a turn of its own, when the user has closed it.
-    std::function<void()> onClosed;
-
-    /// Shows it in the middle of the screen, in front of all others and with the keyboard; later, brings it
-    /// back there.
-    virtual void bringToFront() = 0;
-};
+/// The wizard's window on the screen.
+class WizardWindow : public FramedWindow {};
 
 } // namespace talvera

@@ -14,7 +14,7 @@ namespace talvera {
 MenuPanelModel::MenuPanelModel(Parts parts)
     : m_parts(parts)
     , m_targetLanguages(parts.settings, parts.readiness, parts.languageModel)
-    , m_aiCleanup(parts.settings.aiCleanupEnabled) {
+    , m_aiCleanup({m_texts.cleanupTitle, m_texts.cleanupSubtitle}, bound(parts.settings.aiCleanupEnabled)) {
     follow();
 }
 

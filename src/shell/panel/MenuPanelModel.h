@@ -6,7 +6,7 @@
 #include "shell/panel/LanguageModelNotes.h"
 #include "shell/panel/MenuPanelTexts.h"
 #include "shell/panel/TargetLanguagePicker.h"
-#include "shell/settings/SettingModel.h"
+#include "shell/settings/SettingsRows.h"
 
 #include <QObject>
 
@@ -37,7 +37,7 @@ class MenuPanelModel final : public QObject {
     Q_PROPERTY(talvera::TargetLanguagePicker* targetLanguages READ targetLanguages CONSTANT)
     Q_PROPERTY(QString toggleShortcut READ toggleShortcut NOTIFY toggleShortcutChanged)
     Q_PROPERTY(talvera::LanguageModelNotes languageModel READ languageModel NOTIFY languageModelChanged)
-    Q_PROPERTY(talvera::SettingModel* aiCleanup READ aiCleanup CONSTANT)
+    Q_PROPERTY(talvera::SwitchRow* aiCleanup READ aiCleanup CONSTANT)
     Q_PROPERTY(QString timeSaved READ timeSaved NOTIFY statsChanged)
     Q_PROPERTY(QString dictations READ dictations NOTIFY statsChanged)
     Q_PROPERTY(QString dictationsCaption READ dictationsCaption NOTIFY statsChanged)
@@ -83,7 +83,7 @@ public:
     /// The shortcut that switches translation; empty when there is none that acts.
     QString toggleShortcut() const;
     LanguageModelNotes languageModel() const;
-    SettingModel* aiCleanup() { return &m_aiCleanup; }
+    SwitchRow* aiCleanup() { return &m_aiCleanup; }
 
     QString timeSaved() const;
     QString dictations() const;
@@ -121,7 +121,7 @@ private:
     Parts m_parts;
     MenuPanelTexts m_texts;
     TargetLanguagePicker m_targetLanguages;
-    SettingModel m_aiCleanup;
+    SwitchRow m_aiCleanup;
     bool m_isCheckingForUpdates = false;
     Cancellables m_cancellables;
 };

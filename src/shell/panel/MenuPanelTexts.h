@@ -17,8 +17,6 @@ class MenuPanelTexts : public QObject {
     Q_PROPERTY(QString toggleHelp MEMBER toggleHelp CONSTANT)
     Q_PROPERTY(QString searchLanguages MEMBER searchLanguages CONSTANT)
     Q_PROPERTY(QString noLanguage MEMBER noLanguage CONSTANT)
-    Q_PROPERTY(QString cleanupTitle MEMBER cleanupTitle CONSTANT)
-    Q_PROPERTY(QString cleanupSubtitle MEMBER cleanupSubtitle CONSTANT)
     Q_PROPERTY(QString thisWeek MEMBER thisWeek CONSTANT)
     Q_PROPERTY(QString thisWeekSpoken MEMBER thisWeekSpoken CONSTANT)
     Q_PROPERTY(QString dictationsSpoken MEMBER dictationsSpoken CONSTANT)

@@ -116,8 +116,9 @@ std::optional<QString> ReadinessMonitor::openAccessibilitySettings() {
 }
 
 void ReadinessMonitor::applyPollRule() {
-    const bool mustRun = !isReady() || aiState.get() == AIAvailabilityState::IntelligenceOff ||
-                         aiState.get() == AIAvailabilityState::ModelNotReady;
+    const bool mayModelCome = aiState.get() == AIAvailabilityState::IntelligenceOff ||
+                              aiState.get() == AIAvailabilityState::ModelNotReady;
+    const bool mustRun = !isReady() || (mayModelCome && !m_parts.languageModel.tellsOfChanges());
     if (mustRun && !m_pollTimer) {
         startPollTimer();
     } else if (!mustRun && m_pollTimer) {

@@ -6,6 +6,7 @@
 #include "platform/system/FileSystem.h"
 #include "platform/system/PlatformError.h"
 #include "shell/texts/TextCatalog.h"
+#include "shell/texts/fontPackage.h"
 
 #include <QCoreApplication>
 
@@ -42,11 +43,12 @@ QStringList namesOf(const QString& language) {
 } // namespace
 
 InterfaceLanguage::InterfaceLanguage(Parts parts, const QString& chosen, const QStringList& preferred)
-    : m_parts(parts) {
+    : m_parts(parts)
+    , m_preferred(preferred)
+    , m_choice(choiceFor(chosen)) {
     load(english);
-    const auto code = best(chosen == u"system" ? preferred : QStringList{chosen});
-    if (code != english)
-        load(code);
+    if (m_choice.code != english)
+        load(m_choice.code);
 }
 
 InterfaceLanguage::~InterfaceLanguage() {
@@ -54,22 +56,36 @@ InterfaceLanguage::~InterfaceLanguage() {
         QCoreApplication::removeTranslator(catalog.get());
 }
 
+InterfaceLanguage::Choice InterfaceLanguage::choiceFor(const QString& chosen) const {
+    auto choice = best(chosen == u"system" ? m_preferred : QStringList{chosen});
+    if (choice.code == english && choice.missingFont)
+        choice.code = best(m_preferred).code;
+    return choice;
+}
+
 QString InterfaceLanguage::pathOf(const QString& code) const {
     return QStringLiteral("%1/Resources/texts/%2.json").arg(m_parts.directories.resources, code);
 }
 
-/// The catalog of the first language that there is one for.
-QString InterfaceLanguage::best(const QStringList& languages) const {
+/// The first language that there is a catalog for and that can be read, and what the first one that can't be
+/// read would need.
+InterfaceLanguage::Choice InterfaceLanguage::best(const QStringList& languages) const {
+    Choice choice;
     for (const auto& language : languages) {
         if (language.contains(u'/')) // no way to another directory
             continue;
         for (const auto& name : namesOf(language)) {
             const auto code = catalogName(name);
-            if (code == english || m_parts.files.exists(pathOf(code)))
-                return code;
+            if (code != english && !m_parts.files.exists(pathOf(code)))
+                continue;
+            const auto package = missingFontPackage(code, m_parts.fonts);
+            if (!package)
+                return {code, choice.missingFont};
+            if (!choice.missingFont)
+                choice.missingFont = package;
         }
     }
-    return english;
+    return choice;
 }
 
 void InterfaceLanguage::load(const QString& code) {

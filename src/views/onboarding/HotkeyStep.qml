@@ -15,7 +15,7 @@ FocusScope {
 
     Column {
         x: 48
-        y: 28
+        y: 36
         width: parent.width - 96
         spacing: Theme.spacingSmall
 

@@ -10,6 +10,7 @@ class QQuickWindow;
 
 namespace talvera {
 
+class FramedQuickWindow;
 class OnboardingModel;
 class PanelDesktop;
 class ViewEngine;
@@ -30,13 +31,10 @@ public:
     QQuickItem& view() { return *m_view; }
 
 private:
-    class Frame;
-
     void followVisibility();
 
     ViewEngine& m_engine;
-    PanelDesktop& m_desktop;
-    std::unique_ptr<Frame> m_window;
+    std::unique_ptr<FramedQuickWindow> m_window;
     std::unique_ptr<QQuickItem> m_view;
 };
 

@@ -110,10 +110,10 @@ FocusScope {
             ToggleRow {
                 width: parent.width
                 systemIcon: "wand.and.sparkles"
-                title: view.panel.texts.cleanupTitle
-                subtitle: view.panel.texts.cleanupSubtitle
-                isOn: view.panel.aiCleanup.value
-                onSwitched: on => view.panel.aiCleanup.value = on
+                title: view.panel.aiCleanup.title
+                subtitle: view.panel.aiCleanup.subtitle
+                isOn: view.panel.aiCleanup.isOn
+                onSwitched: on => view.panel.aiCleanup.set(on)
             }
             NoteLine {
                 width: parent.width

@@ -52,7 +52,9 @@ QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelD
     };
     QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
                      [this](const QVariant& opacity) { m_panel->setOpacity(opacity.toReal()); });
-    QObject::connect(&m_fade, &QVariantAnimation::finished, m_panel.get(), [this] { faded(); });
+    // Without a compositor it ends as it begins, and what has closed the panel may be a row of its content.
+    QObject::connect(
+        &m_fade, &QVariantAnimation::finished, m_panel.get(), [this] { faded(); }, Qt::QueuedConnection);
 }
 
 QuickMenuPanel::~QuickMenuPanel() {
@@ -176,7 +178,7 @@ void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {
 /// window: one that is merely hidden counts as having the keyboard for a while, and if it is shown again
 /// meanwhile we don't hear of its losing it.
 void QuickMenuPanel::faded() {
-    if (!m_closing)
+    if (!m_closing || m_fade.state() == QVariantAnimation::Running)
         return;
     m_panel->hide();
     m_view.reset();

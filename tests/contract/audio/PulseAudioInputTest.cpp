@@ -116,9 +116,10 @@ TEST_P(PulseAudioInputTest, firstWord_isHeardFromTheMomentOfTheStart) {
         stopRecording(input);
         lost.push_back(Voice::frameOf(Voice::firstOf(ear.heard().samples), said) - said);
     }
-    // A busy machine takes its time now and then; what we did wrong would show each time.
+    // How quick it is, the benchmark tells. A busy machine takes its time now and then; a first sound that is
+    // lost by a mistake of ours, as by opening the device twice, would be missing each time.
     std::sort(lost.begin(), lost.end());
-    EXPECT_LT(lost[2], rate * 40 / 1000) << "frames";
+    EXPECT_LT(lost[2], rate * 120 / 1000) << "frames";
 }
 
 TEST_P(PulseAudioInputTest, stereoMicrophone_givesBothChannelsAtItsOwnRate) {

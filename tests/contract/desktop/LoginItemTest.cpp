@@ -110,6 +110,14 @@ TEST_F(XdgLoginItemTest, entry_namesOurProgramByItsPath) {
     EXPECT_TRUE(content.contains("\nExec=\"" + home.at(QStringLiteral("bin/talvera")).toUtf8() + "\"\n"));
 }
 
+TEST_F(XdgLoginItemTest, entryOfAProgramThatIsRemoved_startsNothing) {
+    item.registerProgram();
+    const auto program = home.at(QStringLiteral("bin/talvera"));
+    EXPECT_TRUE(home.read(home.userEntry()).contains("\nTryExec=" + program.toUtf8() + "\n"));
+    EXPECT_TRUE(QFile::remove(program));
+    EXPECT_FALSE(item.isRegistered());
+}
+
 TEST_F(XdgLoginItemTest, fileThatSomebodyElseRemoves_isTheTruth) {
     item.registerProgram();
     QFile::remove(home.userEntry());

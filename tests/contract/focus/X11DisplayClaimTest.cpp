@@ -35,10 +35,10 @@ protected:
     }
 
     /// A start that tells the holder; it says whether it was heard.
-    static ForkedProcess startAndTell() {
-        return ForkedProcess([](auto say) {
+    static ForkedProcess startAndTell(const char* purpose = "") {
+        return ForkedProcess([purpose](auto say) {
             X11DisplayClaim claim{X11Server()};
-            say(!claim.isOurs() && claim.tellHolder() ? 'y' : 'n');
+            say(!claim.isOurs() && claim.tellHolder(QString::fromUtf8(purpose)) ? 'y' : 'n');
         });
     }
 
@@ -61,7 +61,10 @@ protected:
     }
 
     void listen() {
-        m_claim->onSecondStart([this] { ++heard; });
+        m_claim->onSecondStart([this](const QString& purpose) {
+            ++heard;
+            lastPurpose = purpose;
+        });
     }
     void awaitStarts(int count) const {
         while (heard < count)
@@ -69,6 +72,7 @@ protected:
     }
 
     int heard = 0; ///< second starts
+    QString lastPurpose;
 
 private:
     int m_argumentCount = 1;
@@ -128,6 +132,26 @@ TEST_F(X11DisplayHolder, secondStart_isHeardByTheHolderFromItsEventLoop) {
     EXPECT_EQ(heard, 3);
 }
 
+TEST_F(X11DisplayHolder, purposeOfTheSecondStart_isToldToTheHolder) {
+    listen();
+    int start = 0;
+    for (const auto* purpose : {"--settings language", "", "größer 大"}) {
+        auto second = startAndTell(purpose);
+        awaitStarts(++start);
+        EXPECT_EQ(second.hear(), 'y');
+        EXPECT_EQ(lastPurpose, QString::fromUtf8(purpose));
+    }
+}
+
+TEST_F(X11DisplayHolder, purposeThatIsTooLong_isCut) {
+    listen();
+    const std::string purpose(5000, 'x');
+    auto second = startAndTell(purpose.c_str());
+    awaitStarts(1);
+    EXPECT_EQ(second.hear(), 'y');
+    EXPECT_EQ(lastPurpose, QString(1000, 'x'));
+}
+
 TEST_F(X11DisplayHolder, startBeforeTheHolderListens_isHeardOnceItDoes) {
     const auto second = startAndTell();
     EXPECT_EQ(second.hear(), 'n') << "nobody answered in time";
@@ -183,7 +207,7 @@ TEST_F(X11DisplayClaimTest, manyAtOnce_haveOneHolder) {
 TEST_F(X11DisplayClaimTest, noServer_noPlace) {
     X11DisplayClaim nowhere{X11Server(":4711")};
     EXPECT_FALSE(nowhere.isOurs());
-    EXPECT_FALSE(nowhere.tellHolder());
+    EXPECT_FALSE(nowhere.tellHolder({}));
 }
 
 } // namespace

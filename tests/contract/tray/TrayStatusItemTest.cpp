@@ -77,4 +77,11 @@ TEST_F(TrayStatusItemTest, trayOfTheOldKind_isNoReasonToComplain) {
     EXPECT_EQ(lacks, 0);
 }
 
+TEST_F(TrayStatusItemTest, withoutAnOwnerThatAsks_nothingWakesUpToLookForATray) {
+    TrayStatusItem unasked(actor, square, "/icons", std::make_unique<FakeTrayIcon>());
+    actor.advance(seconds(60)); // the other item has asked, and has its answer
+    unasked.setVisible(true);
+    EXPECT_FALSE(actor.hasTimers());
+}
+
 } // namespace

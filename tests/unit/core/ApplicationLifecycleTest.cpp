@@ -68,6 +68,20 @@ TEST_F(Lifecycle, firstLaunchWithNothingGranted_opensTheWizardAndAsksForNothingO
     settleDown();
 }
 
+TEST_F(Lifecycle, desktopWithoutATray_isToldOfUntilTheUserHasReadIt) {
+    launch();
+    ASSERT_TRUE(world.statusItem.onNoTray);
+    world.statusItem.onNoTray();
+    EXPECT_TRUE(hud().as<HUD::Notice>());
+    EXPECT_TRUE(world.preferences.boolean("noTrayHintShown"));
+}
+
+TEST_F(Lifecycle, onceTheUserHasReadOfTheMissingTray_itIsNotLookedForAnyMore) {
+    world.preferences.set("noTrayHintShown", true);
+    launch();
+    EXPECT_FALSE(world.statusItem.onNoTray);
+}
+
 TEST_F(Lifecycle, launchWithTheModelDeleted_opensTheWizardWhoseEndMakesUsAnAgentAgain) {
     world.setModelReady(false);
     world.launch();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/windows/EwmhWorkspace.h"
 
-#include "linux/applications/DesktopEntryCatalog.h"
+#include "linux/applications/applicationOfWindow.h"
 #include "linux/support/applicationId.h"
 #include "linux/support/processes.h"
 #include "linux/x11/server/X11Connection.h"
@@ -10,17 +10,11 @@
 #include <algorithm>
 #include <utility>
 
-#include <unistd.h>
-
 namespace talvera {
 
 namespace {
 
 constexpr std::size_t longestMemory = 100; ///< windows
-
-std::optional<QString> presentOrNothing(const QString& text) {
-    return text.isEmpty() ? std::nullopt : std::optional(text);
-}
 
 } // namespace
 
@@ -47,7 +41,7 @@ std::optional<RunningApplication> EwmhWorkspace::frontmostApplication() {
     if (!facts || facts->isPartOfDesktop || isCovered(m_connection, *active))
         return std::nullopt;
     remember(*active);
-    return describe(m_windows.processes({*active}).front(), facts->identity);
+    return applicationOfWindow(m_windows.processes({*active}).front(), facts->identity, m_installed);
 }
 
 std::optional<RunningApplication> EwmhWorkspace::runningApplication(pid_t pid) {
@@ -57,7 +51,7 @@ std::optional<RunningApplication> EwmhWorkspace::runningApplication(pid_t pid) {
     if (!runs)
         return std::nullopt;
     const auto facts = windows.empty() ? std::nullopt : m_windows.facts(windows.front());
-    return describe(pid, facts ? facts->identity : WindowIdentity{});
+    return applicationOfWindow(pid, facts ? facts->identity : WindowIdentity{}, m_installed);
 }
 
 bool EwmhWorkspace::activate(pid_t pid) {
@@ -74,22 +68,6 @@ bool EwmhWorkspace::activate(pid_t pid) {
 
 std::optional<QString> EwmhWorkspace::ownBundleID() {
     return QString::fromLatin1(applicationId);
-}
-
-RunningApplication EwmhWorkspace::describe(pid_t pid, const WindowIdentity& window) {
-    RunningApplication application{pid, {}, {}};
-    if (pid == ::getpid())
-        application.bundleID = ownBundleID();
-    if (const auto entry = m_installed.find(window)) {
-        application.bundleID = application.bundleID.value_or(entry->id);
-        application.localizedName = presentOrNothing(entry->name);
-    }
-    const auto& ownWord = window.applicationId.isEmpty() ? window.windowClass : window.applicationId;
-    if (!application.bundleID)
-        application.bundleID = presentOrNothing(ownWord);
-    if (!application.localizedName)
-        application.localizedName = presentOrNothing(window.windowClass);
-    return application;
 }
 
 /// The windows of a process that can be brought to the front, the topmost first.

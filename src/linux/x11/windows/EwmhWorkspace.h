@@ -29,7 +29,6 @@ public:
     std::optional<QString> ownBundleID() override;
 
 private:
-    RunningApplication describe(pid_t pid, const WindowIdentity& window);
     std::vector<xcb_window_t> windowsOf(pid_t pid);
     void handle(const xcb_generic_event_t& event);
     void followActiveWindow();

@@ -11,7 +11,9 @@ namespace talvera {
 namespace {
 
 constexpr auto selectionName = "_TALVERA_AGENT";
-constexpr auto startedAgainName = "_TALVERA_STARTED_AGAIN"; ///< the one target: it has an effect and no value
+constexpr auto startedAgainName = "_TALVERA_STARTED_AGAIN"; ///< the one target: it has an effect and no
+                                                            ///< value, and the purpose lies in its property
+constexpr std::uint32_t longestPurpose = 1000;              // bytes
 
 } // namespace
 
@@ -39,8 +41,11 @@ void X11DisplayClaim::claim() {
     m_x11->flush();
 }
 
-bool X11DisplayClaim::tellHolder() {
+bool X11DisplayClaim::tellHolder(const QString& purpose) {
     const auto target = m_x11->atom(startedAgainName);
+    const auto text = purpose.toUtf8().left(longestPurpose);
+    xcb_change_property(m_x11->get(), XCB_PROP_MODE_REPLACE, m_window, target, m_x11->atom("UTF8_STRING"), 8,
+                        static_cast<std::uint32_t>(text.size()), text.constData());
     xcb_convert_selection(m_x11->get(), m_window, m_x11->atom(selectionName), target, target,
                           XCB_CURRENT_TIME);
     const auto isAnswer = [](const xcb_generic_event_t& event) {
@@ -51,7 +56,7 @@ bool X11DisplayClaim::tellHolder() {
     return answer && reinterpret_cast<const xcb_selection_notify_event_t&>(*answer).property != XCB_ATOM_NONE;
 }
 
-void X11DisplayClaim::onSecondStart(std::function<void()> heard) {
+void X11DisplayClaim::onSecondStart(std::function<void(const QString& purpose)> heard) {
     m_heard = std::move(heard);
     m_events.emplace(*m_x11, [this](const xcb_generic_event_t& event) {
         if (eventType(event) == XCB_SELECTION_REQUEST)
@@ -61,6 +66,9 @@ void X11DisplayClaim::onSecondStart(std::function<void()> heard) {
 
 void X11DisplayClaim::answer(const xcb_selection_request_event_t& request) {
     const bool isStart = request.target == m_x11->atom(startedAgainName);
+    const auto purpose =
+        isStart ? m_x11->read(m_x11->askProperty(request.requestor, startedAgainName, longestPurpose / 4))
+                : X11Property(nullptr);
     xcb_selection_notify_event_t notify{};
     notify.response_type = XCB_SELECTION_NOTIFY;
     notify.time = request.time;
@@ -72,7 +80,7 @@ void X11DisplayClaim::answer(const xcb_selection_request_event_t& request) {
                    reinterpret_cast<const char*>(&notify));
     m_x11->flush();
     if (isStart)
-        m_heard();
+        m_heard(QString::fromUtf8(purpose.bytes().data(), static_cast<qsizetype>(purpose.bytes().size())));
 }
 
 } // namespace talvera

@@ -19,8 +19,8 @@ public:
     ~X11DisplayClaim() override;
 
     bool isOurs() const override { return m_isOurs; }
-    bool tellHolder() override;
-    void onSecondStart(std::function<void()> heard) override;
+    bool tellHolder(const QString& purpose) override;
+    void onSecondStart(std::function<void(const QString& purpose)> heard) override;
 
 private:
     void claim();
@@ -29,7 +29,7 @@ private:
     std::unique_ptr<X11Connection> m_x11;
     xcb_window_t m_window = XCB_WINDOW_NONE;
     bool m_isOurs = false;
-    std::function<void()> m_heard;
+    std::function<void(const QString& purpose)> m_heard;
     std::optional<X11EventPump> m_events;
 };
 

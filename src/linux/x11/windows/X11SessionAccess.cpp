@@ -2,7 +2,7 @@
 #include "linux/x11/windows/X11SessionAccess.h"
 
 #include "linux/x11/server/X11Connection.h"
-#include "linux/x11/server/X11InputDevices.h"
+#include "linux/x11/windows/isBehindWayland.h"
 
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
@@ -24,9 +24,7 @@ bool announcesKeys(X11Connection& connection) {
 X11SessionAccess::X11SessionAccess(X11Connection& connection)
     : m_connection(connection)
     , m_windows(connection) {
-    X11InputDevices devices;
-    devices.load(connection);
-    m_isBehindWayland = devices.isBehindWayland();
+    m_isBehindWayland = isBehindWayland(connection);
     m_canWatchKeys = announcesKeys(connection);
     m_canPostKeys = connection.extension(xcb_test_id) != nullptr;
 }

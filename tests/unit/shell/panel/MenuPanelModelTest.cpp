@@ -257,10 +257,10 @@ TEST_F(PanelModel, toggleShortcutOfAnotherProgram_isHidden) {
 }
 
 TEST_F(PanelModel, cleanup_isTheSetting) {
-    model.aiCleanup()->setValue(true);
+    model.aiCleanup()->set(true);
     EXPECT_TRUE(settings.aiCleanupEnabled.get());
     settings.aiCleanupEnabled.set(false);
-    EXPECT_FALSE(model.aiCleanup()->value().toBool());
+    EXPECT_FALSE(model.aiCleanup()->isOn());
 }
 
 TEST_F(PanelModel, statistics_areThoseOfTheWeek) {

@@ -125,6 +125,20 @@ TEST_F(Readiness, modelThatTellsOfAChange_isPublishedAtOnce) {
     EXPECT_EQ(monitor().aiState.get(), AI::IntelligenceOff);
 }
 
+TEST_F(Readiness, modelThatTellsOfEachChange_isNotPolled) {
+    languageModel.tellsChanges = true;
+    for (const auto reason : {LanguageModel::UnavailableReason::IntelligenceOff,
+                              LanguageModel::UnavailableReason::ModelNotReady}) {
+        languageModel.reason = reason;
+        languageModel.tellChange();
+        monitor().refresh();
+        EXPECT_FALSE(actor.hasTimers());
+    }
+    access.trusted = false;
+    monitor().refresh();
+    EXPECT_TRUE(monitor().isPolling()) << "what is missing besides isn't told";
+}
+
 TEST_F(Readiness, computerThatCannotHaveAModel_isNotPolled) {
     languageModel.reason = LanguageModel::UnavailableReason::DeviceNotEligible;
     EXPECT_FALSE(monitor().isPolling());

@@ -2,6 +2,7 @@
 #include "shell/texts/InterfaceLanguage.h"
 
 #include "FakeFileSystem.h"
+#include "FakeInstalledFonts.h"
 #include "PrintQt.h"
 #include "RecordingConsole.h"
 #include "platform/system/Directories.h"
@@ -36,7 +37,7 @@ protected:
     }
     void speak(const QString& chosen, const QStringList& preferred = {}) {
         language.reset();
-        language.emplace(InterfaceLanguage::Parts{files, directories, console}, chosen, preferred);
+        language.emplace(InterfaceLanguage::Parts{files, directories, console, fonts}, chosen, preferred);
     }
     static QString both() { return localized("both", "Default both"); }
 
@@ -47,6 +48,7 @@ protected:
     test::FakeFileSystem files{{"/opt/Resources/texts"}};
     Directories directories{"/tmp", "/home", "/home", "/opt"};
     test::RecordingConsole console;
+    test::FakeInstalledFonts fonts;
     std::optional<InterfaceLanguage> language;
 };
 
@@ -106,6 +108,44 @@ TEST_F(InterfaceLanguageTest, choiceWithoutACatalog_isEnglish) {
         EXPECT_EQ(both(), "English both") << code;
     }
     EXPECT_TRUE(console.logged().isEmpty());
+}
+
+TEST_F(InterfaceLanguageTest, languageWithoutAFont_givesWayToTheSessionsNextOne) {
+    fonts.lacking = QString::fromUtf8("设");
+    speak("system", {"zh-CN", "de"});
+    EXPECT_EQ(both(), "Beides");
+    EXPECT_EQ(language->missingFont(), "fonts-noto-cjk");
+    speak("zh-Hans", {"de"});
+    EXPECT_EQ(both(), "Beides");
+    EXPECT_EQ(language->missingFont(), "fonts-noto-cjk");
+    speak("zh-Hans", {"zh-CN"});
+    EXPECT_EQ(both(), "English both");
+    EXPECT_EQ(language->missingFont(), "fonts-noto-cjk");
+}
+
+TEST_F(InterfaceLanguageTest, fontThatNobodyNeeds_isNotMissed) {
+    fonts.lacking = QString::fromUtf8("设あЖ");
+    speak("system", {"de", "zh-CN"});
+    EXPECT_EQ(both(), "Beides");
+    EXPECT_FALSE(language->missingFont());
+    fonts.lacking = QString::fromUtf8("あЖ");
+    speak("zh-Hans");
+    EXPECT_EQ(both(), QString::fromUtf8("两者"));
+    EXPECT_FALSE(language->missingFont());
+}
+
+TEST_F(InterfaceLanguageTest, eachScript_hasItsPackage) {
+    fonts.lacking = QString::fromUtf8("设設Ж"
+                                      "ж");
+    for (const auto& [code, package] : {std::pair{"ja", "fonts-noto-cjk"},
+                                        {"ru", "fonts-inter"},
+                                        {"uk", "fonts-inter"},
+                                        {"zh-Hans", "fonts-noto-cjk"}}) {
+        add(code, R"({"both": "unreadable"})");
+        speak(code);
+        EXPECT_EQ(both(), "English both");
+        EXPECT_EQ(language->missingFont(), package) << code;
+    }
 }
 
 TEST_F(InterfaceLanguageTest, end_leavesTheDefaults) {

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "concurrency/Lifetime.h"
+
+#include <QObject>
+#include <QString>
+#include <QVariantList>
+
+namespace talvera {
+
+class MachineDescription;
+class MainActor;
+class Pasteboard;
+class SerialQueue;
+
+/// A program or library that ours is made with.
+struct ThirdParty {
+    Q_GADGET
+    Q_PROPERTY(QString name MEMBER name CONSTANT)
+    Q_PROPERTY(QString licence MEMBER licence CONSTANT)
+
+public:
+    QString name;
+    QString licence;
+};
+
+/// What the program is, and what a report of a fault needs to say of where it runs. Main thread only.
+class AboutModel final : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString subtitle READ subtitle CONSTANT)
+    Q_PROPERTY(QString version READ version CONSTANT)
+    Q_PROPERTY(QString licenceTitle READ licenceTitle CONSTANT)
+    Q_PROPERTY(QString licence READ licence CONSTANT)
+    Q_PROPERTY(QString thirdPartyTitle READ thirdPartyTitle CONSTANT)
+    Q_PROPERTY(QVariantList thirdParties READ thirdParties CONSTANT)
+    Q_PROPERTY(QString detailsTitle READ detailsTitle CONSTANT)
+    Q_PROPERTY(QString detailsSubtitle READ detailsSubtitle CONSTANT)
+    Q_PROPERTY(QString copyText READ copyText CONSTANT)
+    Q_PROPERTY(QString copyResult READ copyResult NOTIFY copied)
+
+public:
+    /// All of it outlives the model.
+    struct Parts {
+        MainActor& actor;
+        MachineDescription& machine;
+        Pasteboard& pasteboard;
+        SerialQueue& typing; ///< where the clipboard is written, so that no paste under way gets our text
+    };
+
+    explicit AboutModel(Parts parts);
+
+    QString title() const;
+    QString subtitle() const;
+    QString version() const;
+    QString licenceTitle() const;
+    QString licence() const;
+    QString thirdPartyTitle() const;
+    /// Of ThirdParty.
+    QVariantList thirdParties() const;
+
+    QString detailsTitle() const;
+    QString detailsSubtitle() const;
+    QString copyText() const;
+    /// What became of the last copy; empty before the first and after forget().
+    QString copyResult() const { return m_copyResult; }
+
+    /// The report's part that the program knows: in English, for those who read reports, with no word of what
+    /// was said.
+    QString details() const;
+    /// Puts it on the clipboard, and tells of it by `copied`.
+    Q_INVOKABLE void copyDetails();
+    Q_INVOKABLE void forget();
+
+Q_SIGNALS:
+    void copied();
+
+private:
+    void setResult(const QString& text);
+
+    const Parts m_parts;
+    QString m_copyResult;
+    Lifetime m_lifetime;
+};
+
+} // namespace talvera

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Talvera
+
+/// Shows what is chosen, and opens a list to choose from over its window.
+T.AbstractButton {
+    id: select
+
+    property string label ///< what is chosen, as screen readers say it
+    property string help
+    property var options: []
+    property int current: -1
+    property real leastWidth: 120
+    property bool listOpen: false
+    readonly property real longest: Math.max(0, ...Array.from(options).map(option => metrics.advanceWidth(option)))
+
+    signal chosen(int index)
+
+    function open() {
+        listOpen = true
+    }
+    function close(reason) {
+        if (!listOpen)
+            return
+        listOpen = false
+        forceActiveFocus(reason)
+    }
+
+    implicitWidth: Math.max(leastWidth, 4 * Math.ceil((longest + leftPadding + rightPadding + 24) / 4))
+    implicitHeight: 32
+    leftPadding: Theme.spacing
+    rightPadding: Theme.spacingSmall
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    text: current >= 0 && current < options.length ? options[current] : ""
+    Accessible.role: Accessible.ComboBox
+    Accessible.name: label
+    Accessible.description: text
+    Accessible.onPressAction: select.clicked()
+    onClicked: open()
+    onVisibleChanged: if (!visible) listOpen = false
+    Keys.onReturnPressed: open()
+    Keys.onEnterPressed: open()
+    Keys.onDownPressed: open()
+    Keys.onUpPressed: open()
+
+    FontMetrics {
+        id: metrics
+        font.family: Theme.fontFamily
+        font.pixelSize: Theme.sizeBody
+    }
+
+    background: Plane {
+        radius: Theme.radiusSmall
+        color: select.pressed || select.listOpen ? Theme.fillPressed : select.hovered ? Theme.fillHovered : Theme.fill
+        outlineWidth: 1
+        outline: Theme.outline
+
+        FocusRing {
+            anchors.margins: -3
+            radius: Theme.radiusSmall + 3
+            shown: select.visualFocus
+        }
+    }
+    contentItem: Item {
+        Label {
+            anchors { left: parent.left; right: chevron.left; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+            text: select.text
+            color: select.enabled ? Theme.text : Theme.textSecondary
+        }
+        Symbol {
+            id: chevron
+            anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+            name: "chevron.down"
+            size: 14
+            color: Theme.textSecondary
+        }
+    }
+
+    Loader {
+        parent: select.Window.contentItem
+        anchors.fill: parent
+        active: select.listOpen
+        z: 1
+        // qmllint disable unqualified
+        sourceComponent: SelectList {
+            owner: select
+            title: select.label
+            options: select.options
+            current: select.current
+            onChosen: index => {
+                select.close(Qt.TabFocusReason)
+                select.chosen(index)
+            }
+            onDismissed: reason => select.close(reason)
+        }
+        // qmllint enable unqualified
+    }
+}

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import QtQuick.Templates as T
+import Talvera
+
+/// A hotkey to choose, on one line.
+/// Of its own type, since before Qt 6.5 screen readers are told that, and of a mere button nothing else.
+T.RadioButton {
+    id: row
+
+    property string systemIcon ///< in the place of the mark, until it is chosen
+    property var keys: []
+    property string badge
+    property bool selected: false
+    property bool first: false
+
+    width: parent?.width ?? 0
+    implicitHeight: Math.max(44, label.implicitHeight + 2 * Theme.spacing)
+    autoExclusive: false
+    checked: selected
+    hoverEnabled: true
+    focusPolicy: Qt.StrongFocus
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: text
+    Accessible.description: badge
+    Accessible.onPressAction: row.clicked()
+    Accessible.onToggleAction: row.clicked()
+    onClicked: checked = Qt.binding(() => selected)
+    Keys.onReturnPressed: row.clicked()
+    Keys.onEnterPressed: row.clicked()
+    Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+    Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
+    background: Item {
+        Plane {
+            x: Theme.spacingLarge
+            width: parent.width - 2 * x
+            height: 1
+            visible: !row.first
+            color: Theme.separator
+        }
+        Plane {
+            anchors { fill: parent; margins: 4 }
+            radius: Theme.radiusSmall
+            color: row.pressed ? Theme.fillPressed : row.hovered ? Theme.fillHovered : "transparent"
+
+            FocusRing {
+                radius: Theme.radiusSmall
+                shown: row.visualFocus
+            }
+        }
+    }
+    contentItem: Item {
+        RadioMark {
+            x: Theme.spacingLarge
+            anchors.verticalCenter: parent.verticalCenter
+            visible: row.systemIcon === "" || row.selected
+            on: row.selected
+        }
+        Symbol {
+            x: Theme.spacingLarge + 2
+            anchors.verticalCenter: parent.verticalCenter
+            visible: row.systemIcon !== "" && !row.selected
+            name: row.systemIcon
+            color: Theme.textSecondary
+        }
+        Label {
+            id: label
+            anchors { left: parent.left; leftMargin: 48; verticalCenter: parent.verticalCenter }
+            width: Math.min(implicitWidth, caps.x - x - Theme.spacing - (pill.visible ? pill.width + Theme.spacingSmall : 0))
+            text: row.text
+            wrapMode: Text.Wrap
+        }
+        Pill {
+            id: pill
+            anchors { left: label.right; leftMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+            visible: row.badge !== ""
+            implicitHeight: 20
+            text: row.badge
+        }
+        Row {
+            id: caps
+            x: parent.width - width - Theme.spacingLarge
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 6
+
+            Repeater {
+                model: row.keys
+
+                KbdCap {
+                    required property string modelData
+                    text: modelData
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+import QtQuick
+import Talvera
+
+/// A row whose control opens a list of what can be chosen.
+SettingsRow {
+    id: row
+
+    required property ChoiceRow setting
+    property alias leastWidth: select.leastWidth
+
+    visible: setting.isShown
+    title: setting.title
+    subtitle: setting.subtitle
+    available: setting.isEnabled
+
+    Select {
+        id: select
+        enabled: row.setting.isEnabled
+        label: row.setting.title
+        help: row.setting.subtitle
+        options: row.setting.options
+        current: row.setting.current
+        onChosen: index => row.setting.choose(index)
+    }
+}

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+// A Wayland session with an X server for X programs, which must not be taken for the session.
+#include "RecordingConsole.h"
+#include "SimulatedMainActor.h"
+#include "app/SessionBackEnds.h"
+#include "linux/applications/DesktopEntryCatalog.h"
+#include "platform/system/Directories.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+class SessionOnSway : public testing::Test {
+protected:
+    SessionBackEnds choose(const SessionOffer& offer) {
+        return chooseBackEnds(offer, {actor, console, directories, installed});
+    }
+
+    int argumentCount = 0;
+    QCoreApplication application{argumentCount, nullptr};
+    SimulatedMainActor actor;
+    RecordingConsole console;
+    const Directories directories{"/run/talvera", "/home/data", "/home/config", "/opt/talvera"};
+    DesktopEntryCatalog installed{{}, {}};
+};
+
+TEST_F(SessionOnSway, xServerOfTheCompositor_isNotTakenForTheSession) {
+    const auto offer = SessionOffer::open();
+    EXPECT_TRUE(offer.hasX11());
+    EXPECT_TRUE(offer.whyNoWindows().isEmpty());
+    EXPECT_EQ(offer.kind(), SessionKind::Wayland);
+}
+
+TEST_F(SessionOnSway, xServerOfTheCompositor_isKnownWithoutVariables) {
+    for (const auto* variable : {"WAYLAND_DISPLAY", "XDG_SESSION_TYPE", "SWAYSOCK", "XDG_CURRENT_DESKTOP"})
+        ::qunsetenv(variable);
+    EXPECT_EQ(SessionOffer::open().kind(), SessionKind::Wayland);
+}
+
+TEST_F(SessionOnSway, keysOfXProgramsAlone_areNotWatchedNorTyped) {
+    const auto offer = SessionOffer::open();
+    const auto chosen = choose(offer);
+    EXPECT_EQ(chosen.eventTaps->create([](const KeyEvent&) { return Verdict::Pass; }), nullptr);
+    EXPECT_EQ(chosen.access->lacks(), std::vector{SessionLack::KnownSession});
+    EXPECT_FALSE(chosen.access->canWatchKeys());
+    EXPECT_EQ(chosen.keyPoster->postPaste(KeyPhase::Down, chosen.keyPoster->focusedTarget()),
+              PostResult::CutOff);
+}
+
+TEST_F(SessionOnSway, ownWindows_haveAllTheyNeed) {
+    const auto offer = SessionOffer::open();
+    const auto chosen = choose(offer);
+    EXPECT_EQ(chosen.overlays->workArea().has_value(), true);
+    EXPECT_TRUE(chosen.panels);
+    EXPECT_TRUE(chosen.pointer);
+    EXPECT_TRUE(chosen.statusItem);
+    EXPECT_TRUE(chosen.keyboardLayout);
+    EXPECT_TRUE(chosen.pasteboard);
+    EXPECT_EQ(chosen.workspace->ownBundleID(), "talvera");
+}
+
+} // namespace

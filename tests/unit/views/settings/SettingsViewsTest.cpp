@@ -1,0 +1,400 @@
+// SPDX-License-Identifier: MIT
+// What the settings' view makes of its model, without a screen.
+#include "SettingsFixture.h"
+#include "ShippedCatalogs.h"
+#include "itemsBelow.h"
+#include "platform/desktop/DesktopAppearance.h"
+#include "views/ViewEngine.h"
+
+#include <QQuickWindow>
+#include <QTest>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+using namespace talvera;
+using namespace talvera::test;
+
+namespace {
+
+constexpr QSize usualSize(840, 640);
+
+class SettingsViews : public SettingsFixture {
+protected:
+    void make(QSize size = usualSize) {
+        view.reset();
+        model.emplace(modelParts);
+        view = views.create("settings/SettingsWindowView",
+                            {{"settings", QVariant::fromValue<QObject*>(&*model)}});
+        view->setParentItem(window.contentItem());
+        window.resize(size);
+        window.contentItem()->setSize(size); // lists float in it, also in a window that isn't shown
+        view->setSize(size);
+    }
+    /// With the keyboard, as the user has it.
+    void show() {
+        make();
+        window.show();
+        window.requestActivate();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+        QMetaObject::invokeMethod(view.get(), "takeKeyboard");
+        layOut(*view);
+    }
+    static void layOut(QQuickItem& item) {
+        for (auto* child : item.childItems())
+            layOut(*child);
+        item.ensurePolished();
+    }
+
+    std::vector<QQuickItem*> shownItems(const std::function<bool(QQuickItem&)>& matches) {
+        layOut(*window.contentItem());
+        return itemsBelow(*window.contentItem(),
+                          [&](QQuickItem& item) { return item.isVisible() && matches(item); });
+    }
+    std::vector<QQuickItem*> shownTexts() {
+        return shownItems([](QQuickItem& item) {
+            return item.inherits("QQuickText") && !item.property("text").toString().isEmpty();
+        });
+    }
+    bool isShown(const QString& words) {
+        const auto texts = shownTexts();
+        return std::any_of(texts.begin(), texts.end(),
+                           [&](auto* text) { return text->property("text").toString() == words; });
+    }
+    QRectF placeOf(const QQuickItem& item) const {
+        return item.mapRectToItem(window.contentItem(), QRectF(QPointF(), item.size()));
+    }
+    /// What can be used and is called so.
+    QQuickItem& control(const QString& name) {
+        const auto found =
+            shownItems([&](QQuickItem& item) { return item.activeFocusOnTab() && nameOf(item) == name; });
+        if (found.empty())
+            throw std::runtime_error("no control " + name.toStdString());
+        return *found.front();
+    }
+    static QString nameOf(const QQuickItem& item) {
+        for (const auto* property : {"label", "text"}) {
+            if (const auto name = item.property(property).toString(); !name.isEmpty())
+                return name;
+        }
+        return item.parentItem() ? item.parentItem()->property("label").toString() : QString();
+    }
+    QString focused() const {
+        return window.activeFocusItem() ? nameOf(*window.activeFocusItem()) : QString();
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(&window, key, modifiers);
+    }
+    /// As a keyboard sends it: a recorder goes by the place of the key.
+    void pressEscapeKey() {
+        constexpr quint32 place = 1 + 8; // evdev's code, and what X adds to it
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, Qt::Key_Escape, Qt::NoModifier, place, 0, 0);
+            QCoreApplication::sendEvent(&window, &event);
+        }
+    }
+    void click(const QQuickItem& item) {
+        QTest::mouseClick(&window, Qt::LeftButton, {}, placeOf(item).center().toPoint());
+    }
+    /// What the keyboard gets to by Tab, from where it is until it is there again.
+    QStringList tabbed() {
+        QStringList reached{focused()};
+        for (press(Qt::Key_Tab); focused() != reached.first() && reached.size() < 40; press(Qt::Key_Tab))
+            reached << focused();
+        return reached;
+    }
+
+    void expectWholeTexts(const QString& state) {
+        for (const auto* text : shownTexts()) {
+            const auto words = text->property("text").toString();
+            const auto place = placeOf(*text);
+            EXPECT_FALSE(text->property("truncated").toBool()) << qPrintable(state + ": " + words);
+            EXPECT_GE(place.left(), 0) << qPrintable(state + ": " + words);
+            EXPECT_LE(place.right(), window.width()) << qPrintable(state + ": " + words);
+        }
+    }
+    /// The same with each list of the section open.
+    void expectWholeLists(const QString& state) {
+        for (auto* select :
+             shownItems([](QQuickItem& item) { return item.property("listOpen").isValid(); })) {
+            select->setProperty("listOpen", true);
+            expectWholeTexts(state + ", " + nameOf(*select));
+            select->setProperty("listOpen", false);
+        }
+    }
+    /// The same while a shortcut is recorded.
+    void expectWholeRecording(HotkeyRecorderModel& recorder, const QString& state) {
+        recorder.record();
+        expectWholeTexts(state);
+        recorder.cancel();
+    }
+    /// Every section in every state, at this size.
+    void expectWholeTextsEverywhere(QSize size) {
+        make(size);
+        settings.appLanguage.set("fr");
+        settings.targetLanguageCode.set("de");
+        loginItem.fails = true;
+        model->general()->launchAtLogin()->set(true);
+        expectWholeTexts("general");
+        expectWholeLists("general");
+        model->select("hotkey");
+        expectWholeTexts("hotkey");
+        expectWholeRecording(hotkeyRecorder, "hotkey recorded");
+        for (const auto special : {Special::Fn, Special::CapsLock})
+            settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(special));
+        settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(Special::Fn));
+        expectWholeTexts("Fn");
+        settings.hotkeyBinding.set(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
+        expectWholeTexts("own hotkey");
+        model->select("language");
+        expectWholeTexts("language");
+        expectWholeLists("language");
+        expectWholeRecording(toggleRecorder, "shortcut recorded");
+        model->language()->clearToggle();
+        expectWholeTexts("no shortcut");
+        model->select("ai");
+        expectWholeLists("ai");
+        for (const auto state : allCases<AIAvailabilityState>()) {
+            readiness.aiState.set(state);
+            expectWholeTexts("ai");
+        }
+        model->select("privacy");
+        expectWholeTexts("privacy");
+        model->selectAbout();
+        expectWholeTexts("about");
+        model->about()->copyDetails();
+        actor.settle();
+        expectWholeTexts("copied");
+    }
+
+    DesktopAppearance appearance;
+    ViewEngine views{appearance};
+    QQuickWindow window;
+    std::optional<SettingsModel> model;
+    std::unique_ptr<QQuickItem> view;
+};
+
+TEST_F(SettingsViews, everyStateInEnglish_isShownWhole) {
+    expectWholeTextsEverywhere(usualSize);
+    expectWholeTextsEverywhere({560, 360});
+}
+
+class TranslatedSettings : public SettingsViews, public testing::WithParamInterface<std::string> {
+protected:
+    SpokenLanguage spokenLanguage{QString::fromStdString(GetParam())};
+};
+
+INSTANTIATE_TEST_SUITE_P(Each, TranslatedSettings, testing::ValuesIn(shippedTranslations()), languageOfTest);
+
+TEST_P(TranslatedSettings, everyState_isShownWhole) {
+    expectWholeTextsEverywhere(usualSize);
+    expectWholeTextsEverywhere({560, 360});
+}
+
+TEST_F(SettingsViews, sidebar_goesByArrowKeysAndShortcuts) {
+    show();
+    EXPECT_EQ(focused(), "General");
+    press(Qt::Key_Down);
+    EXPECT_EQ(model->section(), "hotkey");
+    EXPECT_EQ(focused(), "Hotkey");
+    press(Qt::Key_PageDown, Qt::ControlModifier);
+    EXPECT_EQ(model->section(), "language");
+    press(Qt::Key_PageUp, Qt::ControlModifier);
+    press(Qt::Key_Up);
+    press(Qt::Key_Up); // there is none above
+    EXPECT_EQ(model->section(), "general");
+    for (int i = 0; i < 7; ++i)
+        press(Qt::Key_Down);
+    EXPECT_TRUE(model->showsAbout());
+}
+
+TEST_F(SettingsViews, sidebar_goesByTheMouse) {
+    show();
+    click(control("Privacy"));
+    EXPECT_EQ(model->section(), "privacy");
+    EXPECT_TRUE(isShown("No analytics, no accounts required."));
+}
+
+TEST_F(SettingsViews, tab_reachesEverythingOfASection) {
+    show();
+    EXPECT_EQ(tabbed(),
+              QStringList({"General", "Hotkey", "Language", "AI cleanup", "Privacy", "About Talvera",
+                           "Display language", "Launch at login", "Show in menu bar", "Sound on start",
+                           "Typewriter on short recordings", "Type recordings up to", "Protect focus target",
+                           "When another app is in front"}));
+    settings.targetLanguageCode.set("de");
+    model->select("language");
+    layOut(*view);
+    EXPECT_EQ(tabbed().sliced(6),
+              QStringList({"Source language", "Translate", "Translate to", "Translate shortcut", "Clear"}));
+    model->select("hotkey");
+    layOut(*view);
+    EXPECT_EQ(tabbed().size(), 6 + 1 + 5 + 1);
+}
+
+TEST_F(SettingsViews, sectionThatGoesWithTheKeyboard_leavesItToTheSidebar) {
+    show();
+    control("Show in menu bar").forceActiveFocus();
+    model->select("privacy");
+    layOut(*view);
+    EXPECT_EQ(focused(), "Privacy");
+}
+
+TEST_F(SettingsViews, clearedShortcut_leavesTheKeyboardAtItsField) {
+    show();
+    model->select("language");
+    layOut(*view);
+    control("Clear").forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_FALSE(settings.translateToggleBinding.get());
+    EXPECT_EQ(focused(), "Translate shortcut");
+}
+
+TEST_F(SettingsViews, switch_isFlippedByMouseAndKeyboard) {
+    show();
+    auto& icon = control("Show in menu bar");
+    click(icon);
+    EXPECT_FALSE(settings.showMenuBarIcon.get());
+    press(Qt::Key_Space);
+    EXPECT_TRUE(settings.showMenuBarIcon.get());
+    press(Qt::Key_Return);
+    EXPECT_FALSE(settings.showMenuBarIcon.get());
+}
+
+TEST_F(SettingsViews, switchThatCantBeFlipped_showsWhatIsSo) {
+    show();
+    loginItem.fails = true;
+    auto& login = control("Launch at login");
+    click(login);
+    EXPECT_TRUE(isShown(model->general()->launchAtLogin()->problem()));
+    EXPECT_NE(model->general()->launchAtLogin()->problem(), "");
+    loginItem.fails = false;
+    click(login);
+    EXPECT_TRUE(loginItem.registered);
+}
+
+TEST_F(SettingsViews, disabledSwitch_takesNoClick) {
+    settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(Special::Fn));
+    show();
+    model->select("hotkey");
+    layOut(*view);
+    click(control("Tap to toggle"));
+    EXPECT_FALSE(settings.hotkeyTapToToggle.get());
+    EXPECT_TRUE(isShown(model->hotkey()->fnWarning()));
+}
+
+TEST_F(SettingsViews, list_isChosenFromByKeyboard) {
+    show();
+    control("Sound on start").forceActiveFocus();
+    press(Qt::Key_Space);
+    EXPECT_TRUE(isShown("Basso"));
+    press(Qt::Key_Home);
+    press(Qt::Key_Down);
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings.startSoundName.get(), "Basso");
+    EXPECT_EQ(played, QStringList{"Basso while Basso is set"});
+    EXPECT_FALSE(isShown("Blow"));
+    EXPECT_EQ(focused(), "Sound on start");
+    press(Qt::Key_Down);
+    press(Qt::Key_P); // the first of three
+    press(Qt::Key_O);
+    press(Qt::Key_Return);
+    EXPECT_EQ(settings.startSoundName.get(), "Pop");
+}
+
+TEST_F(SettingsViews, list_isChosenFromByMouseAndClosedByAClickBesideIt) {
+    show();
+    click(control("Display language"));
+    const auto rows =
+        shownItems([](QQuickItem& item) { return item.property("modelData").toString() == "Français"; });
+    ASSERT_FALSE(rows.empty());
+    click(*rows.front());
+    EXPECT_EQ(settings.appLanguage.get(), "fr");
+    EXPECT_TRUE(isShown("Talvera speaks the new language after a restart."));
+    click(control("Restart now"));
+    EXPECT_EQ(done, QStringList{"relaunch"});
+    click(control("Display language"));
+    EXPECT_TRUE(isShown("日本語"));
+    QTest::mouseClick(&window, Qt::LeftButton, {}, QPoint(5, 600));
+    EXPECT_FALSE(isShown("日本語"));
+    EXPECT_EQ(settings.appLanguage.get(), "fr");
+}
+
+TEST_F(SettingsViews, slider_isMovedByTheKeyboard) {
+    show();
+    control("Type recordings up to").forceActiveFocus();
+    EXPECT_EQ(settings.typewriterThresholdSeconds.get(), 15);
+    press(Qt::Key_Right);
+    EXPECT_EQ(settings.typewriterThresholdSeconds.get(), 16);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(settings.typewriterThresholdSeconds.get(), 26);
+    press(Qt::Key_End);
+    EXPECT_EQ(settings.typewriterThresholdSeconds.get(), 60);
+    press(Qt::Key_Home);
+    EXPECT_EQ(settings.typewriterThresholdSeconds.get(), 1);
+    settings.typewriterThresholdSeconds.set(42);
+    EXPECT_EQ(control("Type recordings up to").property("value").toDouble(), 42);
+}
+
+TEST_F(SettingsViews, storedNumberBesideTheSlider_isLeftAlone) {
+    settings.typewriterThresholdSeconds.set(90);
+    show();
+    EXPECT_EQ(settings.typewriterThresholdSeconds.get(), 90);
+    EXPECT_TRUE(isShown("90 seconds"));
+}
+
+TEST_F(SettingsViews, hotkey_isChosenAndRecorded) {
+    show();
+    model->select("hotkey");
+    layOut(*view);
+    click(control("Caps Lock hold"));
+    EXPECT_EQ(settings.hotkeyBinding.get(), HotkeyBinding::holdSpecial(Special::CapsLock));
+    press(Qt::Key_Up);
+    press(Qt::Key_Return);
+    EXPECT_EQ(model->hotkey()->selectedId(), "default");
+    click(control("Custom…"));
+    EXPECT_TRUE(hotkeyRecorder.isRecording());
+    pressEscapeKey(); // ends the recording, and closes no window
+    EXPECT_FALSE(hotkeyRecorder.isRecording());
+    EXPECT_TRUE(window.isVisible());
+}
+
+TEST_F(SettingsViews, escapeAndCtrlW_closeTheWindow) {
+    show();
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+    show();
+    press(Qt::Key_W, Qt::ControlModifier);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(SettingsViews, escapeInAList_closesOnlyTheList) {
+    show();
+    click(control("Sound on start"));
+    EXPECT_TRUE(isShown("Basso"));
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(isShown("Basso"));
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(settings.startSoundName.get(), "Submarine");
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(SettingsViews, whatHasTheKeyboard_isInSight) {
+    show();
+    window.resize(560, 360);
+    view->setSize(QSizeF(560, 360));
+    layOut(*view);
+    for (const auto* name : {"When another app is in front", "Display language"}) {
+        control(name).forceActiveFocus(Qt::TabFocusReason);
+        const auto place = placeOf(control(name));
+        EXPECT_GE(place.top(), 0) << name;
+        EXPECT_LE(place.bottom(), 360) << name;
+    }
+}
+
+} // namespace
