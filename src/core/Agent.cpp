@@ -44,10 +44,13 @@
 #include "shell/settings/Updater.h"
 #include "shell/settings/relaunchApplication.h"
 #include "shell/texts/InterfaceLanguage.h"
+#include "shell/texts/shownPath.h"
 #include "speech/AudioRecorder.h"
 #include "speech/ChunkedTranscription.h"
 #include "speech/WhisperRunner.h"
 #include "text/Localization.h"
+
+#include <QDir>
 
 #include <utility>
 
@@ -56,6 +59,19 @@ namespace talvera {
 namespace {
 
 constexpr Duration noticeTime = seconds(6.0);
+
+/// What the folder of language models says of itself.
+QString noteForLanguageModels() {
+    const QStringList paragraphs{
+        localized("languageModels.note.place",
+                  "Put a language model into this folder, as a GGUF file. Talvera uses it to clean up and "
+                  "translate what you dictate, on this computer alone."),
+        localized("languageModels.note.kind",
+                  "A model that follows instructions (“instruct”) is needed. Its file has to be smaller than "
+                  "the memory that is free on this computer."),
+        localized("languageModels.note.several", "Of several files none is used until you have chosen one.")};
+    return paragraphs.join(QStringLiteral("\n\n")) + u'\n';
+}
 
 QString noModelText() {
     return localized("command.status.noModel", "The speech model isn't there yet.");
@@ -333,15 +349,8 @@ void Agent::Wiring::openKeyboardSettings() {
 }
 
 void Agent::Wiring::openLanguageModelFolder() {
-    const auto note =
-        localized("languageModels.note",
-                  "Put a language model into this folder, as a GGUF file. Talvera uses it to clean up and "
-                  "translate what you dictate, on this computer alone.\n\n"
-                  "A model that follows instructions (“instruct”) is needed. Its file has to be smaller than "
-                  "the memory that is free on this computer.\n\n"
-                  "Of several files none is used until you have chosen one.\n");
     try {
-        const auto folder = m_machine.language.choice.makeFolder(note);
+        const auto folder = m_machine.language.choice.makeFolder(noteForLanguageModels());
         m_machine.desktop.fileBrowser.show(folder);
         hud.showRemark(formatted(localized("hud.languageModel.folder", "Language models belong into %@"),
                                  shownPath(folder, QDir::homePath())),

@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QFile>
 
+#include <algorithm>
 #include <thread>
 
 namespace talvera::test {
@@ -22,12 +23,15 @@ QByteArray contentsOf(const QString& path) {
 
 /// The process runs in this desktop. One that lets nobody look into it runs where its parent does.
 bool runsHere(const QString& process) {
-    const QByteArray ours = "XDG_RUNTIME_DIR=" + qgetenv("XDG_RUNTIME_DIR");
+    const auto ours = qgetenv("XDG_RUNTIME_DIR");
     QString looked = process;
     while (looked.toInt() > 1) {
-        const auto environment = contentsOf("/proc/" + looked + "/environ");
-        if (!environment.isEmpty())
-            return environment.split('\0').contains(ours);
+        const auto environment = contentsOf("/proc/" + looked + "/environ").split('\0');
+        // A child that gets nothing of the session's environment has its home in the agent's directory.
+        if (environment.size() > 1)
+            return std::any_of(environment.begin(), environment.end(), [&ours](const QByteArray& variable) {
+                return variable == "XDG_RUNTIME_DIR=" + ours || variable.startsWith("HOME=" + ours + '/');
+            });
         const auto status = contentsOf("/proc/" + looked + "/stat");
         looked = QString::fromUtf8(status.mid(status.lastIndexOf(')') + 2).split(' ').value(1));
     }

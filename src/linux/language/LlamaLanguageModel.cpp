@@ -144,7 +144,7 @@ void LlamaLanguageModel::enter(LlamaSession& session) {
 void LlamaLanguageModel::serve(LlamaSession& session) {
     if (unavailableReason() || !ensureServer())
         session.fail();
-    else if (isLoaded() && !session.wasRefused())
+    else if (isLoaded())
         session.send();
 }
 

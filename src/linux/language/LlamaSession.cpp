@@ -49,11 +49,12 @@ void LlamaSession::send() {
     m_request->begin(m_model.socket(), m_question);
 }
 
-/// A server that was killed is noticed by the first that wants something of it, at times before its end is
-/// told. That one gets another server, once.
+/// A server that has gone, or can't be reached, is noticed by the first that wants something of it. That one
+/// gets another server, once.
 void LlamaSession::takeFailure(const LanguageModelError& error) {
     if (m_request->wasRefused() && !std::exchange(m_wasRefused, true)) {
         m_request.reset();
+        m_model.endServer();
         awaitServer();
         return;
     }

@@ -28,8 +28,6 @@ public:
     void send();
     /// There will be none.
     void fail();
-    /// By a server whose end hasn't been told yet.
-    bool wasRefused() const { return m_wasRefused; }
     /// No server has taken it so far.
     bool isWaiting() const { return m_hasEntered && !m_request; }
 

@@ -14,9 +14,10 @@ namespace talvera {
 namespace {
 
 constexpr std::uint64_t longestText = 1 << 16;
-constexpr std::uint64_t longestList =
-    1 << 12; ///< a longer one is a vocabulary, behind which nothing is looked for
+/// A longer one is a vocabulary, behind which nothing is looked for.
+constexpr std::uint64_t longestList = 1 << 12;
 constexpr std::uint64_t mostEntries = 1 << 16;
+constexpr qint64 longestHead = 1 << 24; ///< of what is read, in bytes
 
 /// The kinds of values, by their numbers in the file.
 enum class Kind : std::uint32_t {
@@ -53,7 +54,7 @@ public:
 
     QString text() {
         const auto size = number<std::uint64_t>();
-        m_failed = m_failed || size > longestText;
+        m_failed = m_failed || size > longestText || m_file.pos() > longestHead;
         if (m_failed)
             return {};
         const auto bytes = m_file.read(static_cast<qint64>(size));

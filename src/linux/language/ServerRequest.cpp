@@ -92,20 +92,26 @@ void ServerRequest::takeBody(const QByteArray& bytes) {
     }
     for (const auto& event : m_events.take(bytes))
         m_answer->take(event);
-    if (m_events.isTooLong() || m_response.state() == HttpResponseReader::State::Broken) {
-        fail(brokenAnswer(QStringLiteral("what came can't be read")));
-        return;
-    }
     if (m_response.state() == HttpResponseReader::State::Whole)
         m_answer->takeEnd();
     const auto token = m_lifetime.token();
-    if (m_answer->text() != m_told) {
-        m_told = m_answer->text();
-        const auto listener = m_listener;
-        listener->onSnapshot(m_told);
-    }
-    if (token.isAlive() && m_answer->hasEnded())
+    tellText(); // also what came just before the answer breaks
+    if (!token.isAlive())
+        return;
+    if (m_events.isTooLong() || m_response.state() == HttpResponseReader::State::Broken)
+        fail(brokenAnswer(QStringLiteral("what came can't be read")));
+    else if (m_answer->hasEnded())
         end();
+}
+
+/// The listener may destroy this object.
+void ServerRequest::tellText() {
+    if (m_answer->text() == m_told)
+        return;
+    m_told = m_answer->text();
+    const auto listener = m_listener;
+    const auto text = m_told;
+    listener->onSnapshot(text);
 }
 
 void ServerRequest::takeEndOfConnection() {

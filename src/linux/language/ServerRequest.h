@@ -54,6 +54,7 @@ private:
     void send();
     void receive();
     void takeBody(const QByteArray& bytes);
+    void tellText();
     void takeEndOfConnection();
     void awaitMore();
     void stopTimers();

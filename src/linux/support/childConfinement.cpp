@@ -80,7 +80,7 @@ constexpr std::array refusedCalls = {
 #endif
 };
 
-constexpr std::size_t otherSteps = 6 + 2 + 5 + 5 + 1; ///< of the filter, beside those for the refused calls
+constexpr std::size_t otherSteps = 6 + 2 + 5 + 8 + 1; ///< of the filter, beside those for the refused calls
 
 /// What the kernel runs on each system call.
 constexpr auto makeCallFilter() {
@@ -92,8 +92,10 @@ constexpr auto makeCallFilter() {
     };
     const auto number = load(offsetof(seccomp_data, nr));
     const auto firstArgument = load(offsetof(seccomp_data, args));
+    const auto secondArgument = load(offsetof(seccomp_data, args) + sizeof(std::uint64_t));
     constexpr std::uint32_t foreignNumbers = 0x40000000; // of the calls for 32-bit pointers
     constexpr std::uint32_t thread = 0x00010000;         // CLONE_THREAD
+    constexpr std::uint32_t kindOfSocket = 0xF;          // without flags such as SOCK_CLOEXEC
 
     // A call of another machine is none that a program of this kind can make.
     add({load(offsetof(seccomp_data, arch)), jump(BPF_JEQ, thisMachine, 1, 0),
@@ -105,7 +107,9 @@ constexpr auto makeCallFilter() {
     add({jump(BPF_JEQ, SYS_clone3, 0, 1), refuseWith(ENOSYS)});
     add({jump(BPF_JEQ, SYS_clone, 0, 4), firstArgument, jump(BPF_JSET, thread, 0, 1), allowed,
          refuseWith(EPERM)});
-    add({jump(BPF_JEQ, SYS_socket, 0, 4), firstArgument, jump(BPF_JEQ, AF_UNIX, 0, 1), allowed,
+    // Others would reach their listener without a connection.
+    add({jump(BPF_JEQ, SYS_socket, 0, 7), firstArgument, jump(BPF_JEQ, AF_UNIX, 0, 4), secondArgument,
+         statement(BPF_ALU | BPF_AND | BPF_K, kindOfSocket), jump(BPF_JEQ, SOCK_STREAM, 0, 1), allowed,
          refuseWith(EAFNOSUPPORT)});
     add({allowed});
     return filter;

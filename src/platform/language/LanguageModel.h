@@ -41,7 +41,8 @@ public:
     /// Calls `changed` in a turn of its own whenever one of the two above has become another one.
     [[nodiscard]] virtual Subscription observe(std::function<void()> changed) = 0;
 
-    /// Each such change is told. Of a model that doesn't, it takes another question to learn of it.
+    /// When a model is put there or becomes ready, observers hear of it at once. Else only another question
+    /// finds it out.
     virtual bool tellsOfChanges() = 0;
 
     /// A request is likely to come soon: the model may begin to load, and look whether it is still there.

@@ -64,6 +64,7 @@ TEST_F(LlamaLanguageModelTest, ofSeveralModels_theChosenOneCounts) {
     EXPECT_EQ(home->model->offers(),
               (std::vector<LanguageModelChoice::Offer>{{"a.gguf", "Talvera test model"},
                                                        {"b.gguf", "Talvera test model"}}));
+    home->turn(); // in which what has changed so far is told
     int changes = 0;
     const auto subscription = home->model->observe([&changes] { ++changes; });
     home->model->choose("b.gguf");
@@ -80,6 +81,7 @@ TEST_F(LlamaLanguageModelTest, ofSeveralModels_theChosenOneCounts) {
     home->model->choose({});
     EXPECT_EQ(home->model->chosen(), "a.gguf");
     home->model->choose("a.gguf");
+    home->turn();
     int changesOfAnother = 0;
     const auto another = home->model->observe([&changesOfAnother] { ++changesOfAnother; });
     home->put("c.gguf");
@@ -196,6 +198,17 @@ TEST_F(LlamaLanguageModelTest, serverThatIsKilled_isStartedAgainForTheNextReques
     EXPECT_TRUE(eventually([&] { return !home->model->isLoaded(); }));
     EXPECT_FALSE(home->model->unavailableReason());
     EXPECT_EQ(ask().text(), "So we meet.");
+}
+
+TEST_F(LlamaLanguageModelTest, serverThatCantBeReached_isReplaced) {
+    makeHome();
+    home->put();
+    script(meet);
+    EXPECT_EQ(ask().text(), "So we meet.");
+    const auto before = home->server();
+    QFile::remove(home->directories.temporary + "/llm.sock");
+    EXPECT_EQ(ask().text(), "So we meet.");
+    EXPECT_NE(home->server(), before);
 }
 
 TEST_F(LlamaLanguageModelTest, modelThatIsTakenAway_letsItsServerGo) {

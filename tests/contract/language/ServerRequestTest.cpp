@@ -2,6 +2,7 @@
 #include "linux/language/ServerRequest.h"
 #include "PrintQt.h"
 #include "ScriptedSocket.h"
+#include "SimulatedMainActor.h"
 #include "Told.h"
 #include "concurrency/QtMainActor.h"
 #include "eventually.h"
@@ -49,6 +50,18 @@ protected:
         EXPECT_EQ(rawValue(told.failure->kind), rawValue(kind));
         EXPECT_EQ(told.text(), written);
         EXPECT_FALSE(told.failure->text().isEmpty());
+    }
+
+    /// A request on a clock of its own, which stands still until the server has written this much of an
+    /// answer, and says no more.
+    void begin(ServerRequest& request, SimulatedMainActor& clock, const Told& told, const QString& written) {
+        const auto before = server.requests;
+        server.answer(written.isEmpty() ? std::vector<QByteArray>()
+                                        : std::vector{head(), text(written.toUtf8())},
+                      Then::Stay);
+        request.begin(path, {"Reply.", "so um we meet"});
+        clock.settle();
+        EXPECT_TRUE(eventually([&] { return server.requests > before && told.text() == written; }));
     }
 
     QtMainActor actor;
@@ -146,14 +159,28 @@ TEST_F(ServerRequestTest, eventOfTenMegabytes_failsAndIsNotKept) {
     expectFailure(askFor(std::move(pieces), Then::Stay), Case::Other, "So ");
 }
 
-TEST_F(ServerRequestTest, silence_isNotWaitedForLonger) {
-    const ServerRequest::Limits limits{.silence = seconds(0.3)};
-    expectFailure(askFor({}, Then::Stay, limits), Case::Other, "");
-    expectFailure(askFor({head(), text("So ")}, Then::Stay, limits), Case::Other, "So ");
+TEST_F(ServerRequestTest, silence_isNotWaitedForLongerThanAMinute) {
+    for (const auto& written : {QString(), QStringLiteral("So ")}) {
+        SimulatedMainActor clock;
+        Told told;
+        ServerRequest request(clock, {}, told.listener());
+        begin(request, clock, told, written);
+        clock.advance(seconds(59));
+        EXPECT_EQ(told.ends, 0);
+        clock.advance(seconds(1));
+        expectFailure(told, Case::Other, written);
+    }
 }
 
 TEST_F(ServerRequestTest, serverThatTakesTooLong_isLeft) {
-    expectFailure(askFor({head(), text("So ")}, Then::Stay, {.whole = seconds(0.3)}), Case::Other, "So ");
+    SimulatedMainActor clock;
+    Told told;
+    ServerRequest request(clock, {.whole = seconds(30)}, told.listener());
+    begin(request, clock, told, "So ");
+    clock.advance(seconds(29));
+    EXPECT_EQ(told.ends, 0);
+    clock.advance(seconds(1));
+    expectFailure(told, Case::Other, "So ");
 }
 
 TEST_F(ServerRequestTest, answerWithoutAnEnd_isBrokenOff) {

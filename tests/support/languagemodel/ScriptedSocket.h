@@ -53,6 +53,7 @@ public:
         return event("{\"delta\":{},\"finish_reason\":\"" + reason + "\"}");
     }
 
+    int requests = 0; ///< that have been answered
     int disconnections = 0;
     QByteArray request; ///< the last one, as it came
 
@@ -92,6 +93,7 @@ private:
 
     void send(QLocalSocket* connection) {
         m_hasAnswered = true;
+        ++requests;
         for (const auto& piece : m_pieces) {
             connection->write(piece);
             connection->flush();

@@ -101,6 +101,16 @@ TEST_F(ModelFileTest, lengthsThatLie_areNotBelieved) {
     EXPECT_GT(model->memoryNeeded(), 0);
 }
 
+TEST_F(ModelFileTest, headWithoutAnEnd_isNotReadToIt) {
+    const int texts = 300;
+    auto bytes = head(texts + 2) + entry("general.architecture", "llama");
+    for (int i = 0; i < texts; ++i)
+        bytes += entry("x" + QByteArray::number(i), QByteArray(1 << 16, 'x'));
+    const auto model = read(bytes + entry("general.name", "too late"));
+    ASSERT_TRUE(model);
+    EXPECT_EQ(model->name, "");
+}
+
 TEST_F(ModelFileTest, anyDamage_isReadWithoutHarm) {
     const auto whole = testModel().left(8192);
     std::mt19937 random(7);
