@@ -52,7 +52,7 @@ void LlamaSession::send() {
 /// A server that has gone, or can't be reached, is noticed by the first that wants something of it. That one
 /// gets another server, once.
 void LlamaSession::takeFailure(const LanguageModelError& error) {
-    if (m_request->wasRefused() && !std::exchange(m_wasRefused, true)) {
+    if (m_request->cameToNothing() && !std::exchange(m_hasTriedAgain, true)) {
         m_request.reset();
         m_model.endServer();
         awaitServer();

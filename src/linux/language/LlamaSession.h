@@ -42,7 +42,7 @@ private:
     std::optional<MainActor::TimerId> m_patience;
     std::unique_ptr<ServerRequest> m_request;
     bool m_hasEntered = false;
-    bool m_wasRefused = false;
+    bool m_hasTriedAgain = false;
     Lifetime m_lifetime;
 };
 

@@ -121,8 +121,8 @@ void ServerRequest::takeEndOfConnection() {
         receive(); // what came before the end
     if (!token.isAlive() || m_hasEnded)
         return;
+    m_cameToNothing = m_received == 0;
     if (!wasConnected) {
-        m_wasRefused = true;
         fail(modelIsAway());
         return;
     }

@@ -42,8 +42,8 @@ public:
     /// Connects and sends; to be called once. Nothing is told from within.
     void begin(const QString& socket, const Question& question);
 
-    /// It failed before anybody had taken the connection.
-    bool wasRefused() const { return m_wasRefused; }
+    /// The connection failed, or ended before a byte of an answer had come.
+    bool cameToNothing() const { return m_cameToNothing; }
 
 private:
     struct LaterDeleted {
@@ -75,7 +75,7 @@ private:
     std::optional<MainActor::TimerId> m_silence;
     std::optional<MainActor::TimerId> m_whole;
     bool m_hasEnded = false;
-    bool m_wasRefused = false;
+    bool m_cameToNothing = false;
     Lifetime m_lifetime;
 };
 

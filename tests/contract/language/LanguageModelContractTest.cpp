@@ -239,7 +239,8 @@ TYPED_TEST(LanguageModelContract, sessionDestroyedByItsEnd_isFine) {
 }
 
 TYPED_TEST(LanguageModelContract, requestAfterACancelledOne_isAnswered) {
-    this->subject.next({{{"So ", "we ", "meet."}, {}}, {{"And ", "we talk."}, {}}});
+    // The one that is dropped at once may not reach the model.
+    this->subject.next({{{"And ", "we talk."}, {}}, {{"And ", "we talk."}, {}}});
     {
         Told dropped;
         const auto session = this->session();

@@ -143,6 +143,17 @@ TEST_F(ServerRequestTest, connectionThatEndsTooSoon_failsWhereverItEnds) {
     expectFailure(askFor({head(), text("So "), "0\r\n\r\n"}, Then::Stay), Case::Other, "So ");
 }
 
+TEST_F(ServerRequestTest, connectionThatEndsBeforeAByte_cameToNothing) {
+    for (const bool answers : {false, true}) {
+        server.answer(answers ? std::vector{head()} : std::vector<QByteArray>(), Then::Close);
+        Told told;
+        ServerRequest request(actor, {}, told.listener());
+        request.begin(path, {"Reply.", "so um we meet"});
+        EXPECT_TRUE(eventually([&told] { return told.ends > 0; }));
+        EXPECT_NE(request.cameToNothing(), answers);
+    }
+}
+
 TEST_F(ServerRequestTest, garbage_fails) {
     expectFailure(askFor({QByteArray(1000, '\xA7')}, Then::Close), Case::Other, "");
     expectFailure(askFor({head(), text("So "), "garbage\r\n"}, Then::Stay), Case::Other, "So ");
