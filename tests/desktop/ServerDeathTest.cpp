@@ -76,9 +76,7 @@ TEST_F(ServerDeath, duringARecognition_takesTheAgentAndAllOfItAlong) {
     ASSERT_EQ(leftFiles().size(), 1) << "the recording";
 
     ::kill(processOfServer(), SIGKILL);
-    const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(agent->awaitEnd(), EXIT_FAILURE);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     EXPECT_TRUE(agent->log().endsWith("The display server has gone, and Talvera ends with it.\n"));
     EXPECT_TRUE(eventually([&] { return hasEnded(recogniser) && hasEnded(companion); }));
     EXPECT_EQ(leftFiles(), QStringList());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SoundServerTest.h"
+#include "shortestOf.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -146,20 +147,16 @@ protected:
 
 } // namespace
 
-TEST_F(SilentServerTest, status_isUndeterminedAndSoon) {
+TEST_F(SilentServerTest, status_isUndeterminedAndWaitedForOnlyOnce) {
     PulseMicrophonePermission permission(connection);
-    const auto before = std::chrono::steady_clock::now();
-    EXPECT_EQ(permission.status(), AuthorizationStatus::NotDetermined);
-    EXPECT_LT(std::chrono::steady_clock::now() - before, 500ms);
-    const auto again = std::chrono::steady_clock::now();
-    EXPECT_EQ(permission.status(), AuthorizationStatus::NotDetermined);
-    EXPECT_LT(std::chrono::steady_clock::now() - again, 50ms);
+    EXPECT_EQ(permission.status(), AuthorizationStatus::NotDetermined) << "the server never answers";
+    const auto again = [&] { EXPECT_EQ(permission.status(), AuthorizationStatus::NotDetermined); };
+    EXPECT_LT(shortestOf(5, again), 50ms);
 }
 
-TEST_F(SilentServerTest, start_timesOutWithinASecondEachTime) {
+TEST_F(SilentServerTest, start_timesOutEachTime) {
     PulseAudioInput input(connection);
     for (int attempt = 0; attempt < 2; ++attempt) {
-        const auto before = std::chrono::steady_clock::now();
         EXPECT_EQ(input.inputFormat(), AudioFormat{});
         try {
             input.start();
@@ -167,7 +164,6 @@ TEST_F(SilentServerTest, start_timesOutWithinASecondEachTime) {
         } catch (const PlatformError& error) {
             EXPECT_EQ(error.as<AudioEngineFailure>(), AudioEngineFailure::TimedOut);
         }
-        EXPECT_LT(std::chrono::steady_clock::now() - before, 1700ms);
     }
 }
 

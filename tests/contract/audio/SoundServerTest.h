@@ -97,12 +97,9 @@ protected:
         engine.start();
     }
 
-    /// Answers how long it took.
-    Clock::duration stopRecording(AudioEngine& engine) {
-        const auto before = Clock::now();
+    void stopRecording(AudioEngine& engine) {
         engine.removeTap();
         engine.stop();
-        return Clock::now() - before;
     }
 
     /// A whole recording of at least so many frames.

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "AccessibilityFixture.h"
-
-#include <algorithm>
+#include "shortestOf.h"
 
 namespace talvera::test {
 
@@ -13,15 +12,8 @@ protected:
     BadApplication()
         : AccessibilityFixture(AtspiAccessibility::usualPatience) {}
 
-    /// The machine may be busy with something else, hence the shortest of some.
     void expectSilenceInTime() {
-        using Clock = std::chrono::steady_clock;
-        auto shortest = Clock::duration::max();
-        for (int i = 0; i < 5; ++i) {
-            const auto start = Clock::now();
-            EXPECT_EQ(focusedRole(), silentWindow);
-            shortest = std::min(shortest, Clock::now() - start);
-        }
+        const auto shortest = shortestOf(5, [&] { EXPECT_EQ(focusedRole(), silentWindow); });
         EXPECT_LT(shortest, AtspiAccessibility::usualPatience + std::chrono::milliseconds(150));
     }
 };

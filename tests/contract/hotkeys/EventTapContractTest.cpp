@@ -39,7 +39,7 @@ struct FakeSession {
 };
 
 struct RealSession {
-    static constexpr auto bound = std::chrono::milliseconds(50);
+    static constexpr auto bound = std::chrono::milliseconds(300);
 
     test::RealKeyboard keyboard{bound};
     std::unique_ptr<X11Connection> other = X11Server().connect();

@@ -86,7 +86,7 @@ TEST(Processes, oneThatEndsWhileItIsLookedAt_isNoError) {
             sleepsOf({looked});
         }
     });
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 300; ++round) {
         ForkedProcess process([](auto) {});
         looked = process.pid();
         process.wait();
