@@ -64,7 +64,9 @@ struct ServedModel {
 
     /// Waits for the end of all requests, and for what is posted then.
     void settle() {
-        EXPECT_TRUE(eventually([&] { return model->requests() == 0; }));
+        const auto hasEnded = [this] { return model->requests() == 0; };
+        // A model that computes takes its time on a busy machine.
+        EXPECT_TRUE(eventually(hasEnded) || eventually(hasEnded) || eventually(hasEnded));
         turn();
     }
     void turn() {
