@@ -110,7 +110,7 @@ void photographSettings(Stage& stage) {
     set.readiness.aiState.set(AIAvailabilityState::IntelligenceOff);
     set.photograph("4-ai-off");
     set.readiness.aiState.set(AIAvailabilityState::Available);
-    set.photograph("4-ai-available", QList<Qt::Key>(toFirstControl) << Qt::Key_Space);
+    set.photograph("4-ai-available", {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space});
     set.readiness.aiState.set(AIAvailabilityState::DeviceNotEligible);
 
     set.show("privacy");

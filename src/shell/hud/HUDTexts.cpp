@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/hud/HUDTexts.h"
 
+#include "language/TargetLanguage.h"
+#include "shell/texts/languageName.h"
 #include "text/Localization.h"
 
 #include <algorithm>
@@ -14,6 +16,19 @@ QString shortCode(const QString& code) {
     return code.section(QLatin1Char('-'), 0, 0).toUpper();
 }
 
+/// Clean-up has no state of its own: it is told as a translation to this.
+constexpr QLatin1String cleanup("cleanup");
+
+QString translatingLine(const QString& target) {
+    if (target == cleanup)
+        return localized("hud.cleanup", "Translating to cleanup…");
+    const auto& rows = TargetLanguage::all();
+    const auto row =
+        std::find_if(rows.begin(), rows.end(), [&](auto& each) { return each.displayName == target; });
+    return formatted(localized("hud.translating", "Translating to %@…"),
+                     row == rows.end() ? target : languageName(row->code, target));
+}
+
 } // namespace
 
 QString hudLine(const DictationHUDState& state, bool tapToToggle) {
@@ -23,7 +38,7 @@ QString hudLine(const DictationHUDState& state, bool tapToToggle) {
     if (state.as<DictationHUDState::Transcribing>())
         return localized("hud.transcribing", "Transcribing…");
     if (const auto* translating = state.as<DictationHUDState::Translating>())
-        return formatted(localized("hud.translating", "Translating to %@…"), translating->targetDisplayName);
+        return translatingLine(translating->targetDisplayName);
     if (const auto* notice = state.as<DictationHUDState::Notice>())
         return notice->text;
     return {};

@@ -30,8 +30,8 @@ FocusScope {
     /// So many sections on; at an end it stays.
     function go(steps) {
         const item = itemAt(Math.max(0, Math.min(currentIndex() + steps, count - 1)))
-        item.clicked()
         item.forceActiveFocus(Qt.TabFocusReason)
+        item.clicked()
     }
     function takeKeyboard() {
         itemAt(currentIndex()).forceActiveFocus(Qt.OtherFocusReason)

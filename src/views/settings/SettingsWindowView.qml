@@ -47,7 +47,8 @@ FocusScope {
     Loader {
         anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: parent.top; bottom: parent.bottom }
         sourceComponent: view.settings.showsAbout ? about : view.pages[view.settings.section]
-        onLoaded: if (activeFocus) sidebar.takeKeyboard() // what had the keyboard is gone
+        // What had the keyboard is gone, or is the section of before.
+        onLoaded: if (activeFocus || sidebar.activeFocus) sidebar.takeKeyboard()
     }
 
     // qmllint disable unqualified

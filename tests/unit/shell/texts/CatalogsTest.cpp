@@ -97,7 +97,9 @@ TEST_P(Catalogs, namesAndDurations_standInTheirTexts) {
         EXPECT_TRUE(text.contains("Kate")) << text.toStdString();
         EXPECT_FALSE(text.contains(u'%')) << text.toStdString();
     }
-    EXPECT_TRUE(hudLine(DictationHUDState::Translating{"Deutsch"}, false).contains("Deutsch"));
+    EXPECT_EQ(hudLine(DictationHUDState::Translating{"German"}, false),
+              formatted(texts.value("hud.translating"), texts.value("language.de")));
+    EXPECT_EQ(hudLine(DictationHUDState::Translating{"cleanup"}, false), texts.value("hud.cleanup"));
     EXPECT_TRUE(durationText(45).contains("45"));
     EXPECT_TRUE(durationText(120).contains(u'2'));
     const auto hours = durationText(3 * 3600 + 7 * 60);

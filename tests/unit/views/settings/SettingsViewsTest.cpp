@@ -229,7 +229,7 @@ TEST_F(SettingsViews, tab_reachesEverythingOfASection) {
     settings.targetLanguageCode.set("de");
     model->select("language");
     layOut(*view);
-    EXPECT_EQ(tabbed().sliced(6),
+    EXPECT_EQ(tabbed().sliced(4, 5), // behind the sidebar, from this section on
               QStringList({"Source language", "Translate", "Translate to", "Translate shortcut", "Clear"}));
     model->select("hotkey");
     layOut(*view);
@@ -242,6 +242,14 @@ TEST_F(SettingsViews, sectionThatGoesWithTheKeyboard_leavesItToTheSidebar) {
     model->select("privacy");
     layOut(*view);
     EXPECT_EQ(focused(), "Privacy");
+}
+
+TEST_F(SettingsViews, sectionThatIsAskedForFromElsewhere_hasTheKeyboardInTheSidebar) {
+    show();
+    ASSERT_EQ(focused(), "General");
+    model->select("language");
+    layOut(*view);
+    EXPECT_EQ(focused(), "Language");
 }
 
 TEST_F(SettingsViews, clearedShortcut_leavesTheKeyboardAtItsField) {
