@@ -61,6 +61,14 @@ protected:
     void expectNoRecogniserIsLeft() {
         EXPECT_TRUE(eventually([] { return recognisers().empty(); }));
     }
+
+    /// With a recogniser that waits for what is said.
+    void beginRecording() {
+        expectNoRecogniserIsLeft(); // the launch has one of its own
+        keys.press(hotkey);
+        agent->await("menu recording");
+        ASSERT_TRUE(eventually([] { return recognisers().size() == 1; }));
+    }
 };
 
 } // namespace
@@ -193,6 +201,36 @@ TEST_F(AgentLife, killedDuringRecognition_takesTheRecogniserAlongAndTheNextStart
     startAgentAgain();
     EXPECT_EQ(leftFiles(), QStringList());
     dictateInto(editor);
+}
+
+TEST_F(AgentLife, killedWhileRecording_takesTheRecogniserThatWaitsAlong) {
+    startAgent();
+    beginRecording();
+    agent->kill();
+    keys.release(hotkey);
+    expectNoRecogniserIsLeft();
+    EXPECT_EQ(leftFiles(), QStringList());
+}
+
+TEST_F(AgentLife, endedWhileRecording_leavesNeitherFileNorRecogniser) {
+    startAgent();
+    beginRecording();
+    EXPECT_EQ(agent->end(), 0);
+    keys.release(hotkey);
+    EXPECT_EQ(recognisers().size(), 0U);
+    EXPECT_EQ(leftFiles(), QStringList());
+}
+
+TEST_F(AgentLife, recogniserKilledWhileItWaits_isStartedAgainForTheText) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    beginRecording();
+    ASSERT_EQ(::kill(recognisers().front(), SIGKILL), 0);
+    expectNoRecogniserIsLeft();
+    voice.sayAndWait(spoken("Good morning."));
+    keys.release(hotkey);
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("menu idle");
 }
 
 TEST_F(AgentLife, killedWithTheChordHeld_leavesAKeyboardThatWorks) {

@@ -21,6 +21,19 @@ TEST(Lives, ofFortySeeds_areWithoutAViolation) {
     }
 }
 
+TEST(Lives, withARecogniserThatCannotBePrepared_areTheSame) {
+    constexpr std::uint64_t seeds = 40;
+    for (std::uint64_t seed = 101; seed <= 100 + seeds; ++seed) {
+        Simulation prepared(seed);
+        Simulation plain(seed);
+        plain.useOldRecogniser();
+        prepared.run();
+        plain.run();
+        ASSERT_EQ(prepared.account(), plain.account()) << "seed " << seed;
+        ASSERT_EQ(prepared.tally().dictations, plain.tally().dictations);
+    }
+}
+
 TEST(Lives, ofOneSeed_areTheSameEachTime) {
     constexpr std::uint64_t seed = 7;
     Simulation once(seed);

@@ -20,6 +20,9 @@ class Simulation {
 public:
     explicit Simulation(std::uint64_t seed);
 
+    /// The recogniser is one that can't be prepared; before it runs.
+    void useOldRecogniser() { m_trial.play().world().tool.knowsHowToWait = false; }
+
     /// Lives through it; stops early when something was wrong.
     void run();
 

@@ -59,9 +59,9 @@ void FakeFileSystem::write(const QString& path, const QByteArray& bytes) {
     }
     if (m_capacity && !bytes.isEmpty() && m_used + bytes.size() > *m_capacity)
         fail(ENOSPC, path);
-    m_files.emplace(path, File{bytes, executable});
-    m_used += bytes.size();
     ++m_writes;
+    m_files.emplace(path, File{bytes, executable, static_cast<quint64>(m_writes)});
+    m_used += bytes.size();
 }
 
 QByteArray FakeFileSystem::read(const QString& path) {
@@ -165,6 +165,24 @@ std::optional<qint64> FakeFileSystem::size(const QString& path) {
     const std::scoped_lock lock(m_mutex);
     const auto found = m_files.find(path);
     return found == m_files.end() ? std::nullopt : std::optional<qint64>(found->second.bytes.size());
+}
+
+std::optional<FileStamp> FakeFileSystem::stamp(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_files.find(path);
+    if (found == m_files.end())
+        return m_directories.count(path) != 0 ? std::optional(FileStamp{}) : std::nullopt;
+    return FileStamp{1, found->second.written, found->second.bytes.size(), 0};
+}
+
+void FakeFileSystem::readAhead(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    m_readAheads.append(path);
+}
+
+QStringList FakeFileSystem::readAheads() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_readAheads;
 }
 
 std::optional<qint64> FakeFileSystem::availableBytes(const QString& directory) {

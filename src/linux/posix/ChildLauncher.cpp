@@ -6,6 +6,7 @@
 
 #include <QFile>
 
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -29,6 +30,9 @@ namespace {
 /// So much may wait unread in a pipe; the usual 64 KiB would block the tool after some twenty minutes of
 /// talk.
 constexpr int pipeBytes = 1 << 20;
+
+/// Tells a program that is started ahead of its input where that will come.
+const QByteArray inputVariable("TALVERA_INPUT_FD=");
 
 [[noreturn]] void fail(int code, const QString& what) {
     throw PlatformError(QStringLiteral("ChildProcess"), code,
@@ -68,15 +72,19 @@ Pipe makeRoomyPipe() {
     return pipe;
 }
 
-/// The program's file says that it takes the value of its private option from a descriptor.
-bool takesDescriptors(const QString& executable) {
-    constexpr QByteArrayView mark("talvera: takes --prompt /dev/fd/N");
+/// What the program's file says of what the program can do.
+bool says(const QString& executable, QByteArrayView mark) {
     QFile file(executable);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
     const auto size = static_cast<std::size_t>(file.size());
     const auto* content = file.map(0, file.size());
     return content != nullptr && ::memmem(content, size, mark.data(), static_cast<std::size_t>(mark.size()));
+}
+
+/// The program takes the value of its private option from a descriptor.
+bool takesDescriptors(const QString& executable) {
+    return says(executable, "talvera: takes --prompt /dev/fd/N");
 }
 
 /// A descriptor that holds these bytes, in memory.
@@ -95,9 +103,10 @@ FileDescriptor descriptorOf(const QByteArray& bytes) {
 /// The strings of a request in the form that exec takes.
 class ExecArguments {
 public:
-    explicit ExecArguments(const ChildProcessRequest& request)
+    ExecArguments(const ChildProcessRequest& request, const FileDescriptor& input)
         : m_directory(encoded(request.workingDirectory))
-        , m_priority(request.priority) {
+        , m_priority(request.priority)
+        , m_input(input.get()) {
         m_strings.push_back(encoded(request.executable));
         for (const auto& argument : request.arguments)
             m_strings.push_back(encoded(argument));
@@ -105,6 +114,7 @@ public:
         for (auto& string : m_strings)
             m_pointers.push_back(string.data());
         m_pointers.push_back(nullptr);
+        tellInput();
     }
     ExecArguments(const ExecArguments&) = delete;
     ExecArguments& operator=(const ExecArguments&) = delete;
@@ -119,8 +129,10 @@ public:
 
     ChildProcessRequest::Priority priority() const { return m_priority; }
 
+    char* const* environment() const { return m_environment.empty() ? environ : m_environment.data(); }
+
     /// What the program gets besides its standard streams; -1 for nothing.
-    int descriptor() const { return m_privateValue.get(); }
+    std::array<int, 2> descriptors() const { return {m_privateValue.get(), m_input}; }
 
 private:
     /// An argument with a NUL inside can't be handed over, and must not arrive cut.
@@ -141,10 +153,26 @@ private:
         value = "/dev/fd/" + QByteArray::number(m_privateValue.get());
     }
 
+    /// The environment as it is, and in it the number of the input's descriptor.
+    void tellInput() {
+        if (m_input < 0)
+            return;
+        m_inputVariable = inputVariable + QByteArray::number(m_input);
+        for (char** variable = environ; *variable != nullptr; ++variable) {
+            if (!QByteArrayView(*variable).startsWith(inputVariable))
+                m_environment.push_back(*variable);
+        }
+        m_environment.push_back(m_inputVariable.data());
+        m_environment.push_back(nullptr);
+    }
+
     QByteArray m_directory;
     ChildProcessRequest::Priority m_priority;
+    int m_input;
     std::vector<QByteArray> m_strings;
     std::vector<char*> m_pointers;
+    QByteArray m_inputVariable;
+    std::vector<char*> m_environment; ///< empty for the one that we have
     FileDescriptor m_privateValue;
 };
 
@@ -192,14 +220,16 @@ void resetSignals() {
         ::dup2(error, STDERR_FILENO) >= 0) {
         // Also what some library of ours has opened without care stays here.
         ::close_range(STDERR_FILENO + 1, UINT_MAX, CLOSE_RANGE_CLOEXEC);
-        if (arguments.descriptor() >= 0)
-            ::fcntl(arguments.descriptor(), F_SETFD, 0);
+        for (const auto descriptor : arguments.descriptors()) {
+            if (descriptor >= 0)
+                ::fcntl(descriptor, F_SETFD, 0);
+        }
         const rlimit none{0, 0}; // what it works on shall not come to lie in a core file
         ::setrlimit(RLIMIT_CORE, &none);
         if (arguments.priority() == ChildProcessRequest::Priority::Low)
             giveWay();
         resetSignals();
-        ::execv(arguments.program(), arguments.pointers());
+        ::execve(arguments.program(), arguments.pointers(), arguments.environment());
     }
     const int code = errno;
     [[maybe_unused]] const auto reported = ::write(report, &code, sizeof code);
@@ -240,8 +270,12 @@ void reap(pid_t pid) {
 
 } // namespace
 
-LaunchedChild launchChild(const ChildProcessRequest& request) {
-    const ExecArguments arguments(request);
+bool waitsForInput(const QString& executable) {
+    return says(executable, "talvera: waits for TALVERA_INPUT_FD");
+}
+
+LaunchedChild launchChild(const ChildProcessRequest& request, const FileDescriptor& input) {
+    const ExecArguments arguments(request, input);
     auto output = makeRoomyPipe();
     auto error = makeRoomyPipe();
     auto report = makePipe();
