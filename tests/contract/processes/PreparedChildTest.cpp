@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <thread>
@@ -63,7 +62,11 @@ protected:
 
     pid_t pid() const { return contents("pid").trimmed().toInt(); }
 
-    static bool hasChildren() { return ::waitpid(-1, nullptr, WNOHANG | WNOWAIT) != -1 || errno != ECHILD; }
+    /// Zombies count.
+    static bool hasChildren() {
+        siginfo_t child{};
+        return ::waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == 0;
+    }
 
     static int openDescriptors() {
         return static_cast<int>(
