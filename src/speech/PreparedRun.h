@@ -9,19 +9,30 @@
 
 namespace talvera {
 
+/// What a run is bound to from its beginning on, as it is on the disk at a moment.
+struct RunFiles {
+    std::optional<FileStamp> model;
+    std::optional<FileStamp> directory; ///< in which it leaves its text, and in no other of the same path
+
+    bool areStill(const RunFiles& before) const {
+        const bool isSameDirectory =
+            directory && before.directory && directory->isSameFile(*before.directory);
+        return model == before.model && isSameDirectory;
+    }
+};
+
 /// A run of the recognition tool that has begun before its recording was there: the tool loads the model, and
 /// waits. One that is destroyed before it was used ends its tool. Any thread.
 class PreparedRun {
 public:
-    PreparedRun(ChildProcessRequest request, std::optional<FileStamp> model,
-                std::unique_ptr<PreparedChild> child)
+    PreparedRun(ChildProcessRequest request, const RunFiles& files, std::unique_ptr<PreparedChild> child)
         : m_request(std::move(request))
-        , m_model(model)
+        , m_files(files)
         , m_child(std::move(child)) {}
 
-    /// Whether it is the run that this request would start, with the model as it is now.
-    bool isFor(const ChildProcessRequest& request, const std::optional<FileStamp>& model) const {
-        return m_request == request && m_model == model;
+    /// Whether it is the run that this request would start, with the files as they are now.
+    bool isFor(const ChildProcessRequest& request, const RunFiles& now) const {
+        return m_request == request && now.areStill(m_files);
     }
 
     /// As PreparedChild has them.
@@ -32,7 +43,7 @@ public:
 
 private:
     const ChildProcessRequest m_request;
-    const std::optional<FileStamp> m_model;
+    const RunFiles m_files;
     const std::unique_ptr<PreparedChild> m_child;
 };
 

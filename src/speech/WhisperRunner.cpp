@@ -43,6 +43,9 @@ bool wasCut(const QByteArray& written, const QByteArray& printed) {
     return inFile.size() < onStream.size() && onStream.startsWith(inFile);
 }
 
+/// The tool holds the whole model in memory, and works in less than as much again.
+constexpr qint64 memoryPerModelByte = 2;
+
 QString textFileOf(const QString& wav) {
     return outputBase(wav) + QStringLiteral(".txt");
 }
@@ -108,7 +111,7 @@ std::optional<QString> WhisperRunner::transcribeAhead(const QByteArray& recordin
     const auto path = textFileOf(wav);
     const bool isThere = m_files.exists(path);
     const auto wanted = request(wav, wavDurationSeconds(recording.size()), mode, language, prompt);
-    if (!prepared.isFor(wanted, m_files.stamp(m_modelURL)))
+    if (!prepared.isFor(wanted, filesNow()))
         return std::nullopt;
     auto result = prepared.finish(recording);
     return result ? std::optional(textOf(std::move(*result), path, isThere)) : std::nullopt;
@@ -117,25 +120,32 @@ std::optional<QString> WhisperRunner::transcribeAhead(const QByteArray& recordin
 std::unique_ptr<PreparedRun> WhisperRunner::prepare(const QString& wav, double seconds, WhisperMode mode,
                                                     const QString& language,
                                                     const std::optional<QString>& prompt) const {
-    const auto model = m_files.stamp(m_modelURL);
-    if (!model || !m_files.isExecutableFile(m_binaryURL))
+    const auto files = filesNow();
+    if (!files.model || !m_files.isExecutableFile(m_binaryURL))
         return nullptr;
     auto wanted = request(wav, seconds, mode, language, prompt);
     auto child = m_processes.prepare(wanted);
-    return child ? std::make_unique<PreparedRun>(std::move(wanted), model, std::move(child)) : nullptr;
+    return child ? std::make_unique<PreparedRun>(std::move(wanted), files, std::move(child)) : nullptr;
+}
+
+RunFiles WhisperRunner::filesNow() const {
+    return {m_files.stamp(m_modelURL), m_files.stamp(m_temporaryDirectory)};
 }
 
 ChildProcessRequest WhisperRunner::request(const QString& wav, std::optional<double> seconds,
                                            WhisperMode mode, const QString& language,
                                            const std::optional<QString>& prompt) const {
-    return {m_binaryURL, whisperArguments(wav, m_modelURL, seconds, mode, language, prompt),
-            m_temporaryDirectory, QStringLiteral("--prompt"), m_priority};
+    ChildProcessRequest request{m_binaryURL,
+                                whisperArguments(wav, m_modelURL, seconds, mode, language, prompt),
+                                m_temporaryDirectory, QStringLiteral("--prompt"), m_priority};
+    request.memory = memoryPerModelByte * m_files.size(m_modelURL).value_or(0);
+    return request;
 }
 
 /// Nothing when the run is another one, or has come to nothing.
 std::optional<ChildProcessResult>
 WhisperRunner::finish(PreparedRun& prepared, const ChildProcessRequest& request, const QString& wav) const {
-    if (!prepared.isFor(request, m_files.stamp(m_modelURL))) {
+    if (!prepared.isFor(request, filesNow())) {
         prepared.end();
         return std::nullopt;
     }

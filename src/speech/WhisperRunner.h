@@ -47,7 +47,8 @@ public:
                                            PreparedRun& prepared) const;
 
     /// Begins the run of a recording that is yet to come, which will last for `seconds`. Null without tool or
-    /// model, and for a tool that doesn't know how to wait, as far as that is known at once. Returns at once.
+    /// model. It comes to nothing with a tool that doesn't know how to wait, and where memory is short. Returns
+    /// at once.
     std::unique_ptr<PreparedRun> prepare(const QString& wav, double seconds, WhisperMode mode,
                                          const QString& language, const std::optional<QString>& prompt) const;
 
@@ -59,6 +60,7 @@ public:
     const QString& modelURL() const { return m_modelURL; }
 
 private:
+    RunFiles filesNow() const;
     ChildProcessRequest request(const QString& wav, std::optional<double> seconds, WhisperMode mode,
                                 const QString& language, const std::optional<QString>& prompt) const;
     std::optional<ChildProcessResult> finish(PreparedRun& prepared, const ChildProcessRequest& request,

@@ -39,15 +39,19 @@ const ToolRun* FakeChildProcess::runFor(const QString& textFile) const {
     return found == m_runFor.end() ? nullptr : &found->second;
 }
 
-/// A run that waits. It may outlive the tool that it is of, as a task that never ends does.
+/// A run that waits, or that has come to nothing. It may outlive the tool that it is of, as a task that never
+/// ends does.
 class FakeChildProcess::Prepared final : public PreparedChild {
 public:
     Prepared(FakeChildProcess& tool, ChildProcessRequest request)
         : m_tool(tool)
         , m_request(std::move(request))
+        , m_directory(tool.m_files.stamp(m_request.workingDirectory))
         , m_runs(tool.m_preparedRuns)
-        , m_kills(m_runs->kills) {
-        m_runs->most = std::max(m_runs->most, ++m_runs->now);
+        , m_kills(m_runs->kills)
+        , m_hasEnded(!tool.knowsHowToWait || m_request.memory > tool.freeMemory) {
+        if (!m_hasEnded)
+            m_runs->most = std::max(m_runs->most, ++m_runs->now);
     }
     Prepared(const Prepared&) = delete;
     Prepared& operator=(const Prepared&) = delete;
@@ -58,7 +62,8 @@ public:
             end();
             return std::nullopt;
         }
-        auto result = m_tool.run(m_request, &input);
+        const Input given{input, m_directory};
+        auto result = m_tool.run(m_request, &given);
         const bool wasEnded = m_hasEnded;
         end();
         return wasEnded ? std::nullopt : std::optional(result);
@@ -72,30 +77,29 @@ public:
 private:
     FakeChildProcess& m_tool;
     const ChildProcessRequest m_request;
+    const std::optional<FileStamp> m_directory;
     const std::shared_ptr<PreparedRuns> m_runs;
     const int m_kills;
-    bool m_hasEnded = false;
+    bool m_hasEnded;
 };
 
 std::unique_ptr<PreparedChild> FakeChildProcess::prepare(const ChildProcessRequest& request) {
-    if (!knowsHowToWait)
-        return nullptr;
-    m_preparedRequests.push_back(request);
-    return std::make_unique<Prepared>(*this, request);
+    auto prepared = std::make_unique<Prepared>(*this, request);
+    if (prepared->isReady())
+        m_preparedRequests.push_back(request);
+    return prepared;
 }
 
 ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     return run(request, nullptr);
 }
 
-/// The recording is the file's content, or what came later.
-ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, const QByteArray* recording) {
+/// Over the recording of the file, or over the input that came later.
+ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, const Input* input) {
     const auto wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
-    const auto bytesOf = [&] {
-        return recording != nullptr ? std::optional<qint64>(recording->size()) : m_files.size(wav);
-    };
-    auto tool = decoded(request, bytesOf());
-    tool.wasPrepared = recording != nullptr;
+    const auto wavBytes = input != nullptr ? input->recording.size() : m_files.size(wav);
+    auto tool = decoded(request, wavBytes);
+    tool.wasPrepared = input != nullptr;
     const bool isWarmup = tool.wav.contains(QStringLiteral("/talvera-warmup-"));
     auto script = isWarmup ? warmup : nextRun();
     if (!isWarmup) {
@@ -106,6 +110,7 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, con
     m_runFor[textFile] = script;
     if (script.launchFailure)
         throw *script.launchFailure;
+    const auto directory = input != nullptr ? input->directory : m_files.stamp(request.workingDirectory);
     m_requests.push_back(tool);
     if (m_onRun)
         m_onRun(tool);
@@ -115,13 +120,13 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, con
     if (script.status != 0)
         return {script.status, script.signalled, script.hung, script.standardError,
                 script.standardOutput.value_or(QByteArray())};
-    const auto wavBytes = bytesOf(); // it may have been deleted meanwhile
     if (!wavBytes)
         return {2, false, false, "error: input file not found '" + tool.wav.toUtf8() + "'\n"};
     const bool hasHeard = *wavBytes > wavHeaderBytes && !script.leavesNoFile;
     if (hears && hasHeard)
-        script.text = hears(tool, recording != nullptr ? *recording : m_files.read(tool.wav));
-    if (hasHeard)
+        script.text = hears(tool, input != nullptr ? input->recording : m_files.read(tool.wav));
+    // It has the right to leave a file in the directory of its beginning, and in no other of that path.
+    if (hasHeard && directory && m_files.stamp(request.workingDirectory) == directory)
         leaveText(textFile, script);
     const auto printed = hasHeard ? '\n' + script.text : QByteArray();
     return {0, false, false, script.standardError, script.standardOutput.value_or(printed)};

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -70,6 +71,8 @@ public:
     std::unique_ptr<PreparedChild> prepare(const ChildProcessRequest& request) override;
 
     bool knowsHowToWait = true;
+    /// Where less memory is free than a run asks for, it isn't begun ahead.
+    qint64 freeMemory = std::numeric_limits<qint64>::max();
     /// The runs that wait for their recording or work on it; and the most that there were at once.
     int prepared() const { return m_preparedRuns->now; }
     int mostPrepared() const { return m_preparedRuns->most; }
@@ -103,7 +106,12 @@ private:
     };
 
     const ToolRun& nextRun() const { return m_runs.at(std::min(m_next, m_runs.size() - 1)); }
-    ChildProcessResult run(const ChildProcessRequest& request, const QByteArray* recording);
+    struct Input {
+        QByteArray recording;
+        std::optional<FileStamp> directory; ///< in which the run has begun
+    };
+
+    ChildProcessResult run(const ChildProcessRequest& request, const Input* input);
     ToolRequest decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) const;
     void leaveText(const QString& path, const ToolRun& script);
 

@@ -8,7 +8,6 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <set>
 
 namespace talvera::test {
 
@@ -73,7 +72,8 @@ private:
 
     mutable std::mutex m_mutex;
     std::map<QString, File> m_files;
-    std::set<QString> m_directories;
+    std::map<QString, quint64> m_directories; // and when each was made, counted in directories
+    quint64 m_made = 0;
     qint64 m_used = 0;
     int m_writes = 0;
     QStringList m_readAheads;

@@ -2,6 +2,7 @@
 #include "linux/posix/PosixPreparedChild.h"
 
 #include "linux/posix/RunningChild.h"
+#include "linux/posix/availableMemory.h"
 #include "platform/system/PlatformError.h"
 
 #include <cerrno>
@@ -31,6 +32,11 @@ std::pair<FileDescriptor, FileDescriptor> makeSockets() {
     if (!theirs.isOpen())
         throw PlatformError(QStringLiteral("ChildProcess"), errno, qt_error_string(errno));
     return {std::move(theirs), std::move(ours)};
+}
+
+bool hasRoom(qint64 bytes) {
+    const auto available = availableMemory();
+    return !available || *available >= bytes;
 }
 
 } // namespace
@@ -97,7 +103,7 @@ public:
         std::optional<ChildProcessResult> result;
         try {
             m_children.awaitDying();
-            if (mayBegin() && waitsForInput(m_request.executable))
+            if (mayBegin() && hasRoom(m_request.memory) && waitsForInput(m_request.executable))
                 result = live();
         } catch (const PlatformError&) {
             // As if it had never been prepared: whoever wants its result starts the program anew.

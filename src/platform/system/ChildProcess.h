@@ -27,6 +27,10 @@ struct ChildProcessRequest {
 
     Priority priority = Priority::Normal;
 
+    /// How many bytes of memory have to be free for it to be started ahead of its input: other programs are
+    /// not to suffer for what nobody waits for yet. run() doesn't ask.
+    qint64 memory = 0;
+
     bool operator==(const ChildProcessRequest&) const = default;
 };
 

@@ -224,6 +224,17 @@ TYPED_TEST(FileSystemContract, stamp_isTheFilesAsLongAsNobodyTouchesIt) {
     EXPECT_EQ(this->files.stamp(this->at("model")), std::nullopt);
 }
 
+TYPED_TEST(FileSystemContract, stampOfADirectory_tellsItFromOthersWhateverIsInIt) {
+    this->files.createDirectories(this->at("one"));
+    this->files.createDirectories(this->at("other"));
+    const auto stamp = this->files.stamp(this->at("one"));
+    ASSERT_TRUE(stamp);
+    this->files.write(this->at("one/file"), "content");
+    EXPECT_TRUE(this->files.stamp(this->at("one"))->isSameFile(*stamp));
+    EXPECT_FALSE(this->files.stamp(this->at("other"))->isSameFile(*stamp));
+    EXPECT_FALSE(this->files.stamp(this->at("one/file"))->isSameFile(*stamp));
+}
+
 TYPED_TEST(FileSystemContract, readingAhead_needsNoFileAndChangesNone) {
     this->files.readAhead(this->at("none"));
     this->files.readAhead(this->system.directory);

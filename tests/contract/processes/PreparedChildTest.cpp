@@ -10,8 +10,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <limits>
 #include <thread>
 
 #include <fcntl.h>
@@ -66,6 +68,15 @@ protected:
     static bool hasChildren() {
         siginfo_t child{};
         return ::waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == 0;
+    }
+
+    /// Whether a process of the machine has been started with this argument.
+    static bool runsAnywhere(const QString& argument) {
+        const auto processes = QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs);
+        return std::any_of(processes.begin(), processes.end(), [&](const QString& process) {
+            QFile line("/proc/" + process + "/cmdline");
+            return line.open(QIODevice::ReadOnly) && line.readAll().split('\0').contains(argument.toUtf8());
+        });
     }
 
     static int openDescriptors() {
@@ -127,6 +138,17 @@ TEST_F(PreparedChildTest, programThatDoesNotKnowHowToWait_isNotStarted) {
     toolIs("echo started >started");
     EXPECT_EQ(prepare()->finish("x"), std::nullopt);
     EXPECT_EQ(contents("started"), "(none)");
+}
+
+TEST_F(PreparedChildTest, programThatNeedsMoreMemoryThanIsFree_isNotStarted) {
+    toolIs("echo started >started\n" + waits + "cat <&3 >got");
+    ChildProcessRequest request{at("tool"), {}, temporary.path(), "--prompt"};
+    request.memory = std::numeric_limits<qint64>::max();
+    EXPECT_EQ(process.prepare(request)->finish("x"), std::nullopt);
+    EXPECT_EQ(contents("started"), "(none)");
+    request.memory = 1;
+    EXPECT_TRUE(process.prepare(request)->finish("x"));
+    EXPECT_EQ(contents("got"), "x");
 }
 
 TEST_F(PreparedChildTest, programThatCannotBeStarted_givesNothing) {
@@ -219,7 +241,7 @@ TEST_F(PreparedChildTest, programThatHangsOverItsInput_isEnded) {
 }
 
 TEST_F(PreparedChildTest, waitingForTheInput_isNoHanging) {
-    constexpr auto idle = 3s; // that no busy machine reaches over a few bytes
+    constexpr auto idle = 8s; // that no busy machine reaches over a few bytes
     process = PosixChildProcess({idle, 60s});
     toolIs(waits + "cat <&3 >got");
     auto child = prepareAndAwait();
@@ -265,6 +287,22 @@ TEST_F(PreparedChildTest, deathOfTheAgent_endsTheChildWhereverItIs) {
         ::waitpid(agent, nullptr, 0);
         EXPECT_EQ(lives.readLine(), "") << "the pipe ends when nobody holds it any more";
     }
+}
+
+TEST_F(PreparedChildTest, deathOfTheAgentAtAnyMoment_leavesNoChild) {
+    toolIs(waits + "cat <&3 >got; exec -a \"$0\" sleep 1000");
+    constexpr int deaths = 60;
+    for (int death = 0; death < deaths; ++death) {
+        const auto agent = ::fork();
+        if (agent == 0) {
+            prepare()->finish("x");
+            ::_exit(0);
+        }
+        std::this_thread::sleep_for(death * 300us); // from before the launch to the middle of the work
+        ::kill(agent, SIGKILL);
+        ::waitpid(agent, nullptr, 0);
+    }
+    EXPECT_TRUE(eventually([this] { return !runsAnywhere(at("tool")); }));
 }
 
 } // namespace

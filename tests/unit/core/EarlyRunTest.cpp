@@ -185,6 +185,15 @@ TEST_F(EarlyRun, modelThatIsReplacedMeanwhile_endsIt) {
     expectPlainRun();
 }
 
+TEST_F(EarlyRun, directoryThatIsReplacedMeanwhile_endsIt) {
+    launch();
+    record();
+    world.loseTemporaryDirectory(); // and gets another one
+    world.actor.settle();
+    letGo();
+    expectPlainRun();
+}
+
 TEST_F(EarlyRun, modelThatIsGoneMeanwhile_failsAsEver) {
     launch();
     record();
@@ -215,12 +224,44 @@ TEST_F(EarlyRun, toolThatFailsOverTheRecording_isNotStartedAgain) {
     EXPECT_EQ(texts(), QStringList());
 }
 
-TEST_F(EarlyRun, machineThatCannotPrepare_isNoWorseThanBefore) {
+TEST_F(EarlyRun, toolThatCannotWait_isStartedAfterTheRelease) {
     world.tool.knowsHowToWait = false;
     launch();
     record();
     letGo();
     expectPlainRun();
+}
+
+TEST_F(EarlyRun, minuteOfSpeechForAToolThatCannotWait_isRecognisedAfterTheRelease) {
+    world.tool.knowsHowToWait = false;
+    launch();
+    hear(0);
+    recognise({text("one two three"), text("three four five"), text("five six")});
+    record();
+    say(60);
+    advance(5);
+    EXPECT_TRUE(runs().empty());
+    letGo();
+    runToRest();
+    EXPECT_EQ(runs().size(), 3U);
+    for (const auto& run : runs())
+        EXPECT_FALSE(run.wasPrepared);
+    EXPECT_EQ(texts().value(0), "one two three four five six");
+}
+
+TEST_F(EarlyRun, memoryThatIsShort_isLeftToOtherPrograms) {
+    const auto needed = 2 * SimulatedMachine::wholeModel.size();
+    launch();
+    world.tool.freeMemory = needed - 1;
+    record();
+    letGo();
+    expectPlainRun();
+    world.tool.freeMemory = needed;
+    record();
+    EXPECT_EQ(world.tool.prepared(), 1);
+    letGo();
+    runToRest();
+    EXPECT_TRUE(runs().back().wasPrepared);
 }
 
 TEST_F(EarlyRun, secondPass_isAPlainRun) {
