@@ -47,8 +47,8 @@ public:
                                            PreparedRun& prepared) const;
 
     /// Begins the run of a recording that is yet to come, which will last for `seconds`. Null without tool or
-    /// model. It comes to nothing with a tool that doesn't know how to wait, and where memory is short. Returns
-    /// at once.
+    /// model. It comes to nothing with a tool that doesn't know how to wait, and where memory is short.
+    /// Returns at once.
     std::unique_ptr<PreparedRun> prepare(const QString& wav, double seconds, WhisperMode mode,
                                          const QString& language, const std::optional<QString>& prompt) const;
 

@@ -62,7 +62,7 @@ protected:
         EXPECT_TRUE(eventually([] { return recognisers().empty(); }));
     }
 
-    /// An agent whose launch has had its own run of the recogniser, so that one that is seen is a recording's.
+    /// Once the launch's own run of the recogniser is over, so that one that is seen is a recording's.
     void startWarmAgent() {
         home.setPreferences({});
         agent.emplace(home);

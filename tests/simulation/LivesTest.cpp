@@ -32,7 +32,7 @@ TEST(Lives, ofFortySeeds_areWithoutAViolation) {
 }
 
 TEST(Lives, withARecogniserThatCannotBePrepared_areTheSame) {
-    constexpr std::uint64_t seeds = 40;
+    constexpr std::uint64_t seeds = 30;
     std::uint64_t lives = 0;
     for (std::uint64_t seed = 101; seed <= 100 + seeds; ++seed) {
         Simulation prepared(seed);
