@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 namespace talvera::bench {
@@ -30,6 +32,18 @@ const char* sign(Aim::Kind kind) {
 std::string verdict(const Aim& aim, double value) {
     return std::string("aim ") + sign(aim.kind) + " " + formatted("%g", aim.limit) +
            (aim.isMetBy(value) ? "   met" : "   MISSED");
+}
+
+/// Keeps the values for bench/plot, in the file that the environment names, if it does.
+void keep(const std::string& what, const std::vector<double>& values, const std::optional<Aim>& aim) {
+    const char* path = std::getenv("TALVERA_BENCH_VALUES");
+    if (path == nullptr)
+        return;
+    std::ofstream file(path, std::ios::app);
+    file << what << '\t' << (aim ? formatted("%g", aim->limit) : "");
+    for (const auto value : values)
+        file << '\t' << value;
+    file << '\n';
 }
 
 } // namespace
@@ -65,6 +79,7 @@ double Figure::median() const {
 
 void Figure::print(std::optional<Aim> aim) const {
     const double value = median();
+    keep(m_what, m_values, aim);
     std::string range;
     if (m_values.size() > 1) {
         const auto [least, most] = std::minmax_element(m_values.begin(), m_values.end());

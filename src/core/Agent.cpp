@@ -102,6 +102,7 @@ public:
     ModelStore models;
     AudioRecorder recorder;
     WhisperRunner whisper;
+    EarlyRecognition early;
     ChunkedTranscription transcription;
     DictationHUDController hud;
     MenuBarController menuBar;
@@ -158,8 +159,9 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
                                                      : ModelStore::Items::MainFileAlone)
     , recorder(machine.sound.engine, machine.sound.converters, machine.system.files, machine.actor)
     , whisper(makeRunner())
+    , early({machine.actor, machine.background, machine.system.files, recorder, whisper})
     , transcription(machine.actor, machine.background, machine.system.files, machine.sound.files,
-                    machine.system.console)
+                    machine.system.console, &early)
     , hud(machine.actor, [this] { return m_windows.makeHUDPanel(hud.stateHolder()); })
     , menuBar(machine.actor, settings)
     , readiness({machine.actor, machine.sound.permission, machine.desktop.access, machine.language.model,
@@ -275,6 +277,7 @@ Agent::Wiring::makeDictation(std::shared_ptr<PermissionPrompt> permissions) {
                                    .settings = settings,
                                    .models = models,
                                    .recorder = recorder,
+                                   .early = early,
                                    .focus = focus,
                                    .inserter = inserter,
                                    .menuBar = menuBar,
@@ -510,6 +513,7 @@ void Agent::prepareWindows() {
 }
 
 void Agent::stop() {
+    m_wiring->early.end();
     m_wiring->delegate.reset();
 }
 

@@ -4,6 +4,7 @@
 #include "concurrency/MainActor.h"
 #include "core/OutputPipeline.h"
 #include "core/PermissionPrompt.h"
+#include "core/Route.h"
 #include "delivery/FocusTracker.h"
 #include "delivery/TextInserter.h"
 #include "language/AICleanup.h"
@@ -22,6 +23,7 @@
 #include "shell/readiness/ReadinessMonitor.h"
 #include "shell/settings/StartSound.h"
 #include "speech/AudioRecorder.h"
+#include "speech/EarlyRecognition.h"
 #include "text/Localization.h"
 
 #include <QLocale>
@@ -139,7 +141,10 @@ void DictationController::beginRecording() {
     m_pendingRecordStart.reset();
     if (m_parts.menuBar.state.get() != State::Idle || !m_currentWav)
         return;
-    m_parts.recorder.setOnLevel([&hud = m_parts.hud](float level) { hud.setLevel(level); });
+    m_parts.recorder.setOnLevel([&hud = m_parts.hud, &early = m_parts.early](float level) {
+        hud.setLevel(level);
+        early.follow();
+    });
     try {
         m_parts.recorder.start();
     } catch (const std::exception& error) {
@@ -150,9 +155,17 @@ void DictationController::beginRecording() {
     m_parts.menuBar.state.set(State::Recording);
     m_parts.hud.show(DictationHUDState::Listening{m_parts.actor.date()});
     playStartSound(m_parts.sounds, m_parts.settings.startSoundName.get());
+    recogniseEarly(*m_currentWav);
     m_parts.inserter.prepare();
     if (willAskLanguageModel())
         m_parts.languageModel.prepare(); // it loads while the user speaks
+}
+
+/// With the settings as they are now; those of the release decide whether it was of use.
+void DictationController::recogniseEarly(const QString& wav) {
+    const auto request = requestNow();
+    const auto mode = translatesDirectly(request) ? WhisperMode::TranslateToEnglish : WhisperMode::Transcribe;
+    m_parts.early.begin({wav, mode, request.source});
 }
 
 /// As far as the settings can tell; those of the release decide.
@@ -213,6 +226,7 @@ void DictationController::finishRecording(const QString& wav) {
     try {
         audioSeconds = m_parts.recorder.stop(wav);
     } catch (const std::exception& error) {
+        m_parts.early.end();
         m_parts.trace(QStringLiteral("Recorder stop failed: ") + QString::fromUtf8(error.what()));
         sayNotSaved();
         return; // the next press overwrites what this one has left
@@ -247,19 +261,26 @@ void DictationController::sayNotSaved() {
         m_parts.notifier.notify(message, {}, [](bool) {});
 }
 
-DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,
-                                                  ResolvedMode mode) const {
+/// What the settings ask for now, of any recording.
+DictationRequest DictationController::requestNow() const {
     const auto& settings = m_parts.settings;
     const auto aiState = m_parts.readiness.currentAIState();
     DictationRequest request;
     request.target = TargetLanguage::byCode(settings.targetLanguageCode.get());
     request.source = settings.sourceLanguageCode.get();
-    request.wav = wav;
-    request.audioSeconds = audioSeconds;
-    request.mode = mode;
     request.aiAvailable = aiState == AIAvailabilityState::Available;
     request.cleanup = settings.aiCleanupEnabled.get() && request.aiAvailable &&
                       settings.cleanupTone.get() != CleanupTone::Off;
+    return request;
+}
+
+DictationRequest DictationController::makeRequest(const QString& wav, double audioSeconds,
+                                                  ResolvedMode mode) const {
+    const auto aiState = m_parts.readiness.currentAIState();
+    auto request = requestNow();
+    request.wav = wav;
+    request.audioSeconds = audioSeconds;
+    request.mode = mode;
     const bool aiSourceOK =
         request.source == QStringLiteral("auto") ||
         AICleanup::isSourceSupported(request.source, aiState,
@@ -275,6 +296,7 @@ DictationRequest DictationController::makeRequest(const QString& wav, double aud
 }
 
 void DictationController::discardRecording(const QString& wav) {
+    m_parts.early.end();
     m_parts.menuBar.state.set(State::Idle);
     deleteFile(wav);
 }

@@ -21,6 +21,7 @@ namespace talvera {
 class AppSettings;
 class AudioRecorder;
 class DictationHUDController;
+class EarlyRecognition;
 class FileSystem;
 class FocusTracker;
 class LanguageModel;
@@ -59,6 +60,7 @@ public:
         AppSettings& settings;
         ModelStore& models;
         AudioRecorder& recorder;
+        EarlyRecognition& early;
         FocusTracker& focus;
         TextInserter& inserter;
         MenuBarController& menuBar;
@@ -106,6 +108,7 @@ private:
     void startPressAfterHoldDelay();
     void startPressNow();
     void beginRecording();
+    void recogniseEarly(const QString& wav);
     bool willAskLanguageModel() const;
     void giveUpRecording(const std::exception& error);
 
@@ -116,6 +119,7 @@ private:
     void sayNotSaved();
     void discardRecording(const QString& wav);
     void deleteFile(const QString& path);
+    DictationRequest requestNow() const;
     DictationRequest makeRequest(const QString& wav, double audioSeconds, ResolvedMode mode) const;
 
     const Parts m_parts;

@@ -53,6 +53,8 @@ std::vector<std::int16_t> firstChannel(const std::vector<std::byte>& bytes, int 
 
 } // namespace
 
+const AudioChunker::Lengths AudioChunker::usualLengths{25.0, 2.0, 28.0};
+
 std::vector<AudioChunker::Cut> AudioChunker::cuts(std::int64_t frames, double sampleRate,
                                                   const Lengths& lengths) {
     const auto chunkFrames = wholeFrames(lengths.chunkSeconds, sampleRate);
@@ -86,15 +88,18 @@ AudioChunker::split(AudioFileReader& reader, FileSystem& files, const QString& w
 
     auto samples = readSamples(*file);
     const WipedAtEnd wiped(samples);
-    const auto base = outputBase(wav);
     std::vector<Chunk> chunks;
     for (const auto& cut : cuts(static_cast<std::int64_t>(samples.size()), sampleRate, lengths)) {
-        const auto path = QStringLiteral("%1-chunk%2.wav").arg(base, QString::number(chunks.size()));
+        const auto path = pathOf(wav, chunks.size());
         const std::span piece(samples.data() + cut.first, static_cast<std::size_t>(cut.count));
         writeWAV(files, piece, static_cast<int>(sampleRate), path);
         chunks.push_back({path, cut.startSeconds, cut.durationSeconds});
     }
     return chunks;
+}
+
+QString AudioChunker::pathOf(const QString& wav, std::size_t index) {
+    return QStringLiteral("%1-chunk%2.wav").arg(outputBase(wav), QString::number(index));
 }
 
 void AudioChunker::cleanup(FileSystem& files, const std::vector<Chunk>& chunks) {

@@ -23,6 +23,9 @@ public:
         double minDuration;    ///< a recording is long when it is longer than this
     };
 
+    /// Those of every dictation.
+    static const Lengths usualLengths;
+
     /// A piece of a recording, in frames and in seconds.
     struct Cut {
         std::int64_t first;
@@ -54,6 +57,9 @@ public:
 
     /// The first channel as 16-bit samples. Throws PlatformError.
     static std::vector<std::int16_t> readSamples(AudioFile& file);
+
+    /// Where the piece of this number lies that is written for the recording `wav`.
+    static QString pathOf(const QString& wav, std::size_t index);
 
 private:
     static std::vector<Cut> cuts(std::int64_t frames, double sampleRate, const Lengths& lengths);

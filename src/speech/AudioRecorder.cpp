@@ -30,7 +30,7 @@ AudioRecorder::~AudioRecorder() {
 void AudioRecorder::start() {
     if (m_isRecording)
         return;
-    wipe(m_samples); // what could not be written last time; the memory stays for the next
+    forgetSamples(); // what could not be written last time
     const auto format = m_engine.inputFormat();
     m_converter = m_converters.make(format, {targetSampleRate, 1, SampleType::Int16});
     m_engine.installTap(tapFrames, format, [this](const AudioBuffer& buffer) {
@@ -50,8 +50,27 @@ double AudioRecorder::stop(const QString& path) {
     const auto kept = trimTrailingSilence(m_samples, targetSampleRate);
     writeWAV(m_files, kept, static_cast<int>(targetSampleRate), path);
     const auto seconds = static_cast<double>(kept.size()) / targetSampleRate;
-    wipe(m_samples);
+    forgetSamples();
     return seconds;
+}
+
+/// Their memory stays for the next recording.
+void AudioRecorder::forgetSamples() {
+    const std::scoped_lock lock(m_samplesMutex);
+    wipe(m_samples);
+    m_settled = 0;
+}
+
+std::size_t AudioRecorder::settledSamples() const {
+    const std::scoped_lock lock(m_samplesMutex);
+    return m_settled;
+}
+
+WipedVector<std::int16_t> AudioRecorder::settledSamples(std::size_t first, std::size_t count) const {
+    const std::scoped_lock lock(m_samplesMutex);
+    const std::span settled(m_samples.data(), m_settled);
+    const auto wanted = settled.subspan(first, count);
+    return {wanted.begin(), wanted.end()};
 }
 
 void AudioRecorder::setOnLevel(LevelObserver observer) {
@@ -75,6 +94,9 @@ void AudioRecorder::append(const AudioBuffer& buffer) {
     const auto capacity =
         static_cast<std::size_t>(ratio * static_cast<double>(buffer.frameLength)) + spareFrames;
     if (auto converted = m_converter->convert(buffer, capacity)) {
+        const std::scoped_lock lock(m_samplesMutex);
+        if (const auto loud = loudLength(*converted); loud > 0)
+            m_settled = m_samples.size() + loud;
         m_samples.insert(m_samples.end(), converted->begin(), converted->end());
         wipe(*converted);
     }

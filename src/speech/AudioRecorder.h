@@ -40,6 +40,12 @@ public:
 
     bool isRecording() const { return m_isRecording; }
 
+    /// How many samples of the present recording are certain to be in its file, from the first one on,
+    /// whatever is still said: silence behind them may be trimmed. At 16000 a second.
+    std::size_t settledSamples() const;
+    /// A copy of samples that are settled.
+    WipedVector<std::int16_t> settledSamples(std::size_t first, std::size_t count) const;
+
     /// Called on the main thread, once per captured buffer, from the next buffer on.
     void setOnLevel(LevelObserver observer);
 
@@ -49,6 +55,7 @@ public:
 
 private:
     void append(const AudioBuffer& buffer);
+    void forgetSamples();
     void postLevel(const AudioBuffer& buffer);
 
     static constexpr double targetSampleRate = 16000.0;
@@ -59,10 +66,13 @@ private:
     FileSystem& m_files;
     MainActor& m_mainActor;
 
-    // These two belong to the tap's thread while a tap is installed, and to the main thread otherwise; the
-    // engine's installTap() and removeTap() order the one before the other.
+    // Belongs to the tap's thread while a tap is installed, and to the main thread otherwise; the engine's
+    // installTap() and removeTap() order the one before the other.
     std::unique_ptr<AudioConverter> m_converter;
+
+    mutable std::mutex m_samplesMutex; // what has been recorded is looked at while more comes
     WipedVector<std::int16_t> m_samples;
+    std::size_t m_settled = 0;
 
     bool m_isRecording = false;
 

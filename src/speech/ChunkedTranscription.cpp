@@ -27,13 +27,34 @@ private:
     const std::vector<AudioChunker::Chunk>& m_chunks;
 };
 
+/// What was begun ahead for a recording serves its first pass alone, however that ends.
+class EarlyEnd {
+public:
+    explicit EarlyEnd(EarlyRecognition* early)
+        : m_early(early) {}
+    EarlyEnd(const EarlyEnd&) = delete;
+    EarlyEnd& operator=(const EarlyEnd&) = delete;
+    ~EarlyEnd() {
+        if (m_early != nullptr)
+            m_early->end();
+    }
+
+private:
+    EarlyRecognition* m_early;
+};
+
 } // namespace
 
 Task<QString> ChunkedTranscription::transcribeChunked(const WhisperRunner& runner, QString wav,
                                                       WhisperMode mode, QString language, double chunkSeconds,
                                                       double overlapSeconds, double minDuration) {
     const AudioChunker::Lengths lengths{chunkSeconds, overlapSeconds, minDuration};
+    const EarlyEnd early(m_early);
     auto chunks = split(wav, mode, lengths);
+    if (m_early != nullptr) {
+        const EarlyRecognition::Pass pass{wav, mode, language};
+        co_await m_early->meet(pass, chunks.has_value());
+    }
     if (!chunks) {
         const std::optional<QString> defaultPrompt;
         co_return co_await run(runner, wav, mode, language, defaultPrompt);
@@ -55,10 +76,27 @@ ChunkedTranscription::split(const QString& wav, WhisperMode mode, const AudioChu
 
 Task<QString> ChunkedTranscription::run(const WhisperRunner& runner, QString wav, WhisperMode mode,
                                         QString language, std::optional<QString> prompt) {
-    std::function<QString()> work = [&runner, wav, mode, language, prompt] {
-        return runner.transcribe(wav, mode, language, prompt);
+    const auto prepared = m_early != nullptr ? m_early->takePrepared() : nullptr;
+    std::function<QString()> work = [&runner, wav, mode, language, prompt, prepared] {
+        return runner.transcribe(wav, mode, language, prompt, prepared.get());
     };
     co_return co_await onBackground(m_background, work);
+}
+
+/// And the seconds that its run has taken, which may have been ahead.
+Task<EarlyRecognition::ChunkText> ChunkedTranscription::textOfChunk(const WhisperRunner& runner,
+                                                                    const AudioChunker::Chunk& chunk,
+                                                                    std::size_t index, WhisperMode mode,
+                                                                    QString language,
+                                                                    std::optional<QString> prompt) {
+    if (m_early != nullptr) {
+        const auto early = co_await m_early->textOf(index, chunk.url, prompt);
+        if (early)
+            co_return *early;
+    }
+    const auto started = m_mainActor.now();
+    auto text = co_await run(runner, chunk.url, mode, language, prompt);
+    co_return EarlyRecognition::ChunkText{std::move(text), toSeconds(m_mainActor.now() - started)};
 }
 
 Task<QString> ChunkedTranscription::transcribeChunks(const WhisperRunner& runner, Chunks chunks,
@@ -69,9 +107,8 @@ Task<QString> ChunkedTranscription::transcribeChunks(const WhisperRunner& runner
     QStringList texts;
     for (const auto& chunk : chunks) {
         const auto prompt = texts.isEmpty() ? std::nullopt : tailPrompt(texts.last());
-        const auto started = m_mainActor.now();
-        const auto text = co_await run(runner, chunk.url, mode, language, prompt);
-        const auto decoded = toSeconds(m_mainActor.now() - started);
+        const auto index = static_cast<std::size_t>(texts.size());
+        const auto [text, decoded] = co_await textOfChunk(runner, chunk, index, mode, language, prompt);
         texts.append(text);
         m_console.print(QString::asprintf("TALVERA_PERF chunk_%s %d/%d audio=%.1fs decode=%.2fs chars=%d",
                                           word.constData(), static_cast<int>(texts.size()),

@@ -42,6 +42,10 @@ std::optional<float> inputLevel(const AudioBuffer& buffer) {
     return std::max(0.0F, std::min(1.0F, std::sqrt(rms) * levelGain));
 }
 
+std::size_t loudLength(std::span<const std::int16_t> samples) {
+    return static_cast<std::size_t>(samples.rend() - std::find_if(samples.rbegin(), samples.rend(), isLoud));
+}
+
 std::span<const std::int16_t> trimTrailingSilence(std::span<const std::int16_t> samples, double sampleRate) {
     const auto lastLoud = std::find_if(samples.rbegin(), samples.rend(), isLoud);
     if (lastLoud == samples.rend())

@@ -49,6 +49,10 @@ double wavDurationSeconds(qint64 bytes) {
     return static_cast<double>(std::max<qint64>(bytes - wavHeaderBytes, 0)) / wavBytesPerSecond;
 }
 
+bool isShortClip(std::optional<double> seconds) {
+    return seconds && *seconds < shortClipSeconds;
+}
+
 std::optional<QString> defaultPrompt(WhisperMode mode, const QString& language) {
     if (mode == WhisperMode::TranslateToEnglish)
         return QString::fromUtf16(englishTranslationPrompt);
@@ -62,7 +66,7 @@ std::optional<QString> defaultPrompt(WhisperMode mode, const QString& language) 
 QStringList whisperArguments(const QString& wav, const QString& model, std::optional<double> duration,
                              WhisperMode mode, const QString& language,
                              const std::optional<QString>& prompt) {
-    const bool isShort = duration && *duration < shortClipSeconds;
+    const bool isShort = isShortClip(duration);
     const auto candidates = isShort ? QStringLiteral("1") : QStringLiteral("5");
 
     QStringList arguments = {

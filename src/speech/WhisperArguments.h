@@ -16,6 +16,10 @@ QString outputBase(const QString& wav);
 /// How many seconds a WAV file of `bytes` bytes holds. The file itself is not looked at.
 double wavDurationSeconds(qint64 bytes);
 
+/// Whether a clip is decoded greedily, and once: the command line depends on a recording's length in this
+/// alone. An unknown length counts as long.
+bool isShortClip(std::optional<double> seconds);
+
 /// The sentence that shows the decoder the punctuation that we want; nothing for most languages. The look-up
 /// is by the exact code.
 std::optional<QString> defaultPrompt(WhisperMode mode, const QString& language);

@@ -43,6 +43,13 @@ bool wasCut(const QByteArray& written, const QByteArray& printed) {
     return inFile.size() < onStream.size() && onStream.startsWith(inFile);
 }
 
+/// The tool holds the whole model in memory, and works in less than as much again.
+constexpr qint64 memoryPerModelByte = 2;
+
+QString textFileOf(const QString& wav) {
+    return outputBase(wav) + QStringLiteral(".txt");
+}
+
 bool agree(const QByteArray& written, const QByteArray& printed) {
     auto inFile = withoutBlanks(written);
     const WipedAtEnd wipedFile(inFile);
@@ -75,19 +82,86 @@ WhisperRunner WhisperRunner::atLowPriority() const {
 
 QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QString& language,
                                   const std::optional<QString>& prompt) const {
+    return transcribe(wav, mode, language, prompt, nullptr);
+}
+
+QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QString& language,
+                                  const std::optional<QString>& prompt, PreparedRun* prepared) const {
     if (!m_files.isExecutableFile(m_binaryURL))
         throw WhisperError::missingBinary();
     if (!m_files.exists(m_modelURL))
         throw WhisperError::missingModel();
 
-    const auto path = outputBase(wav) + QStringLiteral(".txt");
+    const auto path = textFileOf(wav);
     const bool isThere = m_files.exists(path); // of an earlier pass, since it could not be deleted
-    std::optional<double> duration;
+    std::optional<double> seconds;
     if (const auto bytes = m_files.size(wav))
-        duration = wavDurationSeconds(*bytes);
-    auto result =
-        m_processes.run({m_binaryURL, whisperArguments(wav, m_modelURL, duration, mode, language, prompt),
-                         m_temporaryDirectory, QStringLiteral("--prompt"), m_priority});
+        seconds = wavDurationSeconds(*bytes);
+    const auto wanted = request(wav, seconds, mode, language, prompt);
+    auto result = prepared != nullptr ? finish(*prepared, wanted, wav) : std::nullopt;
+    if (!result)
+        result = m_processes.run(wanted);
+    return textOf(std::move(*result), path, isThere);
+}
+
+std::optional<QString> WhisperRunner::transcribeAhead(const QByteArray& recording, const QString& wav,
+                                                      WhisperMode mode, const QString& language,
+                                                      const std::optional<QString>& prompt,
+                                                      PreparedRun& prepared) const {
+    const auto path = textFileOf(wav);
+    const bool isThere = m_files.exists(path);
+    const auto wanted = request(wav, wavDurationSeconds(recording.size()), mode, language, prompt);
+    if (!prepared.isFor(wanted, filesNow()))
+        return std::nullopt;
+    auto result = prepared.finish(recording);
+    return result ? std::optional(textOf(std::move(*result), path, isThere)) : std::nullopt;
+}
+
+std::unique_ptr<PreparedRun> WhisperRunner::prepare(const QString& wav, double seconds, WhisperMode mode,
+                                                    const QString& language,
+                                                    const std::optional<QString>& prompt) const {
+    const auto files = filesNow();
+    if (!files.model || !m_files.isExecutableFile(m_binaryURL))
+        return nullptr;
+    auto wanted = request(wav, seconds, mode, language, prompt);
+    auto child = m_processes.prepare(wanted);
+    return child ? std::make_unique<PreparedRun>(std::move(wanted), files, std::move(child)) : nullptr;
+}
+
+RunFiles WhisperRunner::filesNow() const {
+    return {m_files.stamp(m_modelURL), m_files.stamp(m_temporaryDirectory)};
+}
+
+ChildProcessRequest WhisperRunner::request(const QString& wav, std::optional<double> seconds,
+                                           WhisperMode mode, const QString& language,
+                                           const std::optional<QString>& prompt) const {
+    ChildProcessRequest request{m_binaryURL,
+                                whisperArguments(wav, m_modelURL, seconds, mode, language, prompt),
+                                m_temporaryDirectory, QStringLiteral("--prompt"), m_priority};
+    request.memory = memoryPerModelByte * m_files.size(m_modelURL).value_or(0);
+    return request;
+}
+
+/// Nothing when the run is another one, or has come to nothing.
+std::optional<ChildProcessResult>
+WhisperRunner::finish(PreparedRun& prepared, const ChildProcessRequest& request, const QString& wav) const {
+    if (!prepared.isFor(request, filesNow())) {
+        prepared.end();
+        return std::nullopt;
+    }
+    QByteArray recording;
+    const WipedAtEnd wiped(recording);
+    try {
+        recording = m_files.read(wav);
+    } catch (const PlatformError&) {
+        prepared.end(); // the tool itself will say what is wrong with the recording
+        return std::nullopt;
+    }
+    return prepared.finish(recording);
+}
+
+/// The transcript that a run has left at `path`; before it, something may have been there already.
+QString WhisperRunner::textOf(ChildProcessResult result, const QString& path, bool wasThere) const {
     const WipedAtEnd wipedOutput(result.standardOutput);
     if (result.status != 0) {
         throw WhisperError::processFailed(
@@ -95,7 +169,7 @@ QString WhisperRunner::transcribe(const QString& wav, WhisperMode mode, const QS
     }
     auto written = takeOutput(path);
     const WipedAtEnd wipedFile(written);
-    if (isThere && !agree(written, result.standardOutput))
+    if (wasThere && !agree(written, result.standardOutput))
         throw WhisperError::outputUnreadable(); // this pass may have left none
     auto text = decodedUtf8(wasCut(written, result.standardOutput) ? result.standardOutput : written);
     if (!text)

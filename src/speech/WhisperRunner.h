@@ -4,11 +4,13 @@
 #include "platform/system/ChildProcess.h"
 #include "platform/system/Directories.h"
 #include "platform/system/FileSystem.h"
+#include "speech/PreparedRun.h"
 #include "speech/WhisperError.h"
 #include "speech/WhisperMode.h"
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 namespace talvera {
@@ -33,6 +35,23 @@ public:
     QString transcribe(const QString& wav, WhisperMode mode, const QString& language,
                        const std::optional<QString>& prompt = std::nullopt) const;
 
+    /// The same, by a run that was prepared if that is the one that it takes; else that is ended. A prepared
+    /// run whose tool has come to nothing before it had read the recording counts as none.
+    QString transcribe(const QString& wav, WhisperMode mode, const QString& language,
+                       const std::optional<QString>& prompt, PreparedRun* prepared) const;
+
+    /// The same by the prepared run alone, of a recording whose file need not be there; nothing where
+    /// transcribe() would begin another run.
+    std::optional<QString> transcribeAhead(const QByteArray& recording, const QString& wav, WhisperMode mode,
+                                           const QString& language, const std::optional<QString>& prompt,
+                                           PreparedRun& prepared) const;
+
+    /// Begins the run of a recording that is yet to come, which will last for `seconds`. Null without tool or
+    /// model. It comes to nothing with a tool that doesn't know how to wait, and where memory is short.
+    /// Returns at once.
+    std::unique_ptr<PreparedRun> prepare(const QString& wav, double seconds, WhisperMode mode,
+                                         const QString& language, const std::optional<QString>& prompt) const;
+
     /// The same runner for what nobody waits for: its runs give way to everything else on the machine.
     WhisperRunner atLowPriority() const;
 
@@ -41,6 +60,12 @@ public:
     const QString& modelURL() const { return m_modelURL; }
 
 private:
+    RunFiles filesNow() const;
+    ChildProcessRequest request(const QString& wav, std::optional<double> seconds, WhisperMode mode,
+                                const QString& language, const std::optional<QString>& prompt) const;
+    std::optional<ChildProcessResult> finish(PreparedRun& prepared, const ChildProcessRequest& request,
+                                             const QString& wav) const;
+    QString textOf(ChildProcessResult result, const QString& path, bool wasThere) const;
     QByteArray takeOutput(const QString& path) const;
 
     ChildProcess& m_processes;

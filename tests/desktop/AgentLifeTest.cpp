@@ -61,6 +61,24 @@ protected:
     void expectNoRecogniserIsLeft() {
         EXPECT_TRUE(eventually([] { return recognisers().empty(); }));
     }
+
+    /// Once the launch's own run of the recogniser is over, so that one that is seen is a recording's.
+    void startWarmAgent() {
+        home.setPreferences({});
+        agent.emplace(home);
+        agent->awaitLine("[warmup] whisper ready in ");
+        if (agent->count("microphone authorized") == 0)
+            agent->await("microphone authorized");
+        agent->awaitRest();
+    }
+
+    /// With a recogniser that waits for what is said.
+    void beginRecording() {
+        ASSERT_EQ(recognisers().size(), 0U);
+        keys.press(hotkey);
+        agent->await("menu recording");
+        ASSERT_TRUE(eventually([] { return recognisers().size() == 1; }));
+    }
 };
 
 } // namespace
@@ -193,6 +211,52 @@ TEST_F(AgentLife, killedDuringRecognition_takesTheRecogniserAlongAndTheNextStart
     startAgentAgain();
     EXPECT_EQ(leftFiles(), QStringList());
     dictateInto(editor);
+}
+
+TEST_F(AgentLife, privateDirectoryCleanedUpWhileRecording_costsNoText) {
+    startWarmAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    beginRecording();
+    QDir directory(qEnvironmentVariable("XDG_RUNTIME_DIR") + "/talvera");
+    const auto agents = [&] { return directory.entryList({"agent-*"}, QDir::Dirs); };
+    const auto own = agents();
+    ASSERT_EQ(own.size(), 1);
+    ASSERT_TRUE(QDir(directory.filePath(own.front())).removeRecursively());
+    ASSERT_TRUE(eventually([&] { return agents() == own; }));
+    voice.sayAndWait(spoken("Good morning."));
+    keys.release(hotkey);
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("menu idle");
+}
+
+TEST_F(AgentLife, killedWhileRecording_takesTheRecogniserThatWaitsAlong) {
+    startWarmAgent();
+    beginRecording();
+    agent->kill();
+    keys.release(hotkey);
+    expectNoRecogniserIsLeft();
+    EXPECT_EQ(leftFiles(), QStringList());
+}
+
+TEST_F(AgentLife, endedWhileRecording_leavesNeitherFileNorRecogniser) {
+    startWarmAgent();
+    beginRecording();
+    EXPECT_EQ(agent->end(), 0);
+    keys.release(hotkey);
+    EXPECT_EQ(recognisers().size(), 0U);
+    EXPECT_EQ(leftFiles(), QStringList());
+}
+
+TEST_F(AgentLife, recogniserKilledWhileItWaits_isStartedAgainForTheText) {
+    startWarmAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    beginRecording();
+    ASSERT_EQ(::kill(recognisers().front(), SIGKILL), 0);
+    expectNoRecogniserIsLeft();
+    voice.sayAndWait(spoken("Good morning."));
+    keys.release(hotkey);
+    EXPECT_TRUE(editor.waitForText("Good morning.")) << editor.text().toStdString();
+    agent->await("menu idle");
 }
 
 TEST_F(AgentLife, killedWithTheChordHeld_leavesAKeyboardThatWorks) {

@@ -21,6 +21,10 @@ void Judge::judgeRest() {
         complain(QStringLiteral("at rest the microphone is open"));
     if (m_world->actor.hasTimers())
         complain(QStringLiteral("at rest a timer is running"));
+    if (m_world->tool.prepared() != 0)
+        complain(QStringLiteral("at rest a run of the recogniser is prepared"));
+    if (m_world->tool.mostPrepared() > 1)
+        complain(QStringLiteral("two runs of the recogniser were prepared at once"));
     if (m_world->keys.keysDown() != 0 || m_world->keys.openSessions() != 0)
         complain(QStringLiteral("at rest a key is down"));
     if (m_noticeDue)

@@ -47,6 +47,21 @@ TEST_F(JudgeTest, timerThatRuns_isNoticed) {
     EXPECT_EQ(verdictAt(1, {}), QStringLiteral("at rest a timer is running"));
 }
 
+TEST_F(JudgeTest, preparedRunThatStays_isNoticed) {
+    std::unique_ptr<PreparedChild> left;
+    sabotage = [&] { left = world().tool.prepare({}); };
+    EXPECT_EQ(verdict({}), QStringLiteral("at rest a run of the recogniser is prepared"));
+}
+
+TEST_F(JudgeTest, secondPreparedRun_isNoticed) {
+    std::unique_ptr<PreparedChild> other;
+    sabotage = [&] {
+        at(1, [&] { other = world().tool.prepare({}); });
+        at(3, [&] { other.reset(); });
+    };
+    EXPECT_EQ(verdict(dictation), QStringLiteral("two runs of the recogniser were prepared at once"));
+}
+
 TEST_F(JudgeTest, keyThatStaysDown_isNoticed) {
     sabotage = [this] {
         world().keys.onText = nullptr;

@@ -7,9 +7,19 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using namespace talvera::simulation;
 
 namespace {
+
+/// What was done and what followed, round by round.
+std::vector<QStringList> roundsOf(Simulation& simulation) {
+    std::vector<QStringList> rounds;
+    simulation.onRound = [&] { rounds.push_back(simulation.account()); };
+    simulation.run();
+    return rounds;
+}
 
 TEST(Lives, ofFortySeeds_areWithoutAViolation) {
     constexpr std::uint64_t seeds = 40;
@@ -19,6 +29,25 @@ TEST(Lives, ofFortySeeds_areWithoutAViolation) {
         ASSERT_FALSE(simulation.violation()) << "seed " << seed << '\n'
                                              << simulation.story().text().toStdString();
     }
+}
+
+TEST(Lives, withARecogniserThatCannotBePrepared_areTheSame) {
+    constexpr std::uint64_t seeds = 30;
+    std::uint64_t lives = 0;
+    for (std::uint64_t seed = 101; seed <= 100 + seeds; ++seed) {
+        Simulation prepared(seed);
+        Simulation plain(seed);
+        plain.useOldRecogniser();
+        const auto expected = roundsOf(plain);
+        const auto rounds = roundsOf(prepared);
+        ASSERT_EQ(rounds.size(), expected.size()) << "seed " << seed;
+        for (std::size_t round = 0; round < rounds.size(); ++round)
+            ASSERT_EQ(rounds[round], expected[round]) << "seed " << seed << ", round " << round;
+        ASSERT_EQ(prepared.tally().dictations, plain.tally().dictations) << "seed " << seed;
+        ASSERT_FALSE(plain.hasPrepared());
+        lives += prepared.hasPrepared() ? 1 : 0;
+    }
+    EXPECT_GT(lives, seeds / 2) << "hardly anything was prepared";
 }
 
 TEST(Lives, ofOneSeed_areTheSameEachTime) {

@@ -34,6 +34,8 @@ void Simulation::run() {
         m_round.clear();
         m_trial.play().forget();
         playRound();
+        if (onRound)
+            onRound();
     }
 }
 

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -20,8 +21,16 @@ class Simulation {
 public:
     explicit Simulation(std::uint64_t seed);
 
+    /// The recogniser is one that can't be prepared; before it runs.
+    void useOldRecogniser() { m_trial.play().world().tool.knowsHowToWait = false; }
+    /// Whether it was prepared by the agent of the last round.
+    bool hasPrepared() { return m_trial.play().world().tool.mostPrepared() > 0; }
+
     /// Lives through it; stops early when something was wrong.
     void run();
+
+    /// Called behind each round.
+    std::function<void()> onRound;
 
     const std::optional<QString>& violation() const { return m_trial.violation(); }
     const Tally& tally() const { return m_trial.judge().tally(); }

@@ -2,6 +2,7 @@
 #include "FakeChildProcess.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace talvera::test {
 
@@ -30,6 +31,7 @@ void FakeChildProcess::setRuns(std::vector<ToolRun> runs) {
 void FakeChildProcess::become(const FakeChildProcess& other) {
     m_runs = other.m_runs;
     m_next = other.m_next;
+    knowsHowToWait = other.knowsHowToWait;
 }
 
 const ToolRun* FakeChildProcess::runFor(const QString& textFile) const {
@@ -37,10 +39,69 @@ const ToolRun* FakeChildProcess::runFor(const QString& textFile) const {
     return found == m_runFor.end() ? nullptr : &found->second;
 }
 
+/// A run that waits, or that has come to nothing. It may outlive the tool that it is of, as a task that never
+/// ends does.
+class FakeChildProcess::Prepared final : public PreparedChild {
+public:
+    Prepared(FakeChildProcess& tool, ChildProcessRequest request)
+        : m_tool(tool)
+        , m_request(std::move(request))
+        , m_directory(tool.m_files.stamp(m_request.workingDirectory))
+        , m_runs(tool.m_preparedRuns)
+        , m_kills(m_runs->kills)
+        , m_hasEnded(!tool.knowsHowToWait || m_request.memory > tool.freeMemory) {
+        if (!m_hasEnded)
+            m_runs->most = std::max(m_runs->most, ++m_runs->now);
+    }
+    Prepared(const Prepared&) = delete;
+    Prepared& operator=(const Prepared&) = delete;
+    ~Prepared() override { end(); }
+
+    std::optional<ChildProcessResult> finish(const QByteArray& input) override {
+        if (!isReady() || m_tool.nextRun().launchFailure) {
+            end();
+            return std::nullopt;
+        }
+        const Input given{input, m_directory};
+        auto result = m_tool.run(m_request, &given);
+        const bool wasEnded = m_hasEnded;
+        end();
+        return wasEnded ? std::nullopt : std::optional(result);
+    }
+    void end() override {
+        if (!std::exchange(m_hasEnded, true))
+            --m_runs->now;
+    }
+    bool isReady() const override { return !m_hasEnded && m_runs->kills == m_kills; }
+
+private:
+    FakeChildProcess& m_tool;
+    const ChildProcessRequest m_request;
+    const std::optional<FileStamp> m_directory;
+    const std::shared_ptr<PreparedRuns> m_runs;
+    const int m_kills;
+    bool m_hasEnded;
+};
+
+std::unique_ptr<PreparedChild> FakeChildProcess::prepare(const ChildProcessRequest& request) {
+    auto prepared = std::make_unique<Prepared>(*this, request);
+    if (prepared->isReady())
+        m_preparedRequests.push_back(request);
+    return prepared;
+}
+
 ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
-    const auto tool = decoded(request);
+    return run(request, nullptr);
+}
+
+/// Over the recording of the file, or over the input that came later.
+ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, const Input* input) {
+    const auto wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
+    const auto wavBytes = input != nullptr ? input->recording.size() : m_files.size(wav);
+    auto tool = decoded(request, wavBytes);
+    tool.wasPrepared = input != nullptr;
     const bool isWarmup = tool.wav.contains(QStringLiteral("/talvera-warmup-"));
-    const auto script = isWarmup ? warmup : m_runs.at(std::min(m_next, m_runs.size() - 1));
+    auto script = isWarmup ? warmup : nextRun();
     if (!isWarmup) {
         ++m_next;
         m_lastRun = script;
@@ -49,6 +110,7 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     m_runFor[textFile] = script;
     if (script.launchFailure)
         throw *script.launchFailure;
+    const auto directory = input != nullptr ? input->directory : m_files.stamp(request.workingDirectory);
     m_requests.push_back(tool);
     if (m_onRun)
         m_onRun(tool);
@@ -58,13 +120,15 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
     if (script.status != 0)
         return {script.status, script.signalled, script.hung, script.standardError,
                 script.standardOutput.value_or(QByteArray())};
-    const auto wavBytes = m_files.size(tool.wav);
     if (!wavBytes)
         return {2, false, false, "error: input file not found '" + tool.wav.toUtf8() + "'\n"};
-    const bool hears = *wavBytes > wavHeaderBytes && !script.leavesNoFile;
-    if (hears)
+    const bool hasHeard = *wavBytes > wavHeaderBytes && !script.leavesNoFile;
+    if (hears && hasHeard)
+        script.text = hears(tool, input != nullptr ? input->recording : m_files.read(tool.wav));
+    // It has the right to leave a file in the directory of its beginning, and in no other of that path.
+    if (hasHeard && directory && m_files.stamp(request.workingDirectory) == directory)
         leaveText(textFile, script);
-    const auto printed = hears ? '\n' + script.text : QByteArray();
+    const auto printed = hasHeard ? '\n' + script.text : QByteArray();
     return {0, false, false, script.standardError, script.standardOutput.value_or(printed)};
 }
 
@@ -80,15 +144,15 @@ void FakeChildProcess::leaveText(const QString& path, const ToolRun& script) {
     }
 }
 
-ToolRequest FakeChildProcess::decoded(const ChildProcessRequest& request) const {
+ToolRequest FakeChildProcess::decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) const {
     ToolRequest tool;
     tool.process = request;
     tool.wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
     tool.language = valueOf(request.arguments, QStringLiteral("-l")).value_or(QString());
     tool.translates = request.arguments.contains(QStringLiteral("--translate"));
     tool.prompt = valueOf(request.arguments, QStringLiteral("--prompt"));
-    const auto bytes = m_files.size(tool.wav).value_or(wavHeaderBytes);
-    tool.audioSeconds = static_cast<double>(std::max<qint64>(bytes - wavHeaderBytes, 0)) / wavBytesPerSecond;
+    const auto sound = std::max<qint64>(bytes.value_or(wavHeaderBytes) - wavHeaderBytes, 0);
+    tool.audioSeconds = static_cast<double>(sound) / wavBytesPerSecond;
     return tool;
 }
 

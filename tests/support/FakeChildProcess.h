@@ -6,8 +6,11 @@
 #include "platform/system/FileSystem.h"
 #include "platform/system/PlatformError.h"
 
+#include <algorithm>
 #include <functional>
+#include <limits>
 #include <map>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -35,12 +38,13 @@ struct ToolRequest {
     bool translates = false;
     std::optional<QString> prompt;
     double audioSeconds = 0; ///< by the size of the WAV; 0 when it is missing
+    bool wasPrepared = false;
 };
 
 /// A recognition tool that answers from a script, over the same file system as the program: a missing WAV
 /// ends it with status 2, one without samples makes it leave no file, and on a full disk its text file is
-/// empty. It prints the text, too. Runs take time on the main actor's clock, so that a simulated background
-/// job lasts as long as the tool.
+/// empty. It prints the text, too. It knows how to wait for its recording. Runs take time on the main actor's
+/// clock, so that a simulated background job lasts as long as the tool.
 class FakeChildProcess final : public ChildProcess {
 public:
     FakeChildProcess(MainActor& mainActor, FileSystem& files)
@@ -60,11 +64,29 @@ public:
     /// Called as a run begins.
     void setOnRun(std::function<void(const ToolRequest&)> onRun) { m_onRun = std::move(onRun); }
 
+    /// What the tool hears, in place of the text of its script, if set: it knows the whole WAV file.
+    std::function<QByteArray(const ToolRequest&, const QByteArray& recording)> hears;
+
     ChildProcessResult run(const ChildProcessRequest& request) override;
+    std::unique_ptr<PreparedChild> prepare(const ChildProcessRequest& request) override;
+
+    bool knowsHowToWait = true;
+    /// Where less memory is free than a run asks for, it isn't begun ahead.
+    qint64 freeMemory = std::numeric_limits<qint64>::max();
+    /// The runs that wait for their recording or work on it; and the most that there were at once.
+    int prepared() const { return m_preparedRuns->now; }
+    int mostPrepared() const { return m_preparedRuns->most; }
+    /// Of those that were begun so far, what they were asked for.
+    const std::vector<ChildProcessRequest>& preparedRequests() const { return m_preparedRequests; }
+    /// Those that wait come to nothing.
+    void killPrepared() { ++m_preparedRuns->kills; }
 
     /// What has been asked for so far; forgetting it is for tests that go on for long.
     const std::vector<ToolRequest>& requests() const { return m_requests; }
-    void forgetRequests() { m_requests.clear(); }
+    void forgetRequests() {
+        m_requests.clear();
+        m_preparedRequests.clear();
+    }
 
     /// The run that began last; null before the first.
     const ToolRun* lastRun() const { return m_lastRun ? &*m_lastRun : nullptr; }
@@ -76,7 +98,21 @@ public:
     const std::vector<QString>& underWay() const { return m_underWay; }
 
 private:
-    ToolRequest decoded(const ChildProcessRequest& request) const;
+    class Prepared;
+    struct PreparedRuns {
+        int now = 0;
+        int most = 0;
+        int kills = 0;
+    };
+
+    const ToolRun& nextRun() const { return m_runs.at(std::min(m_next, m_runs.size() - 1)); }
+    struct Input {
+        QByteArray recording;
+        std::optional<FileStamp> directory; ///< in which the run has begun
+    };
+
+    ChildProcessResult run(const ChildProcessRequest& request, const Input* input);
+    ToolRequest decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) const;
     void leaveText(const QString& path, const ToolRun& script);
 
     MainActor& m_mainActor;
@@ -88,6 +124,8 @@ private:
     std::optional<ToolRun> m_lastRun;
     std::map<QString, ToolRun> m_runFor;
     std::vector<QString> m_underWay;
+    std::shared_ptr<PreparedRuns> m_preparedRuns = std::make_shared<PreparedRuns>();
+    std::vector<ChildProcessRequest> m_preparedRequests;
 };
 
 } // namespace talvera::test

@@ -35,7 +35,7 @@ void failIfAsked(const std::map<QString, int>& failures, const QString& path) {
 } // namespace
 
 FakeFileSystem::FakeFileSystem(const QStringList& directories)
-    : m_directories{QStringLiteral("/")} {
+    : m_directories{{QStringLiteral("/"), 0}} {
     for (const auto& directory : directories)
         createDirectories(directory);
 }
@@ -59,9 +59,9 @@ void FakeFileSystem::write(const QString& path, const QByteArray& bytes) {
     }
     if (m_capacity && !bytes.isEmpty() && m_used + bytes.size() > *m_capacity)
         fail(ENOSPC, path);
-    m_files.emplace(path, File{bytes, executable});
-    m_used += bytes.size();
     ++m_writes;
+    m_files.emplace(path, File{bytes, executable, static_cast<quint64>(m_writes)});
+    m_used += bytes.size();
 }
 
 QByteArray FakeFileSystem::read(const QString& path) {
@@ -112,7 +112,7 @@ void FakeFileSystem::removeAll(const QString& path) {
             ++file;
         }
     }
-    std::erase_if(m_directories, goes);
+    std::erase_if(m_directories, [&](const auto& directory) { return goes(directory.first); });
 }
 
 void FakeFileSystem::remove(const QString& path) {
@@ -129,7 +129,7 @@ void FakeFileSystem::remove(const QString& path) {
     const auto file = m_files.lower_bound(below);
     const auto directory = m_directories.lower_bound(below);
     if ((file != m_files.end() && file->first.startsWith(below)) ||
-        (directory != m_directories.end() && directory->startsWith(below)))
+        (directory != m_directories.end() && directory->first.startsWith(below)))
         fail(ENOTEMPTY, path);
     m_directories.erase(path);
 }
@@ -142,7 +142,8 @@ void FakeFileSystem::createDirectories(const QString& path) {
             fail(directory == path ? EEXIST : ENOTDIR, path);
         missing.push_back(directory);
     }
-    m_directories.insert(missing.begin(), missing.end());
+    for (const auto& directory : missing)
+        m_directories.emplace(directory, ++m_made);
 }
 
 bool FakeFileSystem::exists(const QString& path) {
@@ -167,6 +168,26 @@ std::optional<qint64> FakeFileSystem::size(const QString& path) {
     return found == m_files.end() ? std::nullopt : std::optional<qint64>(found->second.bytes.size());
 }
 
+std::optional<FileStamp> FakeFileSystem::stamp(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_files.find(path);
+    if (const auto directory = m_directories.find(path); directory != m_directories.end())
+        return FileStamp{2, directory->second, 0, 0};
+    if (found == m_files.end())
+        return std::nullopt;
+    return FileStamp{1, found->second.written, found->second.bytes.size(), 0};
+}
+
+void FakeFileSystem::readAhead(const QString& path) {
+    const std::scoped_lock lock(m_mutex);
+    m_readAheads.append(path);
+}
+
+QStringList FakeFileSystem::readAheads() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_readAheads;
+}
+
 std::optional<qint64> FakeFileSystem::availableBytes(const QString& directory) {
     const std::scoped_lock lock(m_mutex);
     if (m_directories.count(directory) == 0 || !m_capacity)
@@ -185,6 +206,7 @@ void FakeFileSystem::become(const FakeFileSystem& other) {
     const std::scoped_lock lock(m_mutex, other.m_mutex);
     m_files = other.m_files;
     m_directories = other.m_directories;
+    m_made = other.m_made;
     m_used = other.m_used;
 }
 

@@ -8,7 +8,6 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <set>
 
 namespace talvera::test {
 
@@ -30,6 +29,8 @@ public:
     bool isDirectory(const QString& path) override;
     bool isExecutableFile(const QString& path) override;
     std::optional<qint64> size(const QString& path) override;
+    std::optional<FileStamp> stamp(const QString& path) override;
+    void readAhead(const QString& path) override;
     std::optional<qint64> availableBytes(const QString& directory) override;
 
     /// Puts an executable file there.
@@ -56,6 +57,9 @@ public:
     /// How many files there are whose name begins and ends like this.
     int count(const QString& prefix, const QString& suffix = {}) const;
 
+    /// The files that were asked for ahead of their reading.
+    QStringList readAheads() const;
+
     /// How many writes have succeeded.
     int writes() const;
 
@@ -63,13 +67,16 @@ private:
     struct File {
         QByteArray bytes;
         bool executable = false;
+        quint64 written = 0; ///< when, counted in writes
     };
 
     mutable std::mutex m_mutex;
     std::map<QString, File> m_files;
-    std::set<QString> m_directories;
+    std::map<QString, quint64> m_directories; // and when each was made, counted in directories
+    quint64 m_made = 0;
     qint64 m_used = 0;
     int m_writes = 0;
+    QStringList m_readAheads;
     std::optional<qint64> m_capacity;
     std::optional<std::pair<int, int>> m_failingWrite; // writes that pass before it, errno
     std::map<QString, int> m_failingReads;

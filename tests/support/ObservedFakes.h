@@ -73,6 +73,8 @@ public:
     bool isDirectory(const QString& path) override { return m_disk.isDirectory(path); }
     bool isExecutableFile(const QString& path) override { return m_disk.isExecutableFile(path); }
     std::optional<qint64> size(const QString& path) override { return m_disk.size(path); }
+    std::optional<FileStamp> stamp(const QString& path) override { return m_disk.stamp(path); }
+    void readAhead(const QString& path) override { m_disk.readAhead(path); }
     std::optional<qint64> availableBytes(const QString& directory) override {
         return m_disk.availableBytes(directory);
     }

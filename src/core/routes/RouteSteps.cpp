@@ -20,12 +20,6 @@ namespace talvera {
 
 namespace {
 
-// A recording longer than the last of these is recognised in chunks of the first, which overlap by the
-// second.
-constexpr double chunkSeconds = 25.0;
-constexpr double overlapSeconds = 2.0;
-constexpr double minDuration = 28.0;
-
 constexpr Duration errorTime = seconds(4.0);
 constexpr Duration noticeTime = seconds(3.0);
 
@@ -37,8 +31,10 @@ RouteSteps::RouteSteps(Parts parts)
 Task<std::optional<QString>> RouteSteps::recognise(const DictationRequest& request, WhisperMode mode,
                                                    const char* failureText) const {
     try {
-        auto pass = m_parts.transcription.transcribeChunked(
-            m_parts.whisper, request.wav, mode, request.source, chunkSeconds, overlapSeconds, minDuration);
+        const auto& lengths = AudioChunker::usualLengths;
+        auto pass = m_parts.transcription.transcribeChunked(m_parts.whisper, request.wav, mode,
+                                                            request.source, lengths.chunkSeconds,
+                                                            lengths.overlapSeconds, lengths.minDuration);
         co_return co_await pass;
     } catch (const std::exception& error) {
         failRecognition(request.wav, failureText, error);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "linux/posix/PosixFileSystem.h"
 
+#include "linux/posix/readAhead.h"
 #include "linux/support/FileDescriptor.h"
 #include "platform/system/PlatformError.h"
 
@@ -205,6 +206,23 @@ std::optional<qint64> PosixFileSystem::availableBytes(const QString& directory) 
 std::optional<qint64> PosixFileSystem::size(const QString& path) {
     const auto status = statusOf(path);
     return status && S_ISREG(status->st_mode) ? std::optional<qint64>(status->st_size) : std::nullopt;
+}
+
+std::optional<FileStamp> PosixFileSystem::stamp(const QString& path) {
+    const auto status = statusOf(path);
+    if (!status)
+        return std::nullopt;
+    constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
+    return FileStamp{status->st_dev, status->st_ino, status->st_size,
+                     status->st_ctim.tv_sec * nanosecondsPerSecond + status->st_ctim.tv_nsec};
+}
+
+void PosixFileSystem::readAhead(const QString& path) {
+    try {
+        talvera::readAhead(openRegular(path, O_RDONLY));
+    } catch (const std::exception&) {
+        return; // who reads it will say why it can't be read
+    }
 }
 
 } // namespace talvera

@@ -21,6 +21,8 @@ public:
     bool isDirectory(const QString& path) override;
     bool isExecutableFile(const QString& path) override;
     std::optional<qint64> size(const QString& path) override;
+    std::optional<FileStamp> stamp(const QString& path) override;
+    void readAhead(const QString& path) override;
     std::optional<qint64> availableBytes(const QString& directory) override;
 };
 

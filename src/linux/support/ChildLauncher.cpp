@@ -7,6 +7,7 @@
 
 #include <QFile>
 
+#include <array>
 #include <cerrno>
 #include <climits>
 #include <csignal>
@@ -30,6 +31,9 @@ namespace {
 /// So much may wait unread in a pipe; the usual 64 KiB would block the tool after some twenty minutes of
 /// talk.
 constexpr int pipeBytes = 1 << 20;
+
+/// Tells a program that is started ahead of its input where that will come.
+const QByteArray inputVariable("TALVERA_INPUT_FD=");
 
 [[noreturn]] void fail(int code, const QString& what) {
     throw PlatformError(QStringLiteral("ChildProcess"), code,
@@ -69,15 +73,19 @@ Pipe makeRoomyPipe() {
     return pipe;
 }
 
-/// The program's file says that it takes the value of its private option from a descriptor.
-bool takesDescriptors(const QString& executable) {
-    constexpr QByteArrayView mark("talvera: takes --prompt /dev/fd/N");
+/// What the program's file says of what the program can do.
+bool says(const QString& executable, QByteArrayView mark) {
     QFile file(executable);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
     const auto size = static_cast<std::size_t>(file.size());
     const auto* content = file.map(0, file.size());
     return content != nullptr && ::memmem(content, size, mark.data(), static_cast<std::size_t>(mark.size()));
+}
+
+/// The program takes the value of its private option from a descriptor.
+bool takesDescriptors(const QString& executable) {
+    return says(executable, "talvera: takes --prompt /dev/fd/N");
 }
 
 /// A descriptor that holds these bytes, in memory.
@@ -96,10 +104,11 @@ FileDescriptor descriptorOf(const QByteArray& bytes) {
 /// The strings of a request in the form that exec takes.
 class ExecArguments {
 public:
-    ExecArguments(const ChildProcessRequest& request, ChildReach reach)
+    ExecArguments(const ChildProcessRequest& request, ChildReach reach, const FileDescriptor& input)
         : m_directory(encoded(request.workingDirectory))
         , m_priority(request.priority)
         , m_reach(reach)
+        , m_input(input.get())
         , m_environment(environmentOf(reach, m_directory)) {
         m_strings.push_back(encoded(request.executable));
         for (const auto& argument : request.arguments)
@@ -108,6 +117,8 @@ public:
         for (auto& string : m_strings)
             m_pointers.push_back(string.data());
         m_pointers.push_back(nullptr);
+        if (m_input >= 0)
+            m_environment.push_back(inputVariable + QByteArray::number(m_input));
         for (auto& variable : m_environment)
             m_variables.push_back(variable.data());
         m_variables.push_back(nullptr);
@@ -123,13 +134,13 @@ public:
     const char* program() const { return m_pointers.front(); }
     char* const* pointers() const { return m_pointers.data(); }
 
-    char* const* environment() const { return m_reach == ChildReach::AsWe ? ::environ : m_variables.data(); }
+    char* const* environment() const { return m_variables.data(); }
 
     ChildProcessRequest::Priority priority() const { return m_priority; }
     ChildReach reach() const { return m_reach; }
 
     /// What the program gets besides its standard streams; -1 for nothing.
-    int descriptor() const { return m_privateValue.get(); }
+    std::array<int, 2> descriptors() const { return {m_privateValue.get(), m_input}; }
 
 private:
     /// An argument with a NUL inside can't be handed over, and must not arrive cut.
@@ -140,9 +151,15 @@ private:
     }
 
     static std::vector<QByteArray> environmentOf(ChildReach reach, const QByteArray& directory) {
-        if (reach == ChildReach::AsWe)
-            return {};
-        std::vector<QByteArray> variables{"HOME=" + directory};
+        std::vector<QByteArray> variables;
+        if (reach == ChildReach::AsWe) {
+            for (char** variable = environ; *variable != nullptr; ++variable) {
+                if (!QByteArrayView(*variable).startsWith(inputVariable))
+                    variables.emplace_back(*variable);
+            }
+            return variables;
+        }
+        variables.push_back("HOME=" + directory);
         for (const auto* name : {"PATH", "LANG"}) {
             if (qEnvironmentVariableIsSet(name))
                 variables.push_back(QByteArray(name) + '=' + qgetenv(name));
@@ -164,6 +181,7 @@ private:
     QByteArray m_directory;
     ChildProcessRequest::Priority m_priority;
     ChildReach m_reach;
+    int m_input;
     std::vector<QByteArray> m_environment;
     std::vector<char*> m_variables;
     std::vector<QByteArray> m_strings;
@@ -215,8 +233,10 @@ void resetSignals() {
         ::dup2(error, STDERR_FILENO) >= 0) {
         // Also what some library of ours has opened without care stays here.
         ::close_range(STDERR_FILENO + 1, UINT_MAX, CLOSE_RANGE_CLOEXEC);
-        if (arguments.descriptor() >= 0)
-            ::fcntl(arguments.descriptor(), F_SETFD, 0);
+        for (const auto descriptor : arguments.descriptors()) {
+            if (descriptor >= 0)
+                ::fcntl(descriptor, F_SETFD, 0);
+        }
         const rlimit none{0, 0}; // what it works on shall not come to lie in a core file
         ::setrlimit(RLIMIT_CORE, &none);
         if (arguments.priority() == ChildProcessRequest::Priority::Low)
@@ -265,8 +285,12 @@ void reap(pid_t pid) {
 
 } // namespace
 
-LaunchedChild launchChild(const ChildProcessRequest& request, ChildReach reach) {
-    const ExecArguments arguments(request, reach);
+bool waitsForInput(const QString& executable) {
+    return says(executable, "talvera: waits for TALVERA_INPUT_FD");
+}
+
+LaunchedChild launchChild(const ChildProcessRequest& request, ChildReach reach, const FileDescriptor& input) {
+    const ExecArguments arguments(request, reach, input);
     auto output = makeRoomyPipe();
     auto error = makeRoomyPipe();
     auto report = makePipe();

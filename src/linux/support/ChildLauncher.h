@@ -23,10 +23,16 @@ enum class ChildReach {
     ///< language, so that no setting or file of the user's reaches it. Its home is where it works
 };
 
+/// Whether the program's file says "talvera: waits for TALVERA_INPUT_FD": it can be started ahead of its
+/// input.
+bool waitsForInput(const QString& executable);
+
 /// Starts the program. A file that says "talvera: takes --prompt /dev/fd/N" gets the value of the request's
 /// private option as an open descriptor, whose path stands for it in the command line; all others get the
-/// value itself. The program leaves no core file. Throws PlatformError (domain "ChildProcess", code errno);
-/// no child is left then.
-LaunchedChild launchChild(const ChildProcessRequest& request, ChildReach reach = ChildReach::AsWe);
+/// value itself. With an open `input`, the program gets that descriptor, too, and its number in the
+/// environment. The program leaves no core file. Throws PlatformError (domain "ChildProcess", code errno); no
+/// child is left then.
+LaunchedChild launchChild(const ChildProcessRequest& request, ChildReach reach = ChildReach::AsWe,
+                          const FileDescriptor& input = {});
 
 } // namespace talvera

@@ -12,6 +12,20 @@
 
 namespace talvera {
 
+/// Tells a file from any other that has had its name, and from itself before it was changed.
+struct FileStamp {
+    quint64 disk = 0;
+    quint64 file = 0; ///< on that disk
+    qint64 bytes = 0;
+    qint64 changed = 0; ///< nanoseconds
+
+    bool operator==(const FileStamp&) const = default;
+
+    /// Whether both are of one file or directory, changed in between or not. That is certain as long as
+    /// something holds it open: a number is given again once its file is gone for good.
+    bool isSameFile(const FileStamp& other) const { return disk == other.disk && file == other.file; }
+};
+
 /// Files by absolute path. Any thread. Failures are thrown as PlatformError (domain "FileSystem", code
 /// errno).
 class FileSystem {
@@ -47,6 +61,12 @@ public:
     virtual bool isDirectory(const QString& path) = 0;
     virtual bool isExecutableFile(const QString& path) = 0;
     virtual std::optional<qint64> size(const QString& path) = 0;
+    /// Of a file or a directory.
+    virtual std::optional<FileStamp> stamp(const QString& path) = 0;
+
+    /// The whole file will be read soon: has it brought into memory, unless it is there. Returns at once, and
+    /// does nothing where it can't.
+    virtual void readAhead(const QString& path) = 0;
 
     /// How many bytes can still be written to the disk of this directory.
     virtual std::optional<qint64> availableBytes(const QString& directory) = 0;

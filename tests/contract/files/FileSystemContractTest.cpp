@@ -208,6 +208,41 @@ TYPED_TEST(FileSystemContract, roomOnADiskThatIsNotThere_isUnknown) {
     EXPECT_EQ(this->files.availableBytes(this->at("none")), std::nullopt);
 }
 
+TYPED_TEST(FileSystemContract, stamp_isTheFilesAsLongAsNobodyTouchesIt) {
+    this->files.write(this->at("model"), "the model");
+    const auto stamp = this->files.stamp(this->at("model"));
+    ASSERT_TRUE(stamp);
+    this->files.read(this->at("model"));
+    EXPECT_EQ(this->files.stamp(this->at("model")), stamp);
+    this->files.write(this->at("other"), "the model");
+    EXPECT_NE(this->files.stamp(this->at("other")), stamp);
+    this->files.move(this->at("other"), this->at("model"));
+    EXPECT_NE(this->files.stamp(this->at("model")), stamp) << "another file of the same name and length";
+    this->files.write(this->at("model"), "another model");
+    EXPECT_NE(this->files.stamp(this->at("model")), stamp);
+    this->files.remove(this->at("model"));
+    EXPECT_EQ(this->files.stamp(this->at("model")), std::nullopt);
+}
+
+TYPED_TEST(FileSystemContract, stampOfADirectory_tellsItFromOthersWhateverIsInIt) {
+    this->files.createDirectories(this->at("one"));
+    this->files.createDirectories(this->at("other"));
+    const auto stamp = this->files.stamp(this->at("one"));
+    ASSERT_TRUE(stamp);
+    this->files.write(this->at("one/file"), "content");
+    EXPECT_TRUE(this->files.stamp(this->at("one"))->isSameFile(*stamp));
+    EXPECT_FALSE(this->files.stamp(this->at("other"))->isSameFile(*stamp));
+    EXPECT_FALSE(this->files.stamp(this->at("one/file"))->isSameFile(*stamp));
+}
+
+TYPED_TEST(FileSystemContract, readingAhead_needsNoFileAndChangesNone) {
+    this->files.readAhead(this->at("none"));
+    this->files.readAhead(this->system.directory);
+    this->files.write(this->at("model"), "the model");
+    this->files.readAhead(this->at("model"));
+    EXPECT_EQ(this->files.read(this->at("model")), "the model");
+}
+
 TYPED_TEST(FileSystemContract, executableFile_isKnown) {
     this->system.makeExecutable(this->at("tool"));
     EXPECT_TRUE(this->files.isExecutableFile(this->at("tool")));

@@ -73,6 +73,23 @@ TEST_F(AudioRecorderTest, trailingSilence_isTrimmedAndNotCounted) {
     EXPECT_EQ(recorder.stop(path), 1.2);
 }
 
+TEST_F(AudioRecorderTest, settledSamples_goToTheLastLoudOne) {
+    EXPECT_EQ(recorder.settledSamples(), 0U);
+    recorder.start();
+    deliver(Samples(16000, 600));
+    EXPECT_EQ(recorder.settledSamples(), 0U) << "silence alone may end up trimmed or whole";
+    deliver({601, 0, 0});
+    EXPECT_EQ(recorder.settledSamples(), 16001U);
+    deliver(Samples(20000, 0));
+    EXPECT_EQ(recorder.settledSamples(), 16001U);
+    deliver({-601});
+    EXPECT_EQ(recorder.settledSamples(), 36004U);
+    const auto copy = recorder.settledSamples(15999, 3);
+    EXPECT_EQ(Samples(copy.begin(), copy.end()), Samples({600, 601, 0}));
+    recorder.stop(path);
+    EXPECT_EQ(recorder.settledSamples(), 0U);
+}
+
 TEST_F(AudioRecorderTest, secondStart_keepsWhatIsRecorded) {
     recorder.start();
     deliver(Samples(16000, 5000));

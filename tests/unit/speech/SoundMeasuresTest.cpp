@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 #include <vector>
 
 using namespace talvera;
@@ -66,6 +67,29 @@ std::size_t kept(std::vector<std::int16_t> front, std::size_t quiet, std::int16_
                  double rate = 16000.0) {
     front.insert(front.end(), quiet, quietSample);
     return trimTrailingSilence(front, rate).size();
+}
+
+TEST(LoudLength, loudLength_goesToTheEndOfTheLastLoudSample) {
+    using Samples = std::vector<std::int16_t>;
+    EXPECT_EQ(loudLength(Samples{}), 0U);
+    EXPECT_EQ(loudLength(Samples{600, -600, 0}), 0U);
+    EXPECT_EQ(loudLength(Samples{601}), 1U);
+    EXPECT_EQ(loudLength(Samples{0, -601, 0, 601, 0, 600}), 4U);
+}
+
+TEST(LoudLength, whatIsBeforeItsEnd_staysWhateverComes) {
+    std::mt19937 random(1);
+    for (int round = 0; round < 2000; ++round) {
+        std::vector<std::int16_t> samples;
+        const auto append = [&] {
+            for (auto stretch = random() % 5; stretch > 0; --stretch)
+                samples.insert(samples.end(), random() % 15000, random() % 2 == 0 ? 0 : 5000);
+        };
+        append();
+        const auto settled = loudLength(samples);
+        append();
+        ASSERT_GE(trimTrailingSilence(samples, 16000.0).size(), settled) << "round " << round;
+    }
 }
 
 TEST(TrimTrailingSilence, nothing_staysNothing) {
