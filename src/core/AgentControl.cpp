@@ -42,6 +42,9 @@ QString AgentControl::obey(const AgentCommand& command, CommandedHotkey::Begun b
     case AgentCommand::Verb::Panel:
         m_parts.delegate.startedAgain();
         return {};
+    case AgentCommand::Verb::Settings:
+        m_parts.openSettings(command.section);
+        return {};
     case AgentCommand::Verb::Status:
         return command.asJson ? status().json() : status().text();
     }
