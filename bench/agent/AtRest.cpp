@@ -58,6 +58,7 @@ void watch(const ProcessTree& tree, const std::string& when, std::chrono::second
     printFigure(when + ": processor time", milliseconds(used) / seconds, "ms/s");
     printFigure(when + ": memory (PSS), " + std::to_string(tree.processes().size()) + " processes",
                 tree.megabytes(), "MB", Aim::below(60));
+    printFigure(when + ":   of it in no file", tree.ownMegabytes(), "MB");
     if (!woken.empty())
         printNote("woken in " + std::to_string(length.count()) + " s:" + woken);
 }

@@ -12,11 +12,18 @@ constexpr int speechRate = 16000; // samples a second, as spoken() makes them
 /// So long no key moves within a text: its pace is some 27 ms.
 constexpr std::chrono::milliseconds quiet{250};
 
+/// Of a user for whom this isn't the first day: what is said once for all times, such as that the desktop has
+/// no tray, has been said. It would come up in the middle of what is measured.
+QJsonObject ofAnOldUser(QJsonObject preferences) {
+    preferences.insert(QStringLiteral("noTrayHintShown"), true);
+    return preferences;
+}
+
 } // namespace
 
 Dictating::Dictating(const QJsonObject& preferences, const QString& program)
     : m_voice(qgetenv("PULSE_SERVER").toStdString(), "rigmic_feed", speechRate) {
-    m_home.setPreferences(preferences);
+    m_home.setPreferences(ofAnOldUser(preferences));
     m_agent.emplace(m_home, program);
     if (m_agent->count(QStringLiteral("microphone authorized")) == 0)
         m_agent->await(QStringLiteral("microphone authorized"));

@@ -2,8 +2,7 @@
 #include "core/Agent.h"
 
 #include "concurrency/Lifetime.h"
-#include "core/AgentCommand.h"
-#include "core/AgentStatus.h"
+#include "core/AgentControl.h"
 #include "core/AppDelegate.h"
 #include "core/DictationController.h"
 #include "core/Machine.h"
@@ -73,10 +72,6 @@ QString noteForLanguageModels() {
     return paragraphs.join(QStringLiteral("\n\n")) + u'\n';
 }
 
-QString noModelText() {
-    return localized("command.status.noModel", "The speech model isn't there yet.");
-}
-
 } // namespace
 
 /// The parts, and how they are joined.
@@ -86,10 +81,8 @@ public:
 
     std::shared_ptr<OutputPipeline> makePipeline();
     void tellOfLostMicrophone();
-    void tellOfSecondStart(const LaunchRequest& request);
     void tellOfMissingFont();
     void openSettings(std::optional<SettingsSectionID> section);
-    QString obey(const AgentCommand& command, CommandedHotkey::Begun begun);
 
 private:
     const Machine m_machine; ///< everything below works with it
@@ -125,6 +118,7 @@ public:
     SettingsWindow settingsWindow;
     std::optional<MenuPanelModel> panelModel; ///< once the panel has been opened
     std::shared_ptr<AppDelegate> delegate;    ///< all that reacts; once it is gone, nothing begins any more
+    std::optional<AgentControl> control;      ///< until `stop`
 
 private:
     std::shared_ptr<AppDelegate> makeDelegate();
@@ -135,7 +129,6 @@ private:
     WhisperRunner makeRunner() const;
     void openKeyboardSettings();
     void openLanguageModelFolder();
-    AgentStatus status();
     std::unique_ptr<SettingsModel> makeSettingsModel();
     void makeSettingsRecorders();
     Trace trace();
@@ -216,6 +209,9 @@ Agent::Wiring::Wiring(const Machine& machine, AppSettings& userSettings, WindowF
     , m_windows(windows)
     , m_onTrace(onTrace) {
     delegate = makeDelegate();
+    control.emplace(
+        AgentControl::Parts{*delegate, settings, models, menuBar, hotkey, readiness, machine.system.console,
+                            [this](std::optional<SettingsSectionID> section) { openSettings(section); }});
     onboarding.onTakingHotkey = [this] {
         if (delegate)
             delegate->endPressInHand();
@@ -385,54 +381,6 @@ void Agent::Wiring::tellOfMissingFont() {
     }));
 }
 
-void Agent::Wiring::tellOfSecondStart(const LaunchRequest& request) {
-    m_machine.system.console.print(QStringLiteral("[app] Talvera is running already"));
-    if (request.opensSettings)
-        openSettings(request.section);
-    else
-        delegate->startedAgain();
-}
-
-QString Agent::Wiring::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
-    switch (command.verb) {
-    case AgentCommand::Verb::Press:
-        delegate->commandedHotkey().press(begun);
-        return {};
-    case AgentCommand::Verb::Release:
-        delegate->commandedHotkey().release(begun);
-        return {};
-    case AgentCommand::Verb::Toggle:
-        delegate->commandedHotkey().toggle();
-        return {};
-    case AgentCommand::Verb::Translate:
-        delegate->toggleTranslation();
-        return {};
-    case AgentCommand::Verb::Panel:
-        delegate->startedAgain();
-        return {};
-    case AgentCommand::Verb::Status:
-        return command.asJson ? status().json() : status().text();
-    }
-    Q_UNREACHABLE();
-}
-
-AgentStatus Agent::Wiring::status() {
-    readiness.refresh();
-    AgentStatus status{.state = menuBar.state.get(),
-                       .hasMicrophone = readiness.micStatus.get() == AuthorizationStatus::Authorized,
-                       .canTypeAndWatchKeys = readiness.axTrusted.get(),
-                       .hasModel = models.isReady(),
-                       .hotkey = hotkey.watchResult().get(),
-                       .spokenLanguage = settings.sourceLanguageCode.get(),
-                       .targetLanguage = settings.targetLanguageCode.get()};
-    for (const auto& lack : {readiness.microphoneLackText(), readiness.accessibilityLackText(),
-                             status.hasModel ? QString() : noModelText()}) {
-        if (!lack.isEmpty())
-            status.lacks << lack;
-    }
-    return status;
-}
-
 void Agent::Wiring::openSettings(std::optional<SettingsSectionID> section) {
     delegate->closePanel();
     settingsWindow.show(section);
@@ -513,6 +461,7 @@ void Agent::prepareWindows() {
 }
 
 void Agent::stop() {
+    m_wiring->control.reset();
     m_wiring->early.end();
     m_wiring->delegate.reset();
 }
@@ -522,7 +471,8 @@ AppDelegate& Agent::delegate() {
 }
 
 void Agent::startedAgain(const LaunchRequest& request) {
-    m_wiring->tellOfSecondStart(request);
+    if (m_wiring->control)
+        m_wiring->control->startedAgain(request);
 }
 
 void Agent::openSettings(std::optional<SettingsSectionID> section) {
@@ -534,7 +484,7 @@ SettingsWindow& Agent::settingsWindow() {
 }
 
 QString Agent::obey(const AgentCommand& command, CommandedHotkey::Begun begun) {
-    return m_wiring->delegate ? m_wiring->obey(command, begun) : QString();
+    return m_wiring->control ? m_wiring->control->obey(command, begun) : QString();
 }
 
 std::shared_ptr<OutputPipeline> Agent::makePipeline() {

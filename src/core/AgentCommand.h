@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "shell/settings/SettingsSectionID.h"
 #include "text/CaseNames.h"
 
 #include <QStringList>
@@ -18,13 +19,15 @@ struct AgentCommand {
         Toggle,    ///< begins a dictation or ends the one that is recorded, in tap mode or not
         Translate, ///< switches translation on or off
         Panel,     ///< opens the panel
+        Settings,  ///< opens the settings
         Status,    ///< tells what the agent does
     };
 
     Verb verb = Verb::Status;
-    bool asJson = false; ///< of the status
+    bool asJson = false;                        ///< of the status
+    std::optional<SettingsSectionID> section{}; ///< of the settings
 
-    /// The command of these words, e.g. "status" "--json"; nothing when they are none.
+    /// The command of these words, e.g. "status" "--json" or "settings" "hotkey"; nothing when they are none.
     static std::optional<AgentCommand> of(const QStringList& words);
     QStringList words() const;
 
@@ -35,6 +38,7 @@ template <>
 inline constexpr std::array caseNames<AgentCommand::Verb>{
     CaseName{AgentCommand::Verb::Press, "press"},   CaseName{AgentCommand::Verb::Release, "release"},
     CaseName{AgentCommand::Verb::Toggle, "toggle"}, CaseName{AgentCommand::Verb::Translate, "translate"},
-    CaseName{AgentCommand::Verb::Panel, "panel"},   CaseName{AgentCommand::Verb::Status, "status"}};
+    CaseName{AgentCommand::Verb::Panel, "panel"},   CaseName{AgentCommand::Verb::Settings, "settings"},
+    CaseName{AgentCommand::Verb::Status, "status"}};
 
 } // namespace talvera

@@ -93,6 +93,16 @@ TEST_F(Commands, panel_opens) {
     EXPECT_TRUE(panelComes());
 }
 
+TEST_F(Commands, settings_openAtTheSectionAskedFor) {
+    startAgent();
+    EXPECT_EQ(command({"settings", "language"}).exitStatus, 0);
+    EXPECT_TRUE(shown("page tab", "Language").is("selected"));
+    EXPECT_EQ(command({"settings", "privacy"}).exitStatus, 0);
+    shown("label", "No analytics, no accounts required.");
+    expectDone("settings");
+    EXPECT_TRUE(shown("page tab", "Privacy").is("selected"));
+}
+
 TEST_F(Commands, status_isToldInWordsAndAsJson) {
     startAgent();
     const auto told = status();
@@ -132,7 +142,8 @@ TEST_F(Commands, afterTheAgentWasKilled_sayThatNoneRuns) {
 
 TEST_F(Commands, unknownOne_isAnErrorWhetherAnAgentRunsOrNot) {
     home.setPreferences({});
-    for (const QStringList& arguments : {QStringList{"dictate"}, QStringList{"press", "twice"}}) {
+    for (const QStringList& arguments :
+         {QStringList{"dictate"}, QStringList{"press", "twice"}, QStringList{"settings", "nonsense"}}) {
         const auto outcome = command(arguments);
         EXPECT_EQ(outcome.exitStatus, 2);
         EXPECT_TRUE(outcome.errors.contains(arguments.join(u' '))) << outcome.errors.toStdString();
@@ -146,7 +157,8 @@ TEST_F(Commands, help_namesThemAllWithoutADesktop) {
     environment.remove("DISPLAY");
     const auto help = command({"--help"}, environment);
     EXPECT_EQ(help.exitStatus, 0) << help.errors.toStdString();
-    for (const auto* verb : {"press", "release", "toggle", "translate", "panel", "status [--json]"})
+    for (const auto* verb : {"press", "release", "toggle", "translate", "panel", "settings [SECTION]",
+                             "status [--json]", "--settings [SECTION]"})
         EXPECT_TRUE(help.output.contains(verb)) << verb;
     EXPECT_EQ(command({"--version"}, environment).output.section(u' ', 0, 0), "Talvera");
 }

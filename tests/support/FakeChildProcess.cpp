@@ -144,7 +144,7 @@ void FakeChildProcess::leaveText(const QString& path, const ToolRun& script) {
     }
 }
 
-ToolRequest FakeChildProcess::decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) const {
+ToolRequest FakeChildProcess::decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) {
     ToolRequest tool;
     tool.process = request;
     tool.wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());

@@ -112,7 +112,7 @@ private:
     };
 
     ChildProcessResult run(const ChildProcessRequest& request, const Input* input);
-    ToolRequest decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) const;
+    static ToolRequest decoded(const ChildProcessRequest& request, std::optional<qint64> bytes);
     void leaveText(const QString& path, const ToolRun& script);
 
     MainActor& m_mainActor;

@@ -216,6 +216,19 @@ TYPED_TEST(EventTapContract, stroke_losesItsKeyDownAloneToTheApplication) {
     }
 }
 
+TYPED_TEST(EventTapContract, strokeRepeatedAtOnce_isToldAgain) {
+    this->owner.tap->setEnabled(true);
+    ASSERT_EQ(this->owner.watchStroke({controlOption, VirtualKey::Space}), WatchResult::Watching);
+    this->press({VirtualKey::Control, VirtualKey::Option, VirtualKey::Space});
+    this->session.settle();
+    this->release({VirtualKey::Space});
+    this->press({VirtualKey::Space});
+    this->session.settle();
+    EXPECT_EQ(std::ranges::count(this->owner.types(), KeyEventType::KeyDown), 2);
+    this->release({VirtualKey::Space, VirtualKey::Option, VirtualKey::Control});
+    this->session.settle();
+}
+
 TYPED_TEST(EventTapContract, strokeOfAnotherProgram_isRefused) {
     this->session.letAnotherProgramHold({controlOption, VirtualKey::Space});
     this->owner.tap->setEnabled(true);

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
@@ -167,6 +169,69 @@ TEST_F(X11KeyWatchTest, tapReadOnlyAfterItsEnd_isToldWhole) {
     EXPECT_EQ(told[0].type, KeyEventType::KeyDown);
     EXPECT_EQ(told[0].flags, 0xC0000U);
     EXPECT_EQ(told[1].type, KeyEventType::KeyUp);
+}
+
+TEST_F(X11KeyWatchTest, strokeRepeatedBeforeItsGrabsAreBack_isToldAndTheNextOneIsOursAgain) {
+    watch->waitFor({KeyInterest(KeyStroke{{0xC0000, VirtualKey::Space}})});
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
+        keys.press(key);
+    readAll();
+    ASSERT_EQ(told.size(), 1U);
+    keys.release(Key::space);
+    keys.tap(Key::space);
+    keys.press(Key::space);
+    readAll();
+    EXPECT_EQ(std::ranges::count(told, KeyEventType::KeyDown, &KeyEvent::type), 3);
+    EXPECT_EQ(told.back().flags, 0xC0000U);
+    keys.release(Key::space);
+    readAll();
+    EXPECT_EQ(told.size(), 6U);
+    EXPECT_EQ(told.back().type, KeyEventType::KeyUp);
+    window.takeKeys();
+
+    keys.press(Key::space);
+    readAll();
+    EXPECT_EQ(told.size(), 7U);
+    EXPECT_TRUE(window.takeKeys().empty());
+    for (const auto key : {Key::space, Key::leftAlt, Key::leftControl})
+        keys.release(key);
+    readAll();
+}
+
+TEST_F(X11KeyWatchTest, keyStruckWithoutItsModifiersBeforeTheGrabsAreBack_isTheApplications) {
+    watch->waitFor({KeyInterest(KeyStroke{{0xC0000, VirtualKey::Space}})});
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
+        keys.press(key);
+    readAll();
+    for (const auto key : {Key::space, Key::leftAlt})
+        keys.release(key);
+    window.takeKeys();
+    keys.tap(Key::space);
+    keys.release(Key::leftControl);
+    readAll();
+    EXPECT_EQ(told.size(), 2U);
+    EXPECT_EQ(window.takeKeys().size(), 3U);
+}
+
+TEST_F(X11KeyWatchTest, strokeDuringTheGrabOfAMenu_isTheMenusAlsoRightAfterAnother) {
+    watch->waitFor({KeyInterest(KeyStroke{{0xC0000, VirtualKey::Space}})});
+    for (const auto key : {Key::leftControl, Key::leftAlt, Key::space})
+        keys.press(key);
+    readAll();
+    keys.release(Key::space);
+    readAll(); // the grabs are back
+    ASSERT_EQ(told.size(), 2U);
+    auto& menu = window.connection();
+    const auto grabbed = menu.reply<xcb_grab_keyboard_reply_t>(xcb_grab_keyboard(
+        menu.get(), 0, menu.root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    ASSERT_TRUE(grabbed && grabbed->status == XCB_GRAB_STATUS_SUCCESS);
+    keys.tap(Key::space);
+    readAll();
+    xcb_ungrab_keyboard(menu.get(), XCB_CURRENT_TIME);
+    for (const auto key : {Key::leftAlt, Key::leftControl})
+        keys.release(key);
+    readAll();
+    EXPECT_EQ(told.size(), 2U);
 }
 
 TEST_F(X11KeyWatchTest, suspendedWatch_tellsNothingAndHasNoChords) {

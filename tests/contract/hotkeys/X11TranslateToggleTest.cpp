@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -87,6 +88,20 @@ TEST_F(X11TranslateToggle, tapFasterThanWeListen_triggersAndLeavesTheChordOurs) 
         tapAll(toggleKeys);
         EXPECT_EQ(takeCalls(), Calls{"toggle"});
         EXPECT_EQ(takeLetters().presses, 0);
+    }
+}
+
+TEST_F(X11TranslateToggle, struckAgainAtAnyMomentAfterItsRelease_triggersEachTime) {
+    installToggle();
+    for (int i = 0; i < 40; ++i) {
+        pressAll(toggleKeys);
+        EXPECT_EQ(takeCalls(), Calls{"toggle"}) << i;
+        release(Key::t);
+        std::this_thread::sleep_for(std::chrono::microseconds(50) * i); // around the time that the grabs take
+        press(Key::t);
+        EXPECT_EQ(takeCalls(), Calls{"toggle"}) << i;
+        releaseAll({toggleKeys.rbegin(), toggleKeys.rend()});
+        EXPECT_EQ(takeCalls(), Calls{}) << i;
     }
 }
 

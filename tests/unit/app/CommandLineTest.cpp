@@ -25,6 +25,8 @@ TEST(CommandLineTest, verb_isACommand) {
     ASSERT_TRUE(std::holds_alternative<CommandLine::Command>(purpose));
     EXPECT_EQ(std::get<CommandLine::Command>(purpose).command, (AgentCommand{Verb::Status, true}));
     EXPECT_TRUE(is<CommandLine::Command>({"toggle"}));
+    EXPECT_TRUE(is<CommandLine::Command>({"settings", "hotkey"}));
+    EXPECT_TRUE(is<CommandLine::Run>({"--settings", "hotkey"}));
 }
 
 TEST(CommandLineTest, helpAndVersion_areTheirOwnPurposes) {
@@ -34,8 +36,8 @@ TEST(CommandLineTest, helpAndVersion_areTheirOwnPurposes) {
 }
 
 TEST(CommandLineTest, otherWords_areToldBack) {
-    for (const QStringList& arguments :
-         {QStringList{"dictate"}, QStringList{"press", "now"}, QStringList{""}}) {
+    for (const QStringList& arguments : {QStringList{"dictate"}, QStringList{"press", "now"},
+                                         QStringList{"settings", "nonsense"}, QStringList{""}}) {
         const auto purpose = CommandLine::purposeOf(arguments);
         ASSERT_TRUE(std::holds_alternative<CommandLine::Misuse>(purpose))
             << arguments.join(u' ').toStdString();

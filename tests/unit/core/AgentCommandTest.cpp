@@ -4,6 +4,8 @@
 #include "CoreTest.h"
 #include "core/CommandedHotkey.h"
 #include "shell/readiness/ReadinessMonitor.h"
+#include "shell/settings/SettingsModel.h"
+#include "shell/settings/SettingsWindow.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -24,6 +26,11 @@ TEST(AgentCommandTest, wordsOfACommand_areThatCommand) {
     }
     EXPECT_EQ(AgentCommand::of({"status", "--json"}), (AgentCommand{Verb::Status, true}));
     EXPECT_EQ((AgentCommand{Verb::Status, true}).words(), QStringList({"status", "--json"}));
+    for (const auto section : allCases<SettingsSectionID>()) {
+        const AgentCommand command{Verb::Settings, false, section};
+        EXPECT_EQ(command.words(), QStringList({"settings", rawValue(section)}));
+        EXPECT_EQ(AgentCommand::of(command.words()), command);
+    }
 }
 
 TEST(AgentCommandTest, otherWords_areNone) {
@@ -33,6 +40,12 @@ TEST(AgentCommandTest, otherWords_areNone) {
                                           {"pres"},
                                           {"press", "release"},
                                           {"press", "--json"},
+                                          {"settings", "nonsense"},
+                                          {"settings", ""},
+                                          {"settings", "--json"},
+                                          {"settings", "hotkey", "ai"},
+                                          {"panel", "hotkey"},
+                                          {"status", "hotkey"},
                                           {"status", "json"},
                                           {"status", "--json", "--json"},
                                           {"--json"},
@@ -190,6 +203,23 @@ TEST_F(Commanded, panel_opens) {
     launch();
     obey(Verb::Panel);
     EXPECT_TRUE(world.windows.menuPanel()->isVisible());
+}
+
+TEST_F(Commanded, settings_openAtTheSectionAskedForAndKeepItOtherwise) {
+    launch();
+    EXPECT_EQ(world.agent().settingsWindow().model(), nullptr);
+    world.agent().obey({Verb::Settings, false, SettingsSectionID::Hotkey});
+    EXPECT_EQ(world.agent().settingsWindow().model()->section(), "hotkey");
+    obey(Verb::Settings);
+    EXPECT_EQ(world.agent().settingsWindow().model()->section(), "hotkey");
+}
+
+TEST_F(Commanded, settings_closeTheOpenPanel) {
+    launch();
+    obey(Verb::Panel);
+    obey(Verb::Settings);
+    runToRest(); // it fades out
+    EXPECT_FALSE(world.windows.menuPanel()->isVisible());
 }
 
 TEST_F(Commanded, status_followsTheDictationAndTellsNoWordOfIt) {

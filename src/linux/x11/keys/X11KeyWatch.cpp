@@ -228,12 +228,12 @@ void X11KeyWatch::handleInput(const xcb_ge_generic_event_t& event) {
     if (!m_relevantKeys[key.detail])
         return;
     if (event.event_type == XCB_INPUT_RAW_KEY_PRESS)
-        pressed(key.sourceid, keycode, key.time);
+        pressed(key.sourceid, keycode, {.time = key.time, .lastRequest = event.full_sequence});
     else if (event.event_type == XCB_INPUT_RAW_KEY_RELEASE)
         released(key.sourceid, keycode);
 }
 
-void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time) {
+void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, const Moment& moment) {
     m_heldKeys.press(device, keycode);
     const auto key = X11KeyCodes::toVirtual(keycode);
     if (key == VirtualKey::CapsLock)
@@ -243,8 +243,10 @@ void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_
     if (m_aloneKeys.contains(*key))
         reportHeldKey(*key);
     if (m_chordKeys.contains(*key)) {
-        m_rawKeyDown = RawKeyDown{keycode, time};
+        m_rawKeyDown = RawKeyDown{keycode, moment.time};
         startChordIfBothSay();
+        if (isBeforeReturn(keycode, moment))
+            startChordThatPassed();
         retryTakenChords(*key);
     }
 }
@@ -262,36 +264,62 @@ void X11KeyWatch::released(std::uint16_t device, XKeycode keycode) {
         m_rawKeyDown->isReleased = true;
     if (m_chordKeys.contains(*key) && m_reportedPresses.contains(*key) && !isHeld(*key))
         reportChordEnd(*key);
-    if (!m_heldKeys.isHeld(keycode) && m_grabs.takeBack(keycode))
+    if (!m_heldKeys.isHeld(keycode) && m_grabs.takeBack(keycode)) {
         applyInterests();
+        m_return = Return{keycode, xcb_no_operation(m_events->get()).sequence};
+        m_events->roundTrip();
+    }
+}
+
+/// Whether the key may have gone down while its grabs, let go for the stroke before, were not back yet.
+bool X11KeyWatch::isBeforeReturn(XKeycode keycode, const Moment& moment) const {
+    // Numbers of requests wrap around.
+    return m_return && m_return->keycode == keycode &&
+           static_cast<std::int32_t>(moment.lastRequest - m_return->request) < 0;
+}
+
+/// Fingers are quicker than the server's answer: a chord that is struck again at once goes to the
+/// application, but it is meant for us. The raw events alone tell it then.
+void X11KeyWatch::startChordThatPassed() {
+    m_grabs.connection().roundTrip(); // if it came to us nevertheless, that has been told by now
+    while (readGrabbedEvent()) {
+    }
+    if (!m_rawKeyDown)
+        return;
+    const auto key = *X11KeyCodes::toVirtual(m_rawKeyDown->keycode);
+    const auto held = flags(key);
+    if (pressedChord(key, held))
+        startChord(held);
 }
 
 void X11KeyWatch::startChordIfBothSay() {
     if (!m_rawKeyDown || !m_grabbedKeyDown || m_isSuspended ||
         m_rawKeyDown->keycode != m_grabbedKeyDown->keycode || m_rawKeyDown->time != m_grabbedKeyDown->time)
         return;
-    const auto keycode = m_rawKeyDown->keycode;
-    const auto key = *X11KeyCodes::toVirtual(keycode);
-    const auto state = m_grabbedKeyDown->state;
-    const bool isReleased = m_rawKeyDown->isReleased;
-    m_rawKeyDown.reset();
-    m_grabbedKeyDown.reset();
-    m_reportedPresses.insert(key);
-    m_report({.type = KeyEventType::KeyDown, .keyCode = key, .flags = X11KeyCodes::flagsFromState(state)});
-    if (isReleased)
-        reportChordEnd(key); // a short tap: the other connection was ahead
-    else if (isStroke(key, X11KeyCodes::flagsFromState(state)) && !isOtherChordHeld(key))
-        m_grabs.letPass(keycode);
+    const auto grabbed = *std::exchange(m_grabbedKeyDown, std::nullopt);
+    startChord(X11KeyCodes::flagsFromState(grabbed.state));
 }
 
-/// The newest of the chords that are pressed by this decides.
-bool X11KeyWatch::isStroke(VirtualKey keyCode, std::uint64_t flags) const {
+void X11KeyWatch::startChord(std::uint64_t flags) {
+    const auto keyDown = *std::exchange(m_rawKeyDown, std::nullopt);
+    const auto key = *X11KeyCodes::toVirtual(keyDown.keycode);
+    m_reportedPresses.insert(key);
+    m_report({.type = KeyEventType::KeyDown, .keyCode = key, .flags = flags});
+    const auto* chord = pressedChord(key, flags);
+    if (keyDown.isReleased)
+        reportChordEnd(key); // a short tap: the other connection was ahead
+    else if (chord && std::holds_alternative<KeyStroke>(*chord) && !isOtherChordHeld(key))
+        m_grabs.letPass(keyDown.keycode);
+}
+
+/// The newest of the chords that are pressed by this decides; null when there is none.
+const KeyInterest* X11KeyWatch::pressedChord(VirtualKey keyCode, std::uint64_t flags) const {
     const auto newest =
         std::find_if(m_interests.rbegin(), m_interests.rend(), [keyCode, flags](const KeyInterest& interest) {
             const auto* chord = chordOf(interest);
             return chord && chord->keyCode == keyCode && (flags & chord->modifiers) == chord->modifiers;
         });
-    return newest != m_interests.rend() && std::holds_alternative<KeyStroke>(*newest);
+    return newest != m_interests.rend() ? &*newest : nullptr;
 }
 
 /// Then the server gives us the whole keyboard until that one is let go.

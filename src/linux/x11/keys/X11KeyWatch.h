@@ -75,10 +75,17 @@ private:
     bool readGrabbedEvent();
     void handleInput(const xcb_ge_generic_event_t& event);
 
-    void pressed(std::uint16_t device, XKeycode keycode, xcb_timestamp_t time);
+    struct Moment {
+        xcb_timestamp_t time;
+        std::uint32_t lastRequest; // of ours that the server had worked off by then
+    };
+    void pressed(std::uint16_t device, XKeycode keycode, const Moment& moment);
     void released(std::uint16_t device, XKeycode keycode);
     void startChordIfBothSay();
-    bool isStroke(VirtualKey keyCode, std::uint64_t flags) const;
+    bool isBeforeReturn(XKeycode keycode, const Moment& moment) const;
+    void startChordThatPassed();
+    void startChord(std::uint64_t flags);
+    const KeyInterest* pressedChord(VirtualKey keyCode, std::uint64_t flags) const;
     bool isOtherChordHeld(VirtualKey keyCode) const;
     void reportHeldKey(VirtualKey keyCode);
     void reportOtherKeyThan(std::optional<VirtualKey> key);
@@ -99,6 +106,11 @@ private:
         XKeycode keycode;
         xcb_timestamp_t time;
         bool isReleased = false; // since then
+    };
+    /// Of a chord that an application had for the rest of a stroke.
+    struct Return {
+        XKeycode keycode;
+        std::uint32_t request; // what the server tells after it was told with the grabs in place
     };
 
     const std::unique_ptr<X11Connection> m_events;
@@ -122,6 +134,7 @@ private:
 
     std::optional<RawKeyDown> m_rawKeyDown;
     std::optional<X11ChordGrabs::KeyDown> m_grabbedKeyDown;
+    std::optional<Return> m_return;         // the latest
     std::set<VirtualKey> m_reportedPresses; // their ends have not been reported yet
 };
 

@@ -67,6 +67,24 @@ bool TargetBarrier::wait(milliseconds limit) {
     return waitFor(target, deadline) && formerIsDone;
 }
 
+bool TargetBarrier::waitForRest(milliseconds limit) {
+    const auto deadline = Clock::now() + limit;
+    const pid_t process = processOfWindow(m_connection, focusedWindow(m_connection));
+    if (process == 0)
+        return true;
+    // Its first thread is the one that events come to. It also sleeps for a moment whenever it asks the
+    // server.
+    auto before = sleepsOf({process});
+    do {
+        std::this_thread::sleep_for(sleepProbe);
+        const auto after = sleepsOf({process});
+        if (before && after == before)
+            return true;
+        before = after;
+    } while (Clock::now() < deadline);
+    return false;
+}
+
 bool TargetBarrier::waitFor(xcb_window_t window, Deadline deadline) {
     return waitForReading(window, deadline) && (methodProcesses().empty() || waitForReturn(window, deadline));
 }

@@ -29,6 +29,11 @@ public:
     /// server.
     bool wait(std::chrono::milliseconds limit);
 
+    /// Returns when the focused application has nothing left to do, or after `limit`, with false. For after
+    /// `wait`: a program may have taken keys from the server, and tell so, but keep them for later. Without a
+    /// way to know it returns at once.
+    bool waitForRest(std::chrono::milliseconds limit);
+
 private:
     using Deadline = std::chrono::steady_clock::time_point;
 

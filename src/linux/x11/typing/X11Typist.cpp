@@ -21,6 +21,7 @@ using std::chrono::milliseconds;
 // For an application that hangs. Keys that it reads later than that may come out as others.
 constexpr std::chrono::seconds fullPatience{10};
 constexpr milliseconds lostPatience{100};
+constexpr milliseconds restPatience{2000}; // for an application that never rests, such as a player
 
 constexpr milliseconds keyboardPoll{5};
 // For chords of the user's own, and for grabs of the keyboard. What is held longer than that is let go, since
@@ -86,7 +87,8 @@ X11Typist::X11Typist(X11Keyboard& keyboard, TargetBarrier& barrier, KeyboardFocu
     , m_layout(keyboard)
     , m_spares(keyboard, m_ledger)
     , m_guard(keyboard, m_ledger, m_layout.numLockModifiers())
-    , m_patience(fullPatience) {
+    , m_patience(fullPatience)
+    , m_restPatience(restPatience) {
     m_group = m_keyboard.state().group;
     m_layout.find(XKeysym{XKB_KEY_space}, m_group); // collects what the group writes
 }
@@ -233,12 +235,18 @@ void X11Typist::lendFrom(std::size_t position) {
 }
 
 /// LibreOffice collects characters of 16 bits as long as more keys are waiting, and lets larger ones overtake
-/// them: of a family of emojis the joiners would come last.
+/// them: of a family of emojis the joiners would come last. While it lays out a text it also looks ahead into
+/// its queue, and answers there that it has read keys which it has not worked off.
 void X11Typist::letReadBefore(XKeysym symbol) {
-    if (!isBeyondBasicPlane(symbol))
+    if (!isBeyondBasicPlane(symbol)) {
         m_hasTypedBasic = true;
-    else if (std::exchange(m_hasTypedBasic, false))
-        awaitReading();
+        return;
+    }
+    if (!std::exchange(m_hasTypedBasic, false))
+        return;
+    awaitReading();
+    if (m_restPatience > milliseconds(0) && !m_barrier.waitForRest(m_restPatience))
+        m_restPatience = milliseconds(0); // once is enough
 }
 
 void X11Typist::awaitReading() {

@@ -68,6 +68,7 @@ private:
     bool m_hasTyped = false;      ///< something since the last barrier
     bool m_hasTypedBasic = false; ///< characters of the basic plane since one beyond it
     std::chrono::milliseconds m_patience;
+    std::chrono::milliseconds m_restPatience;
 };
 
 /// The symbols that have to be made writable so that as many as possible of `symbols` from `start` on can be
