@@ -264,7 +264,8 @@ TEST_F(PreparedChildTest, manyOfThem_leaveNothingOpenAndNoZombie) {
             child->end();
     }
     EXPECT_TRUE(eventually([] { return !hasChildren(); }));
-    EXPECT_TRUE(eventually([before] { return openDescriptors() == before; })) << openDescriptors();
+    // The first one may still have had some of its own.
+    EXPECT_TRUE(eventually([before] { return openDescriptors() <= before; })) << openDescriptors();
 }
 
 TEST_F(PreparedChildTest, deathOfTheAgent_endsTheChildWhereverItIs) {
