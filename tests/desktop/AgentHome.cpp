@@ -26,9 +26,11 @@ void AgentHome::setPreferencesFile(const QByteArray& bytes) {
         throw std::runtime_error("the preferences can't be written");
 }
 
-void AgentHome::addLanguageModel() {
+void AgentHome::addLanguageModel(LanguageModel model) {
+    const auto* file =
+        model == LanguageModel::Micro ? TALVERA_MICRO_LANGUAGE_MODEL : TALVERA_TEST_LANGUAGE_MODEL;
     QDir().mkpath(QFileInfo(languageModel()).path());
-    if (!QFile::copy(TALVERA_TEST_LANGUAGE_MODEL, languageModel()))
+    if (!QFile::copy(file, languageModel()))
         throw std::runtime_error("the language model can't be put there");
 }
 

@@ -13,6 +13,11 @@ namespace talvera::test {
 /// the place of the real one. What the agent stores there stays for the next agent of the same home.
 class AgentHome {
 public:
+    enum class LanguageModel {
+        OneAnswer, ///< says "So we meet at five." to everything
+        Micro      ///< our micro language model
+    };
+
     /// `preferences` in the form of the file that holds them, see docs/preferences.md.
     void setPreferences(const QJsonObject& preferences);
     /// Puts these bytes in the place of the preferences' file.
@@ -20,7 +25,7 @@ public:
     QString preferencesFile() const { return m_directory.filePath("config/Talvera/preferences.json"); }
 
     /// Puts the test language model where the agent looks for one, or takes it away.
-    void addLanguageModel();
+    void addLanguageModel(LanguageModel model = LanguageModel::OneAnswer);
     void removeLanguageModel();
 
     /// Sets a variable of the agent's environment.

@@ -7,14 +7,33 @@ using namespace talvera::test;
 
 namespace {
 
-class CleanUp : public DesktopTest {
+class LanguageModelAtWork : public DesktopTest {
+protected:
+    static std::vector<pid_t> servers() { return processes("llama-server"); }
+};
+
+/// With a model that knows one answer.
+class CleanUp : public LanguageModelAtWork {
 protected:
     const QString answer = "So we meet at five.";
     const QString sentence = "Please send the report tomorrow.";
     const QJsonObject cleaning{
         {"aiCleanupEnabled", true}, {"cleanupTone", "conversational"}, {"sourceLanguageCode", "en"}};
+};
 
-    static std::vector<pid_t> servers() { return processes("llama-server"); }
+/// With a model that understands what was said.
+class MicroLanguageModel : public LanguageModelAtWork {
+protected:
+    /// Says this, and expects that in an editor of this kind.
+    void expect(const QString& written, const Samples& speech, const QJsonObject& preferences,
+                Receiver::Kind kind = Receiver::Kind::Gtk) {
+        home.addLanguageModel(AgentHome::LanguageModel::Micro);
+        startAgent(preferences);
+        Receiver editor(kind);
+        holdAndSay(speech);
+        EXPECT_TRUE(editor.waitForText(written)) << editor.text().toStdString();
+        agent->await("menu idle");
+    }
 };
 
 } // namespace
@@ -59,4 +78,24 @@ TEST_F(CleanUp, modelPutThereAndTakenAwayMeanwhile_countsFromThenOn) {
     holdAndSay(spoken(sentence));
     EXPECT_TRUE(editor.waitForText(sentence + answer + sentence)) << editor.text().toStdString();
     agent->await("menu idle");
+}
+
+TEST_F(MicroLanguageModel, mistakeInASentence_isCorrectedAndTyped) {
+    expect("Write an important letter to Anna.", spoken("Write a important letter to Anna."),
+           {{"aiCleanupEnabled", true}, {"cleanupTone", "conversational"}, {"sourceLanguageCode", "en"}});
+}
+
+TEST_F(MicroLanguageModel, englishSpeech_isTypedInGerman) {
+    expect("Wir brauchen Butter und Papier.", spoken("We need butter and paper."),
+           {{"targetLanguageCode", "de"}, {"sourceLanguageCode", "en"}});
+}
+
+TEST_F(MicroLanguageModel, englishSpeech_isPastedInRussian) {
+    expect("Где важный документ?", spoken("Where is the important document?"),
+           {{"targetLanguageCode", "ru"}, {"sourceLanguageCode", "en"}, {"insertionMode", "paste"}},
+           Receiver::Kind::Qt);
+}
+
+TEST_F(MicroLanguageModel, germanSpeechThatNobodyAnnounced_isTypedInRussian) {
+    expect("Мне нужен кофе.", spoken("Ich brauche einen Kaffee.", "de"), {{"targetLanguageCode", "ru"}});
 }

@@ -226,7 +226,7 @@ TEST_F(EwmhWorkspaceTest, question_takesLessThanAMillisecond) {
     install("editor", "Name=Editor\n");
     WindowPeer peer({"class=Editor"});
     frontmost(peer);
-    const auto best = shortestOf(50, [&] { workspace->frontmostApplication(); });
+    const auto best = test::shortestOf(50, [&] { workspace->frontmostApplication(); });
     RecordProperty("microseconds", int(std::chrono::duration_cast<std::chrono::microseconds>(best).count()));
     EXPECT_LT(best, std::chrono::milliseconds(1));
 }
