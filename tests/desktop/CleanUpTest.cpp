@@ -90,12 +90,13 @@ TEST_F(MicroLanguageModel, englishSpeech_isTypedInGerman) {
            {{"targetLanguageCode", "de"}, {"sourceLanguageCode", "en"}});
 }
 
-TEST_F(MicroLanguageModel, englishSpeech_isPastedInRussian) {
-    expect("Где важный документ?", spoken("Where is the important document?"),
-           {{"targetLanguageCode", "ru"}, {"sourceLanguageCode", "en"}, {"insertionMode", "paste"}},
+TEST_F(MicroLanguageModel, englishSpeech_isPastedInGerman) {
+    expect("Wo ist das wichtige Dokument?", spoken("Where is the important document?"),
+           {{"targetLanguageCode", "de"}, {"sourceLanguageCode", "en"}, {"insertionMode", "paste"}},
            Receiver::Kind::Qt);
 }
 
-TEST_F(MicroLanguageModel, germanSpeechThatNobodyAnnounced_isTypedInRussian) {
-    expect("Мне нужен кофе.", spoken("Ich brauche einen Kaffee.", "de"), {{"targetLanguageCode", "ru"}});
+TEST_F(MicroLanguageModel, russianSpeechThatNobodyAnnounced_isTypedInGerman) {
+    expect("Bitte schicken Sie den Bericht.", spoken("Пожалуйста, отправьте отчёт.", "ru"),
+           {{"targetLanguageCode", "de"}});
 }
