@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "linux/language/HttpResponseReader.h"
 
+#include <QList>
+
 #include <algorithm>
 #include <utility>
 
