@@ -454,6 +454,16 @@ TEST_F(HotkeyManagerTest, chordWhileAShortcutIsRecorded_isSwallowedAsEver) {
     EXPECT_EQ(hotkey.presses().get(), 2);
 }
 
+TEST_F(HotkeyManagerTest, chordChosenWhileAShortcutIsRecorded_isListenedForAtOnce) {
+    install(HotkeyBinding::holdSpecial(Key::RightCommand));
+    hotkey.setShortcutIsRecorded(true);
+    hotkey.setBinding(HotkeyBinding::chord(0xC0000, VirtualKey::Space));
+    pressControlOption();
+    keyboard.tap(VirtualKey::Space);
+    EXPECT_EQ(settled(), (Calls{"start", "end"}));
+    EXPECT_TRUE(passedOf(VirtualKey::Space).empty());
+}
+
 TEST_F(HotkeyManagerTest, keyAloneWhileAShortcutIsRecorded_isNotListenedFor) {
     install(HotkeyBinding::holdSpecial(Key::RightCommand));
     keyboard.press(VirtualKey::RightCommand);
