@@ -62,12 +62,20 @@ void RecorderItem::mousePressEvent(QMouseEvent* event) {
     record();
 }
 
+bool RecorderItem::isRepeat(const QKeyEvent& press) {
+    const auto key = press.nativeScanCode(); // 0 for what another program makes up
+    const bool isDown = key != 0 && m_keysDown.contains(key);
+    m_keysDown.insert(key);
+    return press.isAutoRepeat() || isDown;
+}
+
 void RecorderItem::keyPressEvent(QKeyEvent* event) {
+    const bool repeat = isRepeat(*event);
     if (isArmed()) {
         event->setAccepted(m_recorder->press(event->nativeScanCode(), event->nativeVirtualKey(),
-                                             event->nativeModifiers(), event->isAutoRepeat()));
+                                             event->nativeModifiers(), repeat));
     } else if (isClickKey(*event)) {
-        if (!event->isAutoRepeat())
+        if (!repeat)
             m_pressedKey = event->key();
     } else {
         event->ignore();
@@ -76,6 +84,8 @@ void RecorderItem::keyPressEvent(QKeyEvent* event) {
 
 /// Not before the key goes up: what follows its press would be the first key of the recording.
 void RecorderItem::keyReleaseEvent(QKeyEvent* event) {
+    if (!event->isAutoRepeat())
+        m_keysDown.remove(event->nativeScanCode());
     if (event->isAutoRepeat() || std::exchange(m_pressedKey, 0) != event->key())
         event->setAccepted(isArmed());
     else
@@ -90,6 +100,7 @@ void RecorderItem::focusInEvent(QFocusEvent* event) {
 /// Keys go elsewhere now, and the hotkeys are to act again.
 void RecorderItem::focusOutEvent(QFocusEvent* event) {
     QQuickItem::focusOutEvent(event);
+    m_keysDown.clear(); // what goes up now is told elsewhere
     m_pressedKey = 0;
     setVisualFocus(false);
     cancel();

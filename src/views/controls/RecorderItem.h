@@ -5,6 +5,7 @@
 
 #include <QPointer>
 #include <QQuickItem>
+#include <QSet>
 #include <QtQml/qqmlregistration.h>
 
 namespace talvera {
@@ -48,6 +49,10 @@ private:
     void setVisualFocus(bool visual);
 
     QPointer<HotkeyRecorderModel> m_recorder;
+    bool isRepeat(const QKeyEvent& press);
+
+    QSet<quint32>
+        m_keysDown; ///< scan codes: a server that sends no releases between repeats doesn't mark them either
     int m_pressedKey = 0; ///< the one that will act as a click when it goes up
     bool m_visualFocus = false;
 };

@@ -17,6 +17,7 @@ Item {
 
     readonly property bool visualFocus: activeFocus && !pointed
     property bool pointed: false ///< it has the keyboard since it was clicked on
+    property int heldKey: 0 ///< has clicked, and repeats until it goes up
 
     signal clicked()
 
@@ -33,14 +34,22 @@ Item {
     Accessible.onPressAction: row.clicked()
     Accessible.onToggleAction: row.clicked()
     onActiveFocusChanged: {
-        if (!activeFocus)
-            pointed = false
+        if (activeFocus)
+            return
+        pointed = false
+        heldKey = 0
     }
     Keys.onPressed: event => {
         pointed = false
         event.accepted = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter].includes(event.key)
-        if (event.accepted && !event.isAutoRepeat)
+        if (event.accepted && !event.isAutoRepeat && heldKey !== event.key) {
+            heldKey = event.key // repeats need not be marked as such
             row.clicked()
+        }
+    }
+    Keys.onReleased: event => {
+        if (!event.isAutoRepeat)
+            heldKey = 0
     }
     Keys.onDownPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
     Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)

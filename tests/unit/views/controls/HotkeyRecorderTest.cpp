@@ -148,6 +148,21 @@ TEST_F(RecorderField, spaceAndReturn_doWhatAClickDoesWhenTheyGoUp) {
     }
 }
 
+// A server that sends no releases between the repeats of a held key marks none of them.
+TEST_F(RecorderField, keysThatAreHeld_countOnce) {
+    field().forceActiveFocus(Qt::TabFocusReason);
+    press(KEY_SPACE, Qt::Key_Space);
+    press(KEY_SPACE, Qt::Key_Space);
+    release(KEY_SPACE, Qt::Key_Space);
+    ASSERT_TRUE(model.isArmed());
+    press(KEY_LEFTCTRL, Qt::Key_Control);
+    press(KEY_SPACE, Qt::Key_Space, 4);
+    ASSERT_EQ(settings.translateToggleBinding.get(), HotkeyBinding::chord(0x40000, VirtualKey::Space));
+    press(KEY_SPACE, Qt::Key_Space, 4);
+    release(KEY_SPACE, Qt::Key_Space);
+    EXPECT_FALSE(model.isArmed());
+}
+
 TEST_F(RecorderField, otherKeysAtRest_areNotForIt) {
     field().forceActiveFocus();
     EXPECT_FALSE(press(KEY_K, Qt::Key_K, 4));

@@ -10,6 +10,7 @@
 
 #include <QKeyEvent>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <optional>
@@ -305,6 +306,23 @@ TEST_F(OnboardingViews, hotkeyRow_isChosenByMouseAndKeyboard) {
     EXPECT_EQ(model->hotkey()->selectedId(), "fn");
     EXPECT_TRUE(isShown(model->hotkey()->fnWarning()));
     EXPECT_EQ(model->step(), Step::HotkeyStep);
+}
+
+TEST_F(OnboardingViews, keyThatIsHeldOnAHotkeyRow_choosesItOnce) {
+    make();
+    show();
+    finishDownload();
+    goTo(Step::HotkeyStep);
+    layOut(*view);
+    auto& row = *shownOfType("HotkeyRow").at(3);
+    row.forceActiveFocus(Qt::TabFocusReason);
+    const QSignalSpy clicked(&row, SIGNAL(clicked()));
+    send(QEvent::KeyPress, Qt::Key_Space, false);
+    send(QEvent::KeyPress, Qt::Key_Space, false); // a server that sends no releases between marks no repeat
+    EXPECT_EQ(clicked.size(), 1);
+    send(QEvent::KeyRelease, Qt::Key_Space, false);
+    send(QEvent::KeyPress, Qt::Key_Space, false);
+    EXPECT_EQ(clicked.size(), 2);
 }
 
 TEST_F(OnboardingViews, holdButton_recordsWhileTheMouseHoldsIt) {
