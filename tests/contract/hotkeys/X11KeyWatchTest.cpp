@@ -52,6 +52,24 @@ TEST_F(X11KeyWatchTest, keysThatNobodyWaitsFor_areNotTold) {
     EXPECT_TRUE(told.empty());
 }
 
+// The modifiers' raw events are read first, while the grabs tell of both chords already.
+TEST_F(X11KeyWatchTest, chordsPressedBeforeTheFirstIsReadOff_areBothTold) {
+    const std::uint64_t modifiers = 0xC0000;
+    watch->waitFor({KeyInterest(KeyChord{modifiers, VirtualKey::Space}),
+                    KeyInterest(KeyChord{modifiers, VirtualKey::T})});
+    const std::vector pressed{Key::leftControl, Key::leftAlt, Key::space, Key::t};
+    for (const auto key : pressed)
+        keys.press(key);
+    readAll();
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[0].keyCode, VirtualKey::Space);
+    EXPECT_EQ(told[1].keyCode, VirtualKey::T);
+    for (const auto key : pressed)
+        keys.release(key);
+    readAll();
+    EXPECT_EQ(told.size(), 4U);
+}
+
 TEST_F(X11KeyWatchTest, otherKeysStruckWhileOneIsHeldAlone_areToldOnceAndWithoutTheirNames) {
     watch->waitFor({KeyInterest(VirtualKey::RightCommand)});
     keys.tap(Key::a);

@@ -154,8 +154,8 @@ void X11KeyWatch::suspend(const std::set<VirtualKey>& heardPresses) {
     std::erase_if(m_reportedPresses, [this](VirtualKey key) {
         return !m_chordKeys.contains(key) && !m_aloneKeys.contains(key);
     });
-    m_rawKeyDown.reset();
-    m_grabbedKeyDown.reset();
+    m_rawKeyDowns.clear();
+    m_grabbedKeyDowns.clear();
     m_grabs.hold({});
 }
 
@@ -207,8 +207,8 @@ bool X11KeyWatch::readGrabbedEvent() {
     const auto keyDown = m_grabs.nextKeyDown();
     if (!keyDown)
         return false;
-    m_grabbedKeyDown = keyDown;
-    startChordIfBothSay();
+    m_grabbedKeyDowns[keyDown->keycode] = *keyDown;
+    startChordIfBothSay(keyDown->keycode);
     return true;
 }
 
@@ -243,10 +243,10 @@ void X11KeyWatch::pressed(std::uint16_t device, XKeycode keycode, const Moment& 
     if (m_aloneKeys.contains(*key))
         reportHeldKey(*key);
     if (m_chordKeys.contains(*key)) {
-        m_rawKeyDown = RawKeyDown{keycode, moment.time};
-        startChordIfBothSay();
+        m_rawKeyDowns[keycode] = {.time = moment.time};
+        startChordIfBothSay(keycode);
         if (isBeforeReturn(keycode, moment))
-            startChordThatPassed();
+            startChordThatPassed(keycode);
         retryTakenChords(*key);
     }
 }
@@ -260,8 +260,8 @@ void X11KeyWatch::released(std::uint16_t device, XKeycode keycode) {
         return;
     if (m_aloneKeys.contains(*key))
         reportHeldKey(*key);
-    if (m_rawKeyDown && m_rawKeyDown->keycode == keycode)
-        m_rawKeyDown->isReleased = true;
+    if (const auto untold = m_rawKeyDowns.find(keycode); untold != m_rawKeyDowns.end())
+        untold->second.isReleased = true;
     if (m_chordKeys.contains(*key) && m_reportedPresses.contains(*key) && !isHeld(*key))
         reportChordEnd(*key);
     if (!m_heldKeys.isHeld(keycode) && m_grabs.takeBack(keycode)) {
@@ -280,36 +280,39 @@ bool X11KeyWatch::isBeforeReturn(XKeycode keycode, const Moment& moment) const {
 
 /// Fingers are quicker than the server's answer: a chord that is struck again at once goes to the
 /// application, but it is meant for us. The raw events alone tell it then.
-void X11KeyWatch::startChordThatPassed() {
+void X11KeyWatch::startChordThatPassed(XKeycode keycode) {
     m_grabs.connection().roundTrip(); // if it came to us nevertheless, that has been told by now
     while (readGrabbedEvent()) {
     }
-    if (!m_rawKeyDown)
+    if (!m_rawKeyDowns.contains(keycode))
         return;
-    const auto key = *X11KeyCodes::toVirtual(m_rawKeyDown->keycode);
+    const auto key = *X11KeyCodes::toVirtual(keycode);
     const auto held = flags(key);
     if (pressedChord(key, held))
-        startChord(held);
+        startChord(keycode, held);
 }
 
-void X11KeyWatch::startChordIfBothSay() {
-    if (!m_rawKeyDown || !m_grabbedKeyDown || m_isSuspended ||
-        m_rawKeyDown->keycode != m_grabbedKeyDown->keycode || m_rawKeyDown->time != m_grabbedKeyDown->time)
+void X11KeyWatch::startChordIfBothSay(XKeycode keycode) {
+    const auto raw = m_rawKeyDowns.find(keycode);
+    const auto grabbed = m_grabbedKeyDowns.find(keycode);
+    if (m_isSuspended || raw == m_rawKeyDowns.end() || grabbed == m_grabbedKeyDowns.end() ||
+        raw->second.time != grabbed->second.time)
         return;
-    const auto grabbed = *std::exchange(m_grabbedKeyDown, std::nullopt);
-    startChord(X11KeyCodes::flagsFromState(grabbed.state));
+    const auto state = grabbed->second.state;
+    m_grabbedKeyDowns.erase(grabbed);
+    startChord(keycode, X11KeyCodes::flagsFromState(state));
 }
 
-void X11KeyWatch::startChord(std::uint64_t flags) {
-    const auto keyDown = *std::exchange(m_rawKeyDown, std::nullopt);
-    const auto key = *X11KeyCodes::toVirtual(keyDown.keycode);
+void X11KeyWatch::startChord(XKeycode keycode, std::uint64_t flags) {
+    const bool isReleased = m_rawKeyDowns.extract(keycode).mapped().isReleased;
+    const auto key = *X11KeyCodes::toVirtual(keycode);
     m_reportedPresses.insert(key);
     m_report({.type = KeyEventType::KeyDown, .keyCode = key, .flags = flags});
     const auto* chord = pressedChord(key, flags);
-    if (keyDown.isReleased)
+    if (isReleased)
         reportChordEnd(key); // a short tap: the other connection was ahead
     else if (chord && std::holds_alternative<KeyStroke>(*chord) && !isOtherChordHeld(key))
-        m_grabs.letPass(keyDown.keycode);
+        m_grabs.letPass(keycode);
 }
 
 /// The newest of the chords that are pressed by this decides; null when there is none.

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -81,10 +82,10 @@ private:
     };
     void pressed(std::uint16_t device, XKeycode keycode, const Moment& moment);
     void released(std::uint16_t device, XKeycode keycode);
-    void startChordIfBothSay();
+    void startChordIfBothSay(XKeycode keycode);
     bool isBeforeReturn(XKeycode keycode, const Moment& moment) const;
-    void startChordThatPassed();
-    void startChord(std::uint64_t flags);
+    void startChordThatPassed(XKeycode keycode);
+    void startChord(XKeycode keycode, std::uint64_t flags);
     const KeyInterest* pressedChord(VirtualKey keyCode, std::uint64_t flags) const;
     bool isOtherChordHeld(VirtualKey keyCode) const;
     void reportHeldKey(VirtualKey keyCode);
@@ -103,7 +104,6 @@ private:
     std::vector<KeyChord> chords() const;
 
     struct RawKeyDown {
-        XKeycode keycode;
         xcb_timestamp_t time;
         bool isReleased = false; // since then
     };
@@ -132,8 +132,10 @@ private:
     std::set<VirtualKey> m_chordKeys;  // of m_interests, and so on
     std::set<VirtualKey> m_aloneKeys;
 
-    std::optional<RawKeyDown> m_rawKeyDown;
-    std::optional<X11ChordGrabs::KeyDown> m_grabbedKeyDown;
+    // The latest of each key that one connection has told and the other has not: a chord may follow another
+    // before both have told the first.
+    std::map<XKeycode, RawKeyDown> m_rawKeyDowns;
+    std::map<XKeycode, X11ChordGrabs::KeyDown> m_grabbedKeyDowns;
     std::optional<Return> m_return;         // the latest
     std::set<VirtualKey> m_reportedPresses; // their ends have not been reported yet
 };
