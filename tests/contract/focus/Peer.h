@@ -13,7 +13,7 @@ namespace talvera::test {
 /// Asks `condition` until it holds; false when it doesn't within `limit`. For what announces itself to others
 /// only.
 bool eventually(const std::function<bool()>& condition,
-                std::chrono::milliseconds limit = std::chrono::seconds(10));
+                std::chrono::milliseconds limit = std::chrono::seconds(30));
 
 /// A program that a test works with. It ends with this object.
 class Peer {
