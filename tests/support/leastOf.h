@@ -6,8 +6,8 @@
 
 namespace talvera::test {
 
-/// The least of what `count` counts in so many attempts, none after the first 0: a busy machine adds faults of its own now
-/// and then, a mistake of ours is in each of them.
+/// The least of what `count` counts in so many attempts, none after the first 0: a busy machine adds faults
+/// of its own now and then, a mistake of ours is in each of them.
 template <typename Count>
 int leastOf(int attempts, const Count& count) {
     int least = std::numeric_limits<int>::max();

@@ -11,9 +11,9 @@ namespace talvera {
 
 namespace {
 
-/// The server makes up a release before each repeat of a held key. The toolkit knows those by the press that it
-/// finds behind them; on a busy machine that one isn't read yet, and one repeat in eight looked as if the user
-/// had let go.
+/// The server makes up a release before each repeat of a held key. The toolkit knows those by the press
+/// that it finds behind them; on a busy machine that one isn't read yet, and one repeat in eight looked as
+/// if the user had let go.
 void repeatWithoutReleases() {
     const auto* const toolkit = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!toolkit)
