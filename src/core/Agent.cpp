@@ -405,6 +405,8 @@ std::unique_ptr<SettingsModel> Agent::Wiring::makeSettingsModel() {
                              .toggleRecorder = *settingsToggle,
                              .cleanup = {.settings = settings,
                                          .readiness = readiness,
+                                         .model = m_machine.language.model,
+                                         .choice = m_machine.language.choice,
                                          .openModelSettings = [this] { openLanguageModelFolder(); }},
                              .about = {.actor = m_machine.actor,
                                        .machine = m_machine.system.description,

@@ -26,16 +26,16 @@ void AgentHome::setPreferencesFile(const QByteArray& bytes) {
         throw std::runtime_error("the preferences can't be written");
 }
 
-void AgentHome::addLanguageModel(LanguageModel model) {
+void AgentHome::addLanguageModel(LanguageModel model, const QString& fileName) {
     const auto* file =
         model == LanguageModel::Micro ? TALVERA_MICRO_LANGUAGE_MODEL : TALVERA_TEST_LANGUAGE_MODEL;
-    QDir().mkpath(QFileInfo(languageModel()).path());
-    if (!QFile::copy(file, languageModel()))
+    QDir().mkpath(QFileInfo(languageModel(fileName)).path());
+    if (!QFile::copy(file, languageModel(fileName)))
         throw std::runtime_error("the language model can't be put there");
 }
 
-void AgentHome::removeLanguageModel() {
-    QFile::remove(languageModel());
+void AgentHome::removeLanguageModel(const QString& fileName) {
+    QFile::remove(languageModel(fileName));
 }
 
 void AgentHome::install(const QString& program) {

@@ -24,9 +24,10 @@ public:
     void setPreferencesFile(const QByteArray& bytes);
     QString preferencesFile() const { return m_directory.filePath("config/Talvera/preferences.json"); }
 
-    /// Puts the test language model where the agent looks for one, or takes it away.
-    void addLanguageModel(LanguageModel model = LanguageModel::OneAnswer);
-    void removeLanguageModel();
+    /// Puts a language model where the agent looks for them, or takes it away.
+    void addLanguageModel(LanguageModel model = LanguageModel::OneAnswer,
+                          const QString& fileName = QStringLiteral("m.gguf"));
+    void removeLanguageModel(const QString& fileName = QStringLiteral("m.gguf"));
 
     /// Sets a variable of the agent's environment.
     void set(const QString& variable, const QString& value) { m_variables.insert(variable, value); }
@@ -40,7 +41,9 @@ public:
     QProcessEnvironment environment() const;
 
 private:
-    QString languageModel() const { return m_directory.filePath("data/Talvera/language-models/m.gguf"); }
+    QString languageModel(const QString& fileName) const {
+        return m_directory.filePath("data/Talvera/language-models/" + fileName);
+    }
 
     QTemporaryDir m_directory;
     QMap<QString, QString> m_variables;

@@ -112,6 +112,13 @@ protected:
         for (const auto key : {KEY_SPACE, evdevKey, KEY_ENTER})
             tap(key);
     }
+    /// Says this with an editor in front, and expects that in it.
+    void expectTyped(const QString& written, const Samples& speech) {
+        Receiver editor(Receiver::Kind::Gtk);
+        holdAndSay(speech);
+        EXPECT_TRUE(editor.waitForText(written)) << editor.text().toStdString();
+        agent->await("menu idle");
+    }
     QString autostartFolder() const {
         return QFileInfo(home.preferencesFile()).dir().filePath("../autostart");
     }
@@ -287,6 +294,36 @@ TEST_F(Settings, toneByMouseAndKeyboard_isStored) {
     EXPECT_TRUE(becomes("cleanupTone", "casual"));
     chooseByKey("Tone", KEY_HOME);
     EXPECT_TRUE(becomes("cleanupTone", "off"));
+    closeSettings();
+}
+
+TEST_F(Settings, languageModelThatIsChosen_isTheOneThatAnswers) {
+    home.addLanguageModel(AgentHome::LanguageModel::Micro, "clever.gguf");
+    home.addLanguageModel(AgentHome::LanguageModel::OneAnswer, "one-answer.gguf");
+    startAgent({{"aiCleanupEnabled", true}, {"cleanupTone", "conversational"}, {"sourceLanguageCode", "en"}});
+    const auto mistaken = spoken("Write a important letter to Anna.");
+    openSettings("ai");
+    EXPECT_EQ(shown(anyRole, "Language model").description, "None");
+    choose("Language model", "Talvera test model");
+    EXPECT_TRUE(becomes("languageModel", "one-answer.gguf"));
+    closeSettings();
+    expectTyped("So we meet at five.", mistaken);
+
+    openSettings("ai");
+    tabTo("Language model");
+    for (const auto key : {KEY_SPACE, KEY_UP, KEY_ENTER})
+        tap(key);
+    EXPECT_TRUE(becomes("languageModel", "clever.gguf"));
+    closeSettings();
+    expectTyped("Write an important letter to Anna.", mistaken);
+
+    openSettings("ai");
+    home.removeLanguageModel("clever.gguf");
+    const auto isMissed = [&] {
+        return shown(anyRole, "Language model").description == QString("clever.gguf – not found");
+    };
+    EXPECT_TRUE(eventually(isMissed));
+    EXPECT_TRUE(shown("label", "On this computer").description.contains("is off"));
     closeSettings();
 }
 

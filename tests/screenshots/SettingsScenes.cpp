@@ -111,7 +111,19 @@ void photographSettings(Stage& stage) {
     set.photograph("4-ai-off");
     set.readiness.aiState.set(AIAvailabilityState::Available);
     set.photograph("4-ai-available", {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Space});
-    set.readiness.aiState.set(AIAvailabilityState::DeviceNotEligible);
+    set.setModelState(std::nullopt);
+    set.languageModelChoice.choice = "b.gguf";
+    set.setModels({{"a.gguf", "Meadow 3B Instruct"}, {"b.gguf", "Heath 1.5B Instruct"}});
+    set.show("general");
+    set.show("ai");
+    set.photograph("4-ai-models", {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Tab});
+    set.photograph("4-ai-models-list", {Qt::Key_Space});
+    set.show("general");
+    set.show("ai");
+    set.setModelState(LanguageModel::UnavailableReason::IntelligenceOff);
+    set.setModels({{"a.gguf", "Meadow 3B Instruct"}});
+    set.photograph("4-ai-model-gone");
+    set.setModelState(LanguageModel::UnavailableReason::DeviceNotEligible);
 
     set.show("privacy");
     set.photograph("5-privacy");

@@ -14,17 +14,25 @@ class FakeLanguageModelChoice final : public LanguageModelChoice {
 public:
     std::vector<Offer> models;
     QString choice;
+    int looks = 0; ///< that have been asked for
     bool refusesFolder = false;
     QString note; ///< that lies in the folder
 
     std::vector<Offer> offers() override { return models; }
+    void look() override { ++looks; }
     QString chosen() override {
         if (choice.isEmpty())
-            return models.size() == 1 ? models.front().id : QString();
+            return automatic();
+        return missing() ? QString() : choice;
+    }
+    std::optional<Offer> missing() override {
         const bool isThere = std::any_of(models.begin(), models.end(),
                                          [this](const Offer& offer) { return offer.id == choice; });
-        return isThere ? choice : QString();
+        if (choice.isEmpty() || isThere)
+            return std::nullopt;
+        return Offer{choice, choice};
     }
+    QString automatic() override { return models.size() == 1 ? models.front().id : QString(); }
     void choose(const QString& id) override { choice = id; }
     QString makeFolder(const QString& text) override {
         if (refusesFolder)

@@ -7,6 +7,7 @@
 #include "FakeInstalledFonts.h"
 #include "FakeKeyboardLayout.h"
 #include "FakeLanguageModel.h"
+#include "FakeLanguageModelChoice.h"
 #include "FakeMicrophonePermission.h"
 #include "FakePasteboard.h"
 #include "FakeProgramActivation.h"
@@ -53,6 +54,8 @@ public:
               .toggleRecorder = toggleRecorder,
               .cleanup = {.settings = settings,
                           .readiness = readiness,
+                          .model = languageModel,
+                          .choice = languageModelChoice,
                           .openModelSettings = [this] { done << QStringLiteral("model"); }},
               .about = {.actor = actor, .machine = description, .pasteboard = pasteboard, .typing = typing}} {
         sounds.onPlay = [this](const QString& sound) {
@@ -64,6 +67,12 @@ public:
     void setModelState(std::optional<LanguageModel::UnavailableReason> reason) {
         languageModel.reason = reason;
         readiness.refresh();
+    }
+
+    /// Other models are there, and who observes the model hears of it.
+    void setModels(std::vector<LanguageModelChoice::Offer> models) {
+        languageModelChoice.models = std::move(models);
+        languageModel.tellChange();
     }
 
     AppSettings& settings;
@@ -90,6 +99,7 @@ public:
     FakeMicrophonePermission microphone;
     FakeSessionAccess access;
     FakeLanguageModel languageModel;
+    FakeLanguageModelChoice languageModelChoice;
     FakeSettingsPanels settingsPanels;
     FakeProgramActivation activation;
     ReadinessMonitor readiness;

@@ -44,7 +44,7 @@ LlamaLanguageModel::LlamaLanguageModel(Parts parts, Options options)
     , m_program(parts.directories.resources + QStringLiteral("/Resources/llama-server"))
     , m_folder(parts.directories.applicationSupport + QStringLiteral("/Talvera/language-models"))
     , m_server(parts.actor)
-    , m_known{unavailableReason(), supportedLanguages(), offers()} {
+    , m_known(known()) {
     m_folder.onChange = [this] { reconsider(); };
     m_server.onReady = [this] { takeReady(); };
     m_server.onGone = [this](bool wasLoading) { takeGone(wasLoading); };
@@ -80,8 +80,7 @@ Subscription LlamaLanguageModel::observe(std::function<void()> changed) {
 
 /// The one question of a press; the rest is known by the folder's watch and the server's word.
 void LlamaLanguageModel::prepare() {
-    m_folder.look();
-    reconsider();
+    look();
     if (!unavailableReason() && ensureServer())
         restartIdleTime();
 }
@@ -98,8 +97,25 @@ std::vector<LanguageModelChoice::Offer> LlamaLanguageModel::offers() {
     return offers;
 }
 
+void LlamaLanguageModel::look() {
+    m_folder.look();
+    reconsider();
+}
+
 QString LlamaLanguageModel::chosen() {
     const auto* const entry = chosenEntry();
+    return entry == nullptr ? QString() : entry->fileName;
+}
+
+std::optional<LanguageModelChoice::Offer> LlamaLanguageModel::missing() {
+    const auto wanted = m_parts.preferences.string(preference);
+    if (!wanted || chosenEntry() != nullptr)
+        return std::nullopt;
+    return Offer{*wanted, *wanted};
+}
+
+QString LlamaLanguageModel::automatic() {
+    const auto* const entry = onlyEntry();
     return entry == nullptr ? QString() : entry->fileName;
 }
 
@@ -164,13 +180,18 @@ QString LlamaLanguageModel::socket() const {
 }
 
 const LlamaLanguageModel::Entry* LlamaLanguageModel::chosenEntry() const {
-    const auto& entries = m_folder.entries();
     const auto wanted = m_parts.preferences.string(preference);
     if (!wanted)
-        return entries.size() == 1 ? &entries.front() : nullptr;
+        return onlyEntry();
+    const auto& entries = m_folder.entries();
     const auto found = std::find_if(entries.begin(), entries.end(),
                                     [&wanted](const Entry& entry) { return entry.fileName == *wanted; });
     return found == entries.end() ? nullptr : &*found;
+}
+
+const LlamaLanguageModel::Entry* LlamaLanguageModel::onlyEntry() const {
+    const auto& entries = m_folder.entries();
+    return entries.size() == 1 ? &entries.front() : nullptr;
 }
 
 bool LlamaLanguageModel::serves(const Entry& entry) const {
@@ -250,16 +271,20 @@ void LlamaLanguageModel::endServer() {
     QFile::remove(socket());
 }
 
+LlamaLanguageModel::Known LlamaLanguageModel::known() {
+    return {unavailableReason(), supportedLanguages(), offers(), chosen()};
+}
+
 /// Tells the observers if there is something to tell. A model that isn't chosen any more is let go, once
 /// nobody waits for its answer.
 void LlamaLanguageModel::reconsider() {
     const auto* const entry = chosenEntry();
     if (m_served && m_sessions.empty() && (entry == nullptr || !serves(*entry)))
         endServer();
-    Known known{unavailableReason(), supportedLanguages(), offers()};
-    if (known == m_known)
+    auto now = known();
+    if (now == m_known)
         return;
-    m_known = std::move(known);
+    m_known = std::move(now);
     m_parts.actor.post(m_lifetime.ifAlive([this] { m_changes.set(m_changes.get() + 1); }));
 }
 

@@ -56,7 +56,10 @@ public:
                                                       Guardrails guardrails) override;
 
     std::vector<Offer> offers() override;
+    void look() override;
     QString chosen() override;
+    std::optional<Offer> missing() override;
+    QString automatic() override;
     void choose(const QString& id) override;
     QString makeFolder(const QString& note) override;
 
@@ -77,6 +80,7 @@ private:
         std::optional<UnavailableReason> reason;
         QStringList languages;
         std::vector<Offer> offers;
+        QString chosen;
         bool operator==(const Known&) const = default;
     };
 
@@ -86,7 +90,9 @@ private:
     void leave(LlamaSession& session);
     QString socket() const;
 
+    Known known();
     const Entry* chosenEntry() const;
+    const Entry* onlyEntry() const;
     bool serves(const Entry& entry) const;
     bool hasMemoryFor(const Entry& entry) const;
     bool ensureServer();

@@ -3,6 +3,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace talvera {
@@ -23,9 +24,18 @@ public:
 
     virtual std::vector<Offer> offers() = 0;
 
-    /// The id of the offer that is used; empty for none. Without a choice of the user's it is the only
-    /// offer, if there is just one.
+    /// Looks what there is to choose from now. What takes a while to answer is told when it has.
+    virtual void look() = 0;
+
+    /// The id of the offer that is used; empty for none. It is the user's choice, or else the automatic one.
     virtual QString chosen() = 0;
+
+    /// What the user has chosen, while it isn't there.
+    virtual std::optional<Offer> missing() = 0;
+
+    /// The id of the offer that is used without a choice of the user's; empty when there is none, or several
+    /// that it could be.
+    virtual QString automatic() = 0;
 
     /// Lasts. An empty id takes the choice back.
     virtual void choose(const QString& id) = 0;

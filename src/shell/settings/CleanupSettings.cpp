@@ -2,9 +2,11 @@
 #include "shell/settings/CleanupSettings.h"
 
 #include "persistence/AppSettings.h"
+#include "platform/language/LanguageModel.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "text/Localization.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace talvera {
@@ -26,13 +28,88 @@ std::vector<ChoiceRow::Choice> tones() {
              localized("settings.aiCleanup.tone.professional", "Professional")}};
 }
 
+RowText modelsText() {
+    return {localized("settings.aiCleanup.models.title", "Language model"),
+            localized("settings.aiCleanup.models.subtitle", "The one that cleans up and translates.")};
+}
+
 } // namespace
 
 CleanupSettings::CleanupSettings(Parts parts)
     : m_parts(std::move(parts))
     , m_tone(toneText(), tones(), bound(m_parts.settings.cleanupTone))
-    , m_modelChanges(
-          m_parts.readiness.aiState.observe([this](AIAvailabilityState) { Q_EMIT modelChanged(); })) {}
+    , m_models(modelsText(), choicesOfModels(),
+               {.read = [this] { return chosenModel(); },
+                .assign =
+                    [this](const QString& id) {
+                        m_parts.choice.choose(id);
+                        followModels();
+                    },
+                .observe = nullptr})
+    , m_stateChanges(
+          m_parts.readiness.aiState.observe([this](AIAvailabilityState) { Q_EMIT modelChanged(); }))
+    , m_modelChanges(m_parts.model.observe([this] { followModels(); })) {
+    m_models.showWhile([this] { return !knownModels().empty(); });
+}
+
+void CleanupSettings::appear() {
+    m_parts.choice.look();
+    followModels();
+}
+
+void CleanupSettings::followModels() {
+    m_models.setChoices(choicesOfModels());
+    Q_EMIT modelChanged();
+}
+
+/// With the one that should be there, and isn't.
+std::vector<LanguageModelChoice::Offer> CleanupSettings::knownModels() const {
+    auto models = m_parts.choice.offers();
+    if (const auto missing = m_parts.choice.missing())
+        models.insert(models.begin(), *missing);
+    return models;
+}
+
+QString CleanupSettings::chosenModel() const {
+    const auto missing = m_parts.choice.missing();
+    return missing ? missing->id : m_parts.choice.chosen();
+}
+
+/// "None" is among them where taking the choice back leaves none.
+std::vector<ChoiceRow::Choice> CleanupSettings::choicesOfModels() const {
+    std::vector<ChoiceRow::Choice> choices;
+    if (m_parts.choice.automatic().isEmpty())
+        choices.push_back({{}, localized("settings.aiCleanup.models.none", "None")});
+    const auto models = knownModels();
+    const auto missing = m_parts.choice.missing();
+    for (const auto& model : models) {
+        const auto alike = std::count_if(models.begin(), models.end(),
+                                         [&](const auto& other) { return other.name == model.name; });
+        const auto name = alike == 1 ? model.name : QStringLiteral("%1 (%2)").arg(model.name, model.id);
+        choices.push_back(
+            {model.id, missing && missing->id == model.id
+                           ? formatted(localized("settings.aiCleanup.models.missing", "%@ – not found"), name)
+                           : name});
+    }
+    return choices;
+}
+
+bool CleanupSettings::offersToAddModel() const {
+    return m_models.isShown() && openModelSettingsText().isEmpty();
+}
+
+QString CleanupSettings::addModelTitle() const {
+    return localized("settings.aiCleanup.addModel.title", "Add a model");
+}
+
+QString CleanupSettings::addModelSubtitle() const {
+    return localized("settings.aiCleanup.addModel.subtitle",
+                     "A file in the folder tells what belongs there.");
+}
+
+QString CleanupSettings::addModelText() const {
+    return localized("settings.aiCleanup.addModel.open", "Open folder");
+}
 
 AIAvailabilityState CleanupSettings::state() const {
     return m_parts.readiness.aiState.get();

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "language/AIAvailabilityState.h"
+#include "platform/language/LanguageModelChoice.h"
 #include "shell/settings/SettingsRows.h"
 
 namespace talvera {
 
 class AppSettings;
+class LanguageModel;
 class ReadinessMonitor;
 
 /// The section of the clean-up by the language model. Main thread only.
@@ -15,6 +17,11 @@ class CleanupSettings final : public QObject {
     Q_PROPERTY(QString fillerTitle READ fillerTitle CONSTANT)
     Q_PROPERTY(QString fillerSubtitle READ fillerSubtitle CONSTANT)
     Q_PROPERTY(talvera::ChoiceRow* tone READ tone CONSTANT)
+    Q_PROPERTY(talvera::ChoiceRow* models READ models CONSTANT)
+    Q_PROPERTY(bool offersToAddModel READ offersToAddModel NOTIFY modelChanged)
+    Q_PROPERTY(QString addModelTitle READ addModelTitle CONSTANT)
+    Q_PROPERTY(QString addModelSubtitle READ addModelSubtitle CONSTANT)
+    Q_PROPERTY(QString addModelText READ addModelText CONSTANT)
     Q_PROPERTY(QString modelTitle READ modelTitle CONSTANT)
     Q_PROPERTY(QString modelText READ modelText NOTIFY modelChanged)
     Q_PROPERTY(bool isModelAvailable READ isModelAvailable NOTIFY modelChanged)
@@ -25,11 +32,16 @@ public:
     struct Parts {
         AppSettings& settings;
         ReadinessMonitor& readiness;
-        /// Opens the settings of the language model.
+        LanguageModel& model;
+        LanguageModelChoice& choice; ///< of the model
+        /// Opens the settings of the language model, which are the folder that models are put into.
         std::function<void()> openModelSettings;
     };
 
     explicit CleanupSettings(Parts parts);
+
+    /// To be called when the section comes into view: looks which models there are.
+    Q_INVOKABLE void appear();
 
     QString fillerTitle() const;
     QString fillerSubtitle() const;
@@ -43,14 +55,28 @@ public:
     QString openModelSettingsText() const;
     Q_INVOKABLE void openModelSettings() const { m_parts.openModelSettings(); }
 
+    /// Which of the models is used; shown while there is one, or the chosen one has gone.
+    ChoiceRow* models() { return &m_models; }
+    /// One more can be put there, and nothing else in view leads there.
+    bool offersToAddModel() const;
+    QString addModelTitle() const;
+    QString addModelSubtitle() const;
+    QString addModelText() const;
+
 Q_SIGNALS:
     void modelChanged();
 
 private:
     AIAvailabilityState state() const;
+    std::vector<LanguageModelChoice::Offer> knownModels() const;
+    std::vector<ChoiceRow::Choice> choicesOfModels() const;
+    QString chosenModel() const;
+    void followModels();
 
     const Parts m_parts;
     ChoiceRow m_tone;
+    ChoiceRow m_models;
+    Subscription m_stateChanges;
     Subscription m_modelChanges;
 };
 

@@ -46,6 +46,11 @@ QStringList ChoiceRow::options() const {
     return texts;
 }
 
+void ChoiceRow::setChoices(std::vector<Choice> choices) {
+    m_choices = std::move(choices);
+    Q_EMIT changed();
+}
+
 int ChoiceRow::current() const {
     const auto value = m_binding.read();
     const auto found = std::find_if(m_choices.begin(), m_choices.end(),

@@ -93,7 +93,7 @@ private:
 /// One of several.
 class ChoiceRow final : public talvera::SettingsRow {
     Q_OBJECT
-    Q_PROPERTY(QStringList options READ options CONSTANT)
+    Q_PROPERTY(QStringList options READ options NOTIFY changed)
     Q_PROPERTY(int current READ current NOTIFY changed)
     Q_PROPERTY(QString currentText READ currentText NOTIFY changed)
 
@@ -106,6 +106,8 @@ public:
     ChoiceRow(RowText text, std::vector<Choice> choices, Binding<QString> binding);
 
     QStringList options() const;
+    /// There is something else to choose from now, or what is chosen has changed.
+    void setChoices(std::vector<Choice> choices);
     /// The place of what is chosen; -1 when none of them is.
     int current() const;
     QString currentText() const;
@@ -113,7 +115,7 @@ public:
     Q_INVOKABLE void choose(int index);
 
 private:
-    const std::vector<Choice> m_choices;
+    std::vector<Choice> m_choices;
     const Binding<QString> m_binding;
 };
 

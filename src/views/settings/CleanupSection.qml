@@ -11,6 +11,7 @@ SettingsSectionBody {
 
     title: settings.sectionTitle
     subtitle: settings.sectionSubtitle
+    Component.onCompleted: cleanup.appear()
 
     SettingsCard {
         SettingsRow {
@@ -49,6 +50,24 @@ SettingsSectionBody {
                     name: section.cleanup.isModelAvailable ? "checkmark.circle.fill" : "exclamationmark.triangle"
                     color: section.cleanup.isModelAvailable ? Theme.good : Theme.warn
                 }
+            }
+        }
+        SettingsSelect {
+            leastWidth: 160
+            shortens: true
+            setting: section.cleanup.models
+        }
+        SettingsRow {
+            visible: section.cleanup.offersToAddModel
+            title: section.cleanup.addModelTitle
+            subtitle: section.cleanup.addModelSubtitle
+
+            PushButton {
+                implicitHeight: 32
+                leadingIcon: "arrow.up.forward.app"
+                text: section.cleanup.addModelText
+                Accessible.description: section.cleanup.addModelTitle
+                onClicked: section.cleanup.openModelSettings()
             }
         }
     }

@@ -8,6 +8,7 @@ SettingsRow {
 
     required property ChoiceRow setting
     property alias leastWidth: select.leastWidth
+    property bool shortens: false ///< the options may be of any length, since they are no words of ours
 
     visible: setting.isShown
     title: setting.title
@@ -16,6 +17,7 @@ SettingsRow {
 
     Select {
         id: select
+        width: row.shortens ? Math.min(implicitWidth, row.width - row.indent - 2 * Theme.spacingLarge) : implicitWidth
         enabled: row.setting.isEnabled
         label: row.setting.title
         help: row.setting.subtitle

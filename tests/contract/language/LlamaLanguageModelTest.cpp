@@ -75,9 +75,14 @@ TEST_F(LlamaLanguageModelTest, ofSeveralModels_theChosenOneCounts) {
     EXPECT_FALSE(home->model->unavailableReason());
     home->start();
     EXPECT_EQ(home->model->chosen(), "b.gguf") << "the choice lasts";
+    EXPECT_FALSE(home->model->missing());
+    EXPECT_EQ(home->model->automatic(), "");
     home->takeAway("b.gguf");
     EXPECT_EQ(home->model->unavailableReason(), Reason::IntelligenceOff)
         << "the other one isn't taken instead";
+    EXPECT_EQ(home->model->chosen(), "");
+    EXPECT_EQ(home->model->missing(), (LanguageModelChoice::Offer{"b.gguf", "b.gguf"}));
+    EXPECT_EQ(home->model->automatic(), "a.gguf");
     home->model->choose({});
     EXPECT_EQ(home->model->chosen(), "a.gguf");
     home->model->choose("a.gguf");
@@ -87,6 +92,30 @@ TEST_F(LlamaLanguageModelTest, ofSeveralModels_theChosenOneCounts) {
     home->put("c.gguf");
     home->turn();
     EXPECT_EQ(changesOfAnother, 1) << "who shows the offers hears of one more";
+}
+
+TEST_F(LlamaLanguageModelTest, choiceBetweenModelsThatAreAlike_isTold) {
+    makeHome();
+    home->put("a.gguf");
+    home->put("b.gguf");
+    home->model->choose("a.gguf");
+    home->turn();
+    int changes = 0;
+    const auto subscription = home->model->observe([&changes] { ++changes; });
+    home->model->choose("b.gguf");
+    home->turn();
+    EXPECT_EQ(changes, 1);
+    home->model->choose("b.gguf");
+    home->turn();
+    EXPECT_EQ(changes, 1);
+}
+
+TEST_F(LlamaLanguageModelTest, folderThatIsTakenAway_comesBackWithALookToo) {
+    makeHome();
+    QDir(home->at("")).removeRecursively();
+    home->model->look();
+    home->put();
+    EXPECT_EQ(home->model->chosen(), "m.gguf");
 }
 
 TEST_F(LlamaLanguageModelTest, noteInTheFolder_saysWhatTheProgramTells) {

@@ -50,4 +50,70 @@ TEST_F(CleanupSettingsTest, modelThatIsOff_hasAWayToItsSettings) {
     setModelState(Reason::DeviceNotEligible); // the monitor rests then
 }
 
+TEST_F(CleanupSettingsTest, withoutAModel_thereIsNothingToChooseFrom) {
+    setModelState(Reason::IntelligenceOff);
+    EXPECT_FALSE(section.models()->isShown());
+    EXPECT_FALSE(section.offersToAddModel()) << "the card leads there";
+    setModelState(Reason::DeviceNotEligible);
+    EXPECT_FALSE(section.models()->isShown());
+    EXPECT_FALSE(section.offersToAddModel());
+}
+
+TEST_F(CleanupSettingsTest, onlyModel_isUsedWithoutAChoice) {
+    setModels({{"a.gguf", "Alpha"}});
+    setModelState(std::nullopt);
+    EXPECT_TRUE(section.models()->isShown());
+    EXPECT_EQ(section.models()->options(), QStringList{"Alpha"});
+    EXPECT_EQ(section.models()->currentText(), "Alpha");
+    EXPECT_TRUE(section.offersToAddModel());
+    section.openModelSettings();
+    EXPECT_EQ(done, QStringList{"model"});
+}
+
+TEST_F(CleanupSettingsTest, ofSeveralModels_noneIsUsedUntilOneIsChosen) {
+    int told = 0;
+    QObject::connect(section.models(), &ChoiceRow::changed, [&] { ++told; });
+    setModels({{"a.gguf", "Alpha"}, {"b.gguf", "Beta"}});
+    setModelState(Reason::IntelligenceOff);
+    EXPECT_GE(told, 1);
+    EXPECT_EQ(section.models()->options(), QStringList({"None", "Alpha", "Beta"}));
+    EXPECT_EQ(section.models()->currentText(), "None");
+    EXPECT_FALSE(section.offersToAddModel()) << "the card leads there";
+    choose(*section.models(), "Beta");
+    EXPECT_EQ(languageModelChoice.choice, "b.gguf");
+    EXPECT_EQ(section.models()->currentText(), "Beta");
+    choose(*section.models(), "None");
+    EXPECT_EQ(languageModelChoice.choice, "");
+    EXPECT_EQ(section.models()->currentText(), "None");
+    setModelState(Reason::DeviceNotEligible); // the monitor rests then
+}
+
+TEST_F(CleanupSettingsTest, chosenModelThatIsGone_isSaidToBeUntilItIsBack) {
+    setModels({{"a.gguf", "Alpha"}, {"b.gguf", "Beta"}});
+    choose(*section.models(), "Beta");
+    setModels({{"a.gguf", "Alpha"}});
+    EXPECT_EQ(section.models()->options(), QStringList({"b.gguf – not found", "Alpha"}));
+    EXPECT_EQ(section.models()->currentText(), "b.gguf – not found");
+    setModels({});
+    EXPECT_TRUE(section.models()->isShown());
+    EXPECT_EQ(section.models()->options(), QStringList({"None", "b.gguf – not found"}));
+    EXPECT_EQ(section.models()->currentText(), "b.gguf – not found");
+    setModels({{"b.gguf", "Beta"}});
+    EXPECT_EQ(section.models()->currentText(), "Beta");
+}
+
+TEST_F(CleanupSettingsTest, modelsOfOneName_areToldApart) {
+    setModels({{"a.gguf", "Alpha"}, {"b.gguf", "Alpha"}, {"c.gguf", "Gamma"}});
+    EXPECT_EQ(section.models()->options(),
+              QStringList({"None", "Alpha (a.gguf)", "Alpha (b.gguf)", "Gamma"}));
+}
+
+TEST_F(CleanupSettingsTest, sectionThatComesIntoView_looksWhichModelsThereAre) {
+    languageModelChoice.models = {{"a.gguf", "Alpha"}};
+    EXPECT_EQ(section.models()->options(), QStringList{"None"});
+    section.appear();
+    EXPECT_EQ(languageModelChoice.looks, 1);
+    EXPECT_EQ(section.models()->options(), QStringList{"Alpha"});
+}
+
 } // namespace

@@ -90,6 +90,20 @@ TEST_F(SettingsRowsTest, choice_goesByTheNamesOfTheCases) {
     EXPECT_EQ(told, 1);
 }
 
+TEST_F(SettingsRowsTest, choicesThatChange_areToldAndKeepWhatIsChosen) {
+    ChoiceRow row({}, {{"off", "Off"}, {"casual", "Relaxed"}}, bound(settings.cleanupTone));
+    row.choose(1);
+    count(row);
+    row.setChoices({{"casual", "Easy"}});
+    EXPECT_EQ(told, 1);
+    EXPECT_EQ(row.options(), QStringList{"Easy"});
+    EXPECT_EQ(row.currentText(), "Easy");
+    row.choose(1);
+    EXPECT_EQ(settings.cleanupTone.get(), CleanupTone::Casual);
+    row.setChoices({{"off", "Off"}});
+    EXPECT_EQ(row.current(), -1);
+}
+
 TEST_F(SettingsRowsTest, slider_keepsToItsRangeAndSteps) {
     SliderRow row({}, {.from = 1, .to = 60, .step = 1}, bound(settings.typewriterThresholdSeconds),
                   [](double value) { return QString::number(value) + " s"; });

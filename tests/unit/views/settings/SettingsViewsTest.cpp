@@ -158,10 +158,18 @@ protected:
         expectWholeTexts("no shortcut");
         model->select("ai");
         expectWholeLists("ai");
-        for (const auto state : allCases<AIAvailabilityState>()) {
-            readiness.aiState.set(state);
-            expectWholeTexts("ai");
+        for (const auto& models : {std::vector<LanguageModelChoice::Offer>{}, {{"a.gguf", "Alpha"}}}) {
+            setModels(models);
+            for (const auto state : allCases<AIAvailabilityState>()) {
+                readiness.aiState.set(state);
+                expectWholeTexts("ai");
+            }
         }
+        expectWholeLists("ai with a model");
+        languageModelChoice.choice = "b.gguf";
+        setModels({});
+        expectWholeTexts("ai without its model");
+        languageModelChoice.choice.clear();
         model->select("privacy");
         expectWholeTexts("privacy");
         model->selectAbout();
@@ -234,6 +242,39 @@ TEST_F(SettingsViews, tab_reachesEverythingOfASection) {
     model->select("hotkey");
     layOut(*view);
     EXPECT_EQ(tabbed().size(), 6 + 1 + 5 + 1);
+}
+
+TEST_F(SettingsViews, languageModel_isChosenAndAddedByTheKeyboardToo) {
+    readiness.aiState.set(AIAvailabilityState::Available);
+    show();
+    model->select("ai");
+    layOut(*view);
+    EXPECT_EQ(languageModelChoice.looks, 1);
+    EXPECT_EQ(tabbed().sliced(1, 3), QStringList({"Privacy", "About Talvera", "Tone"}));
+    EXPECT_EQ(tabbed().size(), 7) << "there is no model";
+    setModels({{"a.gguf", "Alpha"}, {"b.gguf", "Beta"}});
+    layOut(*view);
+    EXPECT_TRUE(isShown("None"));
+    click(control("Language model"));
+    for (const auto key : {Qt::Key_End, Qt::Key_Return})
+        press(key);
+    EXPECT_EQ(languageModelChoice.choice, "b.gguf");
+    EXPECT_TRUE(isShown("Beta"));
+    EXPECT_EQ(focused(), "Language model");
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), "Open folder");
+    press(Qt::Key_Return);
+    EXPECT_EQ(done, QStringList{"model"});
+}
+
+TEST_F(SettingsViews, nameOfALanguageModelThatIsTooLong_staysInTheWindow) {
+    make({560, 360});
+    model->select("ai");
+    setModels({{"a.gguf", QString(200, 'M')}});
+    layOut(*view);
+    const auto place = placeOf(control("Language model"));
+    EXPECT_GE(place.left(), 0);
+    EXPECT_LE(place.right(), 560);
 }
 
 TEST_F(SettingsViews, sectionThatGoesWithTheKeyboard_leavesItToTheSidebar) {
