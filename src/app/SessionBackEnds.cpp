@@ -4,9 +4,11 @@
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
+#include "linux/wayland/typing/WaylandKeyEventPoster.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
 #include "linux/x11/keys/X11KeyboardLayout.h"
+#include "linux/x11/typing/FocusedXProgram.h"
 #include "linux/x11/typing/X11KeyEventPoster.h"
 #include "linux/x11/windows/EwmhWorkspace.h"
 #include "linux/x11/windows/GrabFocusFilter.h"
@@ -74,12 +76,19 @@ std::unique_ptr<Workspace> waylandWorkspace(const SessionOffer& offer, const Bac
     return std::make_unique<SwayWorkspace>(SwayIpc(offer.swaySocket), parts.installed);
 }
 
+std::unique_ptr<KeyEventPoster> waylandKeyPoster(const SessionOffer& offer) {
+    const auto xProgram = std::make_shared<FocusedXProgram>(offer.server);
+    if (auto poster = WaylandKeyEventPoster::open([xProgram] { xProgram->awaitReading(); }))
+        return poster;
+    return std::make_unique<NoKeyEventPoster>();
+}
+
 /// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
 /// those of X programs, and what works for these alone would lose what is said into all others.
 SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     auto chosen = x11Windows(offer, parts);
     chosen.eventTaps = std::make_unique<NoEventTaps>();
-    chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
+    chosen.keyPoster = waylandKeyPoster(offer);
     chosen.workspace = waylandWorkspace(offer, parts);
     chosen.access = std::make_unique<NoSessionAccess>();
     return chosen;

@@ -4,12 +4,15 @@
 #include "linux/x11/server/X11Server.h"
 #include "receivers/processGroup.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QProcess>
 
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <optional>
 #include <poll.h>
 #include <stdexcept>
 #include <string>
@@ -44,8 +47,35 @@ std::string titleOf(X11Connection& connection, xcb_window_t window) {
     return {};
 }
 
+std::optional<QString> titleOfFocused(const QJsonObject& node) {
+    if (node["focused"].toBool())
+        return node["name"].toString();
+    for (const char* kind : {"nodes", "floating_nodes"}) {
+        for (const auto& child : node[kind].toArray()) {
+            if (const auto title = titleOfFocused(child.toObject()))
+                return title;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The same in a sway session, which is asked by the program that users have for it.
+bool waitUntilActiveOnSway(const std::string& title, Clock::time_point deadline) {
+    do {
+        QProcess asked;
+        asked.start(QStringLiteral("swaymsg"), {QStringLiteral("-rt"), QStringLiteral("get_tree")});
+        asked.waitForFinished();
+        const auto tree = QJsonDocument::fromJson(asked.readAllStandardOutput()).object();
+        if (titleOfFocused(tree) == QString::fromStdString(title)) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    } while (Clock::now() < deadline);
+    return false;
+}
+
 /// Waits until the window with this title is the active one.
-bool waitUntilActive(const std::string& title, Clock::time_point deadline) {
+bool waitUntilActiveOnX11(const std::string& title, Clock::time_point deadline) {
     const auto connection = X11Server().connect();
     if (connection->isBroken()) {
         throw std::runtime_error("no X server");
@@ -88,7 +118,9 @@ Receiver::Receiver(Kind kind, const QString& title)
 
 void Receiver::awaitFocus(const QString& title) {
     const auto deadline = Clock::now() + patience;
-    const bool active = waitUntilActive(title.toStdString(), deadline);
+    const bool isOnSway = qEnvironmentVariableIsSet("SWAYSOCK");
+    const bool active = isOnSway ? waitUntilActiveOnSway(title.toStdString(), deadline)
+                                 : waitUntilActiveOnX11(title.toStdString(), deadline);
     std::unique_lock lock(m_mutex);
     if (!active || !m_changed.wait_until(lock, deadline, [this] { return m_ready; })) {
         throw std::runtime_error(active ? "the receiver's field has not taken the focus"
@@ -105,11 +137,17 @@ void Receiver::launch(Kind kind, const QString& title) {
     case Kind::Gtk:
         command = {directory + "/gtk-editor.py", pipe, title.toStdString()};
         break;
+    case Kind::Gtk4:
+        command = {directory + "/gtk4-editor.py", pipe, title.toStdString()};
+        break;
     case Kind::Qt:
         command = {TALVERA_QT_EDITOR, pipe, title.toStdString()};
         break;
     case Kind::Terminal:
         command = {"xterm", "-u8", "-T", title.toStdString(), "-e", directory + "/terminal-reader.py", pipe};
+        break;
+    case Kind::WaylandTerminal:
+        command = {"foot", "-T", title.toStdString(), directory + "/terminal-reader.py", pipe};
         break;
     case Kind::Chromium:
         command = {directory + "/chromium-editor.py", pipe, title.toStdString(), profile};
@@ -155,6 +193,11 @@ bool Receiver::waitFor(const std::function<bool(const QString&)>& condition,
     return m_changed.wait_for(lock, limit, [&] { return condition(m_text); });
 }
 
+bool Receiver::waitForKeysDown(bool areDown, std::chrono::milliseconds limit) {
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, limit, [&] { return (m_keysDown > 0) == areDown; });
+}
+
 void Receiver::listen(int pipe) {
     QByteArray pending;
     std::vector<char> buffer(1 << 16);
@@ -184,6 +227,7 @@ void Receiver::take(const QByteArray& line) {
     if (report.contains("text")) {
         m_text = report["text"].toString();
     }
+    m_keysDown = report["keys"].toInt(m_keysDown);
     m_text += report["added"].toString();
     m_changed.notify_all();
 }

@@ -17,7 +17,7 @@ namespace talvera::test {
 /// A real application with a text field, whose text a test can read back. It lives as long as this object.
 class Receiver {
 public:
-    enum class Kind { Gtk, Qt, Terminal, Chromium };
+    enum class Kind { Gtk, Gtk4, Qt, Terminal, WaylandTerminal, Chromium };
 
     static constexpr std::chrono::seconds patience{30};
 
@@ -35,6 +35,9 @@ public:
     bool waitForText(const QString& expected, std::chrono::milliseconds limit = patience);
     bool waitFor(const std::function<bool(const QString&)>& condition,
                  std::chrono::milliseconds limit = patience);
+
+    /// Waits until keys are down in the field, or until none is. Of a GTK application.
+    bool waitForKeysDown(bool areDown, std::chrono::milliseconds limit = patience);
 
     /// The process that owns the window.
     pid_t process() const { return m_process; }
@@ -56,6 +59,7 @@ private:
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_ready = false;
+    int m_keysDown = 0;
     QString m_text;
 };
 

@@ -6,7 +6,7 @@ import sys
 import gi
 
 gi.require_version("Gtk", "3.0")
-from gi.repository import Gtk  # noqa: E402
+from gi.repository import Gdk, Gtk  # noqa: E402
 from report import Report  # noqa: E402
 
 pipe, title = sys.argv[1:]
@@ -20,6 +20,17 @@ window.add(scrolled)
 text = view.get_buffer()
 text.connect("changed", lambda _: report.tell(text=text.get_text(*text.get_bounds(), True)))
 view.connect("focus-in-event", lambda *_: report.tell(ready=True))
+down = set()
+
+
+def on_key(_, event):
+    (down.add if event.type == Gdk.EventType.KEY_PRESS else down.discard)(event.hardware_keycode)
+    report.tell(keys=len(down))
+    return False  # it is the field's
+
+
+view.connect("key-press-event", on_key)
+view.connect("key-release-event", on_key)
 window.connect("destroy", Gtk.main_quit)
 window.show_all()
 Gtk.main()

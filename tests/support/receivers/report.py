@@ -3,6 +3,7 @@
 
 {"ready": true}     its text field has the focus
 {"text": "..."}     all that the field holds now
+{"keys": 0}         so many keys are down in it (GTK)
 {"added": "..."}    what came behind the text told before
 """
 import json

@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <vector>
 
-#include <poll.h>
 #include <wayland-client.h>
 
 namespace talvera {
@@ -15,17 +15,9 @@ constexpr std::uint32_t seatVersion = 1; ///< we only name it to others
 
 using Clock = std::chrono::steady_clock;
 
-/// Waits for `events` on the descriptor; false at the deadline or on an error.
-bool awaitDescriptor(int descriptor, short events, Clock::time_point deadline) {
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        pollfd wanted{descriptor, events, 0};
-        const int ready = ::poll(&wanted, 1, static_cast<int>(std::max<long long>(left, 0)));
-        if (ready > 0)
-            return (wanted.revents & events) != 0;
-        if (ready == 0 || errno != EINTR)
-            return false;
-    }
+int millisecondsUntil(Clock::time_point deadline) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+    return static_cast<int>(std::max<std::int64_t>(left.count(), 0));
 }
 
 } // namespace
@@ -63,6 +55,10 @@ bool WaylandConnection::isBroken() const {
     return m_isBroken || ::wl_display_get_error(m_display.get()) != 0;
 }
 
+bool WaylandConnection::offers(const wl_interface& interface) const {
+    return m_globals.contains(interface.name);
+}
+
 void* WaylandConnection::bindAny(const wl_interface& interface, std::uint32_t version) {
     const auto found = m_globals.find(interface.name);
     if (found == m_globals.end() || isBroken())
@@ -71,13 +67,20 @@ void* WaylandConnection::bindAny(const wl_interface& interface, std::uint32_t ve
                               std::min(version, found->second.version));
 }
 
+bool WaylandConnection::fail() {
+    m_isBroken = true;
+    return false;
+}
+
 bool WaylandConnection::flush() {
     const auto deadline = Clock::now() + answerTimeout;
     while (!isBroken()) {
         if (::wl_display_flush(m_display.get()) >= 0)
             return true;
-        if (errno != EAGAIN || !awaitDescriptor(::wl_display_get_fd(m_display.get()), POLLOUT, deadline))
-            m_isBroken = true;
+        pollfd writable{::wl_display_get_fd(m_display.get()), POLLOUT, 0};
+        const bool isFull = errno == EAGAIN && Clock::now() < deadline;
+        if (!isFull || (::poll(&writable, 1, millisecondsUntil(deadline)) < 0 && errno != EINTR))
+            return fail();
     }
     return false;
 }
@@ -90,27 +93,35 @@ bool WaylandConnection::roundTrip() {
         .done = [](void* done, wl_callback*, std::uint32_t) { *static_cast<bool*>(done) = true; }};
     auto* callback = ::wl_display_sync(m_display.get());
     ::wl_callback_add_listener(callback, &listener, &isDone);
-    m_isBroken = !dispatchUntil(isDone); // an answer that is still to come would find nobody any more
+    const auto deadline = Clock::now() + answerTimeout;
+    while (!isDone && Clock::now() < deadline && await({}, millisecondsUntil(deadline))) {
+    }
     ::wl_callback_destroy(callback);
-    return isDone;
+    return isDone || fail(); // what was asked for can't be told from what comes later any more
 }
 
-bool WaylandConnection::dispatchUntil(const bool& isDone) {
-    const auto deadline = Clock::now() + answerTimeout;
+bool WaylandConnection::await(std::span<pollfd> others, int limit) {
+    if (isBroken())
+        return false;
     auto* display = m_display.get();
-    while (!isDone) {
-        while (::wl_display_prepare_read(display) != 0) {
-            if (::wl_display_dispatch_pending(display) < 0)
-                return false;
-        }
-        if (isDone || !flush() || !awaitDescriptor(::wl_display_get_fd(display), POLLIN, deadline)) {
-            ::wl_display_cancel_read(display);
-            return isDone;
-        }
-        if (::wl_display_read_events(display) < 0 || ::wl_display_dispatch_pending(display) < 0)
-            return false;
+    if (::wl_display_prepare_read(display) != 0) // something has been read already
+        return ::wl_display_dispatch_pending(display) >= 0 || fail();
+    if (!flush()) {
+        ::wl_display_cancel_read(display);
+        return false;
     }
-    return true;
+    std::vector<pollfd> sources{{::wl_display_get_fd(display), POLLIN, 0}};
+    sources.insert(sources.end(), others.begin(), others.end());
+    const int ready = ::poll(sources.data(), sources.size(), limit);
+    const bool isAnswered = ready > 0 && sources.front().revents != 0;
+    if (!isAnswered)
+        ::wl_display_cancel_read(display);
+    if (ready < 0 && errno != EINTR)
+        return fail();
+    if (ready > 0)
+        std::copy(sources.begin() + 1, sources.end(), others.begin());
+    const bool isRead = !isAnswered || ::wl_display_read_events(display) >= 0;
+    return (isRead && ::wl_display_dispatch_pending(display) >= 0) || fail();
 }
 
 } // namespace talvera

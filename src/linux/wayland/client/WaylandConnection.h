@@ -3,10 +3,13 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
-#include <string_view>
+
+#include <poll.h>
 
 struct wl_display;
 struct wl_interface;
@@ -22,8 +25,8 @@ class WaylandConnection {
 public:
     static constexpr std::chrono::milliseconds answerTimeout{2000};
 
-    /// To the compositor of that name or path; to the one in $WAYLAND_DISPLAY when it is empty. Knows on return
-    /// what the compositor offers.
+    /// To the compositor of that name or path; to the one in $WAYLAND_DISPLAY when it is empty. Knows on
+    /// return what the compositor offers.
     explicit WaylandConnection(const std::string& display = {});
     ~WaylandConnection();
     WaylandConnection(const WaylandConnection&) = delete;
@@ -35,7 +38,7 @@ public:
     /// The seat with the user's keyboard; null when there is none.
     wl_seat* seat() const { return m_seat; }
 
-    bool offers(std::string_view interface) const { return m_globals.contains(std::string(interface)); }
+    bool offers(const wl_interface& interface) const;
 
     /// The compositor's object of that kind, at most of that version; null when it offers none. The caller
     /// destroys it.
@@ -50,6 +53,11 @@ public:
     /// Waits until the compositor has worked off all that was sent before. False when it didn't in time.
     bool roundTrip();
 
+    /// Sends what was asked for, waits until the compositor says something or one of `others` is ready, and
+    /// tells the listeners. `limit` is in milliseconds, and negative where there is none. False when the
+    /// compositor has gone.
+    bool await(std::span<pollfd> others, int limit);
+
 private:
     struct Disconnect {
         void operator()(wl_display* display) const;
@@ -60,12 +68,12 @@ private:
     };
 
     void* bindAny(const wl_interface& interface, std::uint32_t version);
-    bool dispatchUntil(const bool& isDone);
+    bool fail();
 
     std::unique_ptr<wl_display, Disconnect> m_display;
     wl_registry* m_registry = nullptr;
     wl_seat* m_seat = nullptr;
-    std::map<std::string, Global> m_globals; ///< by interface, the first of each
+    std::map<std::string, Global, std::less<>> m_globals; ///< by interface, the first of each
     bool m_isBroken = false;
 };
 

@@ -6,23 +6,26 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace talvera {
 
-/// A keyboard layout made for one text: each character of it has a key of its own, so that neither the user's
-/// layout nor a modifier has a part in what is written. Any thread.
+/// A keyboard layout that is made while one types: each character has a key of its own, so that neither the
+/// user's layout nor a modifier has a part in what is written. Return, Tab, the space bar and Insert are
+/// always there.
 ///
 /// The keys are those that write characters on every keyboard. Programs take others for what is printed on
 /// them, and compositors bind them to actions whatever they write.
 class TypingKeymap {
 public:
-    /// For the characters at the beginning of `text`, as many as there are keys for; U+000A is Return and
-    /// U+0009 is Tab.
-    explicit TypingKeymap(std::u32string_view text);
+    enum class Change {
+        None,
+        Added,    ///< keys that wrote nothing
+        Replaced, ///< keys that wrote other characters, too
+    };
 
-    /// For the chord that pastes: the key of Insert, which writes nothing.
-    static TypingKeymap ofPaste();
+    /// Gives the characters at the beginning of `text` keys, as many as there are keys for. U+000A is Return
+    /// and U+0009 is Tab. What has a key keeps it, as long as there are others left.
+    Change makeRoomFor(std::u32string_view text);
 
     /// In the form that compositors take, "xkb_keymap { ... }".
     std::string xkb() const;
@@ -31,10 +34,7 @@ public:
     std::optional<std::uint32_t> keyOf(char32_t character) const;
 
 private:
-    void add(std::uint32_t key, std::string symbol) { m_symbols.emplace(key, std::move(symbol)); }
-
-    std::map<char32_t, std::uint32_t> m_keys;
-    std::map<std::uint32_t, std::string> m_symbols; ///< of each key
+    std::map<std::uint32_t, char32_t> m_characters; ///< of each key that has one, but for those always there
 };
 
 } // namespace talvera

@@ -3,7 +3,6 @@
 
 #include "linux/support/FileDescriptor.h"
 #include "linux/wayland/client/WaylandConnection.h"
-#include "linux/wayland/typing/TypingKeymap.h"
 
 #include <chrono>
 
@@ -17,12 +16,9 @@ namespace talvera {
 
 namespace {
 
-constexpr std::uint32_t shiftMask = 1; ///< in every keymap that includes the usual types
-
 std::uint32_t milliseconds() {
-    using namespace std::chrono;
-    return static_cast<std::uint32_t>(
-        duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch()).count());
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
 /// A file in memory that nobody can change any more, with a zero byte behind the text.
@@ -56,16 +52,12 @@ VirtualKeyboard::~VirtualKeyboard() {
     m_connection.flush();
 }
 
-bool VirtualKeyboard::useKeymap(const TypingKeymap& keymap) {
-    auto text = keymap.xkb();
-    if (text == m_keymap)
-        return !m_connection.isBroken();
-    const auto file = sealed(text);
+bool VirtualKeyboard::useKeymap(const std::string& keymap) {
+    const auto file = sealed(keymap);
     if (!file.isOpen())
         return false;
     ::zwp_virtual_keyboard_v1_keymap(m_keyboard, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.get(),
-                                     static_cast<std::uint32_t>(text.size() + 1));
-    m_keymap = std::move(text);
+                                     static_cast<std::uint32_t>(keymap.size() + 1));
     return m_connection.roundTrip();
 }
 
@@ -77,8 +69,8 @@ bool VirtualKeyboard::release(std::uint32_t key) {
     return post(key, WL_KEYBOARD_KEY_STATE_RELEASED);
 }
 
-bool VirtualKeyboard::setShift(bool isDown) {
-    ::zwp_virtual_keyboard_v1_modifiers(m_keyboard, isDown ? shiftMask : 0, 0, 0, 0);
+bool VirtualKeyboard::setModifiers(std::uint32_t down, std::uint32_t locked) {
+    ::zwp_virtual_keyboard_v1_modifiers(m_keyboard, down, 0, locked, 0);
     return m_connection.flush();
 }
 

@@ -9,7 +9,6 @@ struct zwp_virtual_keyboard_v1;
 
 namespace talvera {
 
-class TypingKeymap;
 class WaylandConnection;
 
 /// A keyboard of ours in the compositor's seat, with a layout and modifiers of its own: what the user holds on
@@ -22,15 +21,16 @@ public:
     VirtualKeyboard(const VirtualKeyboard&) = delete;
     VirtualKeyboard& operator=(const VirtualKeyboard&) = delete;
 
-    /// What its keys write from now on. Before the first key. False when the compositor has gone.
-    bool useKeymap(const TypingKeymap& keymap);
+    /// What its keys write from now on, in the form "xkb_keymap { ... }". Before the first key. False when the
+    /// compositor has gone.
+    bool useKeymap(const std::string& keymap);
 
     /// By the kernel's numbers. False when the compositor has gone.
     bool press(std::uint32_t key);
     bool release(std::uint32_t key);
 
-    /// Whether Shift is down on it.
-    bool setShift(bool isDown);
+    /// The modifiers that are down and that are locked on it, by their bits in the keymap.
+    bool setModifiers(std::uint32_t down, std::uint32_t locked = 0);
 
 private:
     VirtualKeyboard(WaylandConnection& connection, zwp_virtual_keyboard_v1* keyboard);
@@ -38,7 +38,6 @@ private:
 
     WaylandConnection& m_connection;
     zwp_virtual_keyboard_v1* m_keyboard;
-    std::string m_keymap; ///< the one in use
 };
 
 } // namespace talvera

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "linux/wayland/typing/WaylandKeyEventPoster.h"
 
-#include "linux/wayland/typing/TypingKeymap.h"
 #include "text/typeableCharacters.h"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -13,15 +14,26 @@ namespace talvera {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr std::uint32_t shift = 1; ///< its bit in every keymap
+
+constexpr milliseconds focusPoll{5};
+constexpr milliseconds movePatience{200};
+// For a window that comes up and goes at once, and for the moment when no window has the focus.
+constexpr milliseconds elsewherePatience{200};
+constexpr milliseconds nobodyPatience{1000};
+
 class WaylandTarget final : public TypingTarget {
 public:
-    explicit WaylandTarget(std::optional<std::int64_t> window)
+    explicit WaylandTarget(std::optional<FocusedToplevel::Window> window)
         : m_window(window) {}
 
-    const std::optional<std::int64_t>& window() const { return m_window; }
+    const std::optional<FocusedToplevel::Window>& window() const { return m_window; }
 
 private:
-    std::optional<std::int64_t> m_window; ///< nothing: no window had the keyboard
+    std::optional<FocusedToplevel::Window> m_window; ///< nothing: no window had the keyboard
 };
 
 } // namespace
@@ -42,91 +54,134 @@ public:
     PostResult post(qsizetype index, KeyPhase phase) override {
         if (index < 0 || index + 1 >= static_cast<qsizetype>(m_starts.size()))
             return PostResult::NotMakeable;
-        if (!release())
-            return PostResult::CutOff;
-        return phase == KeyPhase::Up ? PostResult::Posted : write(static_cast<std::size_t>(index));
+        if (phase == KeyPhase::Up)
+            return release();
+        const auto chunk = static_cast<std::size_t>(index);
+        auto result = release();
+        for (auto position = m_starts[chunk]; position < m_starts[chunk + 1] && result == PostResult::Posted;
+             ++position)
+            result = write(position);
+        return result;
     }
 
 private:
-    PostResult write(std::size_t chunk) {
-        for (auto position = m_starts[chunk]; position < m_starts[chunk + 1]; ++position) {
-            if (!release())
-                return PostResult::CutOff;
-            if (const auto obstacle = m_poster.obstacle(m_target))
-                return *obstacle;
-            const auto key = keyAt(position);
-            if (!key)
-                return PostResult::NotMakeable;
-            if (!m_poster.m_keyboard->press(*key))
-                return PostResult::CutOff;
+    PostResult write(std::size_t position) {
+        auto result = release();
+        if (result == PostResult::Posted)
+            result = m_poster.makeWritable(std::u32string_view(m_text).substr(position));
+        if (result != PostResult::Posted)
+            return result;
+        const auto key = m_poster.m_keymap.keyOf(m_text[position]);
+        if (!key)
+            return PostResult::NotMakeable;
+        result = m_poster.press(*key, m_target);
+        if (result == PostResult::Posted)
             m_pressed = key;
-        }
-        return PostResult::Posted;
+        return result;
     }
 
-    /// Where the present layout lacks the character, another one takes its place that has it and those behind.
-    std::optional<std::uint32_t> keyAt(std::size_t position) {
-        if (!m_keymap || !m_keymap->keyOf(m_text[position])) {
-            m_keymap.emplace(std::u32string_view(m_text).substr(position));
-            if (!m_poster.m_keyboard->useKeymap(*m_keymap))
-                return std::nullopt;
-        }
-        return m_keymap->keyOf(m_text[position]);
-    }
-
-    bool release() {
+    PostResult release() {
         const auto pressed = std::exchange(m_pressed, std::nullopt);
-        return !pressed || m_poster.m_keyboard->release(*pressed);
+        return !pressed || m_poster.m_keyboard->release(*pressed) ? PostResult::Posted : PostResult::CutOff;
     }
 
     WaylandKeyEventPoster& m_poster;
     const TypingTargetPtr m_target;
     std::u32string m_text;
     std::vector<std::size_t> m_starts; ///< where each chunk begins, and where the last one ends
-    std::optional<TypingKeymap> m_keymap;
     std::optional<std::uint32_t> m_pressed;
 };
 
-WaylandKeyEventPoster::WaylandKeyEventPoster(std::unique_ptr<WaylandConnection> connection,
-                                             FocusedWindow focusedWindow)
-    : m_connection(std::move(connection))
-    , m_focusedWindow(std::move(focusedWindow))
-    , m_keyboard(VirtualKeyboard::open(*m_connection)) {
-    // The seat has a new keyboard, and clients hear of that long before the first key.
-    if (m_keyboard)
-        m_keyboard->useKeymap(TypingKeymap(U" "));
+std::unique_ptr<WaylandKeyEventPoster> WaylandKeyEventPoster::open(AwaitReading awaitReading,
+                                                                   const std::string& display) {
+    auto connection = std::make_unique<WaylandConnection>(display);
+    auto keyboard = VirtualKeyboard::open(*connection);
+    auto focus = FocusedToplevel::open(std::make_unique<WaylandConnection>(display));
+    if (!keyboard || !focus || !keyboard->useKeymap(TypingKeymap().xkb()))
+        return nullptr;
+    return std::unique_ptr<WaylandKeyEventPoster>(new WaylandKeyEventPoster(
+        std::move(awaitReading), std::move(focus), std::move(connection), std::move(keyboard)));
 }
+
+WaylandKeyEventPoster::WaylandKeyEventPoster(AwaitReading awaitReading,
+                                             std::unique_ptr<FocusedToplevel> focus,
+                                             std::unique_ptr<WaylandConnection> connection,
+                                             std::unique_ptr<VirtualKeyboard> keyboard)
+    : m_awaitReading(std::move(awaitReading))
+    , m_focus(std::move(focus))
+    , m_connection(std::move(connection))
+    , m_keyboard(std::move(keyboard)) {}
 
 WaylandKeyEventPoster::~WaylandKeyEventPoster() = default;
 
 TypingTargetPtr WaylandKeyEventPoster::focusedTarget() {
-    return std::make_shared<WaylandTarget>(m_focusedWindow());
+    const auto start = Clock::now();
+    auto look = m_focus->look();
+    while (look && !look->window && Clock::now() - start < movePatience) {
+        std::this_thread::sleep_for(focusPoll);
+        look = m_focus->look();
+    }
+    return std::make_shared<WaylandTarget>(look ? look->window : std::nullopt);
 }
 
 std::unique_ptr<TypingSession> WaylandKeyEventPoster::beginTyping(const QStringList& chunks,
                                                                   const TypingTargetPtr& target) {
+    releaseChord();
     return std::make_unique<Session>(*this, chunks, target);
 }
 
 PostResult WaylandKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& target) {
-    if (phase == KeyPhase::Up) {
-        const bool isUp = m_keyboard && m_keyboard->release(KEY_INSERT) && m_keyboard->setShift(false);
-        return isUp ? PostResult::Posted : PostResult::CutOff;
-    }
+    const auto released = releaseChord();
+    if (phase == KeyPhase::Up || released != PostResult::Posted)
+        return released;
     if (const auto why = obstacle(target))
         return *why;
-    const bool isDown = m_keyboard->useKeymap(TypingKeymap::ofPaste()) && m_keyboard->setShift(true) &&
-                        m_keyboard->press(KEY_INSERT);
+    m_isChordDown = true;
+    const bool isDown = m_keyboard->setModifiers(shift) && m_keyboard->press(KEY_INSERT);
     return isDown ? PostResult::Posted : PostResult::CutOff;
 }
 
-std::optional<PostResult> WaylandKeyEventPoster::obstacle(const TypingTargetPtr& target) const {
-    if (!m_keyboard || m_connection->isBroken())
-        return PostResult::CutOff;
+PostResult WaylandKeyEventPoster::releaseChord() {
+    if (!std::exchange(m_isChordDown, false))
+        return m_connection->isBroken() ? PostResult::CutOff : PostResult::Posted;
+    const bool isUp = m_keyboard->release(KEY_INSERT) && m_keyboard->setModifiers(0);
+    return isUp ? PostResult::Posted : PostResult::CutOff;
+}
+
+PostResult WaylandKeyEventPoster::makeWritable(std::u32string_view characters) {
+    if (m_keymap.keyOf(characters.front()))
+        return PostResult::Posted;
+    auto next = m_keymap;
+    if (next.makeRoomFor(characters) == TypingKeymap::Change::Replaced && m_awaitReading &&
+        m_connection->roundTrip())
+        m_awaitReading();
+    if (!m_keyboard->useKeymap(next.xkb()))
+        return m_connection->isBroken() ? PostResult::CutOff : PostResult::NotMakeable;
+    m_keymap = std::move(next);
+    return PostResult::Posted;
+}
+
+PostResult WaylandKeyEventPoster::press(std::uint32_t key, const TypingTargetPtr& target) {
+    if (const auto why = obstacle(target))
+        return *why;
+    return m_keyboard->press(key) ? PostResult::Posted : PostResult::CutOff;
+}
+
+std::optional<PostResult> WaylandKeyEventPoster::obstacle(const TypingTargetPtr& target) {
     const auto* wanted = dynamic_cast<const WaylandTarget*>(target.get());
-    if (wanted != nullptr && wanted->window() != m_focusedWindow())
-        return PostResult::TargetLost;
-    return std::nullopt;
+    for (const auto start = Clock::now();; std::this_thread::sleep_for(focusPoll)) {
+        const auto look = m_focus->look();
+        if (!look || m_connection->isBroken())
+            return PostResult::CutOff;
+        if (wanted == nullptr)
+            return std::nullopt;
+        if (!wanted->window()) // then and there no window could have been meant
+            return PostResult::TargetLost;
+        if (look->window == wanted->window())
+            return std::nullopt;
+        if (Clock::now() - start >= (look->window ? elsewherePatience : nobodyPatience))
+            return PostResult::TargetLost;
+    }
 }
 
 } // namespace talvera

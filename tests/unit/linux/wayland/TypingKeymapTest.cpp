@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #include <linux/input-event-codes.h>
 #include <xkbcommon/xkbcommon.h>
@@ -11,6 +14,8 @@
 using namespace talvera;
 
 namespace {
+
+using Change = TypingKeymap::Change;
 
 constexpr std::uint32_t xkbOffset = 8;
 
@@ -38,9 +43,23 @@ private:
     std::unique_ptr<xkb_state, decltype(&xkb_state_unref)> m_state;
 };
 
+/// 200 characters, each once.
+std::u32string manyCharacters() {
+    std::u32string text;
+    for (char32_t character = U'\u4e00'; text.size() < 200; ++character)
+        text += character;
+    return text;
+}
+
+std::size_t charactersWithAKey(const TypingKeymap& keymap, std::u32string_view text) {
+    return static_cast<std::size_t>(
+        std::ranges::count_if(text, [&](char32_t character) { return keymap.keyOf(character).has_value(); }));
+}
+
 TEST(TypingKeymapTest, eachCharacter_isWrittenByItsKey) {
-    const std::u32string text = U"aZ9!? Приветñe\u0301日本語😀\u200d👧«";
-    const TypingKeymap keymap(text);
+    const std::u32string text = U"aZ9!? Приветñe\u0301日本語😀\u200d👧«\u00ad\ufffd";
+    TypingKeymap keymap;
+    EXPECT_EQ(keymap.makeRoomFor(text), Change::Added);
     const ClientKeymap client(keymap);
     ASSERT_TRUE(client.isValid());
     for (const auto character : text) {
@@ -49,32 +68,45 @@ TEST(TypingKeymapTest, eachCharacter_isWrittenByItsKey) {
     }
 }
 
-TEST(TypingKeymapTest, lineBreakAndTab_areTheirKeys) {
-    const TypingKeymap keymap(U"\n\t");
+TEST(TypingKeymapTest, emptyKeymap_hasLineBreakTabSpaceAndInsert) {
+    TypingKeymap keymap;
+    EXPECT_EQ(keymap.makeRoomFor(U"\n\t "), Change::None);
     const ClientKeymap client(keymap);
+    ASSERT_TRUE(client.isValid());
     EXPECT_EQ(client.symbol(*keymap.keyOf(U'\n')), static_cast<xkb_keysym_t>(XKB_KEY_Return));
     EXPECT_EQ(client.symbol(*keymap.keyOf(U'\t')), static_cast<xkb_keysym_t>(XKB_KEY_Tab));
+    EXPECT_EQ(client.character(*keymap.keyOf(U' ')), U' ');
+    EXPECT_EQ(client.symbol(KEY_INSERT), static_cast<xkb_keysym_t>(XKB_KEY_Insert));
 }
 
-TEST(TypingKeymapTest, characterWithoutAKey_isToldAndTheFirstHaveTheirs) {
-    std::u32string text;
-    for (char32_t character = U'\u4e00'; character < U'\u4e00' + 200; ++character)
-        text += character;
-    const TypingKeymap keymap(text);
-    std::size_t made = 0;
-    while (made < text.size() && keymap.keyOf(text[made]))
-        ++made;
+TEST(TypingKeymapTest, moreCharactersThanKeys_theFirstHaveTheirs) {
+    const auto text = manyCharacters();
+    TypingKeymap keymap;
+    keymap.makeRoomFor(text);
+    const auto made = charactersWithAKey(keymap, text);
     EXPECT_GE(made, 40U);
-    for (auto rest = made; rest < text.size(); ++rest)
-        EXPECT_FALSE(keymap.keyOf(text[rest]));
+    EXPECT_EQ(charactersWithAKey(keymap, text.substr(0, made)), made);
     EXPECT_TRUE(ClientKeymap(keymap).isValid());
 }
 
+TEST(TypingKeymapTest, characterThatHasAKey_keepsItAsLongAsThereAreOthers) {
+    TypingKeymap keymap;
+    keymap.makeRoomFor(U"abc");
+    const auto key = keymap.keyOf(U'b');
+    EXPECT_EQ(keymap.makeRoomFor(U"cba"), Change::None);
+    EXPECT_EQ(keymap.makeRoomFor(U"xyz"), Change::Added);
+    EXPECT_EQ(keymap.keyOf(U'b'), key);
+    EXPECT_EQ(keymap.makeRoomFor(U"b" + manyCharacters()), Change::Replaced);
+    EXPECT_EQ(keymap.keyOf(U'b'), key);
+    EXPECT_FALSE(keymap.keyOf(U'x'));
+    EXPECT_EQ(keymap.makeRoomFor(manyCharacters()), Change::Replaced);
+    EXPECT_FALSE(keymap.keyOf(U'b'));
+}
+
 TEST(TypingKeymapTest, keys_areOnlyThoseThatWriteCharacters) {
-    std::u32string text = U" \n\t";
-    for (char32_t character = U'\u4e00'; character < U'\u4e00' + 200; ++character)
-        text += character;
-    const TypingKeymap keymap(text);
+    const auto text = U" \n\t" + manyCharacters();
+    TypingKeymap keymap;
+    keymap.makeRoomFor(text);
     for (const auto character : text) {
         const auto key = keymap.keyOf(character);
         if (!key)
@@ -84,16 +116,6 @@ TEST(TypingKeymapTest, keys_areOnlyThoseThatWriteCharacters) {
              {KEY_ESC, KEY_BACKSPACE, KEY_LEFTCTRL, KEY_LEFTSHIFT, KEY_RIGHTSHIFT, KEY_LEFTALT})
             EXPECT_NE(*key, static_cast<std::uint32_t>(other));
     }
-}
-
-TEST(TypingKeymapTest, pasteChord_isInsert) {
-    const ClientKeymap client(TypingKeymap::ofPaste());
-    ASSERT_TRUE(client.isValid());
-    EXPECT_EQ(client.symbol(KEY_INSERT), static_cast<xkb_keysym_t>(XKB_KEY_Insert));
-}
-
-TEST(TypingKeymapTest, emptyText_isAKeymapAllTheSame) {
-    EXPECT_TRUE(ClientKeymap(TypingKeymap(U"")).isValid());
 }
 
 } // namespace
