@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 using namespace talvera;
 using namespace talvera::test;
 
@@ -17,10 +19,20 @@ namespace {
 
 class SessionOnSway : public testing::Test {
 protected:
+    ~SessionOnSway() override {
+        for (const auto& [name, value] : before)
+            ::qputenv(name, value);
+    }
+
     SessionBackEnds choose(const SessionOffer& offer) {
         return chooseBackEnds(offer, {actor, console, directories, installed});
     }
 
+    /// What a test changes comes back for the next one.
+    const std::map<const char*, QByteArray> before{{"WAYLAND_DISPLAY", qgetenv("WAYLAND_DISPLAY")},
+                                                   {"XDG_SESSION_TYPE", qgetenv("XDG_SESSION_TYPE")},
+                                                   {"SWAYSOCK", qgetenv("SWAYSOCK")},
+                                                   {"XDG_CURRENT_DESKTOP", qgetenv("XDG_CURRENT_DESKTOP")}};
     int argumentCount = 0;
     QCoreApplication application{argumentCount, nullptr};
     SimulatedMainActor actor;
@@ -42,14 +54,29 @@ TEST_F(SessionOnSway, xServerOfTheCompositor_isKnownWithoutVariables) {
     EXPECT_EQ(SessionOffer::open().kind(), SessionKind::Wayland);
 }
 
-TEST_F(SessionOnSway, keysOfXProgramsAlone_areNotWatchedNorTyped) {
+TEST_F(SessionOnSway, keysOfXProgramsAlone_areNotWatched) {
     const auto offer = SessionOffer::open();
     const auto chosen = choose(offer);
     EXPECT_EQ(chosen.eventTaps->create([](const KeyEvent&) { return Verdict::Pass; }), nullptr);
     EXPECT_EQ(chosen.access->lacks(), std::vector{SessionLack::KnownSession});
     EXPECT_FALSE(chosen.access->canWatchKeys());
-    EXPECT_EQ(chosen.keyPoster->postPaste(KeyPhase::Down, chosen.keyPoster->focusedTarget()),
-              PostResult::CutOff);
+}
+
+TEST_F(SessionOnSway, keysAreTypedByTheCompositor_whoKnowsThatNoWindowIsThere) {
+    const auto offer = SessionOffer::open();
+    const auto chosen = choose(offer);
+    auto& poster = *chosen.keyPoster;
+    EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::Posted);
+    EXPECT_EQ(poster.postPaste(KeyPhase::Up, nullptr), PostResult::Posted);
+    EXPECT_EQ(poster.postPaste(KeyPhase::Down, poster.focusedTarget()), PostResult::TargetLost);
+}
+
+TEST_F(SessionOnSway, withoutAnAnswerOfTheCompositor_nothingCanBeTyped) {
+    ::qputenv("WAYLAND_DISPLAY", "/nowhere");
+    const auto offer = SessionOffer::open();
+    const auto chosen = choose(offer);
+    auto& poster = *chosen.keyPoster;
+    EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
 }
 
 TEST_F(SessionOnSway, ownWindows_haveAllTheyNeed) {

@@ -13,11 +13,14 @@
 #include <linux/input-event-codes.h>
 #include <xkbcommon/xkbcommon.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 using namespace talvera;
 using namespace talvera::test;
@@ -69,6 +72,9 @@ protected:
         WaylandKeyEventPoster::open([this] { xProgram.awaitReading(); });
 };
 
+using WaylandTypingIntoX = WaylandTyping;
+using WaylandTypingTrouble = WaylandTyping;
+
 TEST_F(WaylandTyping, gtk3_getsMixedText) {
     expectMixedTextArrives(Kind::Gtk);
 }
@@ -88,25 +94,27 @@ TEST_F(WaylandTyping, terminal_getsMixedText) {
     expectMixedTextArrives(Kind::WaylandTerminal);
 }
 
-TEST_F(WaylandTyping, gtk3OnX11_getsMixedText) {
+TEST_F(WaylandTypingIntoX, gtk3OnX11_getsMixedText) {
     const XProgramsOnly x11;
     expectMixedTextArrives(Kind::Gtk);
 }
 
-TEST_F(WaylandTyping, qtOnX11_getsMixedText) {
+TEST_F(WaylandTypingIntoX, qtOnX11_getsMixedText) {
     const XProgramsOnly x11;
     expectMixedTextArrives(Kind::Qt);
 }
 
-TEST_F(WaylandTyping, terminalOnX11_getsMixedText) {
+TEST_F(WaylandTypingIntoX, terminalOnX11_getsMixedText) {
     expectMixedTextArrives(Kind::Terminal);
 }
 
-TEST_F(WaylandTyping, textAfterText_keepsItsCharacters) {
+TEST_F(WaylandTypingTrouble, textAfterText_keepsItsCharacters) {
     Receiver receiver(Kind::Gtk);
     QString all;
     for (int number = 0; number < 8; ++number) {
-        const QString text = QString(12, QChar(0x4e00 + 12 * number)) + QChar(0x4e01 + 12 * number);
+        QString text;
+        for (int character = 0; character < 12; ++character)
+            text += QChar(0x4e00 + 12 * number + character);
         EXPECT_EQ(typeText(*poster, text), PostResult::Posted);
         all += text;
     }
@@ -150,7 +158,7 @@ private:
     std::unique_ptr<VirtualKeyboard> m_keyboard = VirtualKeyboard::open(m_connection);
 };
 
-TEST_F(WaylandTyping, modifiersHeldByTheUser_haveNoPartInIt) {
+TEST_F(WaylandTypingTrouble, modifiersHeldByTheUser_haveNoPartInIt) {
     UsersKeyboard user("us");
     Receiver receiver(Kind::Gtk);
     user.hold(KEY_LEFTCTRL, UsersKeyboard::control);
@@ -158,14 +166,14 @@ TEST_F(WaylandTyping, modifiersHeldByTheUser_haveNoPartInIt) {
     expectMixedTextArrives(receiver);
 }
 
-TEST_F(WaylandTyping, capsLockAndLayoutOfTheUser_haveNoPartInIt) {
+TEST_F(WaylandTypingTrouble, capsLockAndLayoutOfTheUser_haveNoPartInIt) {
     UsersKeyboard user("ru");
     Receiver receiver(Kind::WaylandTerminal);
     user.lockCaps();
     expectMixedTextArrives(receiver);
 }
 
-TEST_F(WaylandTyping, usersOwnKeys_comeInHisLayoutBeforeAndAfter) {
+TEST_F(WaylandTypingTrouble, usersOwnKeys_comeInHisLayoutBeforeAndAfter) {
     UsersKeyboard user("ru");
     Receiver receiver(Kind::Gtk);
     user.strike(KEY_A);
@@ -175,7 +183,7 @@ TEST_F(WaylandTyping, usersOwnKeys_comeInHisLayoutBeforeAndAfter) {
     EXPECT_TRUE(receiver.waitForText(QStringLiteral("фaäф"))) << receiver.text().toStdString();
 }
 
-TEST_F(WaylandTyping, windowThatComesInBetween_getsNothing) {
+TEST_F(WaylandTypingTrouble, windowThatComesInBetween_getsNothing) {
     Receiver receiver(Kind::Gtk);
     std::optional<Receiver> other;
     const auto end = typeText(*poster, QStringLiteral("abcdef"), [&](qsizetype chunk) {
@@ -187,7 +195,7 @@ TEST_F(WaylandTyping, windowThatComesInBetween_getsNothing) {
     EXPECT_EQ(other->text(), QString());
 }
 
-TEST_F(WaylandTyping, windowThatCloses_isNotReplacedByTheOneBehindIt) {
+TEST_F(WaylandTypingTrouble, windowThatCloses_isNotReplacedByTheOneBehindIt) {
     Receiver behind(Kind::Gtk, QStringLiteral("behind"));
     std::optional<Receiver> receiver(std::in_place, Kind::WaylandTerminal);
     const auto end = typeText(*poster, QStringLiteral("abcdef"), [&](qsizetype chunk) {
@@ -198,7 +206,7 @@ TEST_F(WaylandTyping, windowThatCloses_isNotReplacedByTheOneBehindIt) {
     EXPECT_EQ(behind.text(), QString());
 }
 
-TEST_F(WaylandTyping, emptyWorkspace_isNoTarget) {
+TEST_F(WaylandTypingTrouble, emptyWorkspace_isNoTarget) {
     tellSway("workspace empty");
     const auto target = poster->focusedTarget();
     const auto session = poster->beginTyping({QStringLiteral("a")}, target);
@@ -207,7 +215,7 @@ TEST_F(WaylandTyping, emptyWorkspace_isNoTarget) {
     tellSway("workspace 1");
 }
 
-TEST_F(WaylandTyping, thread_sleepsWhileNothingHappens) {
+TEST_F(WaylandTypingTrouble, thread_sleepsWhileNothingHappens) {
     Receiver receiver(Kind::Gtk);
     poster->focusedTarget();
     timespec before{};
@@ -216,10 +224,10 @@ TEST_F(WaylandTyping, thread_sleepsWhileNothingHappens) {
     std::this_thread::sleep_for(std::chrono::seconds(1));
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &after);
     const auto spent = (after.tv_sec - before.tv_sec) * 1e3 + (after.tv_nsec - before.tv_nsec) / 1e6;
-    EXPECT_LT(spent, 20);
+    EXPECT_LT(spent, 100);
 }
 
-TEST(WaylandTypingTest, withoutACompositor_thereIsNoPoster) {
+TEST_F(WaylandTypingTrouble, withoutACompositor_thereIsNoPoster) {
     EXPECT_EQ(WaylandKeyEventPoster::open(nullptr, "/nowhere"), nullptr);
 }
 

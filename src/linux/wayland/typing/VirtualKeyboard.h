@@ -21,8 +21,8 @@ public:
     VirtualKeyboard(const VirtualKeyboard&) = delete;
     VirtualKeyboard& operator=(const VirtualKeyboard&) = delete;
 
-    /// What its keys write from now on, in the form "xkb_keymap { ... }". Before the first key. False when the
-    /// compositor has gone.
+    /// What its keys write from now on, in the form "xkb_keymap { ... }". Before the first key. False when
+    /// the compositor has gone.
     bool useKeymap(const std::string& keymap);
 
     /// By the kernel's numbers. False when the compositor has gone.

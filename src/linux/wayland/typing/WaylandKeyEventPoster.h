@@ -45,8 +45,8 @@ private:
                           std::unique_ptr<WaylandConnection> connection,
                           std::unique_ptr<VirtualKeyboard> keyboard);
 
-    /// Waits while the keys don't go to the target only for the moment. Answers why nothing may be pressed, if
-    /// so.
+    /// Waits while the keys don't go to the target only for the moment. Answers why nothing may be pressed,
+    /// if so.
     std::optional<PostResult> obstacle(const TypingTargetPtr& target);
     PostResult press(std::uint32_t key, const TypingTargetPtr& target);
 

@@ -8,8 +8,8 @@
 
 namespace talvera {
 
-/// The X program that has the focus in a session whose keys come to the X server from elsewhere. One thread at
-/// a time.
+/// The X program that has the focus in a session whose keys come to the X server from elsewhere. One thread
+/// at a time.
 class FocusedXProgram {
 public:
     explicit FocusedXProgram(const X11Server& server);
