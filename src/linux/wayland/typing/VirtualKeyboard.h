@@ -12,7 +12,8 @@ namespace talvera {
 class WaylandConnection;
 
 /// A keyboard of ours in the compositor's seat, with a layout and modifiers of its own: what the user holds
-/// on another one has no part in what it writes. Destroying it lets go of what it holds. One thread at a time.
+/// on another one has no part in what it writes. Destroying it lets go of what it holds. One thread at a
+/// time.
 class VirtualKeyboard {
 public:
     /// Null where the compositor has none for programs. The connection outlives the keyboard.
