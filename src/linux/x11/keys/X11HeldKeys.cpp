@@ -3,14 +3,22 @@
 
 #include "linux/x11/keys/X11KeyCodes.h"
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
 namespace talvera {
 
 namespace {
 
-/// Such a key counts by its place, also where the layout gives it another meaning: Right Alt is no modifier
-/// at all in the maps of layouts that make it AltGr.
+/// These count by their place, also where the layout gives them another meaning: Right Alt is no modifier at
+/// all in the maps of layouts that make it AltGr. As Compose a key is none of them any more.
+constexpr std::array keysByPlace = {VirtualKey::RightCommand, VirtualKey::RightOption, VirtualKey::Fn};
+
 bool isModifierByPlace(VirtualKey key) {
-    return key == VirtualKey::RightCommand || key == VirtualKey::RightOption || key == VirtualKey::Fn;
+    return std::ranges::count(keysByPlace, key) > 0;
 }
 
 } // namespace
@@ -31,11 +39,30 @@ void X11HeldKeys::loadModifiers(X11Connection& connection) {
         }
     }
     m_flagOf[0] = 0; // stands for no key in the map
+    loadCompose(connection);
     for (std::size_t index = 0; index < m_flagOf.size(); ++index) {
         const auto keycode = XKeycode(index);
         const auto key = X11KeyCodes::toVirtual(keycode);
-        if (key && isModifierByPlace(*key) && keycode != X11KeyCodes::rightControl)
+        if (key && isModifierByPlace(*key) && keycode != X11KeyCodes::rightControl && !isCompose(keycode))
             m_flagOf[index] |= flagOfModifierKey(*key);
+    }
+}
+
+void X11HeldKeys::loadCompose(X11Connection& connection) {
+    m_isCompose.reset();
+    std::vector<std::pair<XKeycode, xcb_get_keyboard_mapping_cookie_t>> questions;
+    for (const auto key : keysByPlace) {
+        for (const auto keycode : X11KeyCodes::fromVirtual(key)) {
+            const auto code = static_cast<xcb_keycode_t>(keycode);
+            questions.emplace_back(keycode, xcb_get_keyboard_mapping(connection.get(), code, 1));
+        }
+    }
+    for (const auto& [keycode, question] : questions) {
+        const auto map = connection.reply<xcb_get_keyboard_mapping_reply_t>(question);
+        // What it is with another modifier doesn't matter.
+        if (map && map->keysyms_per_keycode > 0)
+            m_isCompose[indexOf(keycode)] =
+                xcb_get_keyboard_mapping_keysyms(map.get())[0] == XKB_KEY_Multi_key;
     }
 }
 
@@ -55,7 +82,8 @@ bool X11HeldKeys::isHeld(XKeycode keycode) const {
 std::uint64_t X11HeldKeys::flags(VirtualKey about) const {
     std::uint64_t flags = 0;
     for (const auto& [keycode, device] : m_held) {
-        const bool isCommand = about == VirtualKey::RightCommand && keycode == X11KeyCodes::rightControl;
+        const bool isCommand =
+            about == VirtualKey::RightCommand && keycode == X11KeyCodes::rightControl && !isCompose(keycode);
         flags |= isCommand ? KeyFlag::Command : m_flagOf[indexOf(keycode)];
     }
     return flags;

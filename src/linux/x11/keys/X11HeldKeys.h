@@ -16,7 +16,8 @@ namespace talvera {
 /// is held as long as one keyboard holds it.
 class X11HeldKeys {
 public:
-    /// Asks the server which keys are modifiers. To be called again when it says that this has changed.
+    /// Asks the server which keys are modifiers, locks or Compose. To be called again when it says that this
+    /// has changed.
     void loadModifiers(X11Connection& connection);
 
     /// The key is a modifier, on this keyboard map or by its place.
@@ -24,6 +25,10 @@ public:
 
     /// The key is Caps Lock on this keyboard map.
     bool isLock(XKeycode keycode) const { return m_isLock[indexOf(keycode)]; }
+
+    /// The key is Compose on this keyboard map: the application takes what follows for the rest of a
+    /// sequence, as the first letters of a text would be.
+    bool isCompose(XKeycode keycode) const { return m_isCompose[indexOf(keycode)]; }
 
     void press(std::uint16_t device, XKeycode keycode) { m_held.emplace(keycode, device); }
     void release(std::uint16_t device, XKeycode keycode) { m_held.erase({keycode, device}); }
@@ -37,8 +42,11 @@ public:
     std::uint64_t flags(VirtualKey about) const;
 
 private:
+    void loadCompose(X11Connection& connection);
+
     std::array<std::uint64_t, xKeycodeCount> m_flagOf{};
     XKeycodeBits m_isLock;
+    XKeycodeBits m_isCompose;
     std::set<std::pair<XKeycode, std::uint16_t>> m_held; // with the device
 };
 

@@ -108,8 +108,9 @@ void X11KeyWatch::chooseRelevantKeys() {
     for (std::size_t index = 0; index < m_relevantKeys.size(); ++index) {
         const auto keycode = XKeycode(index);
         const auto key = X11KeyCodes::toVirtual(keycode);
-        m_relevantKeys[index] = m_heldKeys.isModifier(keycode) ||
-                                (key && (m_chordKeys.contains(*key) || m_aloneKeys.contains(*key)));
+        const bool isAlone = key && m_aloneKeys.contains(*key) && !m_heldKeys.isCompose(keycode);
+        const bool isOfChord = key && m_chordKeys.contains(*key);
+        m_relevantKeys[index] = m_heldKeys.isModifier(keycode) || isAlone || isOfChord;
     }
     m_heldKeys.keepKeys(m_relevantKeys); // of the others no release will be heard
 }
@@ -129,14 +130,19 @@ std::vector<WatchResult> X11KeyWatch::applyInterests() {
 }
 
 WatchResult X11KeyWatch::resultForKeyAlone(VirtualKey keyCode) {
-    const auto keycodes = X11KeyCodes::fromVirtual(keyCode);
-    // Layouts can make Caps Lock another key, which locks nothing.
-    const bool isThere =
-        keyCode == VirtualKey::CapsLock
-            ? std::ranges::any_of(keycodes, [this](XKeycode keycode) { return m_heldKeys.isLock(keycode); })
-            : !keycodes.empty();
-    return isThere && mayHaveKey(keyCode, *m_events, m_devices, m_sysfs) ? WatchResult::Watching
-                                                                         : WatchResult::Unavailable;
+    return isOnLayout(keyCode) && mayHaveKey(keyCode, *m_events, m_devices, m_sysfs)
+               ? WatchResult::Watching
+               : WatchResult::Unavailable;
+}
+
+/// Layouts can make Caps Lock another key, which locks nothing, and any key Compose. Right Ctrl decides for
+/// the key that it shares with Right Super, since few keyboards have that one.
+bool X11KeyWatch::isOnLayout(VirtualKey keyCode) const {
+    if (keyCode == VirtualKey::RightCommand)
+        return !m_heldKeys.isCompose(X11KeyCodes::rightControl);
+    return std::ranges::any_of(X11KeyCodes::fromVirtual(keyCode), [this, keyCode](XKeycode keycode) {
+        return keyCode == VirtualKey::CapsLock ? m_heldKeys.isLock(keycode) : !m_heldKeys.isCompose(keycode);
+    });
 }
 
 std::vector<KeyChord> X11KeyWatch::chords() const {

@@ -97,6 +97,7 @@ private:
     void retryTakenChords(VirtualKey keyCode);
     std::vector<WatchResult> applyInterests();
     WatchResult resultForKeyAlone(VirtualKey keyCode);
+    bool isOnLayout(VirtualKey keyCode) const;
     void chooseRelevantKeys();
     bool isHeld(VirtualKey keyCode) const;
     bool isOn(VirtualKey keyCode);
