@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "linux/posix/PosixChildProcess.h"
+#include "openDescriptors.h"
 #include "platform/system/PlatformError.h"
 
 #include <QDir>
@@ -21,6 +22,7 @@
 #include <unistd.h>
 
 using namespace talvera;
+using namespace talvera::test;
 using namespace std::chrono_literals;
 
 namespace {
@@ -49,11 +51,6 @@ protected:
             return error.code();
         }
         return 0;
-    }
-
-    static int openDescriptors() {
-        return static_cast<int>(
-            QDir("/proc/self/fd").entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
     }
 
     QTemporaryDir temporary;

@@ -2,6 +2,7 @@
 // A program that is started ahead of its input, with a shell script in its place.
 #include "eventually.h"
 #include "linux/posix/PosixChildProcess.h"
+#include "openDescriptors.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -77,11 +78,6 @@ protected:
             QFile line("/proc/" + process + "/cmdline");
             return line.open(QIODevice::ReadOnly) && line.readAll().split('\0').contains(argument.toUtf8());
         });
-    }
-
-    static int openDescriptors() {
-        return static_cast<int>(
-            QDir("/proc/self/fd").entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size());
     }
 
     QTemporaryDir temporary;
