@@ -157,15 +157,17 @@ void StatsStore::refreshLastWeek() {
     lastWeekStats.set({rounded(sum), count});
 }
 
-/// What is in the database is read once; from then on only we add to it, in the same order.
+/// What is in the database is read once, and again when another agent has added to it; what we add ourselves
+/// is summed in the same order.
 void StatsStore::refreshLifetime() {
-    if (m_database && !m_savedLifetime) {
-        try {
+    try {
+        if (m_database && m_database->hasGrownElsewhere())
+            m_savedLifetime.reset();
+        if (m_database && !m_savedLifetime)
             m_savedLifetime = sumOfAll(*m_database);
-        } catch (const PlatformError& error) {
-            m_parts.console.log(QStringLiteral("StatsStore: lifetime fetch failed: %1").arg(error.message()));
-            return;
-        }
+    } catch (const PlatformError& error) {
+        m_parts.console.log(QStringLiteral("StatsStore: lifetime fetch failed: %1").arg(error.message()));
+        return;
     }
     double sum = m_savedLifetime.value_or(0.0);
     for (const auto& session : m_unsaved)

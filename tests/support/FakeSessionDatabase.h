@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace talvera::test {
@@ -40,7 +41,8 @@ private:
     public:
         Database(FakeSessionDatabases& owner, std::vector<DictationSession>& sessions)
             : m_owner(owner)
-            , m_sessions(sessions) {}
+            , m_sessions(sessions)
+            , m_known(sessions.size()) {}
 
         void insert(const std::vector<DictationSession>& sessions) override {
             if (m_owner.insertFails && m_owner.onInsertRefused)
@@ -51,6 +53,7 @@ private:
                 if (m_owner.onInsert)
                     m_owner.onInsert(session);
             }
+            m_known += sessions.size();
         }
 
         void forEach(std::optional<WallTime> after,
@@ -62,9 +65,14 @@ private:
             }
         }
 
+        bool hasGrownElsewhere() override {
+            return std::exchange(m_known, m_sessions.size()) != m_sessions.size();
+        }
+
     private:
         FakeSessionDatabases& m_owner;
         std::vector<DictationSession>& m_sessions;
+        std::size_t m_known;
     };
 
     static void failIf(bool fails, const char* message) {

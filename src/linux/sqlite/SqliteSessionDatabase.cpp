@@ -149,6 +149,7 @@ void SqliteSessionDatabase::prepare() {
     SqliteStatement check(m_file, "PRAGMA quick_check(1)");
     if (!check.next() || check.text(0) != "ok")
         throw notOurs(QStringLiteral("damaged"));
+    m_version = versionNow();
 }
 
 void SqliteSessionDatabase::createSchema() {
@@ -193,6 +194,15 @@ void SqliteSessionDatabase::forEach(std::optional<WallTime> after,
         session.polishBackend = backends.of(rows.text(7));
         visit(session);
     }
+}
+
+bool SqliteSessionDatabase::hasGrownElsewhere() {
+    const auto now = versionNow();
+    return std::exchange(m_version, now) != now;
+}
+
+std::int64_t SqliteSessionDatabase::versionNow() {
+    return m_file.number("PRAGMA data_version");
 }
 
 std::unique_ptr<SessionDatabase> SqliteSessionDatabases::open(const QString& path) {

@@ -6,6 +6,8 @@
 
 #include <QByteArray>
 
+#include <cstdint>
+
 namespace talvera {
 
 /// The sessions in a table of an SQLite file, "DictationSession", with the columns that DictationSession has
@@ -22,12 +24,15 @@ public:
     void insert(const std::vector<DictationSession>& sessions) override;
     void forEach(std::optional<WallTime> after,
                  const std::function<void(const DictationSession&)>& visit) override;
+    bool hasGrownElsewhere() override;
 
 private:
     void prepare();
     void createSchema();
+    std::int64_t versionNow();
 
     SqliteFile m_file;
+    std::int64_t m_version = 0; ///< becomes another one when others write to the file
 };
 
 /// Opens and makes them.

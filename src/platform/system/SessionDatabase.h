@@ -24,6 +24,9 @@ public:
     /// later timestamp alone. The session is valid for the length of the call.
     virtual void forEach(std::optional<WallTime> after,
                          const std::function<void(const DictationSession&)>& visit) = 0;
+
+    /// Whether anybody else has added sessions since this was last asked, or since it was opened.
+    virtual bool hasGrownElsewhere() = 0;
 };
 
 /// Opens databases. Any thread.

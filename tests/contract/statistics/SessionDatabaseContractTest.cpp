@@ -67,6 +67,17 @@ TYPED_TEST(SessionDatabaseContract, whatWasAdded_comesBackWholeAndInOrder) {
     EXPECT_TRUE(this->sessionsOf(*database) == expected);
 }
 
+TYPED_TEST(SessionDatabaseContract, sessionsOfAnother_areToldOnce) {
+    const auto ours = this->open();
+    const auto theirs = this->open();
+    ours->insert({this->session(1)});
+    EXPECT_FALSE(ours->hasGrownElsewhere());
+    theirs->insert({this->session(2)});
+    EXPECT_TRUE(ours->hasGrownElsewhere());
+    EXPECT_FALSE(ours->hasGrownElsewhere());
+    EXPECT_EQ(this->sessionsOf(*ours).size(), 2U);
+}
+
 TYPED_TEST(SessionDatabaseContract, openedAgain_holdsTheSame) {
     this->open()->insert({this->session(1)});
     this->open()->insert({this->session(2)});

@@ -189,6 +189,28 @@ TEST_F(StatsStoreTest, recordThatCantBeSaved_countsAndIsSavedWithTheNext) {
     EXPECT_EQ(lifetime(), 160);
 }
 
+TEST_F(StatsStoreTest, recordOfAnotherAgent_countsFromTheNextRefreshOn) {
+    record(80, 10.0);
+    databases.onDisk.push_back(session(40, 10.0));
+    store().refresh();
+    EXPECT_EQ(lastWeek(), (WeeklyStats{160, 2}));
+    EXPECT_EQ(lifetime(), 160);
+    databases.onDisk.push_back(session(40, 10.0));
+    record(40, 10.0);
+    EXPECT_EQ(lifetime(), 260);
+}
+
+TEST_F(StatsStoreTest, recordOfAnotherAgentThatCantBeRead_countsAsSoonAsItCan) {
+    record(80, 10.0);
+    databases.onDisk.push_back(session(40, 10.0));
+    databases.fetchFails = true;
+    store().refresh();
+    EXPECT_EQ(lifetime(), 110);
+    databases.fetchFails = false;
+    store().refresh();
+    EXPECT_EQ(lifetime(), 160);
+}
+
 TEST_F(StatsStoreTest, unsavedRecord_leavesTheWindowLikeAnyOther) {
     databases.insertFails = true;
     record(80, 10.0);
