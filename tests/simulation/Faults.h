@@ -26,6 +26,11 @@ enum class Fault {
     ToolLeftEmptyFile,
     ToolLeftCutFile,
     ToolGone,
+    PreparedKilled, ///< a recogniser that waits
+    ModelReplaced,  ///< during a recording
+    MemoryShort,    ///< so that none is prepared
+    AheadFailed,    ///< the recogniser, while the user spoke
+    AheadInVain,    ///< what was heard then isn't wanted any more
     KeysRefused,
     KeyboardCutOff,
     ClipboardRefused,

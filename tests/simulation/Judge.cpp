@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 namespace talvera::simulation {
 
@@ -40,6 +42,7 @@ Tally& Tally::operator+=(const Tally& other) {
     failed += other.failed;
     notSaved += other.notSaved;
     notStarted += other.notStarted;
+    partsAhead += other.partsAhead;
     acceptedLeaks += other.acceptedLeaks;
     return *this;
 }
@@ -60,6 +63,8 @@ void Judge::hear(const QString& words) {
     judgeModel();
     if (words == QStringLiteral("the model is missing") && m_world->agent().models.isReady())
         m_modelGone = m_world->actor.now();
+    if (words == QStringLiteral("the model is replaced"))
+        m_wasModelReplaced = true;
     if (words.startsWith(QStringLiteral("the hotkey comes up")))
         m_hotkeyUp = m_world->actor.now();
     if (words.contains(QStringLiteral("can't be started")))
@@ -136,9 +141,11 @@ void Judge::seeMenu(const std::string& state) {
         judgeEnd(state == "error");
     } else if (from == "recording" && state == "idle") {
         ++m_tally.discarded;
+        forgetWhatIsAhead();
         m_listeningMayStay = true;
     } else if (from == "recording" && state == "error") {
         ++m_tally.notSaved;
+        forgetWhatIsAhead();
         m_faults.note(Fault::RecordingNotSaved);
         m_listeningMayStay = true;
         if (!std::exchange(m_saveFailed, false))
@@ -200,6 +207,9 @@ void Judge::seeRecorderStart() {
 
     judgePressWithoutModel();
     m_snapshots = {snapshot()};
+    m_wayAhead = way();
+    m_sourceAhead = m_world->settings.sourceLanguageCode.get();
+    m_wasModelReplaced = false;
     m_world->microphone.onLost = [this] {
         if (m_menu == "recording") // rather than the wizard's demo
             m_microphoneLost = m_world->actor.now();
@@ -228,8 +238,36 @@ void Judge::begin() {
     m_inFlight.emplace();
     m_inFlight->way = way();
     m_inFlight->source = settings.sourceLanguageCode.get();
+    std::copy_if(m_ahead.begin(), m_ahead.end(), std::back_inserter(m_inFlight->heard),
+                 [this](const Heard& heard) { return fits(heard); });
+    if (m_inFlight->heard.size() < m_ahead.size())
+        m_faults.note(Fault::AheadInVain);
+    m_ahead.clear();
     m_inFlight->types = settings.insertionMode.get() == InsertionMode::AutoByDuration &&
                         m_audioSeconds < settings.typewriterThresholdSeconds.get();
+}
+
+/// Whether what was heard while the user spoke is what the pass after the release would hear.
+bool Judge::fits(const Heard& heard) const {
+    return heard.run.language == m_inFlight->source &&
+           heard.run.translates == (m_inFlight->way == Way::Direct) && !m_wasModelReplaced;
+}
+
+/// The recording that it is of comes to nothing.
+void Judge::forgetWhatIsAhead() {
+    if (!m_ahead.empty())
+        m_faults.note(Fault::AheadInVain);
+    m_ahead.clear();
+    m_run.reset();
+}
+
+QStringList Judge::InFlight::texts(bool translated) const {
+    QStringList texts;
+    for (const auto& each : heard) {
+        if (each.run.translates == translated)
+            texts << each.text;
+    }
+    return texts;
 }
 
 /// What the settings and the machine of this moment ask for.
@@ -254,30 +292,48 @@ Judge::Way Judge::way() const {
 }
 
 void Judge::seeRun(const Effect& effect) {
-    if (!m_inFlight) {
+    const auto& requests = m_world->tool.requests();
+    const Run run{requests.empty() ? QString() : requests.back().wav,
+                  QString::fromStdString(effect.fields["language"].get<std::string>()),
+                  effect.fields["mode"] == "translateToEnglish", !m_inFlight};
+    if (!isRunDue(run)) {
         complain(QStringLiteral("the recogniser ran without a dictation"));
         return;
     }
     const auto& others = m_world->tool.underWay();
     if (std::any_of(others.begin(), others.end(), test::isOfADictation))
         complain(QStringLiteral("two runs of the recogniser at once"));
-    auto& flight = *m_inFlight;
-    const bool translates = effect.fields["mode"] == "translateToEnglish";
-    const bool isSecond = flight.way == Way::SecondPass || flight.way == Way::ForWantOfAI;
-    const bool mayTranslate =
-        flight.way == Way::Direct || (isSecond && !joinedTexts(flight.transcribed).isEmpty());
-    if (translates && !mayTranslate)
-        complain(QStringLiteral("a translation that nobody asked for"));
-    if (!translates && (flight.way == Way::Direct || flight.lastRunTranslates))
-        complain(QStringLiteral("a transcription where a translation was due"));
-    const auto language = QString::fromStdString(effect.fields["language"].get<std::string>());
-    if (language != flight.source)
-        complain(QStringLiteral("recognised as %1 instead of %2").arg(language, flight.source));
+    judgeRun(run, m_inFlight ? m_inFlight->way : m_wayAhead, m_inFlight ? m_inFlight->source : m_sourceAhead);
     noteRun();
-    if (flight.runUnderWay)
-        flight.toolFailed = true; // the one before left nothing to read, and this one should not be
-    flight.runUnderWay = true;
-    flight.lastRunTranslates = translates;
+    if (m_inFlight) {
+        auto& flight = *m_inFlight;
+        if (m_run && !m_run->isAhead)
+            flight.toolFailed = true; // the one before left nothing to read, and this one should not be
+        if (!run.wav.contains(QStringLiteral("-chunk"))) // parts are no matter
+            std::erase_if(flight.heard,
+                          [&](const Heard& heard) { return heard.run.translates == run.translates; });
+        flight.lastRunTranslates = run.translates;
+    }
+    m_run = run;
+}
+
+/// While the user still speaks, only parts of what has been said are recognised, by a run that was prepared.
+bool Judge::isRunDue(const Run& run) const {
+    if (m_inFlight)
+        return true;
+    return m_menu == "recording" && run.wav.contains(QStringLiteral("-chunk")) &&
+           m_world->tool.requests().back().wasPrepared;
+}
+
+void Judge::judgeRun(const Run& run, Way way, const QString& source) {
+    const bool isSecond = way == Way::SecondPass || way == Way::ForWantOfAI;
+    const bool hasFirst = m_inFlight && !joinedTexts(m_inFlight->texts(false)).isEmpty();
+    if (run.translates && way != Way::Direct && !(isSecond && hasFirst))
+        complain(QStringLiteral("a translation that nobody asked for"));
+    if (!run.translates && (way == Way::Direct || (m_inFlight && m_inFlight->lastRunTranslates)))
+        complain(QStringLiteral("a transcription where a translation was due"));
+    if (run.language != source)
+        complain(QStringLiteral("recognised as %1 instead of %2").arg(run.language, source));
 }
 
 /// What goes wrong with the run that begins.
@@ -285,6 +341,8 @@ void Judge::noteRun() {
     const auto* run = m_world->tool.lastRun();
     if (!run)
         return;
+    if (run->status != 0 && !m_inFlight)
+        m_faults.note(Fault::AheadFailed);
     if (run->status != 0)
         m_faults.note(Fault::ToolFailed);
     else if (run->leavesNoFile || run->text.startsWith('\xC3'))
@@ -302,16 +360,27 @@ void Judge::seeText(const QByteArray& bytes, const QString& path) {
     const auto text = utf8(said.startsWith(bytes) ? said : bytes);
     if (!text)
         m_expectedLeaks.insert(path); // it stays where the tool has put it
-    if (!m_inFlight || !test::isOfADictation(path))
+    if (!m_run || !test::isOfADictation(path))
         return;
-    auto& flight = *m_inFlight;
     const bool isOfEarlierRun = run && run->leavesNoFile && !bytes.trimmed().isEmpty();
     if (!text || isOfEarlierRun) {
-        flight.toolFailed = true;
+        if (m_run->isAhead)
+            m_run.reset(); // the pass after the release will try again
+        else
+            m_inFlight->toolFailed = true;
         return;
     }
-    flight.runUnderWay = false;
-    (flight.lastRunTranslates ? flight.translated : flight.transcribed) << *text;
+    const Heard heard{path, *std::exchange(m_run, std::nullopt), *text};
+    if (m_inFlight && heard.run.isAhead && !fits(heard))
+        return;
+    auto& all = m_inFlight ? m_inFlight->heard : m_ahead;
+    const auto before = std::find_if(all.begin(), all.end(), [&](const Heard& other) {
+        return other.file == heard.file && other.run.translates == heard.run.translates;
+    });
+    if (before != all.end())
+        *before = heard;
+    else
+        all.push_back(heard);
 }
 
 void Judge::seeActivation() {

@@ -26,6 +26,7 @@ struct Tally {
     std::uint64_t failed = 0;     ///< the recogniser failed
     std::uint64_t notSaved = 0;   ///< the recording could not be written
     std::uint64_t notStarted = 0; ///< the recorder refused
+    std::uint64_t partsAhead = 0; ///< recognised while the user still spoke, and used
     std::uint64_t acceptedLeaks = 0;
 
     Tally& operator+=(const Tally& other);
@@ -71,19 +72,34 @@ private:
         ForWantOfAI, ///< the same, with a word to the user
     };
 
+    /// A run of the recogniser.
+    struct Run {
+        QString wav;
+        QString language;
+        bool translates = false;
+        bool isAhead = false; ///< begun while the user still speaks
+    };
+
+    /// What it has left in its text file.
+    struct Heard {
+        QString file;
+        Run run;
+        QString text;
+    };
+
     /// A dictation from its release on, and what is known of it by then.
     struct InFlight {
         Way way = Way::Plain;
         QString source;
         bool types = false; ///< rather than pastes
         bool toolFailed = false;
-        bool runUnderWay = false; ///< a run of the tool whose text has not been read yet
-        QStringList transcribed;
-        QStringList translated;
+        std::vector<Heard> heard; ///< one for each file and mode, in their order
         bool lastRunTranslates = false;
         int passesShown = 0; ///< by the HUD
         bool activated = false;
         QStringList notices;
+
+        QStringList texts(bool translated) const;
     };
 
     void see(const test::Effect& effect);
@@ -93,11 +109,15 @@ private:
     void seeRecorderStop(const test::Effect& effect);
     void seeFiles();
     void seeRun(const test::Effect& effect);
+    bool isRunDue(const Run& run) const;
+    void judgeRun(const Run& run, Way way, const QString& source);
     void noteRun();
     void seeText(const QByteArray& bytes, const QString& path);
     void seeActivation();
 
     void begin();
+    bool fits(const Heard& heard) const;
+    void forgetWhatIsAhead();
     void judgeEnd(bool failed);
     void judgeDelivery(const QString& text);
     void judgeRecords(bool isOneDue);
@@ -128,6 +148,11 @@ private:
     double m_audioSeconds = 0;
     std::optional<pid_t> m_snapshot;
     std::set<std::optional<pid_t>> m_snapshots; ///< if the focus has moved while it was looked at
+    Way m_wayAhead = Way::Plain;                ///< as the settings were when the recording began
+    QString m_sourceAhead;
+    std::vector<Heard> m_ahead;      ///< in the present recording
+    bool m_wasModelReplaced = false; ///< since that began
+    std::optional<Run> m_run;        ///< whose text has not been read yet
     std::optional<InFlight> m_inFlight;
     std::set<QString> m_expectedLeaks;
     std::uint64_t m_recordsDue = 0; ///< in the statistics

@@ -6,6 +6,7 @@
 #include "speech/WhisperRunner.h"
 
 #include <algorithm>
+#include <utility>
 
 // What must have become of a dictation at its end.
 
@@ -30,7 +31,8 @@ bool Judge::toolIsMissing() const {
 
 void Judge::judgeEnd(bool failed) {
     const auto flight = *std::exchange(m_inFlight, std::nullopt);
-    const bool broken = flight.toolFailed || flight.runUnderWay;
+    const auto run = std::exchange(m_run, std::nullopt);
+    const bool broken = flight.toolFailed || (run && !run->isAhead);
     if (failed) {
         ++m_tally.failed;
         // What the first pass has heard is counted, whatever becomes of the second, which may not even start.
@@ -47,13 +49,15 @@ void Judge::judgeEnd(bool failed) {
     }
 
     m_inFlight = flight; // for the judgements that follow
-    const auto first = joinedTexts(flight.way == Way::Direct ? flight.translated : flight.transcribed);
+    m_tally.partsAhead += static_cast<std::uint64_t>(
+        std::ranges::count_if(flight.heard, [](const Heard& heard) { return heard.run.isAhead; }));
+    const auto first = joinedTexts(flight.texts(flight.way == Way::Direct));
     m_recordsDue += first.isEmpty() ? 0 : 1;
     judgeRecords(!first.isEmpty());
     auto text = first;
     if (flight.way == Way::ForWantOfAI ||
-        (flight.way == Way::SecondPass && !joinedTexts(flight.translated).isEmpty()))
-        text = joinedTexts(flight.translated);
+        (flight.way == Way::SecondPass && !joinedTexts(flight.texts(true)).isEmpty()))
+        text = joinedTexts(flight.texts(true));
     if (first.isEmpty()) {
         ++m_tally.empty;
         if (!flight.notices.isEmpty())

@@ -92,6 +92,8 @@ void Judge::seeDeath() {
     m_world->microphone.onLost = nullptr;
     m_menu = "idle";
     m_inFlight.reset();
+    m_run.reset();
+    m_ahead.clear();
     m_snapshots.clear();
     m_expectedLeaks.clear(); // the next start removes them
     m_noticeDue.reset();

@@ -114,6 +114,52 @@ TEST_F(JudgeOfRuns, failureThatIsNotShown_isNoticed) {
     EXPECT_EQ(verdict(dictation), QStringLiteral("the recogniser failed and nobody was told"));
 }
 
+class JudgeOfParts : public JudgeFixture {
+protected:
+    /// So long that its first part is recognised while the user still speaks.
+    const QStringList longDictation{"0 the user speaks for 5 s",
+                                    "0 first it hears \"one two\" within 0.5 s",
+                                    "0 then it hears \"two three\" within 0.5 s",
+                                    "0 then it hears \"four\" within 0.5 s",
+                                    "0 the hotkey goes down",
+                                    "1 the microphone hears 30 s",
+                                    "4 the hotkey comes up"};
+    std::uint64_t partsAhead() const { return trial.judge().tally().partsAhead; }
+};
+
+TEST_F(JudgeOfParts, partThatIsRecognisedAhead_counts) {
+    EXPECT_EQ(verdict(longDictation), QStringLiteral("nothing"));
+    EXPECT_EQ(partsAhead(), 1U);
+}
+
+TEST_F(JudgeOfParts, partThatIsHeardAgain_countsOnlyThen) {
+    EXPECT_EQ(verdict(longDictation + QStringList{"3 set sourceLanguageCode to \"de\""}),
+              QStringLiteral("nothing"));
+    EXPECT_EQ(partsAhead(), 0U);
+}
+
+TEST_F(JudgeOfParts, oldPartOfAnotherModel_isNoticed) {
+    sabotage = [this] { at(3, [this] { trial.judge().hear("the model is replaced"); }); };
+    EXPECT_EQ(verdict(longDictation), QStringLiteral("delivered without a reason"));
+}
+
+TEST_F(JudgeOfParts, partOfARecordingThatIsNotSaved_isNotMissed) {
+    QStringList discarded = longDictation;
+    discarded[0] = "0 the user speaks for 0 s";
+    sabotage = [this] { at(3, [this] { world().recordingsFail = true; }); };
+    EXPECT_EQ(verdict(discarded), QStringLiteral("nothing"));
+    EXPECT_EQ(trial.judge().tally().notSaved, 1U);
+}
+
+TEST_F(JudgeOfParts, partInAnotherLanguageThanTheUsers_isNoticed) {
+    sabotage = [this] {
+        world().tool.setOnRun([this](const test::ToolRequest&) {
+            forge("recognise", {{"mode", "transcribe"}, {"language", "fr"}});
+        });
+    };
+    EXPECT_EQ(verdict(longDictation), QStringLiteral("recognised as fr instead of auto"));
+}
+
 // ---- what is told
 
 class JudgeOfNotices : public JudgeFixture {

@@ -21,6 +21,14 @@ std::vector<QStringList> roundsOf(Simulation& simulation) {
     return rounds;
 }
 
+/// What followed, round by round, but for the runs of the recogniser.
+std::vector<QStringList> coursesOf(Simulation& simulation) {
+    std::vector<QStringList> courses;
+    simulation.onRound = [&] { courses.push_back(simulation.course()); };
+    simulation.run();
+    return courses;
+}
+
 TEST(Lives, ofFortySeeds_areWithoutAViolation) {
     constexpr std::uint64_t seeds = 40;
     for (std::uint64_t seed = 1; seed <= seeds; ++seed) {
@@ -35,8 +43,8 @@ TEST(Lives, withARecogniserThatCannotBePrepared_areTheSame) {
     constexpr std::uint64_t seeds = 30;
     std::uint64_t lives = 0;
     for (std::uint64_t seed = 101; seed <= 100 + seeds; ++seed) {
-        Simulation prepared(seed);
-        Simulation plain(seed);
+        Simulation prepared(seed, Simulation::Kind::AtOnce);
+        Simulation plain(seed, Simulation::Kind::AtOnce);
         plain.useOldRecogniser();
         const auto expected = roundsOf(plain);
         const auto rounds = roundsOf(prepared);
@@ -48,6 +56,25 @@ TEST(Lives, withARecogniserThatCannotBePrepared_areTheSame) {
         lives += prepared.hasPrepared() ? 1 : 0;
     }
     EXPECT_GT(lives, seeds / 2) << "hardly anything was prepared";
+}
+
+TEST(Lives, inWhichPartsAreRecognisedAhead_takeTheSameCourse) {
+    constexpr std::uint64_t seeds = 6;
+    std::uint64_t partsAhead = 0;
+    for (std::uint64_t seed = 201; seed <= 200 + seeds; ++seed) {
+        Simulation ahead(seed, Simulation::Kind::Long);
+        Simulation plain(seed, Simulation::Kind::Long);
+        plain.useOldRecogniser();
+        const auto expected = coursesOf(plain);
+        const auto courses = coursesOf(ahead);
+        ASSERT_FALSE(plain.violation() || ahead.violation()) << "seed " << seed;
+        ASSERT_EQ(courses.size(), expected.size()) << "seed " << seed;
+        for (std::size_t round = 0; round < courses.size(); ++round)
+            ASSERT_EQ(courses[round], expected[round]) << "seed " << seed << ", round " << round;
+        ASSERT_EQ(plain.tally().partsAhead, 0U);
+        partsAhead += ahead.tally().partsAhead;
+    }
+    EXPECT_GT(partsAhead, 40 * seeds / 2) << "hardly anything was recognised ahead";
 }
 
 TEST(Lives, ofOneSeed_areTheSameEachTime) {

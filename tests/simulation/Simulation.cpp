@@ -21,8 +21,24 @@ double rounded(double at) {
 
 } // namespace
 
-Simulation::Simulation(std::uint64_t seed)
-    : m_dice(seed) {}
+Simulation::Simulation(std::uint64_t seed, Kind kind)
+    : m_kind(kind)
+    , m_dice(seed) {
+    if (kind == Kind::Long)
+        hearBySound();
+}
+
+/// The words tell which part of which recording it is, and how it was asked for.
+void Simulation::hearBySound() {
+    m_trial.play().world().tool.hears = [](const test::ToolRequest& run, const QByteArray& recording) {
+        const auto name = run.wav.section(u'-', -2).section(u'.', 0, 0);
+        return QStringLiteral("%1%2 %3 bytes as %4 behind %5")
+            .arg(run.translates ? QStringLiteral("translated ") : QString(), name)
+            .arg(recording.size())
+            .arg(run.language, QString::number(run.prompt.value_or(QString()).size()))
+            .toUtf8();
+    };
+}
 
 void Simulation::run() {
     chooseSettings();
@@ -37,6 +53,15 @@ void Simulation::run() {
         if (onRound)
             onRound();
     }
+}
+
+QStringList Simulation::course() const {
+    QStringList lines;
+    for (const auto& effect : m_trial.play().followed(true)) {
+        if (!effect.words.startsWith(QStringLiteral("recognise ")))
+            lines << QStringLiteral("%1 %2").arg(effect.at, 0, 'f', 6).arg(effect.words);
+    }
+    return lines;
 }
 
 QStringList Simulation::account() const {
@@ -100,8 +125,10 @@ void Simulation::playRound() {
     m_roundStart = m_trial.play().elapsed();
     chooseAudio();
     writeToolScript();
-    for (auto faults = m_dice.pick({0, 0, 1, 1, 2}); faults > 0; --faults)
-        breakSomething();
+    if (m_kind != Kind::Long) {
+        for (auto faults = m_dice.pick({0, 0, 1, 1, 2}); faults > 0; --faults)
+            breakSomething();
+    }
     if (m_isTapMode)
         scheduleTaps();
     else
@@ -122,7 +149,7 @@ void Simulation::after(double delay, const QString& words) {
 }
 
 void Simulation::chooseAudio() {
-    m_isLong = m_dice.chance(0.015);
+    m_isLong = m_dice.chance(m_kind == Kind::Long ? 1.0 : 0.015);
     const double spoken = m_isLong              ? m_dice.pick({28.0, 28.5, 40.0, 48.0, 48.5})
                           : m_dice.chance(0.15) ? m_dice.pick({0.0, 0.1, 0.29, 0.3})
                                                 : m_dice.between(0.31, 1.1);
@@ -141,9 +168,21 @@ void Simulation::scheduleHolds() {
         if (m_dice.chance(0.03))
             after(at + m_dice.between(0, held), "the press is heard twice");
         scheduleRelease(at + held);
+        scheduleSpeech(at + 0.6, at + held);
         scheduleFaults({at, at + held, at + held + m_firstDuration});
         at += held + m_dice.pick({0.01, 0.1, 0.18, 0.5, 1.0, 4.0});
     }
+}
+
+/// What is said while the key is down, much faster than anybody can, since time is dear.
+void Simulation::scheduleSpeech(double begin, double end) {
+    if (!isAhead() || end <= begin || m_dice.chance(0.2))
+        return;
+    for (auto count = m_dice.pick({1, 1, 2}); count > 0; --count)
+        after(m_dice.between(begin, end),
+              QStringLiteral("the microphone hears %1 s").arg(m_dice.pick({6.0, 27.0, 29.0, 30.0})));
+    if (m_dice.chance(0.5))
+        after(m_dice.between(begin, end), preparationFault());
 }
 
 void Simulation::scheduleTaps() {
@@ -152,6 +191,7 @@ void Simulation::scheduleTaps() {
     for (auto taps = m_dice.pick({1, 2, 2, 2, 3, 4, 5}); taps > 0; --taps) {
         after(at, "the hotkey goes down");
         scheduleRelease(at + 0.03);
+        scheduleSpeech(before, at);
         scheduleFaults({before, at, at + m_firstDuration});
         before = at;
         at += m_dice.pick({0.05, 0.15, 0.19, 0.21, 0.5, 1.0, 2.0, 4.0}) + m_dice.between(0, 0.01);

@@ -19,7 +19,13 @@ namespace talvera::simulation {
 /// faults of everything around it, all from one seed.
 class Simulation {
 public:
-    explicit Simulation(std::uint64_t seed);
+    /// What is dictated in them.
+    enum class Kind {
+        Mixed,
+        AtOnce, ///< the same, but all that is said comes with the release
+        Long,   ///< recordings of many parts, for a recogniser that takes no time and knows a sound again
+    };
+    explicit Simulation(std::uint64_t seed, Kind kind = Kind::Mixed);
 
     /// The recogniser is one that can't be prepared; before it runs.
     void useOldRecogniser() { m_trial.play().world().tool.knowsHowToWait = false; }
@@ -35,6 +41,8 @@ public:
     const std::optional<QString>& violation() const { return m_trial.violation(); }
     const Tally& tally() const { return m_trial.judge().tally(); }
     const FaultTally& faults() const { return m_trial.faults().tally(); }
+    /// What followed since the last rest, without the runs of the recogniser.
+    QStringList course() const;
     /// What was done since the last rest and what followed.
     QStringList account() const;
     /// The violation as a story of its own, as short as it can be: the last round if that shows it, else all
@@ -49,10 +57,12 @@ private:
         double text;
     };
 
+    void hearBySound();
     void chooseSettings();
     void set(const char* name, const QString& value);
     void playRound();
     void scheduleHolds();
+    void scheduleSpeech(double begin, double end);
     void scheduleTaps();
     void scheduleDisturbances();
     void scheduleWizard();
@@ -63,12 +73,14 @@ private:
     void scheduleRelease(double at);
     void breakSomething();
     void breakDelivery();
+    QString preparationFault();
     QString disturbance();
     QString settingsDisturbance();
     QString desktopDisturbance();
     void writeToolScript();
     QString toolRun(double duration);
     void chooseAudio();
+    bool isAhead() const { return m_isLong && m_kind != Kind::AtOnce; }
     QString randomBinding();
 
     /// Schedules it `delay` seconds from the beginning of the round.
@@ -77,6 +89,7 @@ private:
     void now(const QString& words) { after(0, words); }
     void now(const char* words) { after(0, words); }
 
+    const Kind m_kind;
     Dice m_dice;
     Trial m_trial;
     int m_texts = 0;

@@ -9,7 +9,7 @@ namespace {
 
 // As many as a round may need, so that none repeats.
 constexpr int toolRuns = 12;
-constexpr int toolRunsOfParts = 24;
+constexpr int toolRunsOfParts = 60;
 
 } // namespace
 
@@ -79,6 +79,8 @@ void Simulation::breakDelivery() {
 void Simulation::scheduleFaults(const Hold& hold) {
     if (m_dice.chance(0.35))
         scheduleDesktop(hold);
+    if (m_dice.chance(0.03))
+        after(m_dice.between(hold.press + 0.5, std::max(hold.release, hold.press + 0.6)), preparationFault());
     if (m_dice.chance(0.02))
         after(hold.text + m_dice.between(0, 0.4), "the way to the keyboard is cut off");
     if (m_dice.chance(0.03)) {
@@ -92,6 +94,21 @@ void Simulation::scheduleFaults(const Hold& hold) {
         after(m_dice.between(hold.press, hold.text + 0.5), "the program is started again");
     if (m_dice.chance(0.015))
         after(m_dice.between(hold.press, hold.text + 0.6), "the program is killed and started again");
+}
+
+/// What was done ahead of the release is then not wanted, or was never done.
+QString Simulation::preparationFault() {
+    switch (m_dice.below(5)) {
+    case 0:
+    case 1:
+        return QStringLiteral("the recogniser that waits is killed");
+    case 2:
+        return QStringLiteral("the model is replaced");
+    case 3:
+        return QStringLiteral("memory is short");
+    default:
+        return settingsDisturbance();
+    }
 }
 
 /// Windows come and go around the moment at which the text is there.
@@ -183,7 +200,8 @@ QString Simulation::settingsDisturbance() {
 
 void Simulation::writeToolScript() {
     for (int i = 0; i < (m_isLong ? toolRunsOfParts : toolRuns); ++i) {
-        const double duration = m_dice.pick({0.0, 0.1, 0.3, 0.3, 1.0, 3.0}) + m_dice.between(0, 0.01);
+        const double takes = m_dice.pick({0.0, 0.1, 0.3, 0.3, 1.0, 3.0}) + m_dice.between(0, 0.01);
+        const double duration = m_kind == Kind::Long ? 0 : takes;
         if (i == 0)
             m_firstDuration = duration;
         now(QString::fromLatin1(i == 0 ? "first it " : "then it ") + toolRun(duration));
@@ -191,6 +209,8 @@ void Simulation::writeToolScript() {
 }
 
 QString Simulation::toolRun(double duration) {
+    if (m_kind == Kind::Long)
+        return QStringLiteral("hears \"what hearBySound tells\" within 0 s");
     // Words that no other run has, but for those of two parts that overlap.
     const auto before = m_isLong && m_dice.chance(0.3) ? QStringLiteral("word%1b ").arg(m_texts) : QString();
     ++m_texts;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "Stage.h"
 
+#include "core/Agent.h"
+#include "models/ModelStore.h"
 #include "platform/system/PlatformError.h"
 #include "shell/readiness/ReadinessMonitor.h"
 #include "speech/WhisperRunner.h"
@@ -69,6 +71,14 @@ void Stage::learnTheDisk() {
         if (const auto path = m_world.agent().whisper.binaryURL(); m_world.disk.exists(path))
             m_world.disk.remove(path);
     });
+    means("the model is replaced", [this](const auto&) {
+        const auto path = m_world.agent().models.modelMainURL;
+        if (!m_world.disk.exists(path))
+            return;
+        if (m_world.microphone.isRunning())
+            m_faults->note(Fault::ModelReplaced);
+        m_world.disk.write(path, test::SimulatedMachine::wholeModel);
+    });
     means("the temporary directory is deleted", [this](const auto&) {
         m_faults->note(Fault::DirectoryGone);
         m_world.loseTemporaryDirectory();
@@ -79,6 +89,8 @@ void Stage::learnTheSound() {
     means("the microphone is broken", [this](const auto&) {
         m_world.microphone.startFailure = PlatformError(QStringLiteral("AudioEngine"), 2);
     });
+    means("the microphone hears ([0-9.]+) s",
+          [this](const auto& arguments) { m_world.microphone.hear(arguments[0].toDouble()); });
     means("no converter for the microphone", [this](const auto&) { m_world.converters.refuses = true; });
     means("the microphone dies when it has heard ([0-9.]+) s", [this](const auto& arguments) {
         if (m_world.microphone.isRunning())
@@ -88,6 +100,15 @@ void Stage::learnTheSound() {
 }
 
 void Stage::learnTheRecogniser() {
+    means("the recogniser that waits is killed", [this](const auto&) {
+        if (m_world.tool.prepared() > 0 && m_world.tool.underWay().empty())
+            m_faults->note(Fault::PreparedKilled);
+        m_world.tool.killPrepared();
+    });
+    means("memory is short", [this](const auto&) {
+        m_faults->note(Fault::MemoryShort);
+        m_world.tool.freeMemory = 0;
+    });
     means(
         "(first|then) it hears \"(.*)\"(?: within ([0-9.]+) s)?(?:, but leaves (an empty file|a cut file))?",
         [this](const auto& arguments) { recognise(toolRun(arguments), arguments[0] == u"first"); });
@@ -144,6 +165,7 @@ void Stage::makeEverythingWork() {
     m_world.files.removalsFail = false;
     m_world.disk.addExecutable(m_world.agent().whisper.binaryURL());
     m_world.setModelReady(true);
+    m_world.tool.freeMemory = std::numeric_limits<qint64>::max();
     m_world.converters.refuses = false;
     m_world.databases.insertFails = false;
     m_world.preferences.refuseSaves(false);

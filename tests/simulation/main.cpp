@@ -65,8 +65,9 @@ void print(const Tally& tally) {
     std::cout << tally.dictations << " dictations: " << tally.typed << " typed, " << tally.pasted
               << " pasted, " << tally.toClipboard << " to the clipboard, " << tally.discarded
               << " too short, " << tally.empty << " without words, " << tally.failed << " not recognised, "
-              << tally.notSaved << " not saved; " << tally.notStarted << " presses without a microphone; "
-              << tally.acceptedLeaks << " files left as they must be\n";
+              << tally.notSaved << " not saved; " << tally.partsAhead << " parts recognised ahead; "
+              << tally.notStarted << " presses without a microphone; " << tally.acceptedLeaks
+              << " files left as they must be\n";
 }
 
 void print(const FaultTally& faults) {

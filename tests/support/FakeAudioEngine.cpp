@@ -20,13 +20,12 @@ void FakeAudioEngine::installTap(std::size_t bufferFrames, const AudioFormat&, T
 void FakeAudioEngine::removeTap() {
     if (!m_tap)
         return;
-    if (m_running && !m_isLost)
-        hear(secondsPerRecording);
+    hear(secondsPerRecording);
     m_tap = nullptr;
 }
 
 void FakeAudioEngine::hear(double seconds) {
-    if (seconds <= 0)
+    if (seconds <= 0 || !m_running || m_isLost)
         return;
     const auto frames = static_cast<std::size_t>(std::llround(seconds * format.sampleRate));
     const auto count = frames * static_cast<std::size_t>(format.channels);

@@ -30,6 +30,9 @@ public:
     /// The device goes away in the middle of a recording, of which it has heard so much by then.
     void loseAfter(double secondsHeard);
 
+    /// So many seconds of loud sound come now, while the recording goes on.
+    void hear(double seconds);
+
     /// What the last recording has heard, in seconds.
     double heardSeconds() const { return static_cast<double>(m_framesHeard) / format.sampleRate; }
 
@@ -54,7 +57,6 @@ public:
     int starts = 0;                            ///< how often a capture began
 
 private:
-    void hear(double seconds);
     template <typename Sample>
     void deliverInBuffers(const std::vector<Sample>& samples);
 

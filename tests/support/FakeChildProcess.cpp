@@ -2,6 +2,7 @@
 #include "FakeChildProcess.h"
 
 #include <algorithm>
+#include <csignal>
 #include <utility>
 
 namespace talvera::test {
@@ -14,6 +15,10 @@ constexpr double wavBytesPerSecond = 32000.0;
 std::optional<QString> valueOf(const QStringList& arguments, const QString& option) {
     const auto index = arguments.indexOf(option);
     return index < 0 || index + 1 >= arguments.size() ? std::nullopt : std::optional(arguments[index + 1]);
+}
+
+QString wavOf(const ChildProcessRequest& request) {
+    return valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
 }
 
 QString textFileOf(const ToolRequest& request) {
@@ -32,6 +37,7 @@ void FakeChildProcess::become(const FakeChildProcess& other) {
     m_runs = other.m_runs;
     m_next = other.m_next;
     knowsHowToWait = other.knowsHowToWait;
+    hears = other.hears;
 }
 
 const ToolRun* FakeChildProcess::runFor(const QString& textFile) const {
@@ -62,15 +68,20 @@ public:
             end();
             return std::nullopt;
         }
-        const Input given{input, m_directory};
+        const Input given{input, m_directory, m_hasEnded};
+        m_isAtWork = true;
         auto result = m_tool.run(m_request, &given);
+        m_isAtWork = false;
         const bool wasEnded = m_hasEnded;
         end();
         return wasEnded ? std::nullopt : std::optional(result);
     }
     void end() override {
-        if (!std::exchange(m_hasEnded, true))
-            --m_runs->now;
+        if (std::exchange(m_hasEnded, true))
+            return;
+        --m_runs->now;
+        if (m_isAtWork)
+            std::erase(m_runs->underWay, wavOf(m_request));
     }
     bool isReady() const override { return !m_hasEnded && m_runs->kills == m_kills; }
 
@@ -81,6 +92,7 @@ private:
     const std::shared_ptr<PreparedRuns> m_runs;
     const int m_kills;
     bool m_hasEnded;
+    bool m_isAtWork = false;
 };
 
 std::unique_ptr<PreparedChild> FakeChildProcess::prepare(const ChildProcessRequest& request) {
@@ -96,7 +108,7 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request) {
 
 /// Over the recording of the file, or over the input that came later.
 ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, const Input* input) {
-    const auto wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
+    const auto wav = wavOf(request);
     const auto wavBytes = input != nullptr ? input->recording.size() : m_files.size(wav);
     auto tool = decoded(request, wavBytes);
     tool.wasPrepared = input != nullptr;
@@ -114,9 +126,11 @@ ChildProcessResult FakeChildProcess::run(const ChildProcessRequest& request, con
     m_requests.push_back(tool);
     if (m_onRun)
         m_onRun(tool);
-    m_underWay.push_back(tool.wav);
+    m_preparedRuns->underWay.push_back(tool.wav);
     m_mainActor.blockFor(script.duration);
-    std::erase(m_underWay, tool.wav);
+    if (input != nullptr && input->wasEnded)
+        return {SIGKILL, true, false, {}};
+    std::erase(m_preparedRuns->underWay, tool.wav);
     if (script.status != 0)
         return {script.status, script.signalled, script.hung, script.standardError,
                 script.standardOutput.value_or(QByteArray())};
@@ -147,7 +161,7 @@ void FakeChildProcess::leaveText(const QString& path, const ToolRun& script) {
 ToolRequest FakeChildProcess::decoded(const ChildProcessRequest& request, std::optional<qint64> bytes) {
     ToolRequest tool;
     tool.process = request;
-    tool.wav = valueOf(request.arguments, QStringLiteral("-f")).value_or(QString());
+    tool.wav = wavOf(request);
     tool.language = valueOf(request.arguments, QStringLiteral("-l")).value_or(QString());
     tool.translates = request.arguments.contains(QStringLiteral("--translate"));
     tool.prompt = valueOf(request.arguments, QStringLiteral("--prompt"));

@@ -54,7 +54,7 @@ public:
     /// The runs in order; the last one repeats.
     void setRuns(std::vector<ToolRun> runs);
 
-    /// Goes on with the runs that the other one has not come to.
+    /// Goes on with the runs that the other one has not come to, and hears as it does.
     void become(const FakeChildProcess& other);
 
     /// What a run for the program's own warm-up does, which takes none of the others' turns: as a rule it is
@@ -95,7 +95,7 @@ public:
     const ToolRun* runFor(const QString& textFile) const;
 
     /// The recordings that are being recognised.
-    const std::vector<QString>& underWay() const { return m_underWay; }
+    const std::vector<QString>& underWay() const { return m_preparedRuns->underWay; }
 
 private:
     class Prepared;
@@ -103,12 +103,14 @@ private:
         int now = 0;
         int most = 0;
         int kills = 0;
+        std::vector<QString> underWay; ///< the recordings, also of those that weren't prepared
     };
 
     const ToolRun& nextRun() const { return m_runs.at(std::min(m_next, m_runs.size() - 1)); }
     struct Input {
         QByteArray recording;
         std::optional<FileStamp> directory; ///< in which the run has begun
+        const bool& wasEnded;               ///< by who prepared it
     };
 
     ChildProcessResult run(const ChildProcessRequest& request, const Input* input);
@@ -123,7 +125,6 @@ private:
     std::function<void(const ToolRequest&)> m_onRun;
     std::optional<ToolRun> m_lastRun;
     std::map<QString, ToolRun> m_runFor;
-    std::vector<QString> m_underWay;
     std::shared_ptr<PreparedRuns> m_preparedRuns = std::make_shared<PreparedRuns>();
     std::vector<ChildProcessRequest> m_preparedRequests;
 };
