@@ -12,6 +12,7 @@ namespace talvera::simulation {
 namespace {
 
 constexpr int roundsPerLife = 40;
+constexpr int roundsPerLongLife = 15;
 constexpr double roundSeconds = 12;
 
 /// Times are written down to the microsecond.
@@ -45,7 +46,8 @@ void Simulation::run() {
     for (const auto& words : std::as_const(m_given))
         m_trial.give(words);
     m_trial.launch();
-    for (int round = 0; round < roundsPerLife && !violation(); ++round) {
+    const int rounds = m_kind == Kind::Long ? roundsPerLongLife : roundsPerLife;
+    for (int round = 0; round < rounds && !violation(); ++round) {
         m_before.insert(m_before.end(), m_round.begin(), m_round.end());
         m_round.clear();
         m_trial.play().forget();
@@ -149,7 +151,7 @@ void Simulation::after(double delay, const QString& words) {
 }
 
 void Simulation::chooseAudio() {
-    m_isLong = m_dice.chance(m_kind == Kind::Long ? 1.0 : 0.015);
+    m_isLong = m_dice.chance(m_kind == Kind::Long ? 1.0 : 0.02);
     const double spoken = m_isLong              ? m_dice.pick({28.0, 28.5, 40.0, 48.0, 48.5})
                           : m_dice.chance(0.15) ? m_dice.pick({0.0, 0.1, 0.29, 0.3})
                                                 : m_dice.between(0.31, 1.1);
@@ -160,8 +162,9 @@ void Simulation::chooseAudio() {
 void Simulation::scheduleHolds() {
     double at = m_dice.between(0, 0.5);
     for (auto presses = m_dice.pick({1, 1, 1, 2, 3}); presses > 0; --presses) {
-        const double held =
-            m_dice.pick({0.05, 0.59, 0.6, 0.61, 0.7, 0.8, 1.5, 3.0}) + m_dice.between(0, 0.01);
+        const auto length = isAhead() ? m_dice.pick({0.61, 1.0, 1.5, 3.0})
+                                      : m_dice.pick({0.05, 0.59, 0.6, 0.61, 0.7, 0.8, 1.5, 3.0});
+        const double held = length + m_dice.between(0, 0.01);
         after(at, "the hotkey goes down");
         if (m_dice.chance(0.1))
             after(at + m_dice.between(0, held), "the hotkey repeats");
@@ -180,7 +183,7 @@ void Simulation::scheduleSpeech(double begin, double end) {
         return;
     for (auto count = m_dice.pick({1, 1, 2}); count > 0; --count)
         after(m_dice.between(begin, end),
-              QStringLiteral("the microphone hears %1 s").arg(m_dice.pick({6.0, 27.0, 29.0, 30.0})));
+              QStringLiteral("the microphone hears %1 s").arg(m_dice.pick({6.0, 29.0, 30.0, 54.0})));
     if (m_dice.chance(0.5))
         after(m_dice.between(begin, end), preparationFault());
 }

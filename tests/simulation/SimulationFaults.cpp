@@ -9,7 +9,7 @@ namespace {
 
 // As many as a round may need, so that none repeats.
 constexpr int toolRuns = 12;
-constexpr int toolRunsOfParts = 60;
+constexpr int toolRunsOfParts = 90;
 
 } // namespace
 
