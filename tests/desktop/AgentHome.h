@@ -29,6 +29,11 @@ public:
                           const QString& fileName = QStringLiteral("m.gguf"));
     void removeLanguageModel(const QString& fileName = QStringLiteral("m.gguf"));
 
+    /// The file of such a model.
+    QString languageModel(const QString& fileName = QStringLiteral("m.gguf")) const {
+        return m_directory.filePath("data/Talvera/language-models/" + fileName);
+    }
+
     /// Sets a variable of the agent's environment.
     void set(const QString& variable, const QString& value) { m_variables.insert(variable, value); }
     /// Installs a stand-in for this program that writes down how it is called. The agent finds the
@@ -41,10 +46,6 @@ public:
     QProcessEnvironment environment() const;
 
 private:
-    QString languageModel(const QString& fileName) const {
-        return m_directory.filePath("data/Talvera/language-models/" + fileName);
-    }
-
     QTemporaryDir m_directory;
     QMap<QString, QString> m_variables;
 };

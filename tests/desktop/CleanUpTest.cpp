@@ -54,6 +54,17 @@ TEST_F(CleanUp, speech_isTypedAsTheModelWritesIt) {
     EXPECT_EQ(leftFiles(), QStringList());
 }
 
+TEST_F(CleanUp, speech_isPastedIntoAnotherApplication) {
+    home.addLanguageModel();
+    auto pasting = cleaning;
+    pasting.insert("insertionMode", "paste");
+    startAgent(pasting);
+    Receiver editor(Receiver::Kind::Qt);
+    holdAndSay(spoken(sentence));
+    EXPECT_TRUE(editor.waitForText(answer)) << editor.text().toStdString();
+    agent->await("menu idle");
+}
+
 TEST_F(CleanUp, agentThatIsKilled_leavesNoServer) {
     home.addLanguageModel();
     startAgent(cleaning);

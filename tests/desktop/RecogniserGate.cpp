@@ -3,9 +3,7 @@
 
 #include "AgentProcess.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 
 #include <stdexcept>
 
@@ -28,34 +26,19 @@ int makePipe(const QString& path) {
     return pipe;
 }
 
-void linkAll(const QDir& from, const QDir& to, const QStringList& names) {
-    for (const auto& name : from.entryList(names, QDir::AllEntries | QDir::NoDotAndDotDot))
-        QFile::link(from.filePath(name), to.filePath(name));
-}
-
 } // namespace
 
 RecogniserGate::RecogniserGate() {
-    const QFileInfo built(TALVERA_PROGRAM);
-    const QDir here(m_directory.path());
-    // A copy and no link, since the program finds what belongs to it beside its own file.
-    if (!QFile::copy(built.filePath(), program()) || !here.mkdir("Resources"))
-        throw std::runtime_error("the program can't be copied");
-    linkAll(built.dir(), here, {"talvera-*"});
-    const QDir resources(built.dir().filePath("Resources"));
-    const QDir ownResources(here.filePath("Resources"));
-    linkAll(resources, ownResources, {});
-
-    const auto arrivals = here.filePath("arrivals");
-    const auto permits = here.filePath("permits");
+    const auto arrivals = m_copy.at("arrivals");
+    const auto permits = m_copy.at("permits");
     m_arrivals = makePipe(arrivals);
     m_permits = makePipe(permits);
-    QFile::remove(ownResources.filePath("whisper-cli"));
-    QFile gate(ownResources.filePath("whisper-cli"));
+    QFile::remove(m_copy.installed("whisper-cli"));
+    QFile gate(m_copy.installed("whisper-cli"));
     const auto script =
         QStringLiteral("#!/bin/sh\ncase \"$*\" in *talvera-warmup-*) exec '%3' \"$@\" ;; esac\n"
                        "echo $$ >'%1'\nread -r _ <'%2'\nexec '%3' \"$@\"\n")
-            .arg(arrivals, permits, resources.filePath("whisper-cli"));
+            .arg(arrivals, permits, InstalledCopy::built("whisper-cli"));
     if (!gate.open(QIODevice::WriteOnly) || gate.write(script.toUtf8()) < 0 ||
         !gate.setPermissions(QFile::ReadOwner | QFile::ExeOwner))
         throw std::runtime_error("no gate");

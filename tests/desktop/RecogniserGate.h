@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "InstalledCopy.h"
+
 #include <QString>
-#include <QTemporaryDir>
 
 #include <sys/types.h>
 
@@ -20,7 +21,7 @@ public:
     RecogniserGate& operator=(const RecogniserGate&) = delete;
 
     /// The agent whose recogniser meets the gate.
-    QString program() const { return m_directory.filePath("talvera"); }
+    QString program() const { return m_copy.program(); }
 
     /// Waits until a run has come to the gate. Answers its process, which stays the same behind the gate.
     pid_t awaitRun();
@@ -28,7 +29,7 @@ public:
     void letIn();
 
 private:
-    QTemporaryDir m_directory;
+    InstalledCopy m_copy;
     int m_arrivals = -1;
     int m_permits = -1;
 };
