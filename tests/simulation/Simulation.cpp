@@ -12,7 +12,7 @@ namespace talvera::simulation {
 namespace {
 
 constexpr int roundsPerLife = 40;
-constexpr int roundsPerLongLife = 15;
+constexpr int roundsPerLongLife = 8; // a minute of speech or two in each
 constexpr double roundSeconds = 12;
 
 /// Times are written down to the microsecond.
