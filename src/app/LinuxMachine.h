@@ -15,6 +15,7 @@
 #include "linux/dbus/DesktopNotifier.h"
 #include "linux/dbus/PackageKitUpdates.h"
 #include "linux/keyboard/XkbWindowKeys.h"
+#include "linux/language/ChosenLanguageModel.h"
 #include "linux/language/LlamaLanguageModel.h"
 #include "linux/network/QtFileDownloads.h"
 #include "linux/posix/PosixApplicationHost.h"
@@ -111,7 +112,8 @@ private:
     XdgFileBrowser m_fileBrowser;
     DesktopNotifier m_notifier;
 
-    LlamaLanguageModel m_languageModel{{m_actor, m_files, m_preferences, m_directories, m_console}};
+    LlamaLanguageModel m_languageModelFiles{{m_actor, m_files, m_preferences, m_directories, m_console}};
+    ChosenLanguageModel m_languageModel{{m_actor, m_preferences, m_languageModelFiles}};
     Cld2LanguageRecognizer m_languageRecognizer;
     QtInstalledFonts m_fonts;
 

@@ -1,54 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "linux/language/ChatAnswer.h"
 
+#include "linux/language/chatProtocol.h"
 #include "linux/language/serverFailures.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-
 namespace talvera {
-
-namespace {
-
-constexpr int seed = 1; // the same words twice for the same text
-
-QJsonObject message(const char* role, const QString& content) {
-    return {{QStringLiteral("role"), QLatin1String(role)}, {QStringLiteral("content"), content}};
-}
-
-} // namespace
-
-QByteArray chatRequest(const QString& instructions, const QString& prompt) {
-    const QJsonObject request{
-        {QStringLiteral("messages"), QJsonArray{message("system", instructions), message("user", prompt)}},
-        {QStringLiteral("stream"), true},
-        {QStringLiteral("seed"), seed},
-    };
-    return QJsonDocument(request).toJson(QJsonDocument::Compact);
-}
 
 void ChatAnswer::take(const QByteArray& event) {
     if (m_hasEnded)
         return;
-    const auto document = QJsonDocument::fromJson(event);
-    if (!document.isObject()) { // also the mark of the end, which comes behind the reason for it
-        fail(brokenAnswer(QStringLiteral("an event that can't be read")));
+    const auto piece = readChatPiece(m_server, event);
+    if (piece.failure) {
+        fail(*piece.failure);
         return;
     }
-    const auto object = document.object();
-    if (const auto error = object.value(QStringLiteral("error")); error.isObject()) {
-        fail(failureOfError(error.toObject(), 0));
-        return;
-    }
-    const auto choice = object.value(QStringLiteral("choices")).toArray().at(0).toObject();
-    const auto delta = choice.value(QStringLiteral("delta")).toObject();
-    m_filter.take(delta.value(QStringLiteral("content")).toString());
+    m_filter.take(piece.text);
     if (m_filter.hasSpokenThoughts())
         fail(brokenAnswer(QStringLiteral("thoughts in the answer")));
     else if (m_filter.text().size() > m_mostCharacters)
         fail(brokenAnswer(QStringLiteral("without an end")));
-    else if (const auto reason = choice.value(QStringLiteral("finish_reason")); reason.isString())
-        takeReason(reason.toString());
+    else if (piece.end)
+        takeReason(*piece.end);
 }
 
 void ChatAnswer::takeEnd() {

@@ -1,26 +1,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/language/ModelServer.h"
 #include "linux/language/ThoughtFilter.h"
 #include "platform/language/LanguageModelSession.h"
 
 #include <QByteArray>
-#include <QJsonObject>
 #include <QString>
 
 #include <optional>
+#include <utility>
 
 namespace talvera {
-
-/// What a chat is asked: the body of its request.
-QByteArray chatRequest(const QString& instructions, const QString& prompt);
 
 /// What the events of a chat's answer add up to.
 class ChatAnswer {
 public:
     /// `mostCharacters`: an answer of more goes on for ever.
-    explicit ChatAnswer(qsizetype mostCharacters)
-        : m_mostCharacters(mostCharacters) {}
+    explicit ChatAnswer(qsizetype mostCharacters, ModelServer server = {})
+        : m_server(std::move(server))
+        , m_mostCharacters(mostCharacters) {}
 
     /// Takes the data of the next event; nothing more once it has ended.
     void take(const QByteArray& event);
@@ -39,6 +38,7 @@ private:
     void takeReason(const QString& reason);
     void fail(const LanguageModelError& error);
 
+    const ModelServer m_server;
     const qsizetype m_mostCharacters;
     ThoughtFilter m_filter;
     bool m_hasEnded = false;

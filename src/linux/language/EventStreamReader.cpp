@@ -18,10 +18,15 @@ QList<QByteArray> EventStreamReader::take(QByteArrayView bytes) {
     return events;
 }
 
-/// Only data counts; comments and the names of events are passed over.
+/// Of server-sent events only the data counts; comments and the names of events are passed over.
 void EventStreamReader::takeLine(QByteArrayView line, QList<QByteArray>& events) {
     if (line.endsWith('\r'))
         line.chop(1);
+    if (m_form == Form::Lines) {
+        if (!line.isEmpty())
+            events.push_back(line.toByteArray());
+        return;
+    }
     if (line.isEmpty()) {
         if (std::exchange(m_hasData, false))
             events.push_back(std::exchange(m_data, {}));

@@ -7,9 +7,17 @@
 
 namespace talvera {
 
-/// Cuts a stream of server-sent events into events, as its bytes come.
+/// Cuts a stream into events, as its bytes come.
 class EventStreamReader {
 public:
+    enum class Form {
+        ServerSentEvents,
+        Lines, ///< each is an event
+    };
+
+    explicit EventStreamReader(Form form = Form::ServerSentEvents)
+        : m_form(form) {}
+
     /// An event of more bytes is none that a model writes.
     static constexpr qsizetype longestEvent = 1 << 20;
 
@@ -23,6 +31,7 @@ public:
 private:
     void takeLine(QByteArrayView line, QList<QByteArray>& events);
 
+    Form m_form;
     QByteArray m_line; ///< the last one, as far as it has come
     QByteArray m_data; ///< of the event that is under way
     bool m_hasData = false;

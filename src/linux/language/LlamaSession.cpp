@@ -46,7 +46,8 @@ void LlamaSession::send() {
                          own->onFinished();
                      },
                  .onFailed = [this](const LanguageModelError& error) { takeFailure(error); }});
-    m_request->begin(m_model.socket(), m_question);
+    const ModelServer server{{m_model.socket(), 0}, ChatProtocol::Completions, {}, 0};
+    m_request->begin(server, m_question);
 }
 
 /// A server that has gone, or can't be reached, is noticed by the first that wants something of it. That one

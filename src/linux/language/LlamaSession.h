@@ -37,7 +37,7 @@ private:
     void leave();
 
     LlamaLanguageModel& m_model;
-    ServerRequest::Question m_question;
+    ChatQuestion m_question;
     std::shared_ptr<Listener> m_listener;
     std::optional<MainActor::TimerId> m_patience;
     std::unique_ptr<ServerRequest> m_request;

@@ -184,8 +184,7 @@ std::optional<ModelFile> ModelFile::read(const QString& path) {
 }
 
 std::int64_t ModelFile::servedContext() const {
-    constexpr std::int64_t halfAnHourOfTalk = 16384;
-    return contextLength > 0 ? std::min(contextLength, halfAnHourOfTalk) : halfAnHourOfTalk;
+    return contextLength > 0 ? std::min(contextLength, contextOfLongestText) : contextOfLongestText;
 }
 
 qint64 ModelFile::memoryNeeded() const {

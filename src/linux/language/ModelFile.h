@@ -11,6 +11,9 @@ namespace talvera {
 
 /// What the head of a GGUF file says of the model in it, as far as it concerns us.
 struct ModelFile {
+    /// How many tokens half an hour of talk takes, with the instructions and the answer.
+    static constexpr std::int64_t contextOfLongestText = 16384;
+
     QString architecture;
     QString name;          ///< as its makers call it; may be empty
     QString family;        ///< its name without size and version; may be empty

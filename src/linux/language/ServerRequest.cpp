@@ -3,8 +3,6 @@
 
 #include "linux/language/serverFailures.h"
 
-#include <QLocalSocket>
-
 #include <algorithm>
 #include <utility>
 
@@ -13,7 +11,6 @@ namespace talvera {
 namespace {
 
 constexpr int success = 200;
-constexpr qint64 readAhead = 1 << 16; // a server that sends without end is held up, and fills no memory
 constexpr qsizetype longestError = 1 << 16;
 
 /// More than any model makes of a text that it cleans up or translates.
@@ -25,12 +22,6 @@ qsizetype mostCharactersFor(const QString& prompt) {
 
 } // namespace
 
-void ServerRequest::LaterDeleted::operator()(QLocalSocket* socket) const {
-    socket->disconnect(); // it may be just now that it tells of something
-    socket->abort();
-    socket->deleteLater();
-}
-
 ServerRequest::ServerRequest(MainActor& actor, Limits limits, LanguageModelSession::Listener listener)
     : m_actor(actor)
     , m_limits(limits)
@@ -40,38 +31,37 @@ ServerRequest::~ServerRequest() {
     stopTimers();
 }
 
-void ServerRequest::begin(const QString& socket, const Question& question) {
-    const auto body = chatRequest(question.instructions, question.prompt);
-    m_request = "POST /v1/chat/completions HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\n"
-                "Connection: close\r\nContent-Length: " +
-                QByteArray::number(body.size()) + "\r\n\r\n" + body;
-    m_answer.emplace(mostCharactersFor(question.prompt));
-    m_actor.post(m_lifetime.ifAlive([this, socket] { connectTo(socket); }));
+void ServerRequest::begin(const ModelServer& server, const ChatQuestion& question) {
+    m_request = chatRequest(server, question);
+    m_events.emplace(server.protocol == ChatProtocol::Ollama ? EventStreamReader::Form::Lines
+                                                             : EventStreamReader::Form::ServerSentEvents);
+    m_answer.emplace(mostCharactersFor(question.prompt), server);
+    m_actor.post(m_lifetime.ifAlive([this, address = server.address] { connectTo(address); }));
 }
 
-void ServerRequest::connectTo(const QString& socket) {
-    m_socket.reset(new QLocalSocket);
-    m_socket->setReadBufferSize(readAhead);
-    auto* const own = m_socket.get();
-    QObject::connect(own, &QLocalSocket::connected, own, [this] { send(); });
-    QObject::connect(own, &QLocalSocket::readyRead, own, [this] { receive(); });
-    QObject::connect(own, &QLocalSocket::disconnected, own, [this] { takeEndOfConnection(); });
-    QObject::connect(own, &QLocalSocket::errorOccurred, own, [this] { takeEndOfConnection(); });
+void ServerRequest::connectTo(const ServerAddress& address) {
+    m_connection = std::make_unique<ServerConnection>(
+        address, ServerConnection::Listener{.onConnected = [this] { send(); },
+                                            .onReadable = [this] { receive(); },
+                                            .onEnded = [this] { takeEndOfConnection(); }});
     m_whole = m_actor.startTimer(m_limits.whole,
                                  [this] { fail(brokenAnswer(QStringLiteral("it took too long"))); });
     awaitMore();
-    m_socket->connectToServer(socket);
+    m_connection->open();
 }
 
 void ServerRequest::send() {
-    m_socket->write(std::exchange(m_request, {}));
+    m_hasBeenReached = true;
+    m_connection->write(std::exchange(m_request, {}));
 }
 
 /// The listener may destroy this object at each snapshot.
 void ServerRequest::receive() {
     const auto token = m_lifetime.token();
-    while (token.isAlive() && !m_hasEnded && m_socket->bytesAvailable() > 0) {
-        const auto bytes = m_socket->read(readAhead);
+    while (token.isAlive() && !m_hasEnded) {
+        const auto bytes = m_connection->read();
+        if (bytes.isEmpty())
+            return;
         m_received += bytes.size();
         awaitMore();
         if (m_received > m_limits.bytes)
@@ -90,7 +80,7 @@ void ServerRequest::takeBody(const QByteArray& bytes) {
             fail(failureOfStatus(m_response.status(), m_errorBody));
         return;
     }
-    for (const auto& event : m_events.take(bytes))
+    for (const auto& event : m_events->take(bytes))
         m_answer->take(event);
     if (m_response.state() == HttpResponseReader::State::Whole)
         m_answer->takeEnd();
@@ -98,7 +88,7 @@ void ServerRequest::takeBody(const QByteArray& bytes) {
     tellText(); // also what came just before the answer breaks
     if (!token.isAlive())
         return;
-    if (m_events.isTooLong() || m_response.state() == HttpResponseReader::State::Broken)
+    if (m_events->isTooLong() || m_response.state() == HttpResponseReader::State::Broken)
         fail(brokenAnswer(QStringLiteral("what came can't be read")));
     else if (m_answer->hasEnded())
         end();
@@ -116,13 +106,12 @@ void ServerRequest::tellText() {
 
 void ServerRequest::takeEndOfConnection() {
     const auto token = m_lifetime.token();
-    const bool wasConnected = m_request.isEmpty();
-    if (wasConnected)
+    if (m_hasBeenReached)
         receive(); // what came before the end
     if (!token.isAlive() || m_hasEnded)
         return;
     m_cameToNothing = m_received == 0;
-    if (!wasConnected) {
+    if (!m_hasBeenReached) {
         fail(modelIsAway());
         return;
     }
@@ -150,7 +139,7 @@ void ServerRequest::stopTimers() {
 
 void ServerRequest::fail(const LanguageModelError& error) {
     stopTimers();
-    m_socket.reset();
+    m_connection.reset();
     m_hasEnded = true;
     const auto listener = m_listener;
     listener->onFailed(error);
@@ -162,7 +151,7 @@ void ServerRequest::end() {
         return;
     }
     stopTimers();
-    m_socket.reset();
+    m_connection.reset();
     m_hasEnded = true;
     const auto listener = m_listener;
     listener->onFinished();

@@ -6,6 +6,9 @@
 #include "linux/language/ChatAnswer.h"
 #include "linux/language/EventStreamReader.h"
 #include "linux/language/HttpResponseReader.h"
+#include "linux/language/ModelServer.h"
+#include "linux/language/ServerConnection.h"
+#include "linux/language/chatProtocol.h"
 #include "platform/language/LanguageModelSession.h"
 
 #include <QByteArray>
@@ -14,11 +17,9 @@
 #include <memory>
 #include <optional>
 
-class QLocalSocket;
-
 namespace talvera {
 
-/// One chat with a model's server on a Unix socket, from the connection to the answer's end. Main thread
+/// One chat with a model's server, from the connection to the answer's end. Main thread
 /// only; it works from the event loop. Destroying it cancels the request.
 class ServerRequest {
 public:
@@ -26,11 +27,6 @@ public:
         Duration silence = seconds(60); ///< without a byte
         Duration whole = seconds(1800); ///< from the first byte sent to the last that comes
         qint64 bytes = 1 << 25;         ///< that come in all
-    };
-    /// What is asked.
-    struct Question {
-        QString instructions;
-        QString prompt;
     };
 
     /// `listener` is called as that of a LanguageModelSession.
@@ -40,17 +36,16 @@ public:
     ServerRequest& operator=(const ServerRequest&) = delete;
 
     /// Connects and sends; to be called once. Nothing is told from within.
-    void begin(const QString& socket, const Question& question);
+    void begin(const ModelServer& server, const ChatQuestion& question);
 
     /// The connection failed, or ended before a byte of an answer had come.
     bool cameToNothing() const { return m_cameToNothing; }
 
-private:
-    struct LaterDeleted {
-        void operator()(QLocalSocket* socket) const;
-    };
+    /// The server has taken the connection.
+    bool hasBeenReached() const { return m_hasBeenReached; }
 
-    void connectTo(const QString& socket);
+private:
+    void connectTo(const ServerAddress& address);
     void send();
     void receive();
     void takeBody(const QByteArray& bytes);
@@ -64,10 +59,10 @@ private:
     MainActor& m_actor;
     const Limits m_limits;
     const std::shared_ptr<LanguageModelSession::Listener> m_listener;
-    std::unique_ptr<QLocalSocket, LaterDeleted> m_socket;
+    std::unique_ptr<ServerConnection> m_connection;
     QByteArray m_request;
     HttpResponseReader m_response;
-    EventStreamReader m_events;
+    std::optional<EventStreamReader> m_events;
     std::optional<ChatAnswer> m_answer;
     QByteArray m_errorBody;
     QString m_told; ///< the last snapshot
@@ -76,6 +71,7 @@ private:
     std::optional<MainActor::TimerId> m_whole;
     bool m_hasEnded = false;
     bool m_cameToNothing = false;
+    bool m_hasBeenReached = false;
     Lifetime m_lifetime;
 };
 

@@ -49,11 +49,15 @@ QStringList allLanguages() {
 } // namespace
 
 QStringList modelLanguages(const ModelFile& model) {
-    if (!model.languages.isEmpty())
-        return model.languages;
-    for (const auto& name : {plainName(model.name), plainName(model.family)}) {
+    return model.languages.isEmpty() ? modelLanguages(QStringList{model.name, model.family})
+                                     : model.languages;
+}
+
+QStringList modelLanguages(const QStringList& names) {
+    for (const auto& name : names) {
+        const auto plain = plainName(name);
         for (const auto& family : families) {
-            if (name.startsWith(QLatin1String(family.begin)))
+            if (plain.startsWith(QLatin1String(family.begin)))
                 return QString::fromLatin1(family.languages).split(u' ');
         }
     }

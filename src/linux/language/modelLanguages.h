@@ -11,4 +11,7 @@ namespace talvera {
 /// family, else all that there are codes for.
 QStringList modelLanguages(const ModelFile& model);
 
+/// The same of a model of which only such names are known as its own and its family's.
+QStringList modelLanguages(const QStringList& names);
+
 } // namespace talvera

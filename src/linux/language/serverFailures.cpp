@@ -4,6 +4,7 @@
 #include "text/Localization.h"
 
 #include <QJsonDocument>
+#include <QJsonObject>
 
 namespace talvera {
 
@@ -16,6 +17,11 @@ constexpr int unavailable = 503;
 
 LanguageModelError modelIsAway() {
     return LanguageModelError(QStringLiteral("assetsUnavailable"));
+}
+
+LanguageModelError modelIsOff() {
+    // By this description programs tell the case; the user reads the text that we have for it.
+    return LanguageModelError(QStringLiteral("serverGone"), QStringLiteral("Apple Intelligence is off"));
 }
 
 LanguageModelError brokenAnswer(const QString& what) {
@@ -32,11 +38,13 @@ LanguageModelError refusedByModel() {
 }
 
 LanguageModelError failureOfStatus(int status, const QByteArray& body) {
-    return failureOfError(QJsonDocument::fromJson(body).object().value(QStringLiteral("error")).toObject(),
-                          status);
+    return failureOfError(QJsonDocument::fromJson(body).object().value(QStringLiteral("error")), status);
 }
 
-LanguageModelError failureOfError(const QJsonObject& error, int status) {
+LanguageModelError failureOfError(const QJsonValue& value, int status) {
+    if (value.toString().contains(QStringLiteral("context length"), Qt::CaseInsensitive))
+        return contextExceeded();
+    const auto error = value.toObject();
     const auto type = error.value(QStringLiteral("type")).toString();
     const auto code = error.value(QStringLiteral("code"));
     if (type == QStringLiteral("exceed_context_size_error"))

@@ -41,8 +41,8 @@ public:
     /// Calls `changed` in a turn of its own whenever one of the two above has become another one.
     [[nodiscard]] virtual Subscription observe(std::function<void()> changed) = 0;
 
-    /// When a model is put there or becomes ready, observers hear of it at once. Else only another question
-    /// finds it out.
+    /// When a model is put there or becomes ready, observers hear of it at once, or prepare() finds it out.
+    /// Else only another question does.
     virtual bool tellsOfChanges() = 0;
 
     /// A request is likely to come soon: the model may begin to load, and look whether it is still there.

@@ -4,6 +4,7 @@
 #include "ServedModel.h"
 #include "SimulatedMainActor.h"
 #include "Told.h"
+#include "UserServerHome.h"
 #include "language/AICleanup.h"
 
 #include <QJsonArray>
@@ -116,6 +117,62 @@ private:
     ServedModel m_home{QStringLiteral(TALVERA_SCRIPTED_LLAMA_SERVER)};
 };
 
+/// A model of a server that the user runs, once it has been chosen.
+template <ScriptedUserServer::Kind kind>
+class UserServerSubject {
+public:
+    UserServerSubject() {
+        m_home.start();
+        m_home.model->choose(isOllama ? QStringLiteral("ollama/m") : QStringLiteral("llama-server/m"));
+    }
+
+    LanguageModel& model() { return *m_home.model; }
+
+    void next(const std::vector<Doing>& doings) {
+        for (const auto& doing : doings)
+            server().answers.push_back(answerFor(doing));
+    }
+    void setAvailable(bool available) {
+        if (available)
+            server().listen();
+        else
+            server().stop();
+        m_home.look();
+        EXPECT_TRUE(eventually([&] { return m_home.model->unavailableReason().has_value() != available; }));
+    }
+    QString lastInstructions() { return lastMessage(0); }
+    QString lastPrompt() { return lastMessage(1); }
+    void settle() { m_home.settle(); }
+
+private:
+    static constexpr bool isOllama = kind == ScriptedUserServer::Kind::Ollama;
+
+    static ScriptedUserServer::Answer answerFor(const Doing& doing) {
+        if (!doing.failure)
+            return {doing.pieces};
+        if (!doing.pieces.isEmpty())
+            return {.pieces = doing.pieces, .reason = QStringLiteral("length")};
+        switch (doing.failure->kind) {
+        case AIFailure::Case::TooLong:
+            return {.status = 400,
+                    .error = isOllama ? R"({"error":"input exceeds the context length"})"
+                                      : R"({"error":{"type":"exceed_context_size_error","code":400}})"};
+        case AIFailure::Case::RateLimited:
+            return {.status = 429, .error = "{}"};
+        case AIFailure::Case::Blocked:
+            return {.status = 400, .error = R"({"error":{"type":"content_filter","code":400}})"};
+        default:
+            return {.status = 503, .error = "{}"};
+        }
+    }
+    ScriptedUserServer& server() { return isOllama ? m_home.ollama : m_home.llama; }
+    QString lastMessage(int index) {
+        return server().chats.last()["messages"].toArray()[index].toObject()["content"].toString();
+    }
+
+    UserServerHome m_home;
+};
+
 template <typename Subject>
 class LanguageModelContract : public testing::Test {
 protected:
@@ -139,7 +196,9 @@ protected:
     Subject subject;
 };
 
-using Subjects = testing::Types<ScriptedSubject, ServedSubject>;
+using Subjects =
+    testing::Types<ScriptedSubject, ServedSubject, UserServerSubject<ScriptedUserServer::Kind::Ollama>,
+                   UserServerSubject<ScriptedUserServer::Kind::Llama>>;
 TYPED_TEST_SUITE(LanguageModelContract, Subjects);
 
 TYPED_TEST(LanguageModelContract, answer_growsToItsEnd) {

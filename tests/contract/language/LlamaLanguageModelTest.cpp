@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "PrintQt.h"
 #include "ServedModel.h"
+#include "SimulatedMainActor.h"
 #include "Told.h"
 
 #include <gtest/gtest.h>
@@ -184,12 +185,32 @@ TEST_F(LlamaLanguageModelTest, serverThatNobodyAsks_endsAfterItsTime) {
     EXPECT_EQ(ask().text(), "So we meet.");
 }
 
+TEST_F(LlamaLanguageModelTest, idleTime_isTenMinutes) {
+    makeHome();
+    home->put();
+    script(meet);
+    SimulatedMainActor clock;
+    LlamaLanguageModel model({clock, home->files, home->preferences, home->directories, home->console});
+    model.prepare();
+    EXPECT_TRUE(eventually([&] {
+        clock.settle();
+        return model.isLoaded();
+    }));
+    clock.advance(seconds(599));
+    EXPECT_TRUE(model.isLoaded());
+    EXPECT_FALSE(home->commandLine().isEmpty());
+    clock.advance(seconds(1));
+    EXPECT_FALSE(model.isLoaded());
+    EXPECT_TRUE(eventually([&] { return home->commandLine().isEmpty(); }));
+}
+
 TEST_F(LlamaLanguageModelTest, server_endsWithTheAgent) {
     makeHome();
     home->put();
     script(meet);
     home->model->prepare();
-    EXPECT_FALSE(home->commandLine().isEmpty());
+    // A process that has just become another program shows no command line for a moment.
+    EXPECT_TRUE(eventually([&] { return !home->commandLine().isEmpty(); }));
     home->model.reset();
     EXPECT_TRUE(home->commandLine().isEmpty());
     EXPECT_FALSE(QFile::exists(home->directories.temporary + "/llm.sock"));

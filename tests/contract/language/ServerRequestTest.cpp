@@ -31,10 +31,10 @@ protected:
     Told ask(const ServerRequest::Limits& limits = {}) {
         Told told;
         ServerRequest request(actor, limits, told.listener());
-        request.begin(path, {"Reply.", "so um we meet"});
+        request.begin(asked(), {"Reply.", "so um we meet"});
         EXPECT_EQ(told.ends, 0) << "told from within";
         EXPECT_TRUE(eventually([&told] { return told.ends > 0; }));
-        EXPECT_TRUE(eventually([this] { return path != server.path() || server.disconnections == asked; }))
+        EXPECT_TRUE(eventually([this] { return path != server.path() || server.disconnections == requests; }))
             << "the connection is given back";
         EXPECT_EQ(told.ends, 1);
         EXPECT_EQ(told.callsAfterTheEnd, 0);
@@ -42,9 +42,10 @@ protected:
     }
     Told askFor(std::vector<QByteArray> pieces, Then then, const ServerRequest::Limits& limits = {}) {
         server.answer(std::move(pieces), then);
-        ++asked;
+        ++requests;
         return ask(limits);
     }
+    ModelServer asked() const { return {{path, 0}, protocol, "m", 100}; }
     void expectFailure(const Told& told, Case kind, const QString& written) {
         ASSERT_TRUE(told.failure);
         EXPECT_EQ(rawValue(told.failure->kind), rawValue(kind));
@@ -59,7 +60,7 @@ protected:
         server.answer(written.isEmpty() ? std::vector<QByteArray>()
                                         : std::vector{head(), text(written.toUtf8())},
                       Then::Stay);
-        request.begin(path, {"Reply.", "so um we meet"});
+        request.begin(asked(), {"Reply.", "so um we meet"});
         clock.settle();
         EXPECT_TRUE(eventually([&] { return server.requests > before && told.text() == written; }));
     }
@@ -67,7 +68,8 @@ protected:
     QtMainActor actor;
     ScriptedSocket server;
     QString path = server.path();
-    int asked = 0;
+    ChatProtocol protocol = ChatProtocol::Completions;
+    int requests = 0;
 };
 
 TEST_F(ServerRequestTest, answer_growsToItsEnd) {
@@ -148,7 +150,7 @@ TEST_F(ServerRequestTest, connectionThatEndsBeforeAByte_cameToNothing) {
         server.answer(answers ? std::vector{head()} : std::vector<QByteArray>(), Then::Close);
         Told told;
         ServerRequest request(actor, {}, told.listener());
-        request.begin(path, {"Reply.", "so um we meet"});
+        request.begin(asked(), {"Reply.", "so um we meet"});
         EXPECT_TRUE(eventually([&told] { return told.ends > 0; }));
         EXPECT_NE(request.cameToNothing(), answers);
     }
@@ -219,11 +221,32 @@ TEST_F(ServerRequestTest, thoughts_areNotTold) {
         EXPECT_FALSE(snapshot.contains("um")) << snapshot.toStdString();
 }
 
+TEST_F(ServerRequestTest, answerInLines_growsToItsEndAndFailsAsTheOtherDoes) {
+    protocol = ChatProtocol::Ollama;
+    const auto line = [](const QByteArray& content) {
+        return chunk("{\"message\":{\"content\":\"" + content + "\"},\"done\":false}\n");
+    };
+    const auto end = chunk("{\"done\":true,\"done_reason\":\"stop\"}\n");
+    const auto told = askFor({head(), line("So "), line("we meet."), end}, Then::Stay);
+    EXPECT_FALSE(told.failure);
+    EXPECT_EQ(told.text(), "So we meet.");
+    EXPECT_TRUE(server.request.startsWith("POST /api/chat HTTP/1.1\r\n"));
+    expectFailure(askFor({head(), line("So "), chunk("{\"message\":{\"cont")}, Then::Close), Case::Other,
+                  "So ");
+    expectFailure(askFor({head(), line("So ")}, Then::Reset), Case::Other, "So ");
+    expectFailure(askFor({head(), line("So "), chunk("garbage\n")}, Then::Stay), Case::Other, "So ");
+    expectFailure(askFor({head(), line("So "), chunk(QByteArray(2 << 20, 'x'))}, Then::Stay), Case::Other,
+                  "So ");
+    const auto endless = askFor({head(), line("and so on ")}, Then::SendAgain);
+    ASSERT_TRUE(endless.failure);
+    EXPECT_LE(endless.text().size(), 20000);
+}
+
 TEST_F(ServerRequestTest, requestThatIsDropped_givesTheConnectionBack) {
     server.answer({head(), text("So ")}, Then::Stay);
     Told told;
     auto request = std::make_unique<ServerRequest>(actor, ServerRequest::Limits{}, told.listener());
-    request->begin(path, {"Reply.", "so um we meet"});
+    request->begin(asked(), {"Reply.", "so um we meet"});
     EXPECT_TRUE(eventually([&told] { return !told.snapshots.isEmpty(); }));
     request.reset();
     EXPECT_TRUE(eventually([this] { return server.disconnections == 1; }));
@@ -240,7 +263,7 @@ TEST_F(ServerRequestTest, requestThatIsDroppedByASnapshot_tellsNothingMore) {
         request.reset();
     };
     request = std::make_unique<ServerRequest>(actor, ServerRequest::Limits{}, std::move(listener));
-    request->begin(path, {"Reply.", "so um we meet"});
+    request->begin(asked(), {"Reply.", "so um we meet"});
     EXPECT_TRUE(eventually([this] { return server.disconnections == 1; }));
     EXPECT_EQ(told.snapshots.size(), 1);
     EXPECT_EQ(told.ends, 0);

@@ -2,6 +2,7 @@
 #include "linux/language/ChatAnswer.h"
 #include "PrintQt.h"
 #include "language/AICleanup.h"
+#include "linux/language/chatProtocol.h"
 #include "linux/language/serverFailures.h"
 
 #include <QJsonArray>
@@ -36,10 +37,74 @@ Case failureOf(const ChatAnswer& answer) {
     return answer.failure() ? AICleanup::classify(*answer.failure()).kind : Case::Off;
 }
 
+QJsonObject bodyOf(const ModelServer& server) {
+    const auto request = chatRequest(server, {"Do:\n- \"x\"", "<raw>größer\t👩‍👩‍👧</raw>"});
+    return QJsonDocument::fromJson(request.mid(request.indexOf("\r\n\r\n"))).object();
+}
+
+const ModelServer ollama{{}, ChatProtocol::Ollama, "m", 100};
+
+ChatAnswer ollamaAnswerOf(const QList<QByteArray>& lines) {
+    ChatAnswer answer(1000, ollama);
+    for (const auto& line : lines)
+        answer.take(line);
+    return answer;
+}
+
+QByteArray line(const QByteArray& text) {
+    return "{\"message\":{\"role\":\"assistant\",\"content\":\"" + text + "\"},\"done\":false}";
+}
+
+TEST(ChatRequest, toOllama_asksForNoThoughtsAndNothingLeftOut) {
+    const auto request = bodyOf(ollama);
+    EXPECT_EQ(request["model"].toString(), "m");
+    EXPECT_EQ(request["messages"].toArray().size(), 2);
+    EXPECT_FALSE(request["think"].toBool(true));
+    EXPECT_FALSE(request["truncate"].toBool(true));
+    EXPECT_FALSE(request["shift"].toBool(true));
+    EXPECT_EQ(request["options"].toObject()["num_ctx"].toInt(), 100);
+    EXPECT_TRUE(request["options"].toObject()["seed"].isDouble());
+}
+
+TEST(ChatRequest, toAServerOfTheUsers_namesTheModel) {
+    EXPECT_FALSE(bodyOf({}).contains("model"));
+    const auto request = bodyOf({{}, ChatProtocol::Completions, "m", 0});
+    EXPECT_EQ(request["model"].toString(), "m");
+    EXPECT_FALSE(request["chat_template_kwargs"].toObject()["enable_thinking"].toBool(true));
+}
+
+TEST(OllamaAnswer, lines_addUpToTheReasonOfTheEnd) {
+    for (const auto* end : {"{\"message\":{\"content\":\"\"},\"done\":true,\"done_reason\":\"stop\"}",
+                            "{\"done\":true}", "{\"done\":true,\"prompt_eval_count\":90,\"eval_count\":9}"}) {
+        const auto answer = ollamaAnswerOf({line("So "), line("we meet."), end});
+        EXPECT_EQ(answer.text(), "So we meet.");
+        EXPECT_TRUE(answer.hasEnded());
+        EXPECT_FALSE(answer.failure()) << end;
+    }
+}
+
+TEST(OllamaAnswer, thoughts_areNoneOfTheText) {
+    const auto answer = ollamaAnswerOf({"{\"message\":{\"thinking\":\"Hm.\",\"content\":\"\"}}",
+                                        line("<think>um</think>\\n"), line("So"), "{\"done\":true}"});
+    EXPECT_EQ(answer.text(), "So");
+}
+
+TEST(OllamaAnswer, textThatTheContextHasCut_isNoGoodAnswer) {
+    for (const auto* end : {"{\"done\":true,\"done_reason\":\"length\"}",
+                            "{\"done\":true,\"prompt_eval_count\":100,\"eval_count\":3}",
+                            "{\"done\":true,\"prompt_eval_count\":40,\"eval_count\":60}"})
+        EXPECT_EQ(failureOf(ollamaAnswerOf({line("So we"), end})), Case::TooLong) << end;
+}
+
+TEST(OllamaAnswer, whatIsNoAnswer_failsIt) {
+    for (const auto* end : {"{\"error\":\"it has crashed\"}", "{\"done\":true,\"done_reason\":\"unload\"}",
+                            "[1]", "garbage", "{\"message\":"})
+        EXPECT_EQ(failureOf(ollamaAnswerOf({line("So we"), end})), Case::Other) << end;
+    EXPECT_EQ(failureOf(ollamaAnswerOf({"{\"error\":\"input exceeds the context length\"}"})), Case::TooLong);
+}
+
 TEST(ChatRequest, says_whatWasAskedAndAFixedSeed) {
-    const auto request =
-        QJsonDocument::fromJson(chatRequest("Do:\n- \"x\"", "<raw>größer\t👩‍👩‍👧</raw>"))
-            .object();
+    const auto request = bodyOf({});
     const auto messages = request["messages"].toArray();
     ASSERT_EQ(messages.size(), 2);
     EXPECT_EQ(messages[0]["role"].toString(), "system");
@@ -136,6 +201,8 @@ TEST(ServerFailures, statusAndBody_sayWhatItIs) {
     EXPECT_EQ(kind(400, R"({"error":{"code":"content_filter"}})"), Case::Blocked);
     EXPECT_EQ(kind(500, ""), Case::Other);
     EXPECT_EQ(kind(302, "{"), Case::Other);
+    EXPECT_EQ(kind(400, R"({"error":"the prompt exceeds the Context Length"})"), Case::TooLong);
+    EXPECT_EQ(kind(404, R"({"error":"model not found"})"), Case::Other);
 }
 
 TEST(ServerFailures, noText_holdsWhatTheServerSaid) {
@@ -143,6 +210,11 @@ TEST(ServerFailures, noText_holdsWhatTheServerSaid) {
     EXPECT_FALSE(error.debugText().contains("secret"));
     EXPECT_FALSE(error.localizedDescription().contains("secret"));
     EXPECT_FALSE(error.localizedDescription().isEmpty());
+}
+
+TEST(ServerFailures, serverThatIsGone_isSaidToBeOff) {
+    EXPECT_EQ(AICleanup::classify(modelIsOff()).kind, Case::Off);
+    EXPECT_EQ(AICleanup::classify(modelIsAway()).kind, Case::ModelLoading);
 }
 
 } // namespace

@@ -17,6 +17,17 @@ Events readInPieces(const QByteArray& all, qsizetype size) {
     return events;
 }
 
+TEST(EventStreamReader, linesThatAreEvents_areTheSameHoweverTheyAreCut) {
+    const QByteArray all = "{\"a\":1}\n\r\n{\"b\":2}\r\n\ndata: x\nhalf";
+    for (const qsizetype size : {1, 2, 3, 1000}) {
+        EventStreamReader reader(EventStreamReader::Form::Lines);
+        Events events;
+        for (qsizetype at = 0; at < all.size(); at += size)
+            events += reader.take(QByteArrayView(all).sliced(at, std::min(size, all.size() - at)));
+        EXPECT_EQ(events, (Events{"{\"a\":1}", "{\"b\":2}", "data: x"})) << size;
+    }
+}
+
 TEST(EventStreamReader, events_areTheSameHoweverTheyAreCut) {
     const QByteArray all =
         ": a comment\n\ndata: one\n\nevent: x\r\ndata:two\r\nid: 7\r\n\r\ndata: three\ndata:  four\n\n"
