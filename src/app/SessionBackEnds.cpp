@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "app/SessionBackEnds.h"
 
+#include "linux/clipboard/terminalProcess.h"
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
+#include "linux/wayland/clipboard/WaylandPasteboard.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
 #include "linux/wayland/typing/WaylandKeyEventPoster.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
@@ -32,6 +34,9 @@
 #include "platform/system/Directories.h"
 #include "views/controls/SymbolProvider.h"
 
+#include <algorithm>
+#include <set>
+#include <string>
 #include <utility>
 
 namespace talvera {
@@ -44,15 +49,21 @@ std::unique_ptr<StatusItem> statusItem(const BackEndParts& parts, std::unique_pt
                                             std::move(icon));
 }
 
-/// What shows our own windows, which are X11 windows everywhere, what is copied in them and what their keys
-/// are called.
+/// The program beside us that holds the clipboard.
+std::string companion(const BackEndParts& parts, const char* name) {
+    return (parts.directories.resources + QLatin1Char('/') + QLatin1String(name)).toStdString();
+}
+
+std::unique_ptr<Pasteboard> x11Pasteboard(const SessionOffer& offer, const BackEndParts& parts) {
+    return std::make_unique<X11Pasteboard>(parts.console, companion(parts, "talvera-x11-companion"),
+                                           offer.server);
+}
+
+/// What shows our own windows, which are X11 windows everywhere, and what their keys are called.
 SessionBackEnds x11Windows(const SessionOffer& offer, const BackEndParts& parts) {
     const auto panels = std::make_shared<X11PanelDesktop>(offer.server);
-    const auto companion =
-        (parts.directories.resources + QStringLiteral("/talvera-x11-companion")).toStdString();
     SessionBackEnds chosen;
     chosen.keyboardLayout = std::make_unique<X11KeyboardLayout>(offer.server);
-    chosen.pasteboard = std::make_unique<X11Pasteboard>(parts.console, companion, offer.server);
     chosen.overlays = std::make_unique<X11OverlayDesktop>(offer.server);
     chosen.panels = panels;
     chosen.pointer = panels;
@@ -65,6 +76,7 @@ SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts
     auto chosen = x11Windows(offer, parts);
     chosen.eventTaps = std::make_unique<X11EventTapFactory>(parts.actor, offer.server);
     chosen.keyPoster = std::make_unique<X11KeyEventPoster>(offer.server);
+    chosen.pasteboard = x11Pasteboard(offer, parts);
     chosen.workspace = std::make_unique<EwmhWorkspace>(*offer.x11, parts.installed);
     chosen.access = std::make_unique<X11SessionAccess>(*offer.x11);
     return chosen;
@@ -74,6 +86,27 @@ std::unique_ptr<Workspace> waylandWorkspace(const SessionOffer& offer, const Bac
     if (offer.swaySocket.isEmpty())
         return std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
     return std::make_unique<SwayWorkspace>(SwayIpc(offer.swaySocket), parts.installed);
+}
+
+/// Whether the window that has the focus may show a terminal. It may where nothing is known of it.
+bool mayTerminalHaveFocus(const QString& swaySocket) {
+    const auto tree = SwayIpc(swaySocket).ask(SwayIpc::Request::GetTree);
+    const auto windows = swayWindows(tree.value_or(QByteArray()));
+    std::set<pid_t> programs;
+    for (const auto& window : windows)
+        programs.insert(window.pid);
+    const auto focused = std::ranges::find_if(windows, &SwayWindow::hasFocus);
+    return focused == windows.end() || mayShowTerminals(focused->pid, programs);
+}
+
+/// Without a way to the compositor's clipboard the X server's is there: some compositors hand on what it
+/// holds.
+std::unique_ptr<Pasteboard> waylandPasteboard(const SessionOffer& offer, const BackEndParts& parts) {
+    if (!WaylandPasteboard::isPossible())
+        return x11Pasteboard(offer, parts);
+    return std::make_unique<WaylandPasteboard>(
+        parts.console, companion(parts, "talvera-wayland-companion"),
+        [socket = offer.swaySocket] { return socket.isEmpty() || mayTerminalHaveFocus(socket); });
 }
 
 std::unique_ptr<KeyEventPoster> waylandKeyPoster(const SessionOffer& offer) {
@@ -89,6 +122,7 @@ SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& p
     auto chosen = x11Windows(offer, parts);
     chosen.eventTaps = std::make_unique<NoEventTaps>();
     chosen.keyPoster = waylandKeyPoster(offer);
+    chosen.pasteboard = waylandPasteboard(offer, parts);
     chosen.workspace = waylandWorkspace(offer, parts);
     chosen.access = std::make_unique<NoSessionAccess>();
     return chosen;

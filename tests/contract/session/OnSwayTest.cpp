@@ -7,9 +7,11 @@
 #include "platform/system/Directories.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 
 #include <gtest/gtest.h>
 
+#include <future>
 #include <map>
 
 using namespace talvera;
@@ -77,6 +79,16 @@ TEST_F(SessionOnSway, withoutAnAnswerOfTheCompositor_nothingCanBeTyped) {
     const auto chosen = choose(offer);
     auto& poster = *chosen.keyPoster;
     EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
+}
+
+TEST_F(SessionOnSway, clipboard_isTheCompositors) {
+    const auto offer = SessionOffer::open();
+    const auto chosen = choose(offer);
+    EXPECT_TRUE(std::async(std::launch::async, [&] { return chosen.pasteboard->setString("größer"); }).get());
+    QProcess other;
+    other.start("wl-paste", {"-n"});
+    EXPECT_TRUE(other.waitForFinished());
+    EXPECT_EQ(QString::fromUtf8(other.readAllStandardOutput()), "größer");
 }
 
 TEST_F(SessionOnSway, ownWindows_haveAllTheyNeed) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/clipboard/SelectionOwner.h"
 #include "RecordingConsole.h"
-#include "linux/x11/clipboard/ClipboardHolder.h"
-#include "linux/x11/clipboard/ClipboardLink.h"
+#include "linux/clipboard/ClipboardHolder.h"
+#include "linux/clipboard/ClipboardLink.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 
 #include <gtest/gtest.h>

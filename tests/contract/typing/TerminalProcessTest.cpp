@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "linux/x11/clipboard/terminalProcess.h"
+#include "linux/clipboard/terminalProcess.h"
 #include "ForkedProcess.h"
 
 #include <gtest/gtest.h>

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Typing into real programs of a sway session, of Wayland and of X programs.
 #include "TypingTools.h"
+#include "WaylandTools.h"
 
 #include "linux/wayland/typing/WaylandKeyEventPoster.h"
 #include "linux/x11/typing/FocusedXProgram.h"
 #include "receivers/Receiver.h"
-
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -28,27 +27,6 @@ using namespace talvera::test;
 namespace {
 
 using Kind = Receiver::Kind;
-
-/// What the user has sway do.
-void tellSway(const QString& command) {
-    if (QProcess::execute("swaymsg", {"-q", command}) != 0)
-        throw std::runtime_error("sway doesn't do: " + command.toStdString());
-}
-
-/// Programs that are started meanwhile are X programs.
-class XProgramsOnly {
-public:
-    XProgramsOnly() {
-        ::qputenv("GDK_BACKEND", "x11");
-        ::qputenv("QT_QPA_PLATFORM", "xcb");
-    }
-    ~XProgramsOnly() {
-        ::qunsetenv("GDK_BACKEND");
-        ::qunsetenv("QT_QPA_PLATFORM");
-    }
-    XProgramsOnly(const XProgramsOnly&) = delete;
-    XProgramsOnly& operator=(const XProgramsOnly&) = delete;
-};
 
 class WaylandTyping : public testing::Test {
 protected:

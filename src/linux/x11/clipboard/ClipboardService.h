@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/clipboard/ClipboardLink.h"
+#include "linux/clipboard/ClipboardLink.h"
 #include "linux/x11/clipboard/SelectionOwner.h"
 
 #include <functional>

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/clipboard/SelectionOwner.h"
 
-#include "linux/x11/clipboard/terminalProcess.h"
+#include "linux/clipboard/terminalProcess.h"
 #include "linux/x11/server/FocusedWindow.h"
 #include "linux/x11/server/eventType.h"
 #include "linux/x11/server/serverTime.h"
 
 #include <algorithm>
-#include <cstring>
+#include <memory>
+#include <string>
 
 namespace talvera {
 
@@ -15,11 +16,6 @@ namespace {
 
 constexpr std::size_t pieceSize = 128 * 1024; // any server takes requests of this size
 constexpr std::chrono::seconds transferPatience{15};
-
-void wipe(std::string* text) {
-    ::explicit_bzero(text->data(), text->size());
-    delete text;
-}
 
 /// The text in Latin-1, the form that the oldest programs ask for; null when it can't be said in it.
 WipedText toLatin1(const std::string& utf8) {
@@ -41,10 +37,6 @@ WipedText toLatin1(const std::string& utf8) {
 }
 
 } // namespace
-
-std::shared_ptr<std::string> makeWipedText(std::size_t size) {
-    return {new std::string(size, '\0'), &wipe};
-}
 
 SelectionOwner::SelectionOwner(X11Connection& connection)
     : m_connection(connection)
@@ -85,7 +77,7 @@ bool SelectionOwner::isMarkedInFocusedWindow() {
            !mayShowTerminals(processOfWindow(m_connection, focused), processesOfClients(m_connection));
 }
 
-SelectionOwner::Report SelectionOwner::report() {
+ClipboardReport SelectionOwner::report() {
     bool isHeld = m_text != nullptr;
     for (const Holding& holding : m_holdings)
         isHeld = isHeld && (!holding.isWanted || m_connection.selectionOwner(holding.selection) == m_window);

@@ -1,22 +1,17 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/clipboard/ClipboardLink.h"
 #include "linux/x11/server/X11Connection.h"
 
 #include <array>
 #include <chrono>
-#include <memory>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace talvera {
-
-/// A text that is wiped from memory when its last holder lets go of it.
-using WipedText = std::shared_ptr<const std::string>;
-
-/// Memory for a text of `size` bytes, to be filled and then shared as WipedText.
-std::shared_ptr<std::string> makeWipedText(std::size_t size);
 
 /// Owns the clipboard and the primary selection with one and the same text, and gives it to each requestor,
 /// in pieces if it is large. Uses its connection alone; the owner of this object hands it the events.
@@ -36,12 +31,7 @@ public:
     /// meanwhile.
     bool own(WipedText text);
 
-    /// How the text fares that was taken in last.
-    struct Report {
-        bool isHeld = false;        ///< a paste anywhere still gives it
-        std::uint32_t requests = 0; ///< how often it has been given to a program
-    };
-    Report report();
+    ClipboardReport report();
 
     /// One of the selections is still ours, or a requestor is still being sent what was.
     bool isNeeded() const;

@@ -1,58 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/clipboard/X11Pasteboard.h"
 
-#include "linux/x11/clipboard/ClipboardHolder.h"
-#include "linux/x11/clipboard/ClipboardLink.h"
-#include "platform/system/Console.h"
+#include "linux/x11/clipboard/ClipboardService.h"
 
+#include <memory>
 #include <utility>
 
 namespace talvera {
 
 namespace {
 
-constexpr std::chrono::milliseconds answerLimit{2000};
+/// Nothing of our environment but what it takes to reach the X server.
+std::unique_ptr<ClipboardHolder> startCompanion(const std::string& program, const X11Server& server) {
+    auto environment = environmentOf({"XAUTHORITY", "HOME"});
+    const auto display =
+        server.display().empty() ? environmentOf({"DISPLAY"}) : std::vector{"DISPLAY=" + server.display()};
+    environment.insert(environment.end(), display.begin(), display.end());
+    return CompanionProcess::start(program, std::move(environment));
+}
+
+std::unique_ptr<ClipboardHolder> startThread(const X11Server& server) {
+    const std::shared_ptr<X11Connection> connection = server.connect();
+    if (connection->isBroken())
+        return nullptr;
+    return ClipboardThread::start(
+        [connection](int socket) { ClipboardService(*connection, socket).serveLink(); });
+}
 
 } // namespace
 
 X11Pasteboard::X11Pasteboard(Console& console, std::string companionProgram, X11Server server)
-    : m_console(console)
-    , m_companionProgram(std::move(companionProgram))
-    , m_server(std::move(server))
-    , m_holder(CompanionProcess::start(m_companionProgram, m_server)) {}
-
-X11Pasteboard::~X11Pasteboard() = default;
-
-bool X11Pasteboard::setString(const QString& text) {
-    const std::scoped_lock lock(m_mutex);
-    const QByteArray bytes = text.toUtf8();
-    const std::string_view utf8(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-    if (offer(utf8))
-        return true;
-    replaceHolder(CompanionProcess::start(m_companionProgram, m_server));
-    if (offer(utf8))
-        return true;
-    replaceHolder(ClipboardThread::start(m_server));
-    if (offer(utf8))
-        return true;
-    m_console.log(QStringLiteral("[pasteboard] the clipboard can't be set"));
-    return false;
-}
-
-Pasteboard::State X11Pasteboard::state() {
-    const std::scoped_lock lock(m_mutex);
-    const auto answer = m_holder ? askReport(m_holder->socket(), ++m_serial, answerLimit) : std::nullopt;
-    return answer ? State{answer->isHeld == 1, answer->requests} : State{};
-}
-
-bool X11Pasteboard::offer(std::string_view utf8) {
-    return m_holder && sendText(m_holder->socket(), ++m_serial, utf8, answerLimit);
-}
-
-void X11Pasteboard::replaceHolder(std::unique_ptr<ClipboardHolder> holder) {
-    if (m_holder)
-        m_holder->giveUp();
-    m_holder = std::move(holder);
-}
+    : CompanionPasteboard(console, {.startCompanion = [program = std::move(companionProgram),
+                                                       server] { return startCompanion(program, server); },
+                                    .startThread = [server] { return startThread(server); },
+                                    .marked = [] { return Marked::Taken; }}) {
+} // the companion finds out itself
 
 } // namespace talvera

@@ -5,32 +5,20 @@
 // killed. If the agent has died while it was typing, the companion releases its keys and puts the keymap
 // right. It takes its texts from the socket that it was started with as descriptor 3.
 
+#include "linux/clipboard/endOfSession.h"
 #include "linux/support/privateMemory.h"
 #include "linux/x11/clipboard/ClipboardService.h"
 #include "linux/x11/server/X11Server.h"
 #include "linux/x11/typing/TargetBarrier.h"
 #include "linux/x11/typing/TypingLedger.h"
 
-#include <csignal>
 #include <cstdlib>
-#include <sys/signalfd.h>
 
 using namespace talvera;
 
 namespace {
 
 constexpr int linkSocket = 3;
-
-/// What the session's end looks like. Whatever else ends the agent is no reason to end with it.
-int endOfSession() {
-    for (const int number : {SIGINT, SIGHUP, SIGQUIT, SIGPIPE})
-        std::signal(number, SIG_IGN);
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigprocmask(SIG_BLOCK, &signals, nullptr);
-    return ::signalfd(-1, &signals, SFD_CLOEXEC);
-}
 
 void putKeyboardRight(const X11Server& server) {
     const auto connection = server.connect();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/clipboard/SelectionOwner.h"
+#include "linux/clipboard/WipedText.h"
 
 #include <chrono>
 #include <cstddef>
@@ -16,8 +16,18 @@ namespace talvera {
 // one build.
 
 enum class ClipboardRequest : std::uint32_t {
-    Hold,   ///< take the clipboard for this text
-    Report, ///< tell how the last one fares
+    Hold,        ///< take the clipboard and the primary selection for this text
+    Report,      ///< tell how the last one fares
+    HoldSparing, ///< take the clipboard, and the primary selection only if no program has marked anything
+};
+
+/// What was marked may be spared. Where the companion can find out itself whether it should be, it does.
+enum class Marked { Taken, Spared };
+
+/// How the text fares that was taken in last.
+struct ClipboardReport {
+    bool isHeld = false;        ///< a paste anywhere still gives it
+    std::uint32_t requests = 0; ///< how often it has been given to a program
 };
 
 struct RequestHead {
@@ -36,7 +46,8 @@ inline constexpr std::size_t longestClipboardText = 256U * 1024 * 1024;
 
 /// The agent's end: sends a text, and waits for the answer to it. False when that takes longer than `limit`,
 /// or when the other end is gone or says no.
-bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit);
+bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit,
+              Marked marked = Marked::Taken);
 
 /// Asks how the last text fares. Nothing when that takes longer than `limit` or the other end is gone.
 std::optional<ClipboardAnswer> askReport(int socket, std::uint32_t serial, std::chrono::milliseconds limit);
@@ -47,6 +58,7 @@ public:
     struct Arrival {
         std::uint32_t serial = 0;
         WipedText text; ///< null: a report is asked for
+        Marked marked = Marked::Taken;
     };
     enum class State { Open, HungUp };
 
@@ -58,7 +70,7 @@ public:
     std::optional<Arrival> read();
     State state() const { return m_state; }
 
-    void answer(std::uint32_t serial, const SelectionOwner::Report& report) const;
+    void answer(std::uint32_t serial, const ClipboardReport& report) const;
 
 private:
     bool fill(char* bytes, std::size_t size, std::size_t& filled);

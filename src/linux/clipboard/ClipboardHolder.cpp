@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: MIT
-#include "linux/x11/clipboard/ClipboardHolder.h"
-
-#include "linux/x11/clipboard/ClipboardService.h"
+#include "linux/clipboard/ClipboardHolder.h"
 
 #include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
 #include <optional>
+#include <pthread.h>
 #include <spawn.h>
-#include <string_view>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -30,18 +28,6 @@ std::optional<std::pair<int, int>> makeSockets() {
     return std::pair(ends[0], ends[1]);
 }
 
-/// Nothing of our environment but what it takes to reach the X server.
-std::vector<std::string> companionEnvironment(const std::string& display) {
-    std::vector<std::string> environment;
-    for (const char* name : {"DISPLAY", "XAUTHORITY", "HOME"}) {
-        const char* value = std::getenv(name);
-        const bool isDisplay = std::string_view(name) == "DISPLAY" && !display.empty();
-        if (isDisplay || value)
-            environment.push_back(std::string(name) + "=" + (isDisplay ? display : std::string(value)));
-    }
-    return environment;
-}
-
 } // namespace
 
 ClipboardHolder::~ClipboardHolder() {
@@ -54,7 +40,7 @@ void ClipboardHolder::hangUp() {
 }
 
 std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& program,
-                                                          const X11Server& server) {
+                                                          std::vector<std::string> environment) {
     const auto sockets = makeSockets();
     if (!sockets)
         return nullptr;
@@ -81,7 +67,6 @@ std::unique_ptr<CompanionProcess> CompanionProcess::start(const std::string& pro
     posix_spawnattr_setflags(&attributes,
                              POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
 
-    std::vector<std::string> environment = companionEnvironment(server.display());
     std::vector<char*> environmentPointers;
     for (std::string& entry : environment)
         environmentPointers.push_back(entry.data());
@@ -115,14 +100,18 @@ void CompanionProcess::giveUp() {
     }
 }
 
-std::unique_ptr<ClipboardThread> ClipboardThread::start(const X11Server& server) {
-    const std::shared_ptr<X11Connection> connection = server.connect();
-    const auto sockets = connection->isBroken() ? std::nullopt : makeSockets();
+std::unique_ptr<ClipboardThread> ClipboardThread::start(std::function<void(int socket)> serve) {
+    const auto sockets = makeSockets();
     if (!sockets)
         return nullptr;
     const int theirs = sockets->second;
-    std::thread thread([connection, theirs] {
-        ClipboardService(*connection, theirs).serveLink();
+    std::thread thread([serve = std::move(serve), theirs] {
+        pthread_setname_np(pthread_self(), "clipboard");
+        sigset_t brokenPipe; // a program that asks for the text and ends
+        sigemptyset(&brokenPipe);
+        sigaddset(&brokenPipe, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
+        serve(theirs);
         ::close(theirs);
     });
     return std::unique_ptr<ClipboardThread>(new ClipboardThread(sockets->first, std::move(thread)));
@@ -131,6 +120,15 @@ std::unique_ptr<ClipboardThread> ClipboardThread::start(const X11Server& server)
 ClipboardThread::~ClipboardThread() {
     hangUp();
     m_thread.join();
+}
+
+std::vector<std::string> environmentOf(std::initializer_list<const char*> names) {
+    std::vector<std::string> environment;
+    for (const char* name : names) {
+        if (const char* value = std::getenv(name))
+            environment.push_back(std::string(name) + "=" + value);
+    }
+    return environment;
 }
 
 } // namespace talvera

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "linux/x11/server/X11Server.h"
-
+#include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <sys/types.h>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace talvera {
 
@@ -35,8 +37,9 @@ private:
 /// The companion program. It goes on when we hang up, until another program takes the clipboard.
 class CompanionProcess final : public ClipboardHolder {
 public:
-    /// Null when it can't be started.
-    static std::unique_ptr<CompanionProcess> start(const std::string& program, const X11Server& server);
+    /// `environment` is all that it gets of ours, as "NAME=value". Null when it can't be started.
+    static std::unique_ptr<CompanionProcess> start(const std::string& program,
+                                                   std::vector<std::string> environment);
     ~CompanionProcess() override;
 
     /// Ends it.
@@ -53,8 +56,9 @@ private:
 /// A thread that does the same as long as we live.
 class ClipboardThread final : public ClipboardHolder {
 public:
-    /// Null when there is no X server.
-    static std::unique_ptr<ClipboardThread> start(const X11Server& server);
+    /// `serve` returns when the other end of the socket that it gets is hung up. Null when there are no
+    /// sockets.
+    static std::unique_ptr<ClipboardThread> start(std::function<void(int socket)> serve);
     ~ClipboardThread() override;
 
 private:
@@ -64,5 +68,8 @@ private:
 
     std::thread m_thread;
 };
+
+/// Those of these variables that are set, as "NAME=value".
+std::vector<std::string> environmentOf(std::initializer_list<const char*> names);
 
 } // namespace talvera

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "linux/x11/clipboard/ClipboardLink.h"
+#include "linux/clipboard/ClipboardLink.h"
 
 #include <cerrno>
 #include <poll.h>
@@ -71,10 +71,12 @@ std::optional<ClipboardAnswer> request(int socket, const RequestHead& head, std:
 
 } // namespace
 
-bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit) {
+bool sendText(int socket, std::uint32_t serial, std::string_view utf8, std::chrono::milliseconds limit,
+              Marked marked) {
     if (utf8.size() > longestClipboardText)
         return false;
-    const RequestHead head{serial, ClipboardRequest::Hold, static_cast<std::uint32_t>(utf8.size())};
+    const auto hold = marked == Marked::Spared ? ClipboardRequest::HoldSparing : ClipboardRequest::Hold;
+    const RequestHead head{serial, hold, static_cast<std::uint32_t>(utf8.size())};
     const auto answer = request(socket, head, utf8, limit);
     return answer && answer->isHeld == 1;
 }
@@ -92,7 +94,7 @@ std::optional<RequestReader::Arrival> RequestReader::read() {
     }
     if (m_head.request == ClipboardRequest::Report) {
         m_headFilled = 0;
-        return Arrival{m_head.serial, nullptr};
+        return Arrival{m_head.serial, nullptr, Marked::Taken};
     }
     if (!m_text) {
         m_text = makeWipedText(m_head.length);
@@ -101,7 +103,8 @@ std::optional<RequestReader::Arrival> RequestReader::read() {
     if (!fill(m_text->data(), m_text->size(), m_textFilled))
         return std::nullopt;
     m_headFilled = 0;
-    return Arrival{m_head.serial, std::exchange(m_text, nullptr)};
+    const bool isSparing = m_head.request == ClipboardRequest::HoldSparing;
+    return Arrival{m_head.serial, std::exchange(m_text, nullptr), isSparing ? Marked::Spared : Marked::Taken};
 }
 
 bool RequestReader::fill(char* bytes, std::size_t size, std::size_t& filled) {
@@ -119,7 +122,7 @@ bool RequestReader::fill(char* bytes, std::size_t size, std::size_t& filled) {
     return true;
 }
 
-void RequestReader::answer(std::uint32_t serial, const SelectionOwner::Report& report) const {
+void RequestReader::answer(std::uint32_t serial, const ClipboardReport& report) const {
     const ClipboardAnswer answer{serial, report.isHeld ? 1U : 0U, report.requests};
     // Small enough to find room. If the agent is gone, it isn't needed.
     (void)::send(m_socket, &answer, sizeof answer, MSG_NOSIGNAL | MSG_DONTWAIT);
