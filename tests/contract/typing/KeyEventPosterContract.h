@@ -111,6 +111,7 @@ TYPED_TEST_P(KeyEventPosterContract, preparedOnceOrMoreOften_changesNothing) {
     this->desk.pasteboard.setString(QStringLiteral("я"));
     EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Down, nullptr), PostResult::Posted);
     EXPECT_EQ(this->desk.poster.postPaste(KeyPhase::Up, nullptr), PostResult::Posted);
+    this->expectText(QStringLiteral("a.я")); // what is pasted comes when the owner has given it
     this->desk.poster.prepare();
     this->type({QStringLiteral("b")});
     this->expectText(QStringLiteral("a.яb."));

@@ -107,6 +107,7 @@ std::string TypingKeymap::xkb() const {
     return "xkb_keymap {\n"
            "xkb_keycodes \"talvera\" {\nminimum = 8;\nmaximum = 255;\n" +
            codes +
+           "<LAST> = 255;\n" // GTK 3 forgets the last one when it looks for the keys of a shortcut
            "};\nxkb_types \"talvera\" { include \"complete\" };\n"
            "xkb_compatibility \"talvera\" { include \"complete\" };\n"
            "xkb_symbols \"talvera\" {\n" +
