@@ -29,8 +29,10 @@ std::unique_ptr<FramedWindow> QuickWindows::makeSettingsWindow(SettingsModel& mo
 }
 
 ViewEngine& QuickWindows::views() {
-    if (!m_views)
+    if (!m_views) {
         m_views.emplace(m_parts.appearance);
+        m_views->onMemoryGivenBack = [this] { m_libraries.giveBack(); };
+    }
     return *m_views;
 }
 

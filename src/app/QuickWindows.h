@@ -2,6 +2,7 @@
 #pragma once
 
 #include "core/WindowFactory.h"
+#include "linux/posix/LaterLibraries.h"
 #include "views/ViewEngine.h"
 
 #include <optional>
@@ -37,6 +38,7 @@ private:
     ViewEngine& views();
 
     Parts m_parts;
+    LaterLibraries m_libraries;
     std::optional<ViewEngine> m_views;
 };
 

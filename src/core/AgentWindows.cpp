@@ -109,7 +109,8 @@ std::unique_ptr<SettingsModel> Agent::Wiring::makeSettingsModel() {
                              .about = {.actor = m_machine.actor,
                                        .machine = m_machine.system.description,
                                        .pasteboard = m_machine.desktop.pasteboard,
-                                       .typing = m_machine.keyboard.typing}});
+                                       .typing = m_machine.keyboard.typing,
+ .licences = {m_machine.system.files, m_machine.system.directories.resources + QStringLiteral("/Resources/licences")}}});
 }
 
 void Agent::Wiring::makeSettingsRecorders() {

@@ -114,14 +114,14 @@ void AppDelegate::connectHotkeys() {
     m_parts.hotkey.onPressEnd = m_lifetime.ifAlive([this] { m_parts.dictation->handlePressEnd(); });
     m_parts.hotkey.onOtherKeyWhileHeld =
         m_lifetime.ifAlive([this] { m_parts.dictation->handleOtherKeyWhileHeld(); });
-    m_parts.hotkey.onBindingRefused = m_lifetime.ifAlive([this](WatchResult) { showBindingRefused(); });
+    m_parts.hotkey.onBindingRefused() = m_lifetime.ifAlive([this](WatchResult) { showBindingRefused(); });
     m_parts.hotkey.setBinding(m_parts.settings.hotkeyBinding.get());
     m_parts.hotkey.install();
 
     m_parts.translateToggle.onTrigger = [&actor = m_parts.actor, toggle = m_lifetime.ifAlive([this] {
         toggleTranslation();
     })] { actor.post(toggle); };
-    m_parts.translateToggle.onBindingRefused =
+    m_parts.translateToggle.onBindingRefused() =
         m_lifetime.ifAlive([this](WatchResult) { showBindingRefused(); });
     m_parts.translateToggle.setBinding(m_parts.settings.translateToggleBinding.get());
     m_parts.translateToggle.install();

@@ -7,7 +7,7 @@ namespace talvera {
 
 HotkeyManager::HotkeyManager(MainActor& mainActor, EventTapFactory& taps, Console& console)
     : m_mainActor(mainActor)
-    , m_tap(taps, console, QStringLiteral("HotkeyManager")) {}
+    , m_tap(mainActor, taps, console, QStringLiteral("HotkeyManager")) {}
 
 void HotkeyManager::install() {
     if (m_tap.isWorking())
@@ -43,16 +43,10 @@ void HotkeyManager::watch() {
     const auto binding = bindingCopy();
     if (m_isShortcutRecorded && binding.asSpecialKey())
         return m_tap.watchNothing();
-    const auto result = m_tap.watch([&binding](EventTap& tap) {
+    m_tap.watch([&binding](EventTap& tap) {
         const auto* chord = binding.asChord();
         return chord ? tap.watchChord({chord->modifiers, chord->keyCode})
                      : tap.watchKey(keyCode(*binding.asSpecialKey()));
-    });
-    if (!result || *result == WatchResult::Watching)
-        return;
-    m_mainActor.post([this, refusal = *result] {
-        if (const auto tell = onBindingRefused)
-            tell(refusal);
     });
 }
 

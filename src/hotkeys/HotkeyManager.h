@@ -23,7 +23,7 @@ public:
     /// application. Told once a press, and likewise.
     std::function<void()> onOtherKeyWhileHeld;
     /// Tells that the binding can't be had, so that the user hears of it; the same holds for it.
-    std::function<void(WatchResult)> onBindingRefused;
+    std::function<void(WatchResult)>& onBindingRefused() { return m_tap.onRefused; }
 
     /// Creates the tap. Does nothing when there is one that works, so that it can be tried again.
     void install();

@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "hotkeys/HotkeyTap.h"
 
+#include "concurrency/MainActor.h"
 #include "platform/system/Console.h"
 
 #include <utility>
 
 namespace talvera {
 
-HotkeyTap::HotkeyTap(EventTapFactory& taps, Console& console, QString owner)
-    : m_taps(taps)
+HotkeyTap::HotkeyTap(MainActor& mainActor, EventTapFactory& taps, Console& console, QString owner)
+    : m_mainActor(mainActor)
+    , m_taps(taps)
     , m_console(console)
     , m_owner(std::move(owner)) {}
 
@@ -27,16 +29,21 @@ bool HotkeyTap::install(EventTap::Callback callback) {
     return true;
 }
 
-std::optional<WatchResult> HotkeyTap::watch(const Watch& watch) {
+void HotkeyTap::watch(const Watch& watch) {
     if (!m_tap)
-        return std::nullopt;
+        return;
     const auto now = watch(*m_tap);
     if (now == WatchResult::ChordTaken)
         m_console.log(m_owner + QStringLiteral(": another program holds the bound shortcut."));
     else if (now == WatchResult::Unavailable)
         m_console.log(m_owner + QStringLiteral(": no keyboard has the bound key."));
     result.set(now);
-    return now;
+    if (now == WatchResult::Watching)
+        return;
+    m_mainActor.post([this, now] {
+        if (const auto tell = onRefused) // a copy, which lives until the call ends
+            tell(now);
+    });
 }
 
 void HotkeyTap::watchNothing() {

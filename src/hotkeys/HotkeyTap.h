@@ -13,6 +13,7 @@
 namespace talvera {
 
 class Console;
+class MainActor;
 
 /// The tap of one hotkey, and whether that can be had. Main thread only.
 class HotkeyTap {
@@ -21,7 +22,10 @@ public:
     using Watch = std::function<WatchResult(EventTap&)>;
 
     /// `owner` begins the lines of the log.
-    HotkeyTap(EventTapFactory& taps, Console& console, QString owner);
+    HotkeyTap(MainActor& mainActor, EventTapFactory& taps, Console& console, QString owner);
+
+    /// Tells that what was to be watched can't be had, in a later turn of the main actor; read at that moment.
+    std::function<void(WatchResult)> onRefused;
 
     /// The tap, once `install` has succeeded and as long as it works.
     const EventTap* get() const { return isWorking() ? m_tap.get() : nullptr; }
@@ -30,8 +34,9 @@ public:
     /// Creates and enables the tap; a former one goes. A refusal is logged and leaves none.
     bool install(EventTap::Callback callback);
 
-    /// Turns the tap to something else; what can't be had is logged. Without a tap nothing happens.
-    std::optional<WatchResult> watch(const Watch& watch);
+    /// Turns the tap to something else; what can't be had is logged, and told by `onRefused`. Without a tap
+    /// nothing happens.
+    void watch(const Watch& watch);
     void watchNothing();
 
     /// What the tap waits for has been pressed, so it can be had by now.
@@ -47,6 +52,7 @@ public:
     Published<std::optional<WatchResult>> result;
 
 private:
+    MainActor& m_mainActor;
     EventTapFactory& m_taps;
     Console& m_console;
     const QString m_owner;

@@ -7,7 +7,7 @@ namespace talvera {
 
 TranslateToggleHotkey::TranslateToggleHotkey(MainActor& mainActor, EventTapFactory& taps, Console& console)
     : m_mainActor(mainActor)
-    , m_tap(taps, console, QStringLiteral("TranslateToggleHotkey")) {}
+    , m_tap(mainActor, taps, console, QStringLiteral("TranslateToggleHotkey")) {}
 
 void TranslateToggleHotkey::install() {
     if (m_tap.isWorking())
@@ -32,15 +32,7 @@ void TranslateToggleHotkey::watch() {
     const auto* chord = binding ? binding->asChord() : nullptr;
     if (!chord)
         return m_tap.watchNothing();
-    const auto result = m_tap.watch([chord](EventTap& tap) {
-        return tap.watchStroke({chord->modifiers, chord->keyCode});
-    });
-    if (!result || *result == WatchResult::Watching)
-        return;
-    m_mainActor.post([this, refusal = *result] {
-        if (const auto tell = onBindingRefused)
-            tell(refusal);
-    });
+    m_tap.watch([chord](EventTap& tap) { return tap.watchStroke({chord->modifiers, chord->keyCode}); });
 }
 
 Verdict TranslateToggleHotkey::handle(const KeyEvent& event) {

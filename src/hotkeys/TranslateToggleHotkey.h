@@ -21,7 +21,7 @@ public:
     /// Called in a later turn of the main actor when the key is struck; read at that moment.
     std::function<void()> onTrigger;
     /// Tells that the binding can't be had, so that the user hears of it; the same holds for it.
-    std::function<void(WatchResult)> onBindingRefused;
+    std::function<void(WatchResult)>& onBindingRefused() { return m_tap.onRefused; }
 
     /// Creates the tap. Does nothing when there is one that works, so that it can be tried again.
     void install();

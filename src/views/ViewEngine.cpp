@@ -78,6 +78,8 @@ void ViewEngine::giveBackMemory() {
     m_engine.collectGarbage();
     m_engine.trimComponentCache();
     malloc_trim(0);
+    if (onMemoryGivenBack)
+        onMemoryGivenBack();
 }
 
 } // namespace talvera

@@ -6,6 +6,7 @@
 #include <QQmlEngine>
 #include <QVariantMap>
 
+#include <functional>
 #include <memory>
 
 class QQuickItem;
@@ -32,6 +33,7 @@ public:
 
     /// Lets go of what no view needs any more, for when a large one has gone.
     void giveBackMemory();
+    std::function<void()> onMemoryGivenBack; ///< for what isn't the views' own
 
     /// Whether the desktop shows translucent windows as such, as those find it that are about to be shown.
     void setTranslucent(bool translucent);

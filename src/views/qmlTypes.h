@@ -160,6 +160,13 @@ struct AboutModelType {
     QML_UNCREATABLE("a view gets it")
 };
 
+struct ThirdPartyLicencesType {
+    Q_GADGET
+    QML_FOREIGN(talvera::ThirdPartyLicences)
+    QML_NAMED_ELEMENT(ThirdPartyLicences)
+    QML_UNCREATABLE("a view gets it")
+};
+
 struct PermissionCardType {
     Q_GADGET
     QML_FOREIGN(talvera::PermissionCard)

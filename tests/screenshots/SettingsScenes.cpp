@@ -8,6 +8,7 @@
 #include "views/settings/QuickSettingsWindow.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QKeyEvent>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -129,6 +130,12 @@ void photographSettings(Stage& stage) {
     set.photograph("5-privacy");
     set.model().selectAbout();
     set.photograph("6-about");
+    set.files.createDirectories("/opt/talvera/Resources/licences");
+    QFile text(TALVERA_LICENCES "/at-spi.txt");
+    if (text.open(QFile::ReadOnly))
+        set.files.write("/opt/talvera/Resources/licences/at-spi.txt", text.readAll());
+    set.model().about()->thirdParties()->open(0);
+    set.photograph("6-about-licence");
     set.show("general");
     set.resize({560, 400});
     set.photograph("7-small");

@@ -41,23 +41,26 @@ public:
         , readiness({actor, microphone, access, languageModel, settingsPanels, activation})
         , hotkeyManager(actor, keyboard, console)
         , translateToggle(actor, keyboard, console)
-        , modelParts{
-              .general = {.settings = settings,
-                          .language = language,
-                          .loginItem = loginItem,
-                          .sounds = sounds,
-                          .relaunch = [this] { done << QStringLiteral("relaunch"); }},
-              .hotkey = {.settings = settings,
-                         .layout = layout,
-                         .recorder = hotkeyRecorder,
-                         .openKeyboardSettings = [this] { done << QStringLiteral("keyboard"); }},
-              .toggleRecorder = toggleRecorder,
-              .cleanup = {.settings = settings,
-                          .readiness = readiness,
-                          .model = languageModel,
-                          .choice = languageModelChoice,
-                          .openModelSettings = [this] { done << QStringLiteral("model"); }},
-              .about = {.actor = actor, .machine = description, .pasteboard = pasteboard, .typing = typing}} {
+        , modelParts{.general = {.settings = settings,
+                                 .language = language,
+                                 .loginItem = loginItem,
+                                 .sounds = sounds,
+                                 .relaunch = [this] { done << QStringLiteral("relaunch"); }},
+                     .hotkey = {.settings = settings,
+                                .layout = layout,
+                                .recorder = hotkeyRecorder,
+                                .openKeyboardSettings = [this] { done << QStringLiteral("keyboard"); }},
+                     .toggleRecorder = toggleRecorder,
+                     .cleanup = {.settings = settings,
+                                 .readiness = readiness,
+                                 .model = languageModel,
+                                 .choice = languageModelChoice,
+                                 .openModelSettings = [this] { done << QStringLiteral("model"); }},
+                     .about = {.actor = actor,
+                               .machine = description,
+                               .pasteboard = pasteboard,
+                               .typing = typing,
+                               .licences = {files, QStringLiteral("/opt/talvera/Resources/licences")}}} {
         sounds.onPlay = [this](const QString& sound) {
             played << sound + QStringLiteral(" while ") + settings.startSoundName.get() +
                           QStringLiteral(" is set");

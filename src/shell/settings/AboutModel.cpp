@@ -8,12 +8,12 @@
 #include "text/Localization.h"
 
 #include <functional>
-#include <vector>
 
 namespace talvera {
 
-AboutModel::AboutModel(Parts parts)
-    : m_parts(parts) {}
+AboutModel::AboutModel(const Parts& parts)
+    : m_parts(parts)
+    , m_thirdParties(parts.licences) {}
 
 QString AboutModel::title() const {
     return localized("settings.about.title", "About Talvera");
@@ -34,34 +34,6 @@ QString AboutModel::licenceTitle() const {
 QString AboutModel::licence() const {
     return localized("settings.about.licence.text",
                      "Talvera is free software under the MIT licence: you may use, change and share it.");
-}
-
-QString AboutModel::thirdPartyTitle() const {
-    return localized("settings.about.thirdParty.title", "Made with");
-}
-
-QVariantList AboutModel::thirdParties() const {
-    static const std::vector<ThirdParty> rows{
-        {QStringLiteral("AT-SPI"), QStringLiteral("LGPL-2.1")},
-        {QStringLiteral("CLD2"), QStringLiteral("Apache-2.0")},
-        {QStringLiteral("GLib"), QStringLiteral("LGPL-2.1")},
-        {QStringLiteral("ICU"), QStringLiteral("Unicode-3.0")},
-        {QStringLiteral("JSON for Modern C++"), QStringLiteral("MIT")},
-        {QStringLiteral("libpulse"), QStringLiteral("LGPL-2.1")},
-        {QStringLiteral("libsndfile"), QStringLiteral("LGPL-2.1")},
-        {QStringLiteral("libsoxr"), QStringLiteral("LGPL-2.1")},
-        {QStringLiteral("libxcb"), QStringLiteral("X11")},
-        {QStringLiteral("libxkbcommon"), QStringLiteral("MIT")},
-        {QStringLiteral("OpenSSL"), QStringLiteral("Apache-2.0")},
-        {QStringLiteral("QCoro"), QStringLiteral("MIT")},
-        {QStringLiteral("Qt"), QStringLiteral("LGPL-3.0")},
-        {QStringLiteral("SQLite"), QStringLiteral("Public Domain")},
-        {QStringLiteral("whisper.cpp"), QStringLiteral("MIT")},
-    };
-    QVariantList list;
-    for (const auto& row : rows)
-        list.append(QVariant::fromValue(row));
-    return list;
 }
 
 QString AboutModel::detailsTitle() const {
@@ -98,6 +70,7 @@ void AboutModel::copyDetails() {
 
 void AboutModel::forget() {
     setResult({});
+    m_thirdParties.forget();
 }
 
 void AboutModel::setResult(const QString& text) {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "concurrency/Lifetime.h"
+#include "shell/settings/ThirdPartyLicences.h"
 
 #include <QObject>
 #include <QString>
-#include <QVariantList>
 
 namespace talvera {
 
@@ -13,17 +13,6 @@ class MachineDescription;
 class MainActor;
 class Pasteboard;
 class SerialQueue;
-
-/// A program or library that ours is made with.
-struct ThirdParty {
-    Q_GADGET
-    Q_PROPERTY(QString name MEMBER name CONSTANT)
-    Q_PROPERTY(QString licence MEMBER licence CONSTANT)
-
-public:
-    QString name;
-    QString licence;
-};
 
 /// What the program is, and what a report of a fault needs to say of where it runs. Main thread only.
 class AboutModel final : public QObject {
@@ -33,8 +22,7 @@ class AboutModel final : public QObject {
     Q_PROPERTY(QString version READ version CONSTANT)
     Q_PROPERTY(QString licenceTitle READ licenceTitle CONSTANT)
     Q_PROPERTY(QString licence READ licence CONSTANT)
-    Q_PROPERTY(QString thirdPartyTitle READ thirdPartyTitle CONSTANT)
-    Q_PROPERTY(QVariantList thirdParties READ thirdParties CONSTANT)
+    Q_PROPERTY(talvera::ThirdPartyLicences* thirdParties READ thirdParties CONSTANT)
     Q_PROPERTY(QString detailsTitle READ detailsTitle CONSTANT)
     Q_PROPERTY(QString detailsSubtitle READ detailsSubtitle CONSTANT)
     Q_PROPERTY(QString copyText READ copyText CONSTANT)
@@ -47,18 +35,17 @@ public:
         MachineDescription& machine;
         Pasteboard& pasteboard;
         SerialQueue& typing; ///< where the clipboard is written, so that no paste under way gets our text
+        ThirdPartyLicences::Parts licences;
     };
 
-    explicit AboutModel(Parts parts);
+    explicit AboutModel(const Parts& parts);
 
     QString title() const;
     QString subtitle() const;
     QString version() const;
     QString licenceTitle() const;
     QString licence() const;
-    QString thirdPartyTitle() const;
-    /// Of ThirdParty.
-    QVariantList thirdParties() const;
+    ThirdPartyLicences* thirdParties() { return &m_thirdParties; }
 
     QString detailsTitle() const;
     QString detailsSubtitle() const;
@@ -71,7 +58,8 @@ public:
     QString details() const;
     /// Puts it on the clipboard, and tells of it by `copied`.
     Q_INVOKABLE void copyDetails();
-    Q_INVOKABLE void forget();
+    /// As it was before anything was done in it.
+    void forget();
 
 Q_SIGNALS:
     void copied();
@@ -80,6 +68,7 @@ private:
     void setResult(const QString& text);
 
     const Parts m_parts;
+    ThirdPartyLicences m_thirdParties;
     QString m_copyResult;
     Lifetime m_lifetime;
 };

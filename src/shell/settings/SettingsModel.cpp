@@ -78,8 +78,10 @@ void SettingsModel::selectAbout() {
 }
 
 void SettingsModel::show(std::optional<SettingsSectionID> section) {
-    if (m_section == section)
+    if (m_section == section) {
+        m_about.thirdParties()->forget(); // back to what is shown first
         return;
+    }
     m_section = section;
     m_hotkey.recorder()->cancel();
     m_language.toggle()->cancel();

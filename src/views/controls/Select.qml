@@ -13,7 +13,9 @@ T.AbstractButton {
     property int current: -1
     property real leastWidth: 120
     property bool listOpen: false
-    readonly property real longest: Math.max(0, ...Array.from(options).map(option => metrics.advanceWidth(option)))
+    /// As wide whatever is chosen. Not for names in other scripts: to measure them is to load their fonts.
+    property bool fitsAll: true
+    readonly property real longest: Math.max(0, ...Array.from(fitsAll ? options : [text]).map(option => metrics.advanceWidth(option)))
 
     signal chosen(int index)
 
@@ -35,6 +37,7 @@ T.AbstractButton {
     focusPolicy: Qt.StrongFocus
     text: current >= 0 && current < options.length ? options[current] : ""
     Accessible.role: Accessible.ComboBox
+    Accessible.onRoleChanged: Accessible.role = Accessible.ComboBox // before Qt 6.5 buttons say that they are buttons
     Accessible.name: label
     Accessible.description: text
     Accessible.onPressAction: select.clicked()

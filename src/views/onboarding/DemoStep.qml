@@ -43,7 +43,7 @@ FocusScope {
         anchors { horizontalCenter: parent.horizontalCenter; bottom: parent.bottom; bottomMargin: 28 }
         visible: step.demo.canRun
         recording: step.demo.state === "recording"
-        done: step.demo.state === "done"
+        done: step.demo.transcript !== ""
         waits: step.demo.state === "transcribing"
         caption: step.demo.caption
         hotkeyLabel: step.demo.hotkey

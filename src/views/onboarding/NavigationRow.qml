@@ -61,6 +61,11 @@ Item {
         text: row.wizard.primaryText
         Accessible.description: row.wizard.hint !== "" ? row.wizard.hint : row.wizard.stepText
         onClicked: row.wizard.pressPrimary()
+        // Where there is nowhere else to go it comes back, and is to be seen.
+        Keys.onTabPressed: event => {
+            focusReason = Qt.TabFocusReason
+            event.accepted = false
+        }
     }
     Caption {
         anchors { right: primary.left; rightMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }

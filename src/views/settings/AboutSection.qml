@@ -8,6 +8,12 @@ SettingsSectionBody {
 
     required property SettingsModel settings
     readonly property AboutModel about: settings.about
+    readonly property ThirdPartyLicences licences: about.thirdParties
+    readonly property bool wantsKeyboard: licences.last >= 0 ///< one comes back from a licence
+
+    function takeKeyboard() {
+        rows.itemAt(licences.last).forceActiveFocus(Qt.BacktabFocusReason)
+    }
 
     title: settings.sectionTitle
     subtitle: settings.sectionSubtitle
@@ -38,32 +44,53 @@ SettingsSectionBody {
     SettingsCard {
         SettingsRow {
             first: true
-            title: section.about.thirdPartyTitle
+            title: section.licences.title
+            subtitle: section.licences.subtitle
             Accessible.role: Accessible.StaticText
             Accessible.name: title
+            Accessible.description: subtitle
         }
         Repeater {
-            model: section.about.thirdParties
+            id: rows
+            model: section.licences.parties
 
             // qmllint disable unqualified
-            Item {
-                id: party
+            MenuRowButton {
+                id: row
 
                 required property var modelData
+                required property int index
 
-                width: parent?.width ?? 0
-                height: 28
-                Accessible.role: Accessible.StaticText
-                Accessible.name: modelData.name + ", " + modelData.licence
+                x: Theme.spacingSmall
+                width: (parent?.width ?? 0) - 2 * x
+                text: modelData.name
+                Accessible.role: Accessible.Button
+                Accessible.name: text
+                Accessible.description: modelData.licence
+                Accessible.onPressAction: row.clicked()
+                onClicked: section.licences.open(index)
 
-                Label {
-                    anchors { left: parent.left; leftMargin: Theme.spacingLarge; right: licence.left; rightMargin: Theme.spacing }
-                    text: party.modelData.name
-                }
-                Caption {
-                    id: licence
-                    anchors { right: parent.right; rightMargin: Theme.spacingLarge }
-                    text: party.modelData.licence
+                contentItem: Item {
+                    implicitHeight: name.implicitHeight
+
+                    Label {
+                        id: name
+                        anchors { left: parent.left; right: licence.left; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
+                        text: row.text
+                    }
+                    Caption {
+                        id: licence
+                        anchors { right: mark.left; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+                        text: row.modelData.licence
+                    }
+                    Symbol {
+                        id: mark
+                        anchors { right: parent.right; verticalCenter: parent.verticalCenter }
+                        name: "chevron.down"
+                        size: 14
+                        rotation: -90
+                        color: Theme.textSecondary
+                    }
                 }
             }
             // qmllint enable unqualified

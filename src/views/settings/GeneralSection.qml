@@ -16,6 +16,8 @@ SettingsSectionBody {
     SettingsCard {
         SettingsSelect {
             first: true
+            fitsAll: false
+            leastWidth: 180
             setting: section.general.displayLanguage
         }
     }

@@ -9,6 +9,7 @@ SettingsRow {
     required property ChoiceRow setting
     property alias leastWidth: select.leastWidth
     property bool shortens: false ///< the options may be of any length, since they are no words of ours
+    property alias fitsAll: select.fitsAll
 
     visible: setting.isShown
     title: setting.title

@@ -7,6 +7,7 @@ FocusScope {
     id: view
 
     required property SettingsModel settings
+    readonly property ThirdPartyLicences licences: settings.about.thirdParties
     readonly property var pages: ({ general: general, hotkey: hotkey, language: language, ai: ai, privacy: privacy })
 
     /// The keyboard is at the section that is shown.
@@ -18,8 +19,22 @@ FocusScope {
     Accessible.name: settings.windowTitle
 
     Shortcut {
-        sequences: ["Ctrl+W", "Escape"]
+        sequences: ["Ctrl+W"]
         onActivated: view.Window.window.close()
+    }
+    Shortcut {
+        sequences: ["Escape"]
+        onActivated: {
+            if (view.licences.isOpen)
+                view.licences.close()
+            else
+                view.Window.window.close()
+        }
+    }
+    Shortcut {
+        sequences: ["Alt+Left"]
+        enabled: view.licences.isOpen
+        onActivated: view.licences.close()
     }
     Shortcut {
         sequences: ["Ctrl+PgDown", "Ctrl+Tab"]
@@ -46,9 +61,16 @@ FocusScope {
     }
     Loader {
         anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: parent.top; bottom: parent.bottom }
-        sourceComponent: view.settings.showsAbout ? about : view.pages[view.settings.section]
+        sourceComponent: view.licences.isOpen ? licence : view.settings.showsAbout ? about : view.pages[view.settings.section]
         // What had the keyboard is gone, or is the section of before.
-        onLoaded: if (activeFocus || sidebar.activeFocus) sidebar.takeKeyboard()
+        onLoaded: {
+            // qmllint disable
+            if (item.wantsKeyboard ?? false)
+                item.takeKeyboard()
+            // qmllint enable
+            else if (activeFocus || sidebar.activeFocus)
+                sidebar.takeKeyboard()
+        }
     }
 
     // qmllint disable unqualified
@@ -58,5 +80,6 @@ FocusScope {
     Component { id: ai; CleanupSection { settings: view.settings } }
     Component { id: privacy; PrivacySection { settings: view.settings } }
     Component { id: about; AboutSection { settings: view.settings } }
+    Component { id: licence; LicencePage { licences: view.licences } }
     // qmllint enable unqualified
 }

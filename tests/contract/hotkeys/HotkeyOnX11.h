@@ -28,7 +28,7 @@ protected:
         hotkey.onPressStart = [this] { calls.emplace_back("start"); };
         hotkey.onPressEnd = [this] { calls.emplace_back("end"); };
         hotkey.onOtherKeyWhileHeld = [this] { calls.emplace_back("other"); };
-        hotkey.onBindingRefused = [this](WatchResult result) { refused.push_back(result); };
+        hotkey.onBindingRefused() = [this](WatchResult result) { refused.push_back(result); };
     }
 
     void TearDown() override {

@@ -404,7 +404,7 @@ TEST_F(HotkeyManagerTest, callbackThatReplacesItself_livesUntilItEnds) {
 
 TEST_F(HotkeyManagerTest, chordOfAnotherProgram_isLoggedAndTold) {
     std::vector<WatchResult> refused;
-    hotkey.onBindingRefused = [&](WatchResult result) { refused.push_back(result); };
+    hotkey.onBindingRefused() = [&](WatchResult result) { refused.push_back(result); };
     keyboard.takenChords = {{0xC0000, VirtualKey::Space}};
     install();
     EXPECT_EQ(refused, std::vector{WatchResult::ChordTaken});
@@ -417,7 +417,7 @@ TEST_F(HotkeyManagerTest, chordOfAnotherProgram_isLoggedAndTold) {
 
 TEST_F(HotkeyManagerTest, keyOfNoKeyboard_isLoggedAndTold) {
     std::vector<WatchResult> refused;
-    hotkey.onBindingRefused = [&](WatchResult result) { refused.push_back(result); };
+    hotkey.onBindingRefused() = [&](WatchResult result) { refused.push_back(result); };
     const VirtualKey nowhere{200};
     keyboard.missingKeys = {nowhere};
     install(HotkeyBinding::chord(0xC0000, nowhere));

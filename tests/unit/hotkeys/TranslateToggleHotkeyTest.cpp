@@ -221,7 +221,7 @@ TEST_F(TranslateToggle, sameBindingAgain_isNotAskedForAgain) {
 
 TEST_F(TranslateToggle, bindingThatCantBeHad_isToldInALaterTurn) {
     std::vector<WatchResult> refusals;
-    toggle.onBindingRefused = [&](WatchResult result) { refusals.push_back(result); };
+    toggle.onBindingRefused() = [&](WatchResult result) { refusals.push_back(result); };
     keyboard.takenChords.push_back({controlOptionCommand, VirtualKey::T});
     keyboard.missingKeys.insert(VirtualKey::F5);
     toggle.setBinding(chord);

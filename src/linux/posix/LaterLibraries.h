@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <set>
+
+namespace talvera {
+
+/// The libraries that come into this process after this was made, such as those of a window or of a
+/// download, and stay in it. What is mapped of their code and constants can be given back when they aren't
+/// needed for now: it lies in their files, and is mapped again where it is used. Any thread.
+class LaterLibraries {
+public:
+    LaterLibraries();
+
+    /// What they have written, and what could only be written, stays.
+    void giveBack() const;
+
+private:
+    std::set<std::uintptr_t> m_earlier; ///< where those lie that were there before
+};
+
+} // namespace talvera
