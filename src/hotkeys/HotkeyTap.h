@@ -24,7 +24,8 @@ public:
     /// `owner` begins the lines of the log.
     HotkeyTap(MainActor& mainActor, EventTapFactory& taps, Console& console, QString owner);
 
-    /// Tells that what was to be watched can't be had, in a later turn of the main actor; read at that moment.
+    /// Tells that what was to be watched can't be had, in a later turn of the main actor; read at that
+    /// moment.
     std::function<void(WatchResult)> onRefused;
 
     /// The tap, once `install` has succeeded and as long as it works.
