@@ -38,7 +38,7 @@ private:
     ViewEngine& views();
 
     Parts m_parts;
-    LaterLibraries m_libraries;
+    LaterLibraries m_libraries{{"libcrypto.so", "libQt6Network.so"}}; // the two are for downloads
     std::optional<ViewEngine> m_views;
 };
 

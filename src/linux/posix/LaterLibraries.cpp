@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "linux/posix/LaterLibraries.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <functional>
 #include <span>
 
@@ -57,8 +59,13 @@ void giveBackPages(const Library& library, const Segment& segment) {
 
 } // namespace
 
-LaterLibraries::LaterLibraries() {
-    forEachLibrary([this](const Library& library) { m_earlier.insert(library.dlpi_addr); });
+LaterLibraries::LaterLibraries(const std::vector<std::string>& others) {
+    forEachLibrary([&](const Library& library) {
+        const auto name = std::filesystem::path(library.dlpi_name).filename().string();
+        const auto isIt = [&name](const std::string& other) { return name.starts_with(other); };
+        if (!std::any_of(others.begin(), others.end(), isIt))
+            m_earlier.insert(library.dlpi_addr);
+    });
 }
 
 void LaterLibraries::giveBack() const {

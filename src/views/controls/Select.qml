@@ -4,7 +4,8 @@ import QtQuick.Templates as T
 import Talvera
 
 /// Shows what is chosen, and opens a list to choose from over its window.
-T.AbstractButton {
+/// No button, since before Qt 6.5 these tell screen readers that they are buttons, whatever they are given to say.
+T.Control {
     id: select
 
     property string label ///< what is chosen, as screen readers say it
@@ -13,6 +14,9 @@ T.AbstractButton {
     property int current: -1
     property real leastWidth: 120
     property bool listOpen: false
+    property bool spaceHeld: false
+    readonly property string text: current >= 0 && current < options.length ? options[current] : ""
+    readonly property bool pressed: area.pressed || spaceHeld
     /// As wide whatever is chosen. Not for names in other scripts: to measure them is to load their fonts.
     property bool fitsAll: true
     readonly property real longest: Math.max(0, ...Array.from(fitsAll ? options : [text]).map(option => metrics.advanceWidth(option)))
@@ -35,14 +39,19 @@ T.AbstractButton {
     rightPadding: Theme.spacingSmall
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    text: current >= 0 && current < options.length ? options[current] : ""
     Accessible.role: Accessible.ComboBox
-    Accessible.onRoleChanged: Accessible.role = Accessible.ComboBox // before Qt 6.5 buttons say that they are buttons
     Accessible.name: label
     Accessible.description: text
-    Accessible.onPressAction: select.clicked()
-    onClicked: open()
+    Accessible.onPressAction: open()
     onVisibleChanged: if (!visible) listOpen = false
+    onActiveFocusChanged: spaceHeld = false
+    Keys.onSpacePressed: spaceHeld = true
+    Keys.onReleased: event => {
+        if (event.key === Qt.Key_Space && !event.isAutoRepeat && spaceHeld) {
+            spaceHeld = false
+            open()
+        }
+    }
     Keys.onReturnPressed: open()
     Keys.onEnterPressed: open()
     Keys.onDownPressed: open()
@@ -81,6 +90,12 @@ T.AbstractButton {
         }
     }
 
+    MouseArea {
+        id: area
+        anchors.fill: parent
+        onPressed: select.forceActiveFocus(Qt.MouseFocusReason)
+        onClicked: select.open()
+    }
     Loader {
         parent: select.Window.contentItem
         anchors.fill: parent

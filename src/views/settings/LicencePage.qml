@@ -52,7 +52,7 @@ Item {
         id: reader
 
         function scroll(by) {
-            contentY = Math.max(originY, Math.min(contentY + by, originY + contentHeight + bottomMargin - height))
+            contentY = Math.max(originY - topMargin, Math.min(contentY + by, originY + contentHeight + bottomMargin - height))
         }
 
         anchors { left: parent.left; right: parent.right; top: licence.bottom; bottom: parent.bottom; margins: page.sides; topMargin: Theme.spacing; bottomMargin: 0 }
@@ -63,6 +63,7 @@ Item {
         keyNavigationEnabled: false
         highlightFollowsCurrentItem: false
         onContentYChanged: currentIndex = Math.max(0, indexAt(0, contentY + Theme.spacingLarge)) // the one to be read
+        topMargin: Theme.spacingSmall
         bottomMargin: Theme.spacingHuge
         Accessible.role: Accessible.List
         Accessible.name: head.text

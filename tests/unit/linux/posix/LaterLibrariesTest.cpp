@@ -84,6 +84,14 @@ TEST(LaterLibraries, earlierOne_staysAsItIs) {
     EXPECT_GE(library.resident(), tableSize);
 }
 
+TEST(LaterLibraries, earlierOneThatIsNamed_isGivenBack) {
+    LoadedLibrary library;
+    const LaterLibraries libraries({"later_lib"});
+    libraries.giveBack();
+    EXPECT_LT(library.resident(), tableSize / 2);
+    EXPECT_EQ(library.remembered(), 1);
+}
+
 TEST(LaterLibraries, oneThatHasGone_isNoConcern) {
     const LaterLibraries libraries;
     std::optional<LoadedLibrary> library(std::in_place);

@@ -46,18 +46,19 @@ TEST_F(LicencePage, keyboard_opensReadsAndCloses) {
     control("Qt").forceActiveFocus(Qt::TabFocusReason);
     press(Qt::Key_Return);
     ASSERT_TRUE(licences().isOpen());
-    EXPECT_EQ(window.activeFocusItem(), &text());
+    EXPECT_TRUE(text().hasActiveFocus());
 
+    const double start = place();
     press(Qt::Key_Down);
     const double line = place();
-    EXPECT_GT(line, 0);
+    EXPECT_GT(line, start);
     EXPECT_GT(text().property("currentIndex").toInt(), 0) << "what a screen reader says";
     press(Qt::Key_PageDown);
     EXPECT_GT(place(), line + 100);
     press(Qt::Key_PageUp);
     press(Qt::Key_Up);
     press(Qt::Key_Up); // there is none above
-    EXPECT_EQ(place(), 0);
+    EXPECT_EQ(place(), start);
     press(Qt::Key_End);
     EXPECT_TRUE(isShown("Clause 300\n"));
     press(Qt::Key_Home);
