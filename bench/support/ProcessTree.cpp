@@ -71,17 +71,9 @@ std::chrono::nanoseconds ProcessTree::used() const {
     return all;
 }
 
-double ProcessTree::megabytes() const {
-    return megabytesOf("Pss:");
-}
-
-double ProcessTree::ownMegabytes() const {
-    return megabytesOf("Pss_Anon:");
-}
-
-double ProcessTree::megabytesOf(const char* field) const {
+double ProcessTree::megabytesOf(const char* field, const std::vector<pid_t>& processes) {
     std::int64_t kilobytes = 0;
-    for (const pid_t process : processes())
+    for (const pid_t process : processes)
         kilobytes += fieldOf(directoryOf(process) / "smaps_rollup", field);
     return static_cast<double>(kilobytes) / 1024;
 }

@@ -29,12 +29,15 @@ public:
     std::chrono::nanoseconds used() const;
 
     /// The memory of all, where what is shared with others counts by its share. MB of 1024 * 1024 bytes.
-    double megabytes() const;
+    double megabytes() const { return megabytesOf("Pss:", processes()); }
     /// Of that, what stands in no file: it doesn't depend on which other programs use the same libraries.
-    double ownMegabytes() const;
+    double ownMegabytes() const { return megabytesOf("Pss_Anon:", processes()); }
+    /// The same of the program alone, without the processes that it has started.
+    double megabytesOfRoot() const { return megabytesOf("Pss:", {m_root}); }
+    double ownMegabytesOfRoot() const { return megabytesOf("Pss_Anon:", {m_root}); }
 
 private:
-    double megabytesOf(const char* field) const;
+    static double megabytesOf(const char* field, const std::vector<pid_t>& processes);
 
     pid_t m_root;
 };
