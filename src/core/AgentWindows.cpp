@@ -90,27 +90,28 @@ std::unique_ptr<SettingsModel> Agent::Wiring::makeSettingsModel() {
         relaunchApplication(m_machine.actor, m_machine.system.relauncher,
                             [&application = m_machine.system.application] { application.terminate(); });
     };
-    return std::make_unique<SettingsModel>(
-        SettingsModel::Parts{.general = {.settings = settings,
-                                         .language = interfaceLanguage,
-                                         .loginItem = m_machine.system.loginItem,
-                                         .sounds = m_machine.sound.player,
-                                         .relaunch = relaunch},
-                             .hotkey = {.settings = settings,
-                                        .layout = m_machine.keyboard.layout,
-                                        .recorder = *settingsHotkey,
-                                        .openKeyboardSettings = [this] { openKeyboardSettings(); }},
-                             .toggleRecorder = *settingsToggle,
-                             .cleanup = {.settings = settings,
-                                         .readiness = readiness,
-                                         .model = m_machine.language.model,
-                                         .choice = m_machine.language.choice,
-                                         .openModelSettings = [this] { openLanguageModelFolder(); }},
-                             .about = {.actor = m_machine.actor,
-                                       .machine = m_machine.system.description,
-                                       .pasteboard = m_machine.desktop.pasteboard,
-                                       .typing = m_machine.keyboard.typing,
- .licences = {m_machine.system.files, m_machine.system.directories.resources + QStringLiteral("/Resources/licences")}}});
+    return std::make_unique<SettingsModel>(SettingsModel::Parts{
+        .general = {.settings = settings,
+                    .language = interfaceLanguage,
+                    .loginItem = m_machine.system.loginItem,
+                    .sounds = m_machine.sound.player,
+                    .relaunch = relaunch},
+        .hotkey = {.settings = settings,
+                   .layout = m_machine.keyboard.layout,
+                   .recorder = *settingsHotkey,
+                   .openKeyboardSettings = [this] { openKeyboardSettings(); }},
+        .toggleRecorder = *settingsToggle,
+        .cleanup = {.settings = settings,
+                    .readiness = readiness,
+                    .model = m_machine.language.model,
+                    .choice = m_machine.language.choice,
+                    .openModelSettings = [this] { openLanguageModelFolder(); }},
+        .about = {.actor = m_machine.actor,
+                  .machine = m_machine.system.description,
+                  .pasteboard = m_machine.desktop.pasteboard,
+                  .typing = m_machine.keyboard.typing,
+                  .licences = {m_machine.system.files, m_machine.system.directories.resources +
+                                                           QStringLiteral("/Resources/licences")}}});
 }
 
 void Agent::Wiring::makeSettingsRecorders() {
