@@ -4,8 +4,7 @@ import QtQuick.Templates as T
 import Talvera
 
 /// Shows what is chosen, and opens a list to choose from over its window.
-/// No button, since before Qt 6.5 these tell screen readers that they are buttons, whatever they are given to say.
-T.Control {
+T.AbstractButton {
     id: select
 
     property string label ///< what is chosen, as screen readers say it
@@ -14,9 +13,6 @@ T.Control {
     property int current: -1
     property real leastWidth: 120
     property bool listOpen: false
-    property bool spaceHeld: false
-    readonly property string text: current >= 0 && current < options.length ? options[current] : ""
-    readonly property bool pressed: area.pressed || spaceHeld
     /// As wide whatever is chosen. Not for names in other scripts: to measure them is to load their fonts.
     property bool fitsAll: true
     readonly property real longest: Math.max(0, ...Array.from(fitsAll ? options : [text]).map(option => metrics.advanceWidth(option)))
@@ -39,19 +35,13 @@ T.Control {
     rightPadding: Theme.spacingSmall
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
+    text: current >= 0 && current < options.length ? options[current] : ""
     Accessible.role: Accessible.ComboBox
     Accessible.name: label
     Accessible.description: text
-    Accessible.onPressAction: open()
+    Accessible.onPressAction: select.clicked()
+    onClicked: open()
     onVisibleChanged: if (!visible) listOpen = false
-    onActiveFocusChanged: spaceHeld = false
-    Keys.onSpacePressed: spaceHeld = true
-    Keys.onReleased: event => {
-        if (event.key === Qt.Key_Space && !event.isAutoRepeat && spaceHeld) {
-            spaceHeld = false
-            open()
-        }
-    }
     Keys.onReturnPressed: open()
     Keys.onEnterPressed: open()
     Keys.onDownPressed: open()
@@ -90,12 +80,6 @@ T.Control {
         }
     }
 
-    MouseArea {
-        id: area
-        anchors.fill: parent
-        onPressed: select.forceActiveFocus(Qt.MouseFocusReason)
-        onClicked: select.open()
-    }
     Loader {
         parent: select.Window.contentItem
         anchors.fill: parent

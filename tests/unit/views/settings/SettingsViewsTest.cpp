@@ -3,8 +3,6 @@
 #include "SettingsViews.h"
 #include "ShippedCatalogs.h"
 
-#include <QAccessible>
-
 using namespace talvera;
 using namespace talvera::test;
 
@@ -195,16 +193,6 @@ TEST_F(SettingsViews, list_isChosenFromByMouseAndClosedByAClickBesideIt) {
     QTest::mouseClick(&window, Qt::LeftButton, {}, QPoint(5, 600));
     EXPECT_FALSE(isShown("日本語"));
     EXPECT_EQ(settings.appLanguage.get(), "fr");
-}
-
-TEST_F(SettingsViews, list_isAComboBoxToScreenReaders) {
-    show();
-    QAccessible::setActive(true);
-    const auto* told = QAccessible::queryAccessibleInterface(&control("Sound on start"));
-    ASSERT_TRUE(told);
-    EXPECT_EQ(told->role(), QAccessible::ComboBox);
-    EXPECT_EQ(told->text(QAccessible::Name), "Sound on start");
-    QAccessible::setActive(false);
 }
 
 TEST_F(SettingsViews, slider_isMovedByTheKeyboard) {
