@@ -135,6 +135,10 @@ void Judge::seeMenu(const std::string& state) {
     if (state == "recording") {
         m_snapshots.insert(snapshot());
         m_snapshot = *m_snapshots.begin();
+        // Not before: the look for the focus may have held the main thread.
+        m_wayAhead = way();
+        m_sourceAhead = m_world->settings.sourceLanguageCode.get();
+        m_wasModelReplaced = false;
     } else if (state == "transcribing") {
         begin();
     } else if (from == "transcribing") {
@@ -207,9 +211,6 @@ void Judge::seeRecorderStart() {
 
     judgePressWithoutModel();
     m_snapshots = {snapshot()};
-    m_wayAhead = way();
-    m_sourceAhead = m_world->settings.sourceLanguageCode.get();
-    m_wasModelReplaced = false;
     m_world->microphone.onLost = [this] {
         if (m_menu == "recording") // rather than the wizard's demo
             m_microphoneLost = m_world->actor.now();

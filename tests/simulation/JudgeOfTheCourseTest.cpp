@@ -143,6 +143,13 @@ TEST_F(JudgeOfParts, oldPartOfAnotherModel_isNoticed) {
     EXPECT_EQ(verdict(longDictation), QStringLiteral("delivered without a reason"));
 }
 
+TEST_F(JudgeOfParts, modelThatIsReplacedWhileTheFocusIsLookedFor_isTheOnlyOne) {
+    EXPECT_EQ(verdict(longDictation + QStringList{"0 applications take 0.2 s to say what has the focus",
+                                                  "0.7 the model is replaced"}),
+              QStringLiteral("nothing"));
+    EXPECT_EQ(partsAhead(), 1U);
+}
+
 TEST_F(JudgeOfParts, partOfARecordingThatIsNotSaved_isNotMissed) {
     QStringList discarded = longDictation;
     discarded[0] = "0 the user speaks for 0 s";
