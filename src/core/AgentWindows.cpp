@@ -71,7 +71,7 @@ std::unique_ptr<WizardWindow> Agent::Wiring::makeWizardWindow() {
                                        onboarding.suspendHotkey, hotkey, translateToggle},
             HotkeyRecorderModel::Shortcut::Hotkey);
         QObject::connect(&chords, &HotkeyRecorderModel::isRecordingChanged,
-                         [this] { onboarding.setRecordsChord(hotkeyRecorder->isRecording()); });
+                         [this, &chords] { onboarding.setRecordsChord(chords.isRecording()); });
         onboardingModel.emplace(
             OnboardingModel::Parts{onboarding, downloader, readiness, settings, keyboard.layout, &chords});
         onboardingModel->hotkey()->onKeyboardSettings = [this] { openKeyboardSettings(); };
