@@ -63,7 +63,8 @@ void Judge::hear(const QString& words) {
     judgeModel();
     if (words == QStringLiteral("the model is missing") && m_world->agent().models.isReady())
         m_modelGone = m_world->actor.now();
-    if (words == QStringLiteral("the model is replaced"))
+    // Later, what is under way comes to its end with the model that it has begun with.
+    if (words == QStringLiteral("the model is replaced") && !m_inFlight)
         m_wasModelReplaced = true;
     if (words.startsWith(QStringLiteral("the hotkey comes up")))
         m_hotkeyUp = m_world->actor.now();

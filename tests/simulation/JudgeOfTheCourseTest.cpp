@@ -150,6 +150,13 @@ TEST_F(JudgeOfParts, modelThatIsReplacedWhileTheFocusIsLookedFor_isTheOnlyOne) {
     EXPECT_EQ(partsAhead(), 1U);
 }
 
+TEST_F(JudgeOfParts, modelThatIsReplacedAfterTheRelease_leavesThePartThatIsUnderWay) {
+    QStringList late = longDictation;
+    late[5] = "3.8 the microphone hears 30 s";
+    EXPECT_EQ(verdict(late + QStringList{"4.1 the model is replaced"}), QStringLiteral("nothing"));
+    EXPECT_EQ(partsAhead(), 1U);
+}
+
 TEST_F(JudgeOfParts, partOfARecordingThatIsNotSaved_isNotMissed) {
     QStringList discarded = longDictation;
     discarded[0] = "0 the user speaks for 0 s";
