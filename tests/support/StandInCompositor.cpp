@@ -90,7 +90,7 @@ StandInCompositor::~StandInCompositor() {
 
 void StandInCompositor::serve() {
     auto* loop = ::wl_display_get_event_loop(m_display);
-    ::wl_event_loop_add_fd(
+    auto* const waking = ::wl_event_loop_add_fd(
         loop, m_wake.get(), WL_EVENT_READABLE,
         [](int wake, std::uint32_t, void* data) {
             std::uint64_t count = 0;
@@ -103,6 +103,7 @@ void StandInCompositor::serve() {
         ::wl_display_flush_clients(m_display);
         ::wl_event_loop_dispatch(loop, -1);
     }
+    ::wl_event_source_remove(waking);
     ::wl_display_destroy_clients(m_display);
     ::wl_display_destroy(m_display);
 }

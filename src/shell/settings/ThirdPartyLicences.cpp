@@ -101,7 +101,7 @@ QStringList ThirdPartyLicences::passagesOf(const ThirdParty& party) const {
         // is said below
     }
     return {formatted(localized("settings.about.thirdParty.missing",
-                                "The text can't be read. It belongs into this file:\n%@"),
+                                "The text can't be read. It belongs into this file: %@"),
                       path)};
 }
 

@@ -50,7 +50,7 @@ TEST_F(ThirdPartyLicencesTest, text_isDividedAtEmptyLinesAndWhenThereAreNone) {
 TEST_F(ThirdPartyLicencesTest, textThatIsMissingOrEmpty_saysWhereItBelongs) {
     licences.open(0);
     EXPECT_EQ(licences.passages(),
-              QStringList("The text can't be read. It belongs into this file:\n/licences/at-spi.txt"));
+              QStringList("The text can't be read. It belongs into this file: /licences/at-spi.txt"));
     EXPECT_EQ(licences.name(), "AT-SPI");
     write("\n \n");
     licences.open(0);
