@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -15,7 +16,8 @@ namespace {
 
 constexpr std::size_t mostHelpers = 1000;
 
-bool holdsTerminal(pid_t process) {
+/// Null when there is no such process, as when it has ended meanwhile.
+std::optional<bool> holdsTerminal(pid_t process) {
     std::error_code error;
     const std::string directory = "/proc/" + std::to_string(process) + "/fd";
     for (std::filesystem::directory_iterator descriptor(directory, error), end; !error && descriptor != end;
@@ -25,6 +27,8 @@ bool holdsTerminal(pid_t process) {
             return true;
         error.clear(); // a descriptor that was closed meanwhile
     }
+    if (error == std::errc::no_such_file_or_directory || error == std::errc::no_such_process)
+        return std::nullopt;
     return static_cast<bool>(error);
 }
 
@@ -34,7 +38,8 @@ bool mayShowTerminals(pid_t process, const std::set<pid_t>& programs) {
     const auto children = childrenByParent();
     std::vector<pid_t> helpers{process};
     for (std::size_t index = 0; index < helpers.size() && index < mostHelpers; ++index) {
-        if (holdsTerminal(helpers[index]))
+        const bool isItself = index == 0; // a helper that has ended shows nothing any more
+        if (holdsTerminal(helpers[index]).value_or(isItself))
             return true;
         const auto [first, last] = children.equal_range(helpers[index]);
         std::for_each(first, last, [&](const auto& child) {
