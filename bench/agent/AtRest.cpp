@@ -17,26 +17,11 @@
 
 using namespace talvera;
 using namespace talvera::bench;
-using namespace std::chrono_literals;
 
 namespace {
 
-/// At rest: no processor time for two seconds.
-void awaitRest(const ProcessTree& tree) {
-    constexpr int quietLooks = 4;
-    auto before = tree.used();
-    for (int looks = 0, quiet = 0; quiet < quietLooks; ++looks) {
-        if (looks > 120)
-            throw std::runtime_error("the agent doesn't come to rest");
-        std::this_thread::sleep_for(500ms);
-        const auto now = tree.used();
-        quiet = now == before ? quiet + 1 : 0;
-        before = now;
-    }
-}
-
 void watch(const ProcessTree& tree, const std::string& when, std::chrono::seconds length) {
-    awaitRest(tree);
+    tree.awaitRest();
     const auto before = tree.threads();
     std::this_thread::sleep_for(length);
     const auto after = tree.threads();

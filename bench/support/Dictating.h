@@ -43,6 +43,9 @@ public:
     /// The keys that have been typed since.
     std::vector<KeyWitness::Key> typed() const;
 
+    /// Puts our micro language model where the agent looks for one.
+    void addLanguageModel() { m_home.addLanguageModel(test::AgentHome::LanguageModel::Micro); }
+
     pid_t agent() const { return m_agent->pid(); }
 
 private:

@@ -3,6 +3,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
+#include <thread>
 
 namespace talvera::bench {
 
@@ -69,6 +71,19 @@ std::chrono::nanoseconds ProcessTree::used() const {
     for (const auto& [id, thread] : threads())
         all += thread.used;
     return all;
+}
+
+void ProcessTree::awaitRest() const {
+    constexpr int quietLooks = 4;
+    auto before = used();
+    for (int looks = 0, quiet = 0; quiet < quietLooks; ++looks) {
+        if (looks > 120)
+            throw std::runtime_error("the agent doesn't come to rest");
+        std::this_thread::sleep_for(std::chrono::milliseconds(500));
+        const auto now = used();
+        quiet = now == before ? quiet + 1 : 0;
+        before = now;
+    }
 }
 
 double ProcessTree::megabytesOf(const char* field, const std::vector<pid_t>& processes) {

@@ -68,7 +68,7 @@ protected:
     bool hasMicrophone() const { return monitor->micStatus.get() == AuthorizationStatus::Authorized; }
 
     /// The interval of the poll, and what a busy machine may add to it.
-    static constexpr auto soon = 2s + 2s;
+    static constexpr auto soon = 2s + 8s;
 
     QtMainActor actor;
     SoundServer server{GetParam()};
