@@ -28,8 +28,8 @@ private:
     int m_watch;
 };
 
-/// How long `tool` takes for a recording, with the arguments that the agent would give it and the micro model. Throws
-/// std::runtime_error when it fails.
+/// How long `tool` takes for a recording, with the arguments that the agent would give it and the micro
+/// model. Throws std::runtime_error when it fails.
 Clock::duration timeOfRecognition(const QString& tool, const std::string& wav, const QString& language);
 
 } // namespace talvera::bench

@@ -28,8 +28,8 @@ public:
     Threads threads() const;
     std::chrono::nanoseconds used() const;
 
-    /// Returns when they have used no processor time for two seconds. Throws std::runtime_error when that takes longer
-    /// than a minute.
+    /// Returns when they have used no processor time for two seconds. Throws std::runtime_error when that
+    /// takes longer than a minute.
     void awaitRest() const;
 
     /// The memory of all, where what is shared with others counts by its share. MB of 1024 * 1024 bytes.

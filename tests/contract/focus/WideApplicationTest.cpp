@@ -28,7 +28,8 @@ class WideApplication : public BadApplication {
 protected:
     static constexpr int megabyte = 1024 * 1024;
 
-    /// What the questions about it have cost, in bytes: it depends on when its answers come what is given back at once.
+    /// What the questions about it have cost, in bytes. What is given back at once depends on when its
+    /// answers come.
     int costOfAsking() {
         const auto before = std::ptrdiff_t(residentMemory());
         expectSilenceInTime();
