@@ -32,6 +32,7 @@ const std::vector<ThirdParty>& allParties() {
         {QStringLiteral("QCoro"), QStringLiteral("MIT"), QStringLiteral("qcoro")},
         {QStringLiteral("Qt"), QStringLiteral("LGPL-3.0"), QStringLiteral("qt")},
         {QStringLiteral("SQLite"), QStringLiteral("Public Domain"), QStringLiteral("sqlite")},
+        {QStringLiteral("Wayland"), QStringLiteral("MIT"), QStringLiteral("wayland")},
         {QStringLiteral("whisper.cpp, llama.cpp, ggml"), QStringLiteral("MIT"),
          QStringLiteral("whisper.cpp")},
     };
