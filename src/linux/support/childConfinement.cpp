@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "linux/support/childConfinement.h"
 
+#include "linux/support/landlock.h"
+
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -20,29 +22,6 @@
 namespace talvera {
 
 namespace {
-
-// Landlock, as the kernel's own headers of this age don't know all of it.
-constexpr long createRuleset = 444;
-constexpr long addRule = 445;
-constexpr long restrictSelf = 446;
-constexpr std::uint32_t askForVersion = 1;
-constexpr int ruleBeneathPath = 1;
-
-constexpr std::uint64_t writeFile = 1U << 1;
-constexpr std::uint64_t removeAndMake = 0x1FFF & ~0xFU; // rights 4 to 12
-constexpr std::uint64_t referToOther = 1U << 13;
-constexpr std::uint64_t truncateFile = 1U << 14;
-constexpr std::uint64_t bindAndConnect = 1U << 0 | 1U << 1;
-
-struct Ruleset {
-    std::uint64_t files;
-    std::uint64_t network;
-};
-
-struct [[gnu::packed]] PathRule {
-    std::uint64_t rights;
-    std::int32_t path;
-};
 
 constexpr sock_filter statement(unsigned code, std::uint32_t value) {
     return {static_cast<std::uint16_t>(code), 0, 0, value};
@@ -118,6 +97,7 @@ constexpr auto makeCallFilter() {
 constexpr auto callFilter = makeCallFilter();
 
 void confineFiles() {
+    using namespace landlock;
     const auto version = static_cast<int>(::syscall(createRuleset, nullptr, 0, askForVersion));
     if (version < 1)
         return;
@@ -126,9 +106,8 @@ void confineFiles() {
         files |= referToOther;
     if (version >= 3)
         files |= truncateFile;
-    const Ruleset ruleset{files, bindAndConnect};
-    const auto size = version < 4 ? offsetof(Ruleset, network) : sizeof ruleset;
-    const auto descriptor = static_cast<int>(::syscall(createRuleset, &ruleset, size, 0));
+    const Ruleset ruleset{files, bindAndConnect, 0};
+    const auto descriptor = static_cast<int>(::syscall(createRuleset, &ruleset, rulesetSize(version), 0));
     if (descriptor < 0)
         return;
     if (const int here = ::open(".", O_PATH | O_CLOEXEC | O_DIRECTORY); here >= 0) {

@@ -6,6 +6,8 @@
 
 #include "Confinement.h"
 
+#include "landlock.h"
+
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -28,45 +30,13 @@ namespace {
 /// descriptor.
 [[gnu::used]] constexpr char mark[] = "talvera: takes --prompt /dev/fd/N";
 
-// Landlock, as the kernel's own headers of this age don't know all of it.
-constexpr long createRuleset = 444;
-constexpr long addRule = 445;
-constexpr long restrictSelf = 446;
-constexpr std::uint32_t askForVersion = 1;
-constexpr int ruleBeneathPath = 1;
-
-constexpr std::uint64_t writeFile = 1U << 1;
-constexpr std::uint64_t readFile = 1U << 2;
-constexpr std::uint64_t makeFile = 1U << 8;
-constexpr std::uint64_t truncateFile = 1U << 14;
-constexpr std::uint64_t bindAndConnect = 1U << 0 | 1U << 1;
-constexpr std::uint64_t abstractSocketsAndSignals = 1U << 0 | 1U << 1;
-
-struct Ruleset {
-    std::uint64_t files;
-    std::uint64_t network;
-    std::uint64_t scopes;
-};
-
-struct [[gnu::packed]] PathRule {
-    std::uint64_t rights;
-    std::int32_t path;
-};
-
-/// A kernel takes no more of the structure than it knows.
-std::size_t rulesetSize(int version) {
-    if (version < 4)
-        return offsetof(Ruleset, network);
-    return version < 6 ? offsetof(Ruleset, scopes) : sizeof(Ruleset);
-}
-
 /// What can't be opened isn't there, which the recogniser itself will tell.
 void allow(int ruleset, const std::string& path, std::uint64_t rights) {
     const int descriptor = ::open(path.c_str(), O_PATH | O_CLOEXEC);
     if (descriptor < 0)
         return;
-    const PathRule rule{rights, descriptor};
-    ::syscall(addRule, ruleset, ruleBeneathPath, &rule, 0);
+    const landlock::PathRule rule{rights, descriptor};
+    ::syscall(landlock::addRule, ruleset, landlock::ruleBeneathPath, &rule, 0);
     ::close(descriptor);
 }
 
@@ -200,18 +170,18 @@ std::optional<std::string> promptOf(const std::string& value) {
 }
 
 std::uint64_t fileRights(int version) {
-    constexpr std::uint64_t first = (1U << 13) - 1;
-    std::uint64_t rights = first;
+    std::uint64_t rights = landlock::firstRights;
     if (version >= 2)
-        rights |= 1U << 13; // linking and moving between directories
+        rights |= landlock::referToOther;
     if (version >= 3)
-        rights |= truncateFile;
+        rights |= landlock::truncateFile;
     if (version >= 5)
-        rights |= 1U << 15; // control of devices
+        rights |= landlock::controlDevice;
     return rights;
 }
 
 bool confineFiles(const NeededFiles& files) {
+    using namespace landlock;
     const auto version = static_cast<int>(::syscall(createRuleset, nullptr, 0, askForVersion));
     if (version < 1)
         return false;
