@@ -1,28 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "linux/wayland/clipboard/WaylandClipboardService.h"
 
+#include "linux/clipboard/millisecondsUntil.h"
 #include "linux/wayland/client/WaylandConnection.h"
 
-#include <algorithm>
-#include <optional>
 #include <vector>
 
 #include <poll.h>
 
 namespace talvera {
-
-namespace {
-
-using Clock = ClipboardOwner::Clock;
-
-int millisecondsUntil(std::optional<Clock::time_point> moment) {
-    if (!moment)
-        return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*moment - Clock::now());
-    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 60'000));
-}
-
-} // namespace
 
 void WaylandClipboardService::serveLink(int stop) {
     while (m_reader.state() == RequestReader::State::Open && step(m_socket, stop))

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "linux/x11/clipboard/ClipboardService.h"
 
-#include <algorithm>
+#include "linux/clipboard/millisecondsUntil.h"
+
+#include <iterator>
 #include <poll.h>
 
 namespace talvera {
@@ -11,13 +13,6 @@ namespace {
 using Clock = SelectionOwner::Clock;
 
 constexpr std::chrono::seconds handOverPatience{5};
-
-int millisecondsUntil(std::optional<Clock::time_point> moment) {
-    if (!moment)
-        return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*moment - Clock::now());
-    return static_cast<int>(std::clamp<std::int64_t>(left.count(), 0, 60'000));
-}
 
 } // namespace
 
