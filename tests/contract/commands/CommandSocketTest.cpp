@@ -179,6 +179,13 @@ TEST_F(CommandSocketTest, directoryThatIsGone_isToldAndNoCrash) {
     EXPECT_EQ(hear(ask({"press"})), 'd');
 }
 
+TEST_F(CommandSocketTest, nameBeyondWhatASocketTakes_isToldAndNoCrash) {
+    const auto tooLong = path(QByteArray(120, 'x').constData());
+    listen({tooLong, path()});
+    EXPECT_EQ(socket->failed(), QStringList{tooLong});
+    EXPECT_EQ(hear(ask({tooLong, path()}, {"press"})), 'd');
+}
+
 TEST_F(CommandSocketTest, agentThatHangs_givesNoAnswer) {
     listen();
     const auto answer = askAgent({path()}, {"press"}, std::chrono::milliseconds(50)); // in its own thread

@@ -68,6 +68,13 @@ TEST_F(Lifecycle, firstLaunchWithNothingGranted_opensTheWizardAndAsksForNothingO
     settleDown();
 }
 
+TEST_F(Lifecycle, firstLaunchWithTheModelThere_opensTheWizardAllTheSame) {
+    world.settings.hasOnboarded.set(false);
+    launch();
+    EXPECT_EQ(world.application.policies, (std::vector{Policy::Accessory, Policy::Regular}));
+    EXPECT_TRUE(world.windows.wizard());
+}
+
 TEST_F(Lifecycle, desktopWithoutATray_isToldOfUntilTheUserHasReadIt) {
     launch();
     ASSERT_TRUE(world.statusItem.onNoTray);
@@ -409,6 +416,8 @@ TEST_F(Lifecycle, launchWithAHotkeyOfTheUsers_neverWaitsForAnother) {
     launched = true;
     world.actor.settle();
     EXPECT_EQ(story({"hud"}), QStringList());
+    // By the time that the user would be told the right one is waited for, but the log has it.
+    EXPECT_EQ(world.console.logged().filter("HotkeyManager"), QStringList());
 }
 
 TEST_F(Lifecycle, hotkeyOfAKeyboard_dictates) {

@@ -4,6 +4,8 @@
 #include "shell/hud/DictationHUDController.h"
 #include "shell/onboarding/OnboardingController.h"
 
+#include <cerrno>
+
 using namespace talvera;
 using namespace talvera::test;
 
@@ -68,6 +70,23 @@ TEST_F(Dictation, holdModeWithTooLittleAudio_isDiscardedAndTheHUDStaysOnListenin
     EXPECT_TRUE(hud().as<HUD::Listening>());
     EXPECT_FALSE(world.windows.hudPanel()->isVisible()); // nothing is recorded any more
     EXPECT_EQ(story({"statistics", "recognise"}), QStringList());
+}
+
+TEST_F(Dictation, discardedRecordingThatCannotBeDeleted_endsThePressAllTheSame) {
+    launch();
+    hear(0.1);
+    press();
+    advance(0.7);
+    const auto wav = dictation().currentWav();
+    ASSERT_TRUE(wav);
+    world.disk.failRemovals(*wav, EACCES);
+    release();
+    runToRest();
+    EXPECT_EQ(world.wavFiles(), QStringList({*wav}));
+    EXPECT_EQ(state(), State::Idle);
+    hear(2.0);
+    dictate(); // the next press is one like any other
+    EXPECT_EQ(story({"type"}).size(), 1);
 }
 
 TEST_F(Dictation, recordingAfterADiscardedOne_isShown) {

@@ -147,6 +147,7 @@ TEST_F(SecondPass, germanSpeechWithCleanup_runsTheToolTwiceAndCleansNothing) {
     EXPECT_TRUE(passes[1].startsWith("recognise translateToEnglish de"));
     EXPECT_EQ(story({"statistics", "paste"}),
               QStringList({"statistics 2.0 2 10 de true true Unavailable", "paste hello world"}));
+    EXPECT_EQ(story({"hud"}).filter("transcribing").size(), 1); // since the second pass began
     EXPECT_EQ(world.traces().constLast(), "[en-target] Whisper --translate typed 11 chars.");
     EXPECT_TRUE(world.wavFiles().isEmpty());
     EXPECT_EQ(state(), State::Idle);

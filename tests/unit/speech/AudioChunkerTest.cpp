@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <cmath>
 #include <cstddef>
 #include <limits>
 #include <new>
@@ -181,6 +182,13 @@ TEST(ReadSamples, floats_areLimitedScaledAndCut) {
     file.hold<float>({0.0F, 1.0F, -1.0F, 2.0F, -2.0F, 0.5F, -0.5F});
     EXPECT_EQ(AudioChunker::readSamples(file),
               (std::vector<std::int16_t>{0, 32767, -32767, 32767, -32767, 16383, -16383}));
+}
+
+TEST(ReadSamples, floatsThatAreNoNumbers_areSilenceOrAsLoudAsCanBe) {
+    GivenFile file;
+    file.format.sampleType = SampleType::Float32;
+    file.hold<float>({NAN, INFINITY, -INFINITY});
+    EXPECT_EQ(AudioChunker::readSamples(file), (std::vector<std::int16_t>{0, 32767, -32767}));
 }
 
 void expectFailure(GivenFile& file, int code, const char* message) {

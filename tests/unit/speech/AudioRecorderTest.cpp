@@ -162,6 +162,17 @@ TEST_F(AudioRecorderTest, noConverter_recordsNothingButShowsLevels) {
     EXPECT_EQ(levels, 4);
 }
 
+TEST_F(AudioRecorderTest, converterThatCannotBeMadeAnyMore_isNotTheOneOfTheRecordingBefore) {
+    recorder.start();
+    deliver(Samples(16000, 5000));
+    EXPECT_EQ(recorder.stop(path), 1.0);
+    converters.refuses = true;
+    recorder.start();
+    deliver(Samples(16000, 5000));
+    EXPECT_EQ(recorder.stop(path), 0.0);
+    EXPECT_EQ(files.size(path), 44);
+}
+
 TEST_F(AudioRecorderTest, bufferThatCantBeConverted_isMissingFromTheFile) {
     recorder.start();
     deliver(Samples(16000, 5000));
