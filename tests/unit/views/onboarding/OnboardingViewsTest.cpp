@@ -1,42 +1,20 @@
 // SPDX-License-Identifier: MIT
-// What the wizard's views make of its state, without a screen.
-#include "OnboardingFixture.h"
-#include "ShippedCatalogs.h"
-#include "itemsBelow.h"
-#include "platform/desktop/DesktopAppearance.h"
-#include "shell/onboarding/OnboardingModel.h"
-#include "text/Localization.h"
-#include "views/ViewEngine.h"
+// What the wizard's views make of its state and of what the user does, without a screen.
+#include "OnboardingViewFixture.h"
 
 #include <QKeyEvent>
-#include <QQuickWindow>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <optional>
+#include <stdexcept>
 
 using namespace talvera;
 using namespace talvera::test;
 
 namespace {
 
-class OnboardingViews : public OnboardingFixture {
+class OnboardingViews : public OnboardingViewFixture {
 protected:
-    /// Makes the view as its window does.
-    void make() {
-        view.reset();
-        model.emplace(OnboardingModel::Parts{controller, downloader, readiness, settings, layout, &recorder});
-        view = views.create("onboarding/OnboardingView",
-                            {{"wizard", QVariant::fromValue<QObject*>(&*model)}, {"moves", false}});
-        view->setParentItem(window.contentItem());
-        view->setSize(QSizeF(760, 580));
-        layOut(*view);
-    }
-    static void layOut(QQuickItem& item) {
-        for (auto* child : item.childItems())
-            layOut(*child);
-        item.ensurePolished();
-    }
     /// With the keyboard, as the user has it.
     void show() {
         window.resize(760, 580);
@@ -44,110 +22,6 @@ protected:
         window.requestActivate();
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
         QMetaObject::invokeMethod(view.get(), "takeKeyboard");
-    }
-
-    std::vector<QQuickItem*> shownTexts() {
-        return itemsBelow(*view, [](QQuickItem& item) {
-            return item.inherits("QQuickText") && item.isVisible() &&
-                   !item.property("text").toString().isEmpty();
-        });
-    }
-    std::vector<QQuickItem*> shownOfType(const QString& type) {
-        return itemsBelow(*view, [&](QQuickItem& item) {
-            return item.isVisible() &&
-                   QString::fromLatin1(item.metaObject()->className()).startsWith(type + "_QML");
-        });
-    }
-    QRectF placeOf(const QQuickItem& item) const {
-        return item.mapRectToItem(&*view, QRectF(QPointF(), item.size()));
-    }
-    bool isShown(const QString& words) {
-        const auto texts = shownTexts();
-        return std::any_of(texts.begin(), texts.end(),
-                           [&](auto* text) { return text->property("text").toString() == words; });
-    }
-    void expectWholeTexts(const char* state) {
-        layOut(*view);
-        for (auto* text : shownTexts()) {
-            EXPECT_FALSE(text->property("truncated").toBool())
-                << state << ": " << qPrintable(text->property("text").toString());
-            EXPECT_TRUE(QRectF(QPointF(), view->size()).contains(placeOf(*text)))
-                << state << ": " << qPrintable(text->property("text").toString());
-        }
-        for (const auto* cap : shownOfType("KbdCap")) {
-            const auto rows = shownOfType("HotkeyRow");
-            EXPECT_TRUE(rows.empty() ||
-                        std::any_of(rows.begin(), rows.end(),
-                                    [&](const auto* row) {
-                                        return placeOf(*row).adjusted(200, 0, -12, 0).contains(placeOf(*cap));
-                                    }))
-                << state << ": a cap stands out of its row";
-        }
-        const auto navigation = placeOf(*shownOfType("NavigationRow").at(0));
-        for (const auto& type : {"BenefitPermissionCard", "HotkeyRow", "FileRow", "HoldButton", "NoteLine"}) {
-            for (const auto* item : shownOfType(type))
-                EXPECT_FALSE(placeOf(*item).intersects(navigation)) << state << ": " << type;
-        }
-    }
-    /// Every state of every step.
-    void expectWholeTextsEverywhere() {
-        make();
-        expectWholeTexts("welcome");
-        goTo(Step::EverywhereStep);
-        expectWholeTexts("everywhere");
-        goTo(Step::PermissionsStep);
-        expectWholeTexts("granted");
-        for (const auto denial :
-             {MicrophoneLack::Microphone, MicrophoneLack::Server, MicrophoneLack::Permission}) {
-            permission.denial = denial;
-            for (const auto lack : {SessionLack::Permission, SessionLack::KnownSession,
-                                    SessionLack::KeyPosting, SessionLack::ActiveWindow}) {
-                setMissing(false, false);
-                access.lack = lack;
-                setMissing(true, true);
-                expectWholeTexts("missing");
-            }
-        }
-        controller.pressPrimary();
-        expectWholeTexts("question");
-        controller.dismissQuestion();
-        goTo(Step::DemoStep);
-        expectWholeTexts("demo without permissions");
-        setMissing(false, false);
-        goTo(Step::DownloadStep);
-        for (const auto& phase :
-             {Phase(Phase::Downloading), Phase(Phase::Verifying), Phase(Phase::Extracting),
-              Phase::failed(localized(
-                  "download.failed.notTrusted",
-                  "No secure connection: the server could not prove who it is. In a hotel or a café, sign "
-                  "in to the network first, and check the date of your computer.")),
-              Phase(Phase::Done)}) {
-            downloader.phase.set(phase);
-            expectWholeTexts("download");
-            for (const auto* button : shownOfType("PushButton"))
-                EXPECT_FALSE(placeOf(*button).intersects(placeOf(*shownOfType("FileRow").at(0))));
-        }
-        goTo(Step::HotkeyStep);
-        for (const auto& preset : model->hotkey()->presets()) {
-            model->hotkey()->choose(preset.value<HotkeyChoice>().id);
-            expectWholeTexts("hotkey");
-        }
-        settings.hotkeyBinding.set(HotkeyBinding::chord(0x1E0000, VirtualKey::Space));
-        expectWholeTexts("own hotkey");
-        hotkey.watchResult().set(WatchResult::ChordTaken);
-        expectWholeTexts("hotkey of another program");
-        EXPECT_EQ(shownOfType("NoteLine").size(), 0U); // its row has no room for it
-        EXPECT_TRUE(isShown(recorder.refusal()));
-        hotkey.watchResult().set(std::nullopt);
-        goTo(Step::DemoStep);
-        for (const auto kind : {Demo::Idle, Demo::Recording, Demo::Transcribing, Demo::Done}) {
-            controller.demoPhase.set({kind});
-            expectWholeTexts("demo");
-        }
-        controller.demoPhase.set(DemoPhase::error(
-            localized("onboarding.demo.error.microphone",
-                      "The microphone can't be opened. Plug one in, or allow it in the sound settings.")));
-        expectWholeTexts("demo's error");
     }
 
     /// How many timers run: what moves does so by them.
@@ -189,28 +63,7 @@ protected:
             reached << focused();
         return reached;
     }
-
-    DesktopAppearance appearance;
-    ViewEngine views{appearance};
-    QQuickWindow window;
-    std::optional<OnboardingModel> model;
-    std::unique_ptr<QQuickItem> view;
 };
-
-TEST_F(OnboardingViews, everyStateInEnglish_isShownWhole) {
-    expectWholeTextsEverywhere();
-}
-
-class TranslatedWizard : public OnboardingViews, public testing::WithParamInterface<std::string> {
-protected:
-    SpokenLanguage language{QString::fromStdString(GetParam())};
-};
-
-INSTANTIATE_TEST_SUITE_P(Each, TranslatedWizard, testing::ValuesIn(shippedTranslations()), languageOfTest);
-
-TEST_P(TranslatedWizard, everyState_isShownWhole) {
-    expectWholeTextsEverywhere();
-}
 
 TEST_F(OnboardingViews, enter_goesOnFromAnywhere) {
     make();
