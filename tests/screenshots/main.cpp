@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // talvera-screenshots DIRECTORY LABEL light|dark [TEXTS…]: takes pictures of all our windows on the desktop
-// that it runs on, in the words of the catalogs TEXTS. talvera-screenshots --icons FILE draws the tray's
-// symbols.
+// that it runs on, in the words of the catalogs TEXTS; of one kind alone if SCENES is "wizard" or "settings".
+// talvera-screenshots --icons FILE draws the tray's symbols.
 #include "HUDScenes.h"
 #include "IconSheet.h"
 #include "PanelScenes.h"
@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     test::Stage stage(arguments[1], arguments[2], arguments[3] == "dark");
     stage.wait(seconds(0.5));
-    const auto only = qEnvironmentVariable("SCENES"); // of one kind, while one works on them
+    const auto only = qEnvironmentVariable("SCENES");
     if (only.isEmpty() || only == QStringLiteral("wizard"))
         test::photographWizard(stage);
     if (only.isEmpty() || only == QStringLiteral("settings"))
