@@ -9,14 +9,16 @@ T.AbstractButton {
 
     property bool primary: false
     property bool quiet: false ///< no more than its words until it is pointed at
+    property bool compact: false ///< stands in a row of settings, and is no larger than other controls there
     property string leadingIcon
     property string trailingIcon
+    readonly property real corner: compact ? Theme.radiusSmall : Theme.radiusMedium
     readonly property color tone: !enabled ? Theme.textSecondary : primary ? Theme.textOnAccent : Theme.text
 
     implicitWidth: 4 * Math.ceil((contentItem.implicitWidth + leftPadding + rightPadding) / 4)
-    implicitHeight: 36
-    leftPadding: Theme.spacingLarge
-    rightPadding: Theme.spacingLarge
+    implicitHeight: compact ? 32 : 36
+    leftPadding: compact ? Theme.spacing : Theme.spacingLarge
+    rightPadding: leftPadding
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text
@@ -25,7 +27,7 @@ T.AbstractButton {
     Keys.onEnterPressed: button.clicked()
 
     background: Plane {
-        radius: Theme.radiusMedium
+        radius: button.corner
         color: !button.enabled ? Theme.fill
              : button.primary ? button.pressed ? Theme.accentPressed : button.hovered ? Theme.accentHovered : Theme.accent
              : button.pressed ? Theme.fillPressed : button.hovered ? Theme.fillHovered
@@ -36,7 +38,7 @@ T.AbstractButton {
         // Outside of the button, since the primary one has the ring's own colour.
         FocusRing {
             anchors.margins: -4
-            radius: Theme.radiusMedium + 4
+            radius: button.corner + 4
             shown: button.visualFocus
         }
     }
@@ -59,7 +61,7 @@ T.AbstractButton {
                 anchors.verticalCenter: parent.verticalCenter
                 text: button.text
                 color: button.tone
-                font.pixelSize: Theme.sizeGlance
+                font.pixelSize: button.compact ? Theme.sizeBody : Theme.sizeGlance
                 font.weight: button.primary ? Theme.weightStrong : Theme.weightMedium
             }
             Symbol {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 import QtQuick
+import QtQuick.Templates as T
 import Talvera
 
 /// The floating list of a Select. As long as it is open nothing else can be used: a click beside it closes it, and so do
@@ -7,7 +8,7 @@ import Talvera
 FocusScope {
     id: list
 
-    required property Item owner ///< it floats below or above this
+    required property T.Control owner ///< it floats below or above this
     property string title
     property var options: []
     property int current: -1
@@ -61,7 +62,8 @@ FocusScope {
 
         x: Math.round(Math.max(edge, Math.min(at.x + list.owner.width - width, list.width - width - edge)))
         y: Math.round(under + height + edge <= list.height ? under : over >= edge ? over : Math.max(edge, list.height - height - edge))
-        width: Math.min(list.width - 2 * Theme.spacingSmall, list.owner.width + Theme.iconColumn)
+        // The options stand below what is chosen.
+        width: Math.min(list.width - 2 * Theme.spacingSmall, list.owner.width + rows.x + Theme.iconColumn - list.owner.leftPadding)
         height: list.rowHeight * Math.max(1, Math.min(rows.count, 12, Math.floor((list.height - 32) / list.rowHeight))) + 8
         radius: Theme.radiusMedium
         outline: Theme.mark

@@ -34,7 +34,7 @@ SettingsSectionBody {
             Accessible.name: section.about.copyResult !== "" ? section.about.copyResult : title
 
             PushButton {
-                implicitHeight: 32
+                compact: true
                 text: section.about.copyText
                 Accessible.description: section.about.detailsSubtitle
                 onClicked: section.about.copyDetails()

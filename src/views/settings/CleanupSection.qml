@@ -39,7 +39,7 @@ SettingsSectionBody {
                 PushButton {
                     anchors.verticalCenter: parent.verticalCenter
                     visible: text !== ""
-                    implicitHeight: 32
+                    compact: true
                     leadingIcon: "arrow.up.forward.app"
                     text: section.cleanup.openModelSettingsText
                     onClicked: section.cleanup.openModelSettings()
@@ -63,7 +63,7 @@ SettingsSectionBody {
             subtitle: section.cleanup.addModelSubtitle
 
             PushButton {
-                implicitHeight: 32
+                compact: true
                 leadingIcon: "arrow.up.forward.app"
                 text: section.cleanup.addModelText
                 Accessible.description: section.cleanup.addModelTitle

@@ -47,7 +47,7 @@ SettingsSectionBody {
                     absent: section.language.toggleAbsent
                 }
                 PushButton {
-                    implicitHeight: 32
+                    compact: true
                     enabled: section.language.hasToggle || section.language.toggle.isRecording
                     text: section.language.toggleClear
                     Accessible.description: section.language.toggleTitle

@@ -29,16 +29,16 @@ Plane {
     }
     Label {
         id: words
-        anchors { left: parent.left; leftMargin: 44; right: button.visible ? button.left : parent.right; rightMargin: Theme.spacing }
+        anchors { left: parent.left; leftMargin: 44; right: button.visible ? button.left : parent.right; rightMargin: Theme.spacingLarge }
         anchors.verticalCenter: parent.verticalCenter
         text: banner.text
         wrapMode: Text.Wrap
     }
     PushButton {
         id: button
-        anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
+        anchors { right: parent.right; rightMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
         visible: banner.action !== ""
-        implicitHeight: 32
+        compact: true
         text: banner.action
         onClicked: banner.acted()
     }
