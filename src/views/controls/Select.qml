@@ -4,7 +4,9 @@ import QtQuick.Templates as T
 import Talvera
 
 /// Shows what is chosen, and opens a list to choose from over its window.
-T.AbstractButton {
+/// Of its own type, since before Qt 6.5 screen readers are told that, and of a mere button nothing else. It has the list
+/// instead of the type's own model and popup.
+T.ComboBox {
     id: select
 
     property string label ///< what is chosen, as screen readers say it
@@ -13,6 +15,7 @@ T.AbstractButton {
     property int current: -1
     property real leastWidth: 120
     property bool listOpen: false
+    readonly property string text: current >= 0 && current < options.length ? options[current] : ""
     /// As wide whatever is chosen. Not for names in other scripts: to measure them is to load their fonts.
     property bool fitsAll: true
     readonly property real longest: Math.max(0, ...Array.from(fitsAll ? options : [text]).map(option => metrics.advanceWidth(option)))
@@ -35,18 +38,24 @@ T.AbstractButton {
     rightPadding: Theme.spacingSmall
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    text: current >= 0 && current < options.length ? options[current] : ""
     Accessible.role: Accessible.ComboBox
     Accessible.name: label
     Accessible.description: text
-    Accessible.onPressAction: select.clicked()
-    onClicked: open()
+    Accessible.onPressAction: open()
     onVisibleChanged: if (!visible) listOpen = false
+    // Not when the key goes down: the list would take its repetitions for a choice.
+    Keys.onReleased: event => {
+        if (event.key === Qt.Key_Space && !event.isAutoRepeat && pressed)
+            open()
+    }
     Keys.onReturnPressed: open()
     Keys.onEnterPressed: open()
     Keys.onDownPressed: open()
     Keys.onUpPressed: open()
 
+    TapHandler {
+        onTapped: select.open()
+    }
     FontMetrics {
         id: metrics
         font.family: Theme.fontFamily

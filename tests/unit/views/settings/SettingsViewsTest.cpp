@@ -3,6 +3,9 @@
 #include "SettingsViews.h"
 #include "ShippedCatalogs.h"
 
+#include <QAccessible>
+#include <QScopeGuard>
+
 using namespace talvera;
 using namespace talvera::test;
 
@@ -193,6 +196,29 @@ TEST_F(SettingsViews, list_isChosenFromByMouseAndClosedByAClickBesideIt) {
     QTest::mouseClick(&window, Qt::LeftButton, {}, QPoint(5, 600));
     EXPECT_FALSE(isShown("日本語"));
     EXPECT_EQ(settings.appLanguage.get(), "fr");
+}
+
+TEST_F(SettingsViews, list_opensWhenTheSpaceBarIsLetGo) {
+    show();
+    control("Sound on start").forceActiveFocus();
+    QTest::keyPress(&window, Qt::Key_Space);
+    EXPECT_FALSE(isShown("Basso"));
+    QTest::keyRelease(&window, Qt::Key_Space);
+    EXPECT_TRUE(isShown("Basso"));
+}
+
+TEST_F(SettingsViews, list_isAComboBoxToScreenReaders) {
+    const auto nobodyListens = qScopeGuard([] { QAccessible::setActive(false); });
+    QAccessible::setActive(true);
+    show();
+    auto* told = QAccessible::queryAccessibleInterface(&control("Sound on start"));
+    ASSERT_TRUE(told);
+    EXPECT_EQ(told->role(), QAccessible::ComboBox);
+    EXPECT_EQ(told->text(QAccessible::Name), "Sound on start");
+    EXPECT_EQ(told->text(QAccessible::Description), "Submarine");
+    ASSERT_TRUE(told->actionInterface());
+    told->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(isShown("Basso"));
 }
 
 TEST_F(SettingsViews, slider_isMovedByTheKeyboard) {
