@@ -10,8 +10,8 @@ Plane {
     implicitHeight: 20
     radius: 10
     color: on ? Theme.accent : "transparent"
-    outlineWidth: on ? 0 : 2
-    outline: Theme.mark
+    outlineWidth: on ? 0 : 1
+    outline: Theme.textSecondary
 
     Plane {
         anchors.centerIn: parent
