@@ -15,6 +15,8 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
+#include <utility>
+
 namespace talvera::test {
 
 namespace {
@@ -86,14 +88,26 @@ void photographPermissions(WizardSet& wizard) {
     wizard.permission.denial = MicrophoneLack::Server;
     wizard.controller.micStatus.set(AuthorizationStatus::Denied);
     wizard.photograph("3-permissions-no-sound-server");
+    wizard.permission.denial = MicrophoneLack::Permission;
+    wizard.controller.micStatus.set(AuthorizationStatus::Denied);
+    wizard.photograph("3-permissions-microphone-refused");
+    wizard.settingsPanels.hasPanels = false;
+    wizard.controller.openMicrophoneSettings();
+    wizard.photograph("3-permissions-advice");
+    wizard.settingsPanels.hasPanels = true;
+    wizard.permission.denial = MicrophoneLack::Server;
     wizard.permission.current = AuthorizationStatus::NotDetermined;
     wizard.readiness.refresh();
     wizard.photograph("3-permissions-microphone-needed");
     wizard.setMissing(true, true);
     wizard.photograph("3-permissions-both-missing");
-    wizard.access.lack = SessionLack::KeyPosting;
-    wizard.controller.axTrusted.set(false);
-    wizard.photograph("3-permissions-no-typing");
+    for (const auto& [lack, name] :
+         {std::pair(SessionLack::KnownSession, "session"), std::pair(SessionLack::KeyWatching, "keys"),
+          std::pair(SessionLack::ActiveWindow, "window"), std::pair(SessionLack::KeyPosting, "typing")}) {
+        wizard.access.lack = lack;
+        wizard.controller.axTrusted.set(false);
+        wizard.photograph(QString("3-permissions-no-") + name);
+    }
     wizard.controller.pressPrimary();
     wizard.photograph("3-permissions-question");
     wizard.photograph("3-permissions-question-keyboard", {Qt::Key_Tab});
@@ -146,9 +160,13 @@ void photographHotkey(WizardSet& wizard) {
     wizard.photograph("5-hotkey-custom");
     wizard.recorder.record();
     wizard.photograph("5-hotkey-recording");
+    wizard.hotkey.presses().set(1);
+    wizard.photograph("5-hotkey-set-already");
     wizard.recorder.cancel();
     wizard.hotkey.watchResult().set(WatchResult::ChordTaken);
     wizard.photograph("5-hotkey-taken");
+    wizard.hotkey.watchResult().set(WatchResult::Unavailable);
+    wizard.photograph("5-hotkey-unavailable");
     wizard.hotkey.watchResult().set(std::nullopt);
     wizard.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(Special::RightCommand));
 }
@@ -182,12 +200,19 @@ void photographDemo(WizardSet& wizard) {
     wizard.settings.hotkeyBinding.set(HotkeyBinding());
     wizard.settings.hotkeyTapToToggle.set(true);
     wizard.photograph("6-demo-tap-chord");
+    wizard.setDemo({Demo::Recording});
+    wizard.photograph("6-demo-tap-recording");
+    wizard.setDemo({Demo::Idle});
     wizard.settings.hotkeyTapToToggle.set(false);
     wizard.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand));
     wizard.setMissing(true, false);
     wizard.photograph("6-demo-microphone-missing");
     wizard.setMissing(true, true);
     wizard.photograph("6-demo-both-missing");
+    wizard.settingsPanels.hasPanels = false;
+    wizard.controller.openMicrophoneSettings();
+    wizard.photograph("6-demo-advice");
+    wizard.settingsPanels.hasPanels = true;
     wizard.setMissing(false, false);
 }
 
@@ -197,9 +222,13 @@ void photographWizard(Stage& stage) {
     WizardSet wizard(stage);
     wizard.photograph("1-welcome", {}, typed);
     wizard.photograph("1-welcome-keyboard", {Qt::Key_Tab});
+    wizard.pointAt({660, 546});
+    wizard.photograph("1-welcome-pointer");
+    wizard.pointAway();
     wizard.goTo(OnboardingController::EverywhereStep);
     wizard.photograph("2-everywhere-terminal", {}, seconds(1.4));
     wizard.photograph("2-everywhere-chat", {}, seconds(4.5));
+    wizard.photograph("2-everywhere-keyboard", {Qt::Key_Tab});
     photographPermissions(wizard);
     photographDownload(wizard);
     photographHotkey(wizard);

@@ -100,7 +100,10 @@ QString DemoModel::caption() const {
     case Kind::Transcribing:
         return localized("onboarding.demo.button.hold", "Hold to talk");
     case Kind::Recording:
-        return localized("onboarding.demo.button.recording", "Recording — let go when you're done");
+        return m_settings.hotkeyTapToToggle.get() && !m_isButtonHeld
+                   ? localized("onboarding.demo.button.recording.tap",
+                               "Recording — tap again when you're done")
+                   : localized("onboarding.demo.button.recording", "Recording — let go when you're done");
     case Kind::Done:
     case Kind::Error:
         return localized("onboarding.demo.button.tryAgain", "Hold to try again");
@@ -113,10 +116,12 @@ double DemoModel::level() const {
 }
 
 void DemoModel::pressStart() {
+    m_isButtonHeld = true;
     m_controller.demoPressStart();
 }
 
 void DemoModel::pressEnd() {
+    m_isButtonHeld = false;
     m_controller.demoPressEnd();
 }
 

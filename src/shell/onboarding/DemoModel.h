@@ -65,6 +65,7 @@ private:
     OnboardingController& m_controller;
     AppSettings& m_settings;
     KeyboardLayout& m_layout;
+    bool m_isButtonHeld = false; ///< so that no tap of the hotkey ends the recording
     Cancellables m_cancellables;
 };
 

@@ -48,8 +48,7 @@ QString DownloadModel::title() const {
 
 QString DownloadModel::body() const {
     return localized("onboarding.download.body",
-                     "One download, once. After that everything you say is recognised on this computer, also "
-                     "without a network.");
+                     "One download, and everything you say is recognized on this computer, even offline.");
 }
 
 QString DownloadModel::fileName() const {
@@ -58,7 +57,7 @@ QString DownloadModel::fileName() const {
 
 QString DownloadModel::fileSize() const {
     return m_downloader.source().hasEncoder() ? localized("onboarding.download.fileRow.size", "830 MB")
-                                              : localized("onboarding.download.fileRow.sizeOfMain", "540 MB");
+                                              : localized("onboarding.download.fileRow.sizeOfMain", "539 MB");
 }
 
 QString DownloadModel::retryText() const {

@@ -30,6 +30,9 @@ OnboardingModel::OnboardingModel(const Parts& parts)
         Q_EMIT stepChanged();
         Q_EMIT gateChanged();
     }));
+    const auto forgetAdvice = [this](const auto&) { setAdvice({}); }; // it spoke of what has changed
+    m_cancellables.push_back(m_controller.micStatus.observe(forgetAdvice));
+    m_cancellables.push_back(m_controller.axTrusted.observe(forgetAdvice));
     m_cancellables.push_back(parts.downloader.phase.observe([this](const auto&) { Q_EMIT gateChanged(); }));
     m_cancellables.push_back(
         m_controller.asksToSkipPermissions.observe([this](bool) { Q_EMIT questionChanged(); }));

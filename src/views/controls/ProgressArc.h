@@ -2,13 +2,15 @@
 #pragma once
 
 #include <QColor>
-#include <QQuickPaintedItem>
+#include <QImage>
+#include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
 namespace talvera {
 
-/// A ring, and on it an arc that begins at the top and goes round as far as `progress` says.
-class ProgressArc : public QQuickPaintedItem {
+/// A ring, and on it an arc that begins at the top and goes round as far as `progress` says. It is drawn in
+/// device pixels at every scale, also in a window that was made smaller to fit on the screen.
+class ProgressArc : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     /// 0 to 1.
@@ -22,12 +24,16 @@ class ProgressArc : public QQuickPaintedItem {
 public:
     explicit ProgressArc(QQuickItem* parent = nullptr);
 
-    void paint(QPainter* painter) override;
-
 Q_SIGNALS:
     void lookChanged();
 
+protected:
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    QSGNode* updatePaintNode(QSGNode* node, UpdatePaintNodeData* data) override;
+
 private:
+    QImage picture(QSize size) const;
+
     double m_progress = 0;
     double m_start = 0;
     double m_thickness = 8;

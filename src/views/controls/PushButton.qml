@@ -28,7 +28,7 @@ T.AbstractButton {
 
     background: Plane {
         radius: button.corner
-        color: !button.enabled ? Theme.fill
+        color: !button.enabled ? button.quiet ? "transparent" : Theme.fill
              : button.primary ? button.pressed ? Theme.accentPressed : button.hovered ? Theme.accentHovered : Theme.accent
              : button.pressed ? Theme.fillPressed : button.hovered ? Theme.fillHovered
              : button.quiet ? "transparent" : Theme.fill

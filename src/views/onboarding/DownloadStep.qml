@@ -20,7 +20,7 @@ FocusScope {
     }
     Column {
         anchors.horizontalCenter: parent.horizontalCenter
-        y: 132
+        y: 144
         width: 520
         spacing: 0
 

@@ -21,7 +21,7 @@ Item {
 
     signal clicked()
 
-    implicitHeight: 56
+    implicitHeight: 52
     activeFocusOnTab: !holdsField
     Accessible.role: Accessible.RadioButton
     Accessible.name: label
@@ -63,8 +63,8 @@ Item {
         outline: row.selected ? Theme.accent : Theme.outline
 
         FocusRing {
-            anchors.margins: -3
-            radius: Theme.radiusMedium + 3
+            anchors.margins: -4
+            radius: Theme.radiusMedium + 4
             shown: row.visualFocus
         }
     }
@@ -91,9 +91,11 @@ Item {
         spacing: 2
 
         Row {
+            height: name.implicitHeight // with a badge, too: the words of all rows stand alike
             spacing: Theme.spacingSmall
 
             Label {
+                id: name
                 anchors.verticalCenter: parent.verticalCenter
                 text: row.label
                 font.pixelSize: Theme.sizeGlance
@@ -122,11 +124,14 @@ Item {
         Repeater {
             model: row.keys
 
+            // qmllint disable unqualified
             KbdCap {
                 required property string modelData
                 implicitHeight: 24
                 text: modelData
+                color: row.selected || area.containsMouse ? Theme.surface : Theme.fill // seen on the row's colours
             }
+            // qmllint enable unqualified
         }
         Item {
             id: slot

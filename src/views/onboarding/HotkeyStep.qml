@@ -70,36 +70,12 @@ FocusScope {
                 // qmllint enable unqualified
             }
         }
-        Plane {
+        HotkeyWarning {
             width: parent.width
-            visible: step.warning !== ""
-            height: Math.max(warning.implicitHeight, open.height) + 2 * Theme.spacing
-            radius: Theme.radiusMedium
-            color: Theme.warnFill
-            Accessible.role: Accessible.AlertMessage
-            Accessible.name: step.warning
-
-            Symbol {
-                x: Theme.spacingLarge
-                anchors.verticalCenter: parent.verticalCenter
-                name: "exclamationmark.triangle.fill"
-                color: Theme.warn
-            }
-            Label {
-                id: warning
-                anchors { left: parent.left; leftMargin: 44; rightMargin: Theme.spacing }
-                anchors { right: open.visible ? open.left : parent.right; verticalCenter: parent.verticalCenter }
-                text: step.warning
-                wrapMode: Text.Wrap
-            }
-            PushButton {
-                id: open
-                anchors { right: parent.right; rightMargin: Theme.spacing; verticalCenter: parent.verticalCenter }
-                implicitHeight: 32
-                visible: step.warning === step.hotkey.fnWarning
-                text: step.hotkey.fnSettingsText
-                onClicked: step.hotkey.openKeyboardSettings()
-            }
+            visible: text !== ""
+            text: step.warning
+            action: step.warning === step.hotkey.fnWarning ? step.hotkey.fnSettingsText : ""
+            onClicked: step.hotkey.openKeyboardSettings()
         }
     }
 }

@@ -40,9 +40,9 @@ Item {
     Symbol {
         id: mark
         anchors.centerIn: parent
-        visible: ring.isDone || ring.isFailed
+        visible: ring.isDone || ring.isFailed || ring.works
         size: 48
-        name: ring.isDone ? "checkmark" : "exclamationmark"
-        color: ring.isDone ? Theme.good : Theme.bad
+        name: ring.isDone ? "checkmark" : ring.isFailed ? "exclamationmark" : "shippingbox"
+        color: ring.isDone ? Theme.good : ring.isFailed ? Theme.bad : Theme.accent
     }
 }

@@ -14,6 +14,9 @@ namespace talvera {
 namespace {
 
 constexpr QSize contentSize(760, 580);
+/// What it gets is a multiple of this, which is whole device pixels at every scale in quarters: the toolkit
+/// leaves what lies over a part of one black.
+constexpr int grid = 4;
 
 /// How much smaller everything has to be for the window to fit on the screen; at most 1.
 double fittingScale(const QRect& available) {
@@ -29,7 +32,8 @@ QuickWizardWindow::QuickWizardWindow(ViewEngine& engine, OnboardingModel& model,
     : m_engine(engine)
     , m_window(std::make_unique<FramedQuickWindow>(engine, desktop, model.texts()->windowTitle)) {
     const double scale = fittingScale(FramedQuickWindow::area());
-    const auto size = (QSizeF(contentSize) * scale).toSize();
+    const QSize size(static_cast<int>(contentSize.width() * scale) / grid * grid,
+                     static_cast<int>(contentSize.height() * scale) / grid * grid);
     m_window->setFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                        Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     m_window->setMinimumSize(size);
@@ -44,7 +48,7 @@ QuickWizardWindow::QuickWizardWindow(ViewEngine& engine, OnboardingModel& model,
     m_view = m_engine.create(QStringLiteral("onboarding/OnboardingView"),
                              {{QStringLiteral("wizard"), QVariant::fromValue<QObject*>(&model)},
                               {QStringLiteral("moves"), false}});
-    m_view->setSize(contentSize);
+    m_view->setSize(QSizeF(size) / scale);
     m_view->setTransformOrigin(QQuickItem::TopLeft);
     m_view->setScale(scale);
     m_view->setParentItem(m_window->contentItem());

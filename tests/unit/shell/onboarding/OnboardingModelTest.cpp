@@ -115,6 +115,29 @@ TEST_F(OnboardingModels, desktopWithoutSettings_givesAdviceUntilTheNextStep) {
     EXPECT_EQ(model.advice(), "");
 }
 
+TEST_F(OnboardingModels, adviceThatWasFollowed_isGone) {
+    settingsPanels.hasPanels = false;
+    setMissing(true, false);
+    controller.openMicrophoneSettings();
+    ASSERT_NE(model.advice(), "");
+    setMissing(false, false);
+    EXPECT_EQ(model.advice(), "");
+    EXPECT_TRUE(model.permissions()->allSet());
+}
+
+TEST_F(OnboardingModels, recordingOfATappedHotkey_isSaidToEndByATap) {
+    auto& demo = *model.demo();
+    settings.hotkeyTapToToggle.set(true);
+    controller.demoPressStart();
+    EXPECT_EQ(demo.caption(), "Recording — tap again when you're done");
+    controller.demoPressEnd();
+    actor.settle();
+    ASSERT_EQ(demo.state(), "done");
+    demo.pressStart(); // the button is held, whatever the hotkey is used like
+    EXPECT_EQ(demo.caption(), "Recording — let go when you're done");
+    demo.pressEnd();
+}
+
 TEST_F(OnboardingModels, question_isShownUntilItIsAnswered) {
     setMissing(true, false);
     open();
@@ -131,7 +154,7 @@ TEST_F(OnboardingModels, question_isShownUntilItIsAnswered) {
 TEST_F(OnboardingModels, download_isToldInEveryPhase) {
     auto& download = *model.download();
     EXPECT_EQ(download.fileName(), "Speech model");
-    EXPECT_EQ(download.fileSize(), "540 MB");
+    EXPECT_EQ(download.fileSize(), "539 MB");
     EXPECT_EQ(download.phase(), "idle");
     const std::vector<std::pair<Phase, QStringList>> phases{
         {Phase::Downloading, {"downloading", "Downloading model"}},
