@@ -19,7 +19,7 @@ Item {
 
     Symbol {
         x: note.inset + 1
-        y: Theme.spacingTiny + 1
+        y: words.y + Math.round((words.contentHeight / Math.max(1, words.lineCount) - height) / 2) // beside the first line
         name: note.systemIcon
         size: 14
         color: note.tone

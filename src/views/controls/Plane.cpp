@@ -67,10 +67,11 @@ QRect Plane::place() const {
 }
 
 Plane::Look Plane::look(QSize size) const {
-    const double ratio = pixelRatio();
+    const auto toScene = itemTransform(nullptr, nullptr); // what is too large for the screen is scaled
+    const double unit = std::hypot(toScene.m11(), toScene.m12()) * pixelRatio();
     const int outline =
-        m_outlineWidth > 0 ? std::max(1, static_cast<int>(std::lround(m_outlineWidth * ratio))) : 0;
-    return {size, m_color, m_outline, m_radius * ratio, outline};
+        m_outlineWidth > 0 ? std::max(1, static_cast<int>(std::lround(m_outlineWidth * unit))) : 0;
+    return {size, m_color, m_outline, m_radius * unit, outline};
 }
 
 QImage Plane::picture(const Look& look) {

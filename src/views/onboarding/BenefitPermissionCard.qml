@@ -58,7 +58,7 @@ Surface {
             implicitHeight: cause.implicitHeight + 4
 
             Symbol {
-                y: 5
+                y: cause.y + Math.round((cause.contentHeight / Math.max(1, cause.lineCount) - height) / 2) // beside the first line
                 name: "exclamationmark.triangle.fill"
                 size: 14
                 color: Theme.warn

@@ -19,32 +19,36 @@ Surface {
 
     Row {
         id: note
+
+        readonly property real line: words.contentHeight / Math.max(1, words.lineCount) ///< how high one is
+
         anchors { left: parent.left; right: parent.right; top: parent.top; margins: 24 }
         visible: !output.hasWords
         spacing: 10
 
         LiveDot {
             id: dot
-            y: 6
+            y: Math.round((note.line - height) / 2)
             visible: output.isRecording
             moves: output.moves
         }
         Spinner {
             id: spinner
-            y: 1
+            y: Math.round((note.line - height) / 2)
             size: 20
             visible: output.demo.state === "transcribing"
             turns: visible && output.moves
         }
         Symbol {
             id: warning
-            y: 1
+            y: Math.round((note.line - height) / 2)
             visible: output.demo.state === "error"
             name: "exclamationmark.triangle.fill"
             size: 20
             color: Theme.warn
         }
         Label {
+            id: words
             width: parent.width - (dot.visible ? dot.width + 10 : 0) - (spinner.visible ? spinner.width + 10 : 0)
                    - (warning.visible ? warning.width + 10 : 0)
             text: output.demo.output
@@ -57,13 +61,13 @@ Surface {
         anchors { fill: parent; margins: 24 }
         visible: output.hasWords
         clip: true
-        contentHeight: words.implicitHeight
+        contentHeight: transcript.implicitHeight
         contentY: Math.max(0, contentHeight - height)
         interactive: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
 
         Typewriter {
-            id: words
+            id: transcript
             width: parent.width
             text: output.demo.transcript
             types: output.moves

@@ -44,11 +44,13 @@ FocusScope {
 
                 Symbol {
                     id: icon
+                    y: Math.round((title.contentHeight / Math.max(1, title.lineCount) - height) / 2) // beside the first line
                     name: "exclamationmark.triangle.fill"
                     size: 24
                     color: Theme.warn
                 }
                 Label {
+                    id: title
                     width: parent.width - icon.width - Theme.spacing
                     text: question.wizard.texts.questionTitle
                     font.pixelSize: Theme.sizeLarge

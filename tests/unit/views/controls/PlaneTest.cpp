@@ -11,6 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
+
 using namespace talvera;
 
 namespace {
@@ -99,6 +102,20 @@ TEST_F(PlanesOnScreen, edges_areSharp) {
             }
         }
     }
+}
+
+TEST_F(PlanesOnScreen, outlineOfAScaledPlane_isScaledWithIt) {
+    show({{"color", QColor(Qt::white)}, {"outline", QColor(Qt::red)}, {"outlineWidth", 8}, {"radius", 0}},
+         {40, 40}, {4, 8});
+    plane->setTransformOrigin(QQuickItem::TopLeft);
+    plane->setScale(0.5);
+    const auto whole = window.grabWindow();
+    const auto ratio = window.effectiveDevicePixelRatio();
+    const int row = static_cast<int>((8 + 10) * ratio);
+    int outline = 0;
+    for (int x = 0; x < static_cast<int>((4 + 10) * ratio); ++x)
+        outline += whole.pixelColor(x, row) == QColor(Qt::red) ? 1 : 0;
+    EXPECT_EQ(outline, std::lround(4 * ratio));
 }
 
 TEST_F(PlanesOnScreen, planeWhoseParentMoves_isOnWholePixelsAgain) {
