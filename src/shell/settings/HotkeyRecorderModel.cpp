@@ -138,10 +138,11 @@ QString HotkeyRecorderModel::refusal() const {
     const auto& result = watchResult().get();
     if (!bound || !result || *result == WatchResult::Watching)
         return {};
-    return formatted(*result == WatchResult::ChordTaken
-                         ? localized("hotkey.recorder.taken", "Another program uses %@ — choose another one")
-                         : localized("hotkey.recorder.unavailable", "No keyboard here has %@"),
-                     shortcut());
+    return formatted(
+        *result == WatchResult::ChordTaken
+            ? localized("hotkey.recorder.taken", "Another program uses %@ — choose another one")
+            : localized("hotkey.recorder.unavailable", "No keyboard here has %@ — choose another one"),
+        shortcut());
 }
 
 void HotkeyRecorderModel::record() {

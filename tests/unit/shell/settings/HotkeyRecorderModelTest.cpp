@@ -280,7 +280,7 @@ TEST_F(RecorderModel, keyThatNoKeyboardHas_isSaid) {
     keyboard.missingKeys.insert(VirtualKey::K);
     settings.translateToggleBinding.set(chord);
     toggle.setBinding(chord);
-    EXPECT_EQ(toggleModel.refusal(), "No keyboard here has ⌃K");
+    EXPECT_EQ(toggleModel.refusal(), "No keyboard here has ⌃K — choose another one");
 }
 
 TEST_F(RecorderModel, specialKeyForTheToggle_isSaidToDoNothing) {
