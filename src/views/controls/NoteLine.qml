@@ -19,7 +19,8 @@ Item {
 
     Symbol {
         x: note.inset + 1
-        y: words.y + Math.round((words.contentHeight / Math.max(1, words.lineCount) - height) / 2) // beside the first line
+        // Beside the first line.
+        y: words.y + Math.round((words.contentHeight / Math.max(1, words.lineCount) - height) / 2)
         name: note.systemIcon
         size: 14
         color: note.tone

@@ -50,18 +50,14 @@ QImage ProgressArc::picture(QSize size) const {
 }
 
 QSGNode* ProgressArc::updatePaintNode(QSGNode* node, UpdatePaintNodeData*) {
-    auto* image = static_cast<QSGImageNode*>(node);
+    delete node; // and its picture
     const double ratio = window()->effectiveDevicePixelRatio();
     const auto place = wholePixels(mapRectToScene(boundingRect()), ratio);
-    if (place.isEmpty()) {
-        delete image;
+    if (place.isEmpty())
         return nullptr;
-    }
-    if (!image) {
-        image = window()->createImageNode();
-        image->setOwnsTexture(true);
-        image->setFiltering(QSGTexture::Nearest);
-    }
+    auto* image = window()->createImageNode();
+    image->setOwnsTexture(true);
+    image->setFiltering(QSGTexture::Nearest);
     image->setTexture(
         window()->createTextureFromImage(picture(place.size()), QQuickWindow::TextureHasAlphaChannel));
     image->setSourceRect(QRectF(QPointF(), QSizeF(place.size())));

@@ -58,7 +58,8 @@ Surface {
             implicitHeight: cause.implicitHeight + 4
 
             Symbol {
-                y: cause.y + Math.round((cause.contentHeight / Math.max(1, cause.lineCount) - height) / 2) // beside the first line
+                // Beside the first line.
+                y: cause.y + Math.round((cause.contentHeight / Math.max(1, cause.lineCount) - height) / 2)
                 name: "exclamationmark.triangle.fill"
                 size: 14
                 color: Theme.warn

@@ -44,7 +44,8 @@ FocusScope {
 
                 Symbol {
                     id: icon
-                    y: Math.round((title.contentHeight / Math.max(1, title.lineCount) - height) / 2) // beside the first line
+                    // Beside the first line.
+                    y: Math.round((title.contentHeight / Math.max(1, title.lineCount) - height) / 2)
                     name: "exclamationmark.triangle.fill"
                     size: 24
                     color: Theme.warn
