@@ -33,8 +33,11 @@ protected:
                                     }))
                 << state << ": a cap stands out of its row";
         }
+        for (const auto* words : shownOfType("Typewriter"))
+            EXPECT_LE(words->implicitHeight(), words->height()) << state << ": a sample";
         const auto navigation = placeOf(*shownOfType("NavigationRow").at(0));
-        for (const auto& type : {"BenefitPermissionCard", "HotkeyRow", "FileRow", "HoldButton", "NoteLine"}) {
+        for (const auto& type :
+             {"BenefitPermissionCard", "HotkeyRow", "HotkeyWarning", "FileRow", "HoldButton", "NoteLine"}) {
             for (const auto* item : shownOfType(type))
                 EXPECT_FALSE(placeOf(*item).intersects(navigation)) << state << ": " << type;
         }
@@ -58,6 +61,10 @@ protected:
                 expectWholeTexts("missing");
             }
         }
+        settingsPanels.hasPanels = false;
+        controller.openMicrophoneSettings();
+        expectWholeTexts("advice");
+        settingsPanels.hasPanels = true;
         controller.pressPrimary();
         expectWholeTexts("question");
         controller.dismissQuestion();
@@ -88,11 +95,21 @@ protected:
         expectWholeTexts("hotkey of another program");
         EXPECT_EQ(shownOfType("NoteLine").size(), 0U); // its row has no room for it
         EXPECT_TRUE(isShown(recorder.refusal()));
+        hotkey.watchResult().set(WatchResult::Unavailable);
+        expectWholeTexts("hotkey that no keyboard has");
         hotkey.watchResult().set(std::nullopt);
+        recorder.record();
+        hotkey.presses().set(1);
+        expectWholeTexts("hotkey that is set already");
+        EXPECT_TRUE(isShown(recorder.boundChord()));
+        recorder.cancel();
         goTo(Step::DemoStep);
-        for (const auto kind : {Demo::Idle, Demo::Recording, Demo::Transcribing, Demo::Done}) {
-            controller.demoPhase.set({kind});
-            expectWholeTexts("demo");
+        for (const bool tapped : {false, true}) {
+            settings.hotkeyTapToToggle.set(tapped);
+            for (const auto kind : {Demo::Idle, Demo::Recording, Demo::Transcribing, Demo::Done}) {
+                controller.demoPhase.set({kind});
+                expectWholeTexts("demo");
+            }
         }
         controller.demoPhase.set(DemoPhase::error(
             localized("onboarding.demo.error.microphone",
