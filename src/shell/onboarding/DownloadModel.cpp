@@ -57,7 +57,7 @@ QString DownloadModel::fileName() const {
 
 QString DownloadModel::fileSize() const {
     return m_downloader.source().hasEncoder() ? localized("onboarding.download.fileRow.size", "830 MB")
-                                              : localized("onboarding.download.fileRow.sizeOfMain", "539 MB");
+                                              : localized("onboarding.download.fileRow.sizeOfMain", "540 MB");
 }
 
 QString DownloadModel::retryText() const {

@@ -155,7 +155,7 @@ TEST_F(OnboardingModels, question_isShownUntilItIsAnswered) {
 TEST_F(OnboardingModels, download_isToldInEveryPhase) {
     auto& download = *model.download();
     EXPECT_EQ(download.fileName(), "Speech model");
-    EXPECT_EQ(download.fileSize(), "539 MB");
+    EXPECT_EQ(download.fileSize(), "540 MB");
     EXPECT_EQ(download.phase(), "idle");
     const std::vector<std::pair<Phase, QStringList>> phases{
         {Phase::Downloading, {"downloading", "Downloading model"}},
