@@ -46,6 +46,10 @@ enum class Fault {
     DirectoryGone,
     StatisticsRefused,
     PreferencesRefused,
+    LanguageRefused, ///< by the language model
+    AnswerRefused,
+    AnswerBrokenOff,
+    AnswerEmpty,
     ModelCame, ///< by a download
     ModelCameInHalf,
     DownloadBroken,

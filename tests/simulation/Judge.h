@@ -70,6 +70,9 @@ private:
         Direct,      ///< translated
         SecondPass,  ///< transcribed, then translated
         ForWantOfAI, ///< the same, with a word to the user
+        CleanUp,     ///< transcribed, then cleaned up by the language model
+        ByModel,     ///< transcribed, then translated by the language model
+        InTwoHops,   ///< transcribed, then translated by the recogniser, and once more by the language model
     };
 
     /// A run of the recogniser.
@@ -95,11 +98,14 @@ private:
         bool toolFailed = false;
         std::vector<Heard> heard; ///< one for each file and mode, in their order
         bool lastRunTranslates = false;
-        int passesShown = 0; ///< by the HUD
+        std::vector<test::ModelAnswer> answers; ///< of the language model
+        int passesShown = 0;                    ///< by the HUD
         bool activated = false;
         QStringList notices;
 
         QStringList texts(bool translated) const;
+        bool isOfModel() const;
+        bool goesByTwoHops() const;
     };
 
     void see(const test::Effect& effect);
@@ -112,6 +118,8 @@ private:
     bool isRunDue(const Run& run) const;
     void judgeRun(const Run& run, Way way, const QString& source);
     void noteRun();
+    void seeRequest(const test::Effect& effect);
+    void judgeAnswer(const QString& transcript);
     void seeText(const QByteArray& bytes, const QString& path);
     void seeActivation();
 
@@ -119,7 +127,7 @@ private:
     bool fits(const Heard& heard) const;
     void forgetWhatIsAhead();
     void judgeEnd(bool failed);
-    void judgeDelivery(const QString& text);
+    void judgeDelivery(const QString& text, bool comesInParts = false);
     void judgeRecords(bool isOneDue);
     void judgeFiles();
     void judgeHUDAtRest();

@@ -62,6 +62,8 @@ void Judge::judgeEnd(bool failed) {
         ++m_tally.empty;
         if (!flight.notices.isEmpty())
             complain(QStringLiteral("silence was answered with a notice"));
+    } else if (flight.isOfModel()) {
+        judgeAnswer(first);
     } else if (text.isEmpty()) {
         ++m_tally.empty;
         expectNotice(QStringLiteral("Nothing recognized"));
@@ -86,7 +88,7 @@ bool Judge::isUnsettled() const {
     return m_snapshots.size() > 1 || m_world->desktop.hasChangedSince(m_world->actor.now() - seconds(1.0));
 }
 
-void Judge::judgeDelivery(const QString& text) {
+void Judge::judgeDelivery(const QString& text, bool comesInParts) {
     const auto& settings = m_world->settings;
     const auto front = m_world->workspace.frontmostApplication();
     const bool isInFront = front && m_snapshot && front->pid == *m_snapshot;
@@ -114,6 +116,7 @@ void Judge::judgeDelivery(const QString& text) {
 
     ExpectedText expected{.text = text};
     expected.isProtected = settings.protectFocusTarget.get();
+    expected.comesInParts = comesInParts;
     expected.mayBeDirect = direct;
     expected.mayBeForClipboard = !direct || (expected.isProtected && isUnsettled());
     if (!m_snapshots.contains(std::nullopt)) {

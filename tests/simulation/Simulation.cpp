@@ -114,7 +114,8 @@ void Simulation::chooseSettings() {
     set("hotkeyTapToToggle", truth(m_isTapMode));
     set("targetLanguageCode", one({"off", "off", "off", "en", "en", "de", "ja"}));
     set("sourceLanguageCode", one({"auto", "en", "en", "de", "ru"}));
-    set("insertionMode", one({"autoByDuration", "autoByDuration", "paste"}));
+    m_pastes = m_dice.chance(1.0 / 3.0);
+    set("insertionMode", one({m_pastes ? "paste" : "autoByDuration"}));
     set("typewriterThresholdSeconds", QString::number(m_dice.pick({15.0, 15.0, 1.0, 0.0})));
     set("protectFocusTarget", truth(m_dice.chance(0.85)));
     set("focusProtectionMode", one({"reactivate", "clipboardOnly"}));
@@ -128,6 +129,8 @@ void Simulation::playRound() {
     chooseAudio();
     writeToolScript();
     if (m_kind != Kind::Long) {
+        if (m_dice.chance(0.2))
+            provideModel();
         for (auto faults = m_dice.pick({0, 0, 1, 1, 2}); faults > 0; --faults)
             breakSomething();
     }

@@ -78,6 +78,8 @@ private:
     QString settingsDisturbance();
     QString desktopDisturbance();
     void writeToolScript();
+    void provideModel();
+    QString modelAnswer();
     QString toolRun(double duration);
     void chooseAudio();
     bool isAhead() const { return m_isLong && m_kind != Kind::AtOnce; }
@@ -94,6 +96,7 @@ private:
     Trial m_trial;
     int m_texts = 0;
     bool m_isTapMode = false;
+    bool m_pastes = false;      ///< always, so that answers may come in several parts
     bool m_isNew = false;       ///< the user has not finished the wizard
     bool m_isLong = false;      ///< what is said comes to the recogniser in parts
     double m_firstDuration = 0; ///< of the round's first run of the recogniser

@@ -15,7 +15,7 @@ constexpr int toolRunsOfParts = 90;
 
 /// Something that is broken for the whole round.
 void Simulation::breakSomething() {
-    switch (m_dice.below(17)) {
+    switch (m_dice.below(16)) {
     case 0:
         return now("the microphone is broken");
     case 1:
@@ -35,16 +35,13 @@ void Simulation::breakSomething() {
     case 7:
         return now(m_dice.pick({"focus on nothing", "focus on our own window"}));
     case 8:
-        return now(QStringLiteral("a language model is there, and hears ") +
-                   QString::fromLatin1(m_dice.pick({"nothing", "en", "de"})));
-    case 9:
         return now("no converter for the microphone");
-    case 10:
+    case 9:
         return now("statistics can't be written");
-    case 11:
+    case 10:
         return now("preferences can't be written");
+    case 11:
     case 12:
-    case 13:
         return now(m_dice.chance(0.3) ? QStringLiteral("applications don't say what has the focus")
                                       : QStringLiteral("applications take %1 s to say what has the focus")
                                             .arg(m_dice.pick({0.02, 0.1, 0.2})));
@@ -183,7 +180,7 @@ QString Simulation::settingsDisturbance() {
     case 1:
         return set("sourceLanguageCode", text({"auto", "en", "de"}));
     case 2:
-        return set("insertionMode", text({"autoByDuration", "paste"}));
+        return set("insertionMode", text({m_pastes ? "paste" : "autoByDuration", "paste"}));
     case 3:
         return set("typewriterThresholdSeconds", QString::fromLatin1(m_dice.pick({"15", "0.5"})));
     case 4:
@@ -205,6 +202,41 @@ void Simulation::writeToolScript() {
         if (i == 0)
             m_firstDuration = duration;
         now(QString::fromLatin1(i == 0 ? "first it " : "then it ") + toolRun(duration));
+    }
+}
+
+/// For this round, and what it writes in it.
+void Simulation::provideModel() {
+    constexpr int answers = 10;
+    now(QStringLiteral("a language model is there, and hears ") +
+        QString::fromLatin1(m_dice.pick({"nothing", "en", "de"})));
+    for (int i = 0; i < answers; ++i)
+        now(QString::fromLatin1(i == 0 ? "first the model " : "then the model ") + modelAnswer());
+}
+
+/// The last twenty letters are held back until the end, so that shorter answers come in one part.
+QString Simulation::modelAnswer() {
+    ++m_texts;
+    QStringList words;
+    for (const auto* end : {"a", "b", "c", "d", "e", "f"})
+        words << QStringLiteral("ai%1%2").arg(m_texts).arg(QString::fromLatin1(end));
+    const bool isLong = m_pastes && m_dice.chance(0.5);
+    const auto text = words.mid(0, isLong ? words.size() : 2).join(u' ');
+    const auto written =
+        QStringLiteral("writes \"%1\" within %2 s").arg(text).arg(m_dice.pick({0.0, 0.2, 1.0, 5.0, 20.0}));
+    switch (m_dice.below(10)) {
+    case 0:
+        return QStringLiteral("refuses the language");
+    case 1:
+        return QString::fromLatin1(m_dice.pick({"won't say it", "wants less", "is still loading"}));
+    case 2:
+    case 3:
+        return written + QStringLiteral(", but breaks off after %1 letters")
+                             .arg(m_dice.below(static_cast<std::size_t>(text.size())));
+    case 4:
+        return m_dice.chance(0.5) ? QStringLiteral("writes \"\" within 1 s") : written;
+    default:
+        return written;
     }
 }
 

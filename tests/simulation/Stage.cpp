@@ -26,6 +26,7 @@ Stage::Stage(test::SimulatedWorld& world, FaultLog& faults)
     learnTheDisk();
     learnTheSound();
     learnTheRecogniser();
+    learnTheLanguageModel();
     watchRefusals();
     m_world.desktop.onFocus = [this](const test::SimulatedWindow& before) { noteFocus(before); };
     m_world.windows.onPanelShown = [this] { m_world.workspace.runInFront(desktop::ourselves); };

@@ -80,6 +80,7 @@ private:
     void learnTheDisk();
     void learnTheSound();
     void learnTheRecogniser();
+    void learnTheLanguageModel();
 
     void hotkeyDown();
     void hotkeyUp(bool modifierFirst);
@@ -91,6 +92,7 @@ private:
     void noteFocus(const test::SimulatedWindow& before);
     test::ToolRun toolRun(const QStringList& arguments);
     void recognise(test::ToolRun run, bool isFirst);
+    void write(test::ModelAnswer answer, bool isFirst);
 
     test::SimulatedWorld& m_world;
     FaultLog* m_faults;
@@ -99,6 +101,7 @@ private:
     QHash<QString, std::vector<Verb>> m_byFirstWord; ///< with
     std::optional<HotkeyBinding> m_heldBinding;
     std::vector<test::ToolRun> m_runs;
+    std::vector<test::ModelAnswer> m_answers;
     std::optional<QString> m_mistake;
     bool m_isClosing = false; ///< a window is about to go
 };

@@ -46,12 +46,6 @@ void Stage::learnTheMachine() {
         auto& actor = m_world.actor;
         actor.setStartDate(isForward ? actor.startDate() + by : actor.startDate() - by);
     });
-    means("a language model is there, and hears (nothing|[a-z]+)", [this](const auto& arguments) {
-        m_world.languageModel.reason.reset();
-        m_world.languageModel.languages = {"en", "de", "ru", "fr", "es"};
-        m_world.languageRecognizer.answer =
-            arguments[0] == u"nothing" ? std::nullopt : std::optional(arguments[0]);
-    });
     means("statistics can't be written", [this](const auto&) { m_world.databases.insertFails = true; });
     means("preferences can't be written", [this](const auto&) {
         m_faults->note(Fault::PreferencesRefused);

@@ -2,6 +2,7 @@
 #include "TextJudge.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace talvera::simulation {
 
@@ -96,6 +97,10 @@ void TextJudge::begin(const Effect& effect) {
 }
 
 void TextJudge::seeClipboard(const QString& text) {
+    const bool isWhole = m_current && m_current->text == text && m_current->comesInParts &&
+                         m_current->isOnClipboard && !m_current->isTyped;
+    if (isWhole && !std::exchange(m_current->isReplaced, true))
+        return;
     // One that is typed comes here when it doesn't arrive, perhaps for the second time: another program may
     // have had the clipboard when it was to be pasted.
     const bool isBack = m_current && m_current->text == text && m_current->isTyped &&
@@ -157,11 +162,18 @@ void TextJudge::seeNotice(const QString& notice) {
             isLost ? !text.isOnClipboard : text.isOnClipboard && (text.isTyped || text.isPasted);
         return isMeant && !text.isTold && !text.isToldLost && text.arrived != text.text;
     });
+    // Refused by the clipboard in its first part, and then as a whole.
+    const auto isLostInParts = [](const Text& text) {
+        return text.comesInParts && text.isToldLost && !text.isReplaced;
+    };
+    const auto again = isLost ? std::find_if(m_texts.begin(), m_texts.end(), isLostInParts) : m_texts.end();
     const auto typed = std::find_if(m_texts.begin(), m_texts.end(), [&](const Text& text) {
         return !text.isTold && !text.isToldLost && text.arrived == text.text;
     });
     if (untold != m_texts.end())
         (isLost ? untold->isToldLost : untold->isTold) = true;
+    else if (again != m_texts.end())
+        again->isReplaced = true;
     else if (typed != m_texts.end()) // its last key went down, but did not come up
         (isLost ? typed->isToldLost : typed->isTold) = true;
     else

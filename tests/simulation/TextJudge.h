@@ -19,6 +19,7 @@ struct ExpectedText {
     bool mayBeDirect = false;          ///< typed or pasted
     bool mayBeForClipboard = false;    ///< put on the clipboard for the user
     bool isProtected = true;           ///< it belongs to one window
+    bool comesInParts = false;         ///< the clipboard gets the first part of it, and then the whole
     std::set<pid_t> applications = {}; ///< whose window that may be; empty: that of any application
 };
 
@@ -50,6 +51,7 @@ private:
         bool isOnClipboard = false;
         bool isTold = false;        ///< why it is there
         bool isToldLost = false;    ///< it is not even there
+        bool isReplaced = false;    ///< by the whole of it, on the clipboard, or has been tried to
         bool isRefused = false;     ///< one of its keys was, perhaps the last one as it came up
         bool hasGaps = false;       ///< where a key could not be made
         bool mayLoseTarget = false; ///< the focus has moved since it was routed

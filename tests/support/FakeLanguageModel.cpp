@@ -72,10 +72,14 @@ std::unique_ptr<LanguageModelSession> FakeLanguageModel::makeSession(const QStri
 
 ModelAnswer FakeLanguageModel::answerTo(const ModelRequestSeen& request) {
     requests.push_back(request);
+    if (!request.isWarmup())
+        m_lastAnswer = nextAnswer();
     if (onRequest)
         onRequest(request);
-    if (request.isWarmup())
-        return warmupAnswer;
+    return request.isWarmup() ? warmupAnswer : m_lastAnswer;
+}
+
+ModelAnswer FakeLanguageModel::nextAnswer() {
     if (m_next < m_answers.size())
         return m_answers[m_next++];
     return {{}, LanguageModelError(QStringLiteral("assetsUnavailable"))};

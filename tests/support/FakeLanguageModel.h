@@ -53,6 +53,9 @@ public:
     }
     ModelAnswer warmupAnswer{{{{}, QStringLiteral("ok")}}, {}};
 
+    /// What the last request for a text was answered with.
+    const ModelAnswer& lastAnswer() const { return m_lastAnswer; }
+
     std::vector<ModelRequestSeen> requests;
     std::function<void(const ModelRequestSeen&)> onRequest;
     int preparations = 0;
@@ -75,10 +78,12 @@ private:
     class Session;
 
     ModelAnswer answerTo(const ModelRequestSeen& request);
+    ModelAnswer nextAnswer();
 
     MainActor* m_actor = nullptr;
     std::vector<ModelAnswer> m_answers;
     std::size_t m_next = 0;
+    ModelAnswer m_lastAnswer;
     Published<int> m_changes;
 };
 
