@@ -100,6 +100,9 @@ void ReadinessMonitor::requestMicrophone(std::function<void()> done) {
 std::optional<QString> ReadinessMonitor::openMicrophoneSettings() {
     if (m_parts.settingsPanels.open(SettingsPanels::Panel::Microphone))
         return std::nullopt;
+    const auto lack = m_parts.microphone.lack();
+    if (lack == MicrophoneLack::Server) // no microphone would help
+        return talvera::microphoneLackText(lack);
     return localized("settings.none.microphone",
                      "Plug in a microphone, or allow one in this desktop's sound settings");
 }

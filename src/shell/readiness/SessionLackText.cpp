@@ -16,13 +16,16 @@ QString sessionLackText(SessionLack lack) {
             "Talvera can't work in this kind of session yet. Choose another one when you log in: "
             "Wayland sessions don't let it watch keys.");
     case SessionLack::KeyWatching:
-        return localized("session.lack.keyWatching", "This session doesn't let programs watch the keyboard.");
+        return localized("session.lack.keyWatching", "This session doesn't let programs watch the keyboard. "
+                                                     "Choose another one when you log in.");
     case SessionLack::KeyPosting:
         return localized("session.lack.keyPosting",
-                         "This session doesn't let programs type, or that is switched off.");
+                         "This session doesn't let programs type, or that is switched off. "
+                         "Choose another one when you log in.");
     case SessionLack::ActiveWindow:
         return localized("session.lack.activeWindow",
-                         "The window manager doesn't tell which window is active (or none is running).");
+                         "The window manager doesn't tell which window is active (or none is running). "
+                         "Use another one.");
     }
     Q_UNREACHABLE();
 }

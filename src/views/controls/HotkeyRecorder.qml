@@ -13,6 +13,7 @@ Column {
     property bool showsShortcut: true  ///< else the field only invites to record
     property bool invites: true        ///< says beside the shortcut, too, how another one is recorded
     property bool showsRefusal: true   ///< else whoever uses the field shows what would stand below it
+    property bool onTint: false        ///< stands on a colour on which the usual one of fields isn't seen
 
     readonly property bool isRecording: recorder.isRecording
     readonly property bool isBoundChordSaid: recorder.boundChord !== ""
@@ -48,7 +49,8 @@ Column {
         Plane {
             anchors.fill: parent
             radius: Theme.radiusSmall
-            color: field.recorder.isArmed ? Qt.alpha(Theme.accent, 0.3) : pointer.hovered ? Theme.fillHovered : Theme.fill
+            color: field.recorder.isArmed ? Qt.alpha(Theme.accent, 0.3) : pointer.hovered ? Theme.fillHovered
+                 : control.onTint ? Theme.surface : Theme.fill
             outlineWidth: 1
             outline: field.recorder.isArmed ? Theme.accent : Theme.outline
         }
@@ -69,7 +71,7 @@ Column {
                         required property string modelData
 
                         text: modelData
-                        color: Theme.surface
+                        color: control.onTint ? Theme.fill : Theme.surface
                     }
                 }
             }

@@ -57,8 +57,8 @@ Item {
     Plane {
         anchors.fill: parent
         radius: Theme.radiusMedium
-        color: area.pressed ? Theme.fillPressed : area.containsMouse ? Theme.fillHovered
-             : row.selected ? Theme.accentFill : Theme.surface
+        color: row.selected ? Theme.accentFill : area.pressed ? Theme.fillHovered
+             : area.containsMouse ? Theme.fill : Theme.surface
         outlineWidth: row.selected ? 2 : 1
         outline: row.selected ? Theme.accent : Theme.outline
 

@@ -66,6 +66,7 @@ FocusScope {
                     showsShortcut: custom.selected
                     invites: false
                     showsRefusal: false
+                    onTint: custom.selected
                 }
                 // qmllint enable unqualified
             }

@@ -93,7 +93,10 @@ TEST_F(OnboardingModels, sessionThatLacksWhatNoSettingsGive_hasNoButton) {
     const auto card = model.permissions()->accessibility();
     EXPECT_EQ(card.state, "denied");
     EXPECT_EQ(card.action, "");
-    EXPECT_EQ(card.cause, "This session doesn't let programs type, or that is switched off.");
+    EXPECT_EQ(
+        card.cause,
+        "This session doesn't let programs type, or that is switched off. Choose another one when you log "
+        "in.");
 }
 
 TEST_F(OnboardingModels, sessionWhoseSettingsCanAllowUs_isAskedTo) {

@@ -100,7 +100,8 @@ TEST_F(PanelModel, fixOfAccessibility_saysWhatTheSessionLacksThoughTheDesktopHas
     access.lack = SessionLack::ActiveWindow;
     model.fixAccessibility();
     EXPECT_EQ(advice,
-              QStringList("The window manager doesn't tell which window is active (or none is running)."));
+              QStringList("The window manager doesn't tell which window is active (or none is running). "
+                          "Use another one."));
     EXPECT_TRUE(settingsPanels.opened.empty());
 }
 

@@ -226,7 +226,8 @@ TEST_F(Readiness, whatIsMissing_isToldWithItsCause) {
     access.trusted = false;
     EXPECT_TRUE(monitor().canAllowAccessibility());
     access.lack = SessionLack::KeyWatching;
-    EXPECT_EQ(monitor().accessibilityLackText(), "This session doesn't let programs watch the keyboard.");
+    EXPECT_EQ(monitor().accessibilityLackText(),
+              "This session doesn't let programs watch the keyboard. Choose another one when you log in.");
     EXPECT_FALSE(monitor().canAllowAccessibility());
 }
 
@@ -234,9 +235,16 @@ TEST_F(Readiness, whatNoPageCanGive_isToldInstead) {
     EXPECT_EQ(monitor().openAccessibilitySettings(), "Nothing is missing any more");
     access.trusted = false;
     access.lack = SessionLack::ActiveWindow;
-    EXPECT_EQ(monitor().openAccessibilitySettings(),
-              "The window manager doesn't tell which window is active (or none is running).");
+    EXPECT_EQ(
+        monitor().openAccessibilitySettings(),
+        "The window manager doesn't tell which window is active (or none is running). Use another one.");
     EXPECT_TRUE(settingsPanels.opened.empty());
+    settingsPanels.hasPanels = false;
+    microphone.current = AuthorizationStatus::Denied;
+    microphone.denial = MicrophoneLack::Microphone;
+    EXPECT_TRUE(monitor().openMicrophoneSettings()->startsWith("Plug in a microphone"));
+    microphone.denial = MicrophoneLack::Server;
+    EXPECT_EQ(monitor().openMicrophoneSettings(), monitor().microphoneLackText());
 }
 
 } // namespace
