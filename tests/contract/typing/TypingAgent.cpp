@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "TypingAgent.h"
 
+#include "linux/x11/server/X11Server.h"
+
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
@@ -75,7 +77,12 @@ void TypingAgent::awaitDone() {
     }
 }
 
+/// What it has sent and the server hasn't read would be lost with it. Once the server has answered twice, it
+/// has read what was sent before.
 void TypingAgent::kill() {
+    const auto connection = X11Server().connect();
+    connection->roundTrip();
+    connection->roundTrip();
     ::kill(m_process, SIGKILL);
     ::waitpid(std::exchange(m_process, 0), nullptr, 0);
 }
