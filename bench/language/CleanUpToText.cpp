@@ -26,7 +26,7 @@ using namespace talvera::bench;
 namespace {
 
 void printMemory(const std::string& when, const ProcessTree& tree) {
-    tree.awaitRest();
+    std::this_thread::sleep_for(std::chrono::seconds(3)); // the model's server wakes once a second for good
     printFigure("memory (PSS) " + when + ", " + std::to_string(tree.processes().size()) + " processes",
                 tree.megabytes(), "MB");
 }
