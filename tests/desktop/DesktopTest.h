@@ -60,7 +60,7 @@ protected:
     static testing::AssertionResult clipboardBecomes(const QString& text);
 
     /// Whether, in a moment at most, the agent's directory for temporary files holds nothing of a dictation
-    /// and no recogniser runs in this desktop.
+    /// and no recogniser runs in this desktop, but one that warms up.
     static testing::AssertionResult isClean();
     /// The files there but those of the warm-up, and sockets, of all agents.
     static QStringList leftFiles();
