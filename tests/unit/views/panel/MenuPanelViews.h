@@ -2,7 +2,7 @@
 #pragma once
 
 #include "PanelFixture.h"
-#include "itemsBelow.h"
+#include "ShownItems.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "shell/panel/MenuPanelModel.h"
 #include "views/ViewEngine.h"
@@ -10,7 +10,6 @@
 #include <QQuickWindow>
 #include <QTest>
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -18,7 +17,7 @@
 namespace talvera::test {
 
 /// The views of the panel over a machine of fakes, without a screen.
-class MenuPanelViews : public PanelTest {
+class MenuPanelViews : public PanelTest, protected ShownItems {
 protected:
     MenuPanelViews() { languageModel.reason.reset(); }
 
@@ -41,43 +40,11 @@ protected:
         toggle.install();
     }
 
-    static void layOut(QQuickItem& item) {
-        for (auto* child : item.childItems())
-            layOut(*child);
-        item.ensurePolished();
-    }
+    QQuickItem& root() const override { return *view; }
 
-    std::vector<QQuickItem*> shownTexts() {
-        return itemsBelow(*view, [](QQuickItem& item) {
-            return item.inherits("QQuickText") && item.isVisible() &&
-                   !item.property("text").toString().isEmpty();
-        });
-    }
-    QQuickItem* shownText(const QString& words) {
-        for (auto* text : shownTexts()) {
-            if (text->property("text") == words)
-                return text;
-        }
-        return nullptr;
-    }
     void expectWholeTexts() {
-        for (auto* text : shownTexts()) {
-            EXPECT_FALSE(text->property("truncated").toBool())
-                << qPrintable(text->property("text").toString());
-            const auto place = text->mapRectToItem(&*view, QRectF(QPointF(), text->size()));
-            EXPECT_TRUE(QRectF(0, 0, 300, view->height()).contains(place))
-                << qPrintable(text->property("text").toString());
-        }
-    }
-    std::vector<QQuickItem*> allOfType(const QString& type) {
-        return itemsBelow(*view, [&](QQuickItem& item) {
-            return QString::fromLatin1(item.metaObject()->className()).startsWith(type + "_QML");
-        });
-    }
-    QQuickItem& ofType(const QString& type) { return *allOfType(type).at(0); }
-    std::ptrdiff_t shownOfType(const QString& type) {
-        const auto all = allOfType(type);
-        return std::count_if(all.begin(), all.end(), [](auto* item) { return item->isVisible(); });
+        for (const auto* text : shownTexts())
+            expectWhole(*text, QStringLiteral("the panel"));
     }
 
     /// Shows the window, so that keys and clicks arrive.

@@ -2,15 +2,13 @@
 #pragma once
 
 #include "SettingsFixture.h"
-#include "itemsBelow.h"
+#include "ShownItems.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "views/ViewEngine.h"
 
 #include <QQuickWindow>
 #include <QTest>
 
-#include <algorithm>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -20,7 +18,7 @@ namespace talvera::test {
 inline constexpr QSize usualSize(840, 640);
 
 /// The settings' view and its model, without a screen.
-class SettingsViews : public SettingsFixture {
+class SettingsViews : public SettingsFixture, protected ShownItems {
 protected:
     void make(QSize size = usualSize) {
         view.reset();
@@ -41,30 +39,9 @@ protected:
         QMetaObject::invokeMethod(view.get(), "takeKeyboard");
         layOut(*view);
     }
-    static void layOut(QQuickItem& item) {
-        for (auto* child : item.childItems())
-            layOut(*child);
-        item.ensurePolished();
-    }
+    /// With what floats above the view.
+    QQuickItem& root() const override { return *window.contentItem(); }
 
-    std::vector<QQuickItem*> shownItems(const std::function<bool(QQuickItem&)>& matches) {
-        layOut(*window.contentItem());
-        return itemsBelow(*window.contentItem(),
-                          [&](QQuickItem& item) { return item.isVisible() && matches(item); });
-    }
-    std::vector<QQuickItem*> shownTexts() {
-        return shownItems([](QQuickItem& item) {
-            return item.inherits("QQuickText") && !item.property("text").toString().isEmpty();
-        });
-    }
-    bool isShown(const QString& words) {
-        const auto texts = shownTexts();
-        return std::any_of(texts.begin(), texts.end(),
-                           [&](auto* text) { return text->property("text").toString() == words; });
-    }
-    QRectF placeOf(const QQuickItem& item) const {
-        return item.mapRectToItem(window.contentItem(), QRectF(QPointF(), item.size()));
-    }
     /// What can be used and is called so.
     QQuickItem& control(const QString& name) {
         const auto found =
@@ -107,13 +84,8 @@ protected:
     }
 
     void expectWholeTexts(const QString& state) {
-        for (const auto* text : shownTexts()) {
-            const auto words = text->property("text").toString();
-            const auto place = placeOf(*text);
-            EXPECT_FALSE(text->property("truncated").toBool()) << qPrintable(state + ": " + words);
-            EXPECT_GE(place.left(), 0) << qPrintable(state + ": " + words);
-            EXPECT_LE(place.right(), window.width()) << qPrintable(state + ": " + words);
-        }
+        for (const auto* text : shownTexts())
+            expectWholeAcross(*text, state);
     }
     /// The same with each list of the section open.
     void expectWholeLists(const QString& state) {
