@@ -26,7 +26,8 @@ DemoModel::DemoModel(OnboardingController& controller, AppSettings& settings, Ke
 }
 
 QString DemoModel::title() const {
-    return localized("onboarding.demo.title", "Say something");
+    return transcript().isEmpty() ? localized("onboarding.demo.title", "Say something")
+                                  : localized("onboarding.demo.title.done", "That's how it works");
 }
 
 QString DemoModel::bodyBefore() const {

@@ -15,7 +15,7 @@ class OnboardingController;
 /// The step in which the user dictates for the first time. Main thread only.
 class DemoModel final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString title READ title NOTIFY stateChanged)
     Q_PROPERTY(QString bodyBefore READ bodyBefore NOTIFY hotkeyChanged)
     Q_PROPERTY(QString hotkey READ hotkey NOTIFY hotkeyChanged)
     Q_PROPERTY(QString bodyAfter READ bodyAfter NOTIFY hotkeyChanged)

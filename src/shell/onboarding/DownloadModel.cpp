@@ -43,7 +43,9 @@ DownloadModel::DownloadModel(ModelDownloader& downloader)
 }
 
 QString DownloadModel::title() const {
-    return localized("onboarding.download.title", "Getting the speech model");
+    return m_downloader.phase.get().kind() == Phase::Done
+               ? localized("onboarding.download.title.done", "The speech model is here")
+               : localized("onboarding.download.title", "Getting the speech model");
 }
 
 QString DownloadModel::body() const {

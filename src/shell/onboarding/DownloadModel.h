@@ -12,7 +12,7 @@ namespace talvera {
 /// The step of the download. Main thread only.
 class DownloadModel final : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString title READ title NOTIFY phaseChanged)
     Q_PROPERTY(QString body READ body CONSTANT)
     Q_PROPERTY(QString fileName READ fileName CONSTANT)
     Q_PROPERTY(QString fileSize READ fileSize CONSTANT)

@@ -4,6 +4,8 @@ import Talvera
 
 /// One of several: chosen or not.
 Plane {
+    id: mark
+
     property bool on: false
 
     implicitWidth: 20
@@ -14,11 +16,10 @@ Plane {
     outline: Theme.textSecondary
 
     Plane {
-        anchors.centerIn: parent
-        width: 8
-        height: 8
-        radius: 4
-        visible: parent.on
+        anchors.fill: parent
+        anchors.margins: Math.round(6 * Screen.devicePixelRatio) / Screen.devicePixelRatio // as wide on all sides
+        radius: width / 2
+        visible: mark.on
         color: Theme.textOnAccent
     }
 }

@@ -10,6 +10,7 @@ FocusScope {
     property bool moves: false
     readonly property DownloadModel download: wizard.download
     readonly property bool isFailed: download.phase === "failed"
+    readonly property bool warns: download.remark !== "" && !isFailed
 
     StepHeading {
         x: 48
@@ -46,20 +47,35 @@ FocusScope {
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
-        Label {
-            id: detail
+        Item {
             width: parent.width
-            topPadding: 6
-            horizontalAlignment: Text.AlignHCenter
-            text: step.isFailed ? step.download.failure
-                : step.download.remark !== "" ? step.download.remark : step.download.progressText
-            visible: text !== ""
-            color: step.download.remark !== "" && !step.isFailed ? Theme.warn : Theme.textSecondary
-            font.pixelSize: Theme.sizeGlance
-            wrapMode: Text.Wrap
-            Accessible.ignored: false
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            visible: detail.text !== ""
+            implicitHeight: detail.implicitHeight
+
+            Symbol {
+                // Beside the first line.
+                x: detail.x + Math.round((detail.width - detail.contentWidth) / 2) - width - 6
+                y: detail.topPadding + Math.round((detail.contentHeight / Math.max(1, detail.lineCount) - height) / 2)
+                visible: step.warns
+                name: "exclamationmark.triangle.fill"
+                size: 14
+                color: Theme.warn
+            }
+            Label {
+                id: detail
+                x: step.warns ? 20 : 0
+                width: parent.width - 2 * x
+                topPadding: 6
+                horizontalAlignment: Text.AlignHCenter
+                text: step.isFailed ? step.download.failure
+                    : step.warns ? step.download.remark : step.download.progressText
+                color: step.warns ? Theme.warn : Theme.textSecondary
+                font.pixelSize: Theme.sizeGlance
+                wrapMode: Text.Wrap
+                Accessible.ignored: false
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
         Item {
             width: 1

@@ -59,7 +59,7 @@ Item {
         radius: Theme.radiusMedium
         color: row.selected ? Theme.accentFill : area.pressed ? Theme.fillHovered
              : area.containsMouse ? Theme.fill : Theme.surface
-        outlineWidth: row.selected ? 2 : 1
+        outlineWidth: 1 // the ring of the keyboard is the only frame that is wider
         outline: row.selected ? Theme.accent : Theme.outline
 
         FocusRing {
@@ -88,7 +88,7 @@ Item {
     Column {
         anchors { left: mark.right; leftMargin: Theme.spacingLarge; right: caps.left; rightMargin: Theme.spacing }
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 2
+        spacing: 4
 
         Row {
             height: name.implicitHeight // with a badge, too: the words of all rows stand alike
@@ -104,7 +104,7 @@ Item {
             Pill {
                 anchors.verticalCenter: parent.verticalCenter
                 visible: row.badge !== ""
-                implicitHeight: 20
+                implicitHeight: 18
                 text: row.badge
                 tone: row.selected ? Theme.textOnAccent : Theme.accent
                 color: row.selected ? Theme.accent : Theme.accentFill

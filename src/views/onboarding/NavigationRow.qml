@@ -24,32 +24,48 @@ Item {
         text: row.wizard.texts.back
         onClicked: row.wizard.back()
     }
-    Row {
+    Column {
         anchors.centerIn: parent
-        visible: row.wizard.hint === ""
-        spacing: Theme.spacingLarge
-        Accessible.role: Accessible.StaticText
-        Accessible.name: row.wizard.stepText
+        spacing: Theme.spacingSmall
 
         Row {
-            anchors.verticalCenter: parent.verticalCenter
-            spacing: 6
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: Theme.spacingLarge
+            Accessible.role: Accessible.StaticText
+            Accessible.name: row.wizard.stepText
 
-            Repeater {
-                model: row.wizard.stepCount
+            Row {
+                anchors.verticalCenter: parent.verticalCenter
+                spacing: 6
 
-                // qmllint disable unqualified
-                ProgressDot {
-                    required property int index
-                    active: index === row.wizard.step
-                    passed: index < row.wizard.step
+                Repeater {
+                    model: row.wizard.stepCount
+
+                    // qmllint disable unqualified
+                    ProgressDot {
+                        required property int index
+                        active: index === row.wizard.step
+                        passed: index < row.wizard.step
+                    }
+                    // qmllint enable unqualified
                 }
-                // qmllint enable unqualified
+            }
+            Caption {
+                anchors.verticalCenter: parent.verticalCenter
+                visible: row.wizard.hint === "" // which says more, and takes the room
+                text: row.wizard.stepText
             }
         }
         Caption {
-            anchors.verticalCenter: parent.verticalCenter
-            text: row.wizard.stepText
+            // Between the buttons, the right one of which is the nearer.
+            width: 2 * (primary.x - row.width / 2 - Theme.spacingLarge)
+            visible: text !== ""
+            horizontalAlignment: Text.AlignHCenter
+            text: row.wizard.hint
+            wrapMode: Text.Wrap
+            Accessible.ignored: false
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
     }
     PushButton {
@@ -66,13 +82,5 @@ Item {
             focusReason = Qt.TabFocusReason
             event.accepted = false
         }
-    }
-    Caption {
-        anchors { right: primary.left; rightMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
-        visible: text !== ""
-        text: row.wizard.hint
-        Accessible.ignored: false
-        Accessible.role: Accessible.StaticText
-        Accessible.name: text
     }
 }

@@ -171,6 +171,9 @@ TEST_F(OnboardingModels, download_isToldInEveryPhase) {
         EXPECT_EQ(QStringList({download.phase(), download.status()}), words);
     }
     EXPECT_EQ(download.failure(), "The disk is full.");
+    EXPECT_EQ(download.title(), "Getting the speech model");
+    downloader.phase.set(Phase::Done);
+    EXPECT_EQ(download.title(), "The speech model is here");
 }
 
 TEST_F(OnboardingModels, downloadUnderWay_countsMegabytesAndPercent) {
@@ -276,6 +279,7 @@ TEST_F(OnboardingModels, demo_saysWhatHappens) {
     warmup.didWhisperWarmup.set(true);
     EXPECT_EQ(demo.output(), "Your words will appear here.");
     EXPECT_EQ(demo.caption(), "Hold to talk");
+    EXPECT_EQ(demo.title(), "Say something");
     open();
     finishDownload();
     goTo(Step::DemoStep);
@@ -287,6 +291,7 @@ TEST_F(OnboardingModels, demo_saysWhatHappens) {
     EXPECT_EQ(demo.state(), "done");
     EXPECT_EQ(demo.transcript(), "hello world");
     EXPECT_EQ(demo.output(), "");
+    EXPECT_EQ(demo.title(), "That's how it works");
     EXPECT_EQ(demo.caption(), "Hold to try again");
 }
 

@@ -18,12 +18,8 @@ class OnboardingTexts : public OnboardingViewFixture {
 protected:
     void expectWholeTexts(const char* state) {
         layOut(*view);
-        for (auto* text : shownTexts()) {
-            EXPECT_FALSE(text->property("truncated").toBool())
-                << state << ": " << qPrintable(text->property("text").toString());
-            EXPECT_TRUE(QRectF(QPointF(), view->size()).contains(placeOf(*text)))
-                << state << ": " << qPrintable(text->property("text").toString());
-        }
+        for (const auto* text : shownTexts())
+            expectWhole(*text, state);
         for (const auto* cap : shownOfType("KbdCap")) {
             const auto rows = shownOfType("HotkeyRow");
             EXPECT_TRUE(rows.empty() ||
@@ -35,6 +31,11 @@ protected:
         }
         for (const auto* words : shownOfType("Typewriter"))
             EXPECT_LE(words->implicitHeight(), words->height()) << state << ": a sample";
+        if (const auto* hint = shownText(model->hint())) {
+            EXPECT_EQ(shownOfType("ProgressDot").size(), 6U) << state;
+            for (const auto* button : shownOfType("PushButton"))
+                EXPECT_FALSE(placeOf(*button).intersects(placeOf(*hint))) << state << ": the hint";
+        }
         const auto navigation = placeOf(*shownOfType("NavigationRow").at(0));
         for (const auto& type :
              {"BenefitPermissionCard", "HotkeyRow", "HotkeyWarning", "FileRow", "HoldButton", "NoteLine"}) {
