@@ -46,6 +46,11 @@ void photographHUD(Stage& stage) {
     hud->show(listening(seconds(7)));
     speak();
     stage.photograph("hud-listening", panel->window().geometry().adjusted(-margin, -margin, margin, margin));
+    if (stage.isForFrontPage()) {
+        hud->hide();
+        stage.wait(settled);
+        return;
+    }
     stage.settings.hotkeyTapToToggle.set(true);
     photograph("listening-tap");
     stage.settings.hotkeyTapToToggle.set(false);

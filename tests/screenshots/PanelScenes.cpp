@@ -135,6 +135,12 @@ void photographPanel(Stage& stage) {
     stage.settings.aiCleanupEnabled.set(false);
     PanelSet panel(stage);
 
+    if (stage.isForFrontPage()) {
+        panel.setLanguageModel(std::nullopt);
+        panel.stats.lastWeekStats.set({2 * 3600 + 5 * 60, 148});
+        panel.photograph("ready");
+        return;
+    }
     panel.setLanguageModel(LanguageModel::UnavailableReason::IntelligenceOff);
     panel.photograph("model-off");
     panel.setLanguageModel(LanguageModel::UnavailableReason::DeviceNotEligible);

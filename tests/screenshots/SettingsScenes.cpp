@@ -73,6 +73,11 @@ void photographSettings(Stage& stage) {
     using Special = HotkeyBinding::SpecialKey;
     const QList<Qt::Key> toFirstControl(6, Qt::Key_Tab);
     SettingsSet set(stage);
+    if (stage.isForFrontPage()) {
+        set.resize({840, 700}); // all of the section
+        set.photograph("1-general");
+        return;
+    }
     set.photograph("1-general");
     set.photograph("1-general-list", QList<Qt::Key>(toFirstControl) << Qt::Key_Space);
     set.photograph("1-general-chosen",

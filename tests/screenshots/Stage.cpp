@@ -12,8 +12,9 @@
 
 namespace talvera::test {
 
-Stage::Wallpaper::Wallpaper(bool dark)
-    : m_dark(dark) {
+Stage::Wallpaper::Wallpaper(bool dark, Backdrop backdrop)
+    : m_dark(dark)
+    , m_backdrop(backdrop) {
     setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowStaysOnBottomHint);
     setGeometry(QGuiApplication::primaryScreen()->geometry().adjusted(
         0, 0, 0, -1)); // of the whole size it would lie above panels
@@ -23,6 +24,10 @@ Stage::Wallpaper::Wallpaper(bool dark)
 /// Colours and, in the lower half, a page of text: what lies below an overlay in real life.
 void Stage::Wallpaper::paintEvent(QPaintEvent*) {
     QPainter painter(this);
+    if (m_backdrop == Backdrop::Plain) {
+        painter.fillRect(QRect(QPoint(), size()), m_dark ? QColor("#242833") : QColor("#d5dbe8"));
+        return;
+    }
     QLinearGradient sky(0, 0, width(), height());
     sky.setColorAt(0, m_dark ? QColor("#16222f") : QColor("#8fc1e3"));
     sky.setColorAt(0.5, m_dark ? QColor("#3b2f4f") : QColor("#f3d9c6"));
@@ -36,10 +41,11 @@ void Stage::Wallpaper::paintEvent(QPaintEvent*) {
                          "The quick brown fox jumps over the lazy dog, and the dog does not mind at all.");
 }
 
-Stage::Stage(const QString& directory, const QString& label, bool dark)
+Stage::Stage(const QString& directory, const QString& label, bool dark, Backdrop backdrop)
     : m_directory(directory)
     , m_label(label)
-    , m_wallpaper(dark) {
+    , m_isForFrontPage(backdrop == Backdrop::Plain)
+    , m_wallpaper(dark, backdrop) {
     appearance.isDark.set(dark);
     QDir().mkpath(directory);
     QCursor::setPos(0, 0); // where nothing lights up under it

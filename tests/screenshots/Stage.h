@@ -17,11 +17,16 @@ namespace talvera::test {
 /// What the pictures are taken of: a desktop with a wallpaper, our views on it, and a camera.
 class Stage {
 public:
+    enum class Backdrop { Desk, Plain };
+
     /// `label` tells pictures of the same scene apart, such as "dark-200".
-    Stage(const QString& directory, const QString& label, bool dark);
+    Stage(const QString& directory, const QString& label, bool dark, Backdrop backdrop = Backdrop::Desk);
 
     /// Lets the event loop run.
     void wait(Duration duration);
+
+    /// Only the first scene of each kind is wanted, as a reader sees it who knows nothing of the program yet.
+    bool isForFrontPage() const { return m_isForFrontPage; }
 
     /// Takes a picture of a part of the screen, in device-independent pixels, as NAME-LABEL.png.
     void photograph(const QString& name, const QRect& area);
@@ -37,17 +42,19 @@ public:
 private:
     class Wallpaper : public QRasterWindow {
     public:
-        explicit Wallpaper(bool dark);
+        Wallpaper(bool dark, Backdrop backdrop);
 
     protected:
         void paintEvent(QPaintEvent* event) override;
 
     private:
         bool m_dark;
+        Backdrop m_backdrop;
     };
 
     QString m_directory;
     QString m_label;
+    bool m_isForFrontPage;
     Wallpaper m_wallpaper;
 };
 

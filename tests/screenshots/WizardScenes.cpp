@@ -221,6 +221,8 @@ void photographDemo(WizardSet& wizard) {
 void photographWizard(Stage& stage) {
     WizardSet wizard(stage);
     wizard.photograph("1-welcome", {}, typed);
+    if (stage.isForFrontPage())
+        return;
     wizard.photograph("1-welcome-keyboard", {Qt::Key_Tab});
     wizard.pointAt({660, 546});
     wizard.photograph("1-welcome-pointer");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // talvera-screenshots DIRECTORY LABEL light|dark [TEXTS…]: takes pictures of all our windows on the desktop
-// that it runs on, in the words of the catalogs TEXTS; of one kind alone if SCENES is "wizard" or "settings".
-// talvera-screenshots --icons FILE draws the tray's symbols.
+// that it runs on, in the words of the catalogs TEXTS; of one kind alone if SCENES is "wizard" or "settings",
+// and of each kind one if it is "front-page". talvera-screenshots --icons FILE draws the tray's symbols.
 #include "HUDScenes.h"
 #include "IconSheet.h"
 #include "PanelScenes.h"
@@ -66,17 +66,22 @@ int main(int argc, char** argv) {
     catalogs.prepend(QStringLiteral(TALVERA_TEXTS "/en.json"));
     if (!std::all_of(catalogs.begin(), catalogs.end(), [&](const auto& path) { return words.load(path); }))
         return EXIT_FAILURE;
-    test::Stage stage(arguments[1], arguments[2], arguments[3] == "dark");
-    stage.wait(seconds(0.5));
     const auto only = qEnvironmentVariable("SCENES");
-    if (only.isEmpty() || only == QStringLiteral("wizard"))
+    const bool isForFrontPage = only == QStringLiteral("front-page");
+    test::Stage stage(arguments[1], arguments[2], arguments[3] == "dark",
+                      isForFrontPage ? test::Stage::Backdrop::Plain : test::Stage::Backdrop::Desk);
+    stage.wait(seconds(0.5));
+    const bool areAllWanted = only.isEmpty() || isForFrontPage;
+    if (areAllWanted || only == QStringLiteral("wizard"))
         test::photographWizard(stage);
-    if (only.isEmpty() || only == QStringLiteral("settings"))
+    if (areAllWanted || only == QStringLiteral("settings"))
         test::photographSettings(stage);
-    if (!only.isEmpty())
+    if (!areAllWanted)
         return EXIT_SUCCESS;
     test::photographHUD(stage);
     test::photographPanel(stage);
+    if (isForFrontPage)
+        return EXIT_SUCCESS;
     test::photographRecorder(stage);
     if (application.devicePixelRatio() == 1 && arguments.size() == 4)
         test::photographTrays(stage);
