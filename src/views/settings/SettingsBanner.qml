@@ -10,11 +10,15 @@ Plane {
     property string text
     property string action ///< on its button; without any there is none
     property color tone: Theme.warn
+    readonly property bool hasButton: action !== ""
+    readonly property real room: width - words.x - Theme.spacingLarge ///< for words and button side by side
+    readonly property bool stacks: hasButton && room - Theme.spacingLarge - button.width < 160
 
     signal acted()
 
     width: parent?.width ?? 0
-    implicitHeight: Math.max(words.implicitHeight, button.visible ? button.height : 0) + 2 * Theme.spacing
+    implicitHeight: 2 * Theme.spacing + (stacks ? words.implicitHeight + Theme.spacingSmall + button.height
+                  : Math.max(words.implicitHeight, hasButton ? button.height : 0))
     height: implicitHeight
     radius: Theme.radiusMedium
     color: Theme.warnFill
@@ -23,21 +27,23 @@ Plane {
 
     Symbol {
         x: Theme.spacingLarge
-        anchors.verticalCenter: parent.verticalCenter
+        y: words.y + Math.round((words.height - height) / 2)
         name: banner.systemIcon
         color: banner.tone
     }
     Label {
         id: words
-        anchors { left: parent.left; leftMargin: 44; right: button.visible ? button.left : parent.right; rightMargin: Theme.spacingLarge }
-        anchors.verticalCenter: parent.verticalCenter
+        x: 44
+        y: banner.stacks ? Theme.spacing : Math.round((banner.height - height) / 2)
+        width: banner.room - (banner.hasButton && !banner.stacks ? button.width + Theme.spacingLarge : 0)
         text: banner.text
         wrapMode: Text.Wrap
     }
     PushButton {
         id: button
-        anchors { right: parent.right; rightMargin: Theme.spacingLarge; verticalCenter: parent.verticalCenter }
-        visible: banner.action !== ""
+        anchors { right: parent.right; rightMargin: Theme.spacingLarge }
+        y: banner.stacks ? words.y + words.height + Theme.spacingSmall : Math.round((banner.height - height) / 2)
+        visible: banner.hasButton
         compact: true
         text: banner.action
         onClicked: banner.acted()
