@@ -74,7 +74,7 @@ void photographSettings(Stage& stage) {
     const QList<Qt::Key> toFirstControl(6, Qt::Key_Tab);
     SettingsSet set(stage);
     if (stage.isForFrontPage()) {
-        set.resize({840, 700}); // all of the section
+        set.resize({840, 676}); // all of the section, and no more than the screen shows
         set.photograph("1-general");
         return;
     }
