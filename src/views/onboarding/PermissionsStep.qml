@@ -12,9 +12,9 @@ FocusScope {
 
     Column {
         x: 48
-        y: 24
+        y: 20
         width: parent.width - 96
-        spacing: 10
+        spacing: Theme.spacingSmall
 
         Pill {
             text: step.permissions.pill
