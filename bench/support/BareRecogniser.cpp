@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/inotify.h>
 #include <sys/wait.h>
@@ -57,6 +58,10 @@ RecordingKeeper::~RecordingKeeper() {
 
 std::string RecordingKeeper::keep() {
     for (;;) {
+        constexpr int patienceInMilliseconds = 30'000;
+        pollfd news{m_watch, POLLIN, 0};
+        if (::poll(&news, 1, patienceInMilliseconds) == 0)
+            throw std::runtime_error("the agent has saved no recording");
         alignas(inotify_event) char bytes[4096];
         const ssize_t count = ::read(m_watch, bytes, sizeof bytes);
         for (ssize_t at = 0; at < count;) {
