@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "RigInput.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -78,6 +79,8 @@ void RigInput::request(const std::string& line) {
     while (answer.empty() || answer.back() != '\n') {
         char part[128];
         const ssize_t count = ::read(m_socket, part, sizeof part);
+        if (count < 0 && errno == EINTR) // by the end of a child, see outputOf
+            continue;
         if (count <= 0)
             throw std::runtime_error("the rig's keyboards are gone");
         answer.append(part, static_cast<std::size_t>(count));

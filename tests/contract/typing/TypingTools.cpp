@@ -5,11 +5,13 @@
 #include "linux/x11/typing/X11Keyboard.h"
 #include "text/typewriterChunks.h"
 
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <unistd.h>
 
 namespace talvera::test {
 
@@ -59,8 +61,13 @@ std::string outputOf(const std::string& command) {
     const std::unique_ptr<std::FILE, decltype(close)> stream(::popen(command.c_str(), "r"), close);
     std::string output;
     char buffer[4096];
-    while (const std::size_t count = stream ? std::fread(buffer, 1, sizeof buffer, stream.get()) : 0) {
-        output.append(buffer, count);
+    ssize_t count = 0;
+    // Newer versions of Qt handle the end of every child, which interrupts what waits.
+    while (stream && ((count = ::read(::fileno(stream.get()), buffer, sizeof buffer)) > 0 ||
+                      (count < 0 && errno == EINTR))) {
+        if (count > 0) {
+            output.append(buffer, static_cast<std::size_t>(count));
+        }
     }
     return output;
 }
