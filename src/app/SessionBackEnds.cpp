@@ -5,6 +5,8 @@
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/wayland/clipboard/WaylandPasteboard.h"
+#include "linux/wayland/sway/SwayEventTaps.h"
+#include "linux/wayland/sway/SwaySessionAccess.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
 #include "linux/wayland/typing/WaylandKeyEventPoster.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
@@ -82,12 +84,6 @@ SessionBackEnds x11BackEnds(const SessionOffer& offer, const BackEndParts& parts
     return chosen;
 }
 
-std::unique_ptr<Workspace> waylandWorkspace(const SessionOffer& offer, const BackEndParts& parts) {
-    if (offer.swaySocket.isEmpty())
-        return std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
-    return std::make_unique<SwayWorkspace>(SwayIpc(offer.swaySocket), parts.installed);
-}
-
 /// Whether the window that has the focus may show a terminal. It may where nothing is known of it.
 bool mayTerminalHaveFocus(const QString& swaySocket) {
     const auto tree = SwayIpc(swaySocket).ask(SwayIpc::Request::GetTree);
@@ -109,22 +105,32 @@ std::unique_ptr<Pasteboard> waylandPasteboard(const SessionOffer& offer, const B
         [socket = offer.swaySocket] { return socket.isEmpty() || mayTerminalHaveFocus(socket); });
 }
 
+/// Null where the compositor lets no program type.
 std::unique_ptr<KeyEventPoster> waylandKeyPoster(const SessionOffer& offer) {
     const auto xProgram = std::make_shared<FocusedXProgram>(offer.server);
-    if (auto poster = WaylandKeyEventPoster::open([xProgram] { xProgram->awaitReading(); }))
-        return poster;
-    return std::make_unique<NoKeyEventPoster>();
+    return WaylandKeyEventPoster::open([xProgram] { xProgram->awaitReading(); });
 }
 
 /// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
 /// those of X programs, and what works for these alone would lose what is said into all others.
 SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     auto chosen = x11Windows(offer, parts);
-    chosen.eventTaps = std::make_unique<NoEventTaps>();
     chosen.keyPoster = waylandKeyPoster(offer);
     chosen.pasteboard = waylandPasteboard(offer, parts);
-    chosen.workspace = waylandWorkspace(offer, parts);
-    chosen.access = std::make_unique<NoSessionAccess>();
+    const bool canType = chosen.keyPoster != nullptr;
+    if (!canType)
+        chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
+    if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere()) {
+        const SwayIpc sway(offer.swaySocket);
+        chosen.eventTaps = std::make_unique<SwayEventTaps>(offer.swaySocket, *chosen.keyboardLayout);
+        chosen.workspace = std::make_unique<SwayWorkspace>(sway, parts.installed);
+        chosen.access =
+            std::make_unique<SwaySessionAccess>(SwayIpc(offer.swaySocket, SwayIpc::longPatience), canType);
+    } else {
+        chosen.eventTaps = std::make_unique<NoEventTaps>();
+        chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
+        chosen.access = std::make_unique<NoSessionAccess>();
+    }
     return chosen;
 }
 

@@ -6,6 +6,7 @@
 #include "app/obeyCommandLine.h"
 #include "core/Agent.h"
 #include "core/AgentCommand.h"
+#include "hotkeys/HotkeyPresets.h"
 #include "linux/commands/CommandSocket.h"
 #include "linux/commands/commandSocketPaths.h"
 #include "linux/posix/AgentDirectory.h"
@@ -16,6 +17,7 @@
 #include "linux/support/privateMemory.h"
 #include "linux/xdg/XdgDirectories.h"
 #include "persistence/AppSettings.h"
+#include "platform/keyboard/EventTap.h"
 #include "platform/system/PlatformError.h"
 #include "views/ViewEngine.h"
 
@@ -70,7 +72,8 @@ CommandReply obey(Agent& agent, const CommandRequest& request) {
 int runAgent(QtMainActor& actor, LinuxMachine& linuxMachine, Console& console, DisplayClaim& claim,
              const LaunchRequest& request, const QStringList& commandPaths) {
     const auto machine = linuxMachine.machine();
-    AppSettings settings(machine.system.preferences);
+    AppSettings settings(machine.system.preferences,
+                         defaultHotkey(machine.keyboard.eventTaps.hearsKeysAlone()));
     QuickWindows windows(
         {actor, settings, linuxMachine.appearance(), linuxMachine.overlays(), linuxMachine.panels()});
     Agent agent(machine, settings, windows);

@@ -21,6 +21,7 @@ QString hotkeyName(const std::optional<WatchResult>& result) {
     case WatchResult::ChordTaken:
         return QStringLiteral("taken");
     case WatchResult::Unavailable:
+    case WatchResult::ChordsOnly:
         return QStringLiteral("unavailable");
     }
     Q_UNREACHABLE();

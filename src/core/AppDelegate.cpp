@@ -52,6 +52,9 @@ QString refusalText(const std::optional<WatchResult>& hotkey, const std::optiona
         return localized("hud.hotkey.taken", "Another program uses your hotkey — choose another one");
     if (hotkey == WatchResult::Unavailable)
         return localized("hud.hotkey.unavailable", "No keyboard here has your hotkey");
+    if (hotkey == WatchResult::ChordsOnly)
+        return localized("hud.hotkey.chordNeeded",
+                         "A key held alone can't be your hotkey here — choose several, such as ⌃⌥Space");
     if (toggle == WatchResult::ChordTaken)
         return localized("hud.toggle.taken",
                          "Another program uses your translation shortcut — choose another one");

@@ -14,7 +14,6 @@ HotkeyPreset rightCommand() {
     return {.id = QStringLiteral("rcmd"),
             .binding = HotkeyBinding::holdSpecial(Special::RightCommand),
             .keys = {specialKeyCap(Special::RightCommand)},
-            .recommended = true,
             .settingsLabel = localized("settings.hotkey.preset.rcmd", "Right Command hold"),
             .onboardingLabel = localized("onboarding.hotkey.preset.rcmd.label", "Right Command"),
             .onboardingDescription = localized("onboarding.hotkey.preset.rcmd.desc",
@@ -54,8 +53,15 @@ HotkeyPreset capsLock() {
 
 } // namespace
 
-std::array<HotkeyPreset, 4> hotkeyPresets() {
-    return {rightCommand(), fn(), controlOptionSpace(), capsLock()};
+HotkeyBinding defaultHotkey(bool areKeysHeardAlone) {
+    return areKeysHeardAlone ? HotkeyBinding::holdSpecial(Special::RightCommand) : HotkeyBinding();
+}
+
+std::array<HotkeyPreset, 4> hotkeyPresets(const HotkeyBinding& recommended) {
+    std::array presets{rightCommand(), fn(), controlOptionSpace(), capsLock()};
+    for (auto& preset : presets)
+        preset.recommended = preset.binding == recommended;
+    return presets;
 }
 
 } // namespace talvera

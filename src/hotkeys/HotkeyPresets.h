@@ -21,7 +21,11 @@ struct HotkeyPreset {
     QString onboardingDescription;
 };
 
+/// What the hotkey is until the user chooses one: a key held alone, or a chord in a session that tells of
+/// chords alone.
+HotkeyBinding defaultHotkey(bool areKeysHeardAlone = true);
+
 /// In the order in which they are offered, in the words of the loaded catalogs. Main thread only.
-std::array<HotkeyPreset, 4> hotkeyPresets();
+std::array<HotkeyPreset, 4> hotkeyPresets(const HotkeyBinding& recommended = defaultHotkey());
 
 } // namespace talvera

@@ -37,6 +37,8 @@ void HotkeyTap::watch(const Watch& watch) {
         m_console.log(m_owner + QStringLiteral(": another program holds the bound shortcut."));
     else if (now == WatchResult::Unavailable)
         m_console.log(m_owner + QStringLiteral(": no keyboard has the bound key."));
+    else if (now == WatchResult::ChordsOnly)
+        m_console.log(m_owner + QStringLiteral(": this session tells of chords alone."));
     result.set(now);
     if (now == WatchResult::Watching)
         return;

@@ -68,11 +68,6 @@ std::optional<HotkeyBinding> loadBinding(const PreferenceStore& store, const QSt
     }
 }
 
-HotkeyBinding loadHotkey(const PreferenceStore& store) {
-    const auto rightCommand = HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand);
-    return loadBinding(store, PreferenceKey::hotkeyBinding).value_or(rightCommand);
-}
-
 std::optional<HotkeyBinding> loadTranslateToggle(const PreferenceStore& store) {
     if (!store.boolean(PreferenceKey::translateToggleBindingSet))
         return HotkeyBinding::chord(KeyFlag::Control | KeyFlag::Option | KeyFlag::Command, VirtualKey::T);
@@ -139,8 +134,9 @@ void writeTranslateToggle(PreferenceStore& store, const std::optional<HotkeyBind
 
 } // namespace
 
-AppSettings::AppSettings(PreferenceStore& store)
-    : targetLanguageCode(PreferenceKey::targetLanguageCode, loadTarget(store),
+AppSettings::AppSettings(PreferenceStore& store, const HotkeyBinding& unchosen)
+    : unchosenHotkey(unchosen)
+    , targetLanguageCode(PreferenceKey::targetLanguageCode, loadTarget(store),
                          [this, &store](const QString& code) {
                              store.set(PreferenceKey::targetLanguageCode, code);
                              if (code != off)
@@ -149,7 +145,8 @@ AppSettings::AppSettings(PreferenceStore& store)
     , lastTargetLanguageCode(setting(store, PreferenceKey::lastTargetLanguageCode,
                                      loadLastTarget(store, targetLanguageCode.get())))
     , sourceLanguageCode(stringSetting(store, QStringLiteral("sourceLanguageCode"), QStringLiteral("auto")))
-    , hotkeyBinding(setting(store, PreferenceKey::hotkeyBinding, loadHotkey(store)))
+    , hotkeyBinding(setting(store, PreferenceKey::hotkeyBinding,
+                            loadBinding(store, PreferenceKey::hotkeyBinding).value_or(unchosen)))
     , aiCleanupEnabled(setting(store, PreferenceKey::aiCleanupEnabled, loadCleanupEnabled(store)))
     , hasOnboarded(setting(store, PreferenceKey::hasOnboarded, store.boolean(PreferenceKey::hasOnboarded)))
     , showMenuBarIcon(boolSetting(store, QStringLiteral("showMenuBarIcon"), true))

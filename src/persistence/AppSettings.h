@@ -4,6 +4,7 @@
 #include "delivery/FocusProtectionMode.h"
 #include "delivery/InsertionMode.h"
 #include "hotkeys/HotkeyBinding.h"
+#include "hotkeys/HotkeyPresets.h"
 #include "language/CleanupTone.h"
 #include "persistence/Setting.h"
 #include "platform/system/PreferenceStore.h"
@@ -17,9 +18,12 @@ namespace talvera {
 /// process, and `store` outlives it. Nothing here fails: what the store can't tell falls back to a default.
 class AppSettings {
 public:
-    explicit AppSettings(PreferenceStore& store);
+    /// `unchosen` is what the hotkey is as long as none has been chosen.
+    explicit AppSettings(PreferenceStore& store, const HotkeyBinding& unchosen = defaultHotkey());
     AppSettings(const AppSettings&) = delete;
     AppSettings& operator=(const AppSettings&) = delete;
+
+    const HotkeyBinding unchosenHotkey;
 
     /// A TargetLanguage code. Translation is on while it isn't "off"; any other value becomes the last
     /// target.

@@ -104,11 +104,20 @@ QJsonObject DesktopTest::chordOfCtrlAltSpace() {
     return {{"hotkeyBinding", QJsonObject{{"data", QString::fromLatin1(binding.toBase64())}}}};
 }
 
+void DesktopTest::pressHotkey() {
+    for (const auto key : hotkeys)
+        keys.press(key);
+}
+
+void DesktopTest::releaseHotkey() {
+    std::for_each(hotkeys.rbegin(), hotkeys.rend(), [this](XKeycode key) { keys.release(key); });
+}
+
 void DesktopTest::holdAndSay(const Samples& speech) {
-    keys.press(hotkey);
+    pressHotkey();
     agent->await("menu recording");
     voice.sayAndWait(speech);
-    keys.release(hotkey);
+    releaseHotkey();
     agent->await("menu transcribing");
 }
 

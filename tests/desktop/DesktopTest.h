@@ -49,7 +49,12 @@ protected:
     /// Preferences with Ctrl+Alt+Space as the hotkey.
     static QJsonObject chordOfCtrlAltSpace();
 
-    /// Holds Right Ctrl, says this as soon as it is being recorded, and lets go. Returns when the agent has
+    /// The keys that are the hotkey together, in the order in which they go down.
+    std::vector<XKeycode> hotkeys{hotkey};
+    void pressHotkey();
+    void releaseHotkey();
+
+    /// Holds the hotkey, says this as soon as it is being recorded, and lets go. Returns when the agent has
     /// begun to recognise.
     void holdAndSay(const Samples& speech);
 

@@ -41,6 +41,10 @@ WatchResult FakeEventTap::watchChord(const KeyChord& chord) {
 }
 
 WatchResult FakeEventTap::watchKey(VirtualKey keyCode) {
+    if (!m_keyboard.hearsKeysAlone()) {
+        watchNothing();
+        return WatchResult::ChordsOnly;
+    }
     if (m_key != keyCode)
         m_pressTold.reset();
     m_key = keyCode;

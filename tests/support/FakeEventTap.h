@@ -48,7 +48,10 @@ private:
 class FakeKeyboard final : public EventTapFactory {
 public:
     std::unique_ptr<EventTap> create(EventTap::Callback callback) override;
+    bool hearsKeysAlone() const override { return !tellsChordsOnly; }
 
+    /// The session tells of chords alone.
+    bool tellsChordsOnly = false;
     /// The session does not let us watch keys.
     bool refusesTaps = false;
     /// Chords that other programs hold.

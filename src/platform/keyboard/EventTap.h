@@ -46,11 +46,13 @@ enum class WatchResult {
     Watching,
     ChordTaken,  ///< another program holds the chord
     Unavailable, ///< no keyboard of this session can produce it
+    ChordsOnly,  ///< this session tells of chords, and never of a key held alone
 };
 
 /// Watches the keyboards of the session. Never lets the user's keyboard wait: if the main actor does not
 /// answer in time, the event goes its way, and the owner hears of TapDisabledByTimeout as soon as it
-/// listens again. Main thread only.
+/// listens again. Where the session itself keeps chords for us, it does so until they are given back, and
+/// there is no time-out. Main thread only.
 ///
 /// A tap waits for one thing at a time, so that no other keystroke wakes the owner. Platforms that must
 /// reserve chords do it when they are named; a press that is in progress when the tap turns to something
@@ -70,11 +72,13 @@ public:
     virtual WatchResult watchChord(const KeyChord& chord) = 0;
 
     /// Waits for a chord to be struck: the callback gets at least the key down of its presses, and may
-    /// swallow that. Repeats and key ups reach the focused application. ChordTaken is as above.
+    /// swallow that. Repeats and key ups reach the focused application, where the session can give them back.
+    /// ChordTaken is as above.
     virtual WatchResult watchStroke(const KeyChord& chord) = 0;
 
     /// Waits for a key held alone: the callback gets at least its flag changes and, while its flag is set,
-    /// the first press of another key, which may go by the name of Unnamed. It can only pass them.
+    /// the first press of another key, which may go by the name of Unnamed. It can only pass them. ChordsOnly
+    /// leaves the tap waiting for nothing.
     virtual WatchResult watchKey(VirtualKey key) = 0;
 
     virtual void watchNothing() = 0;
@@ -91,6 +95,9 @@ public:
     /// Creates a tap for key down, key up and flags changed, disabled and waiting for nothing. `callback`
     /// runs on the main actor. Null when the session does not let us watch keys.
     virtual std::unique_ptr<EventTap> create(EventTap::Callback callback) = 0;
+
+    /// False in a session that tells of chords alone: watchKey() answers ChordsOnly there.
+    virtual bool hearsKeysAlone() const { return true; }
 };
 
 } // namespace talvera

@@ -23,7 +23,7 @@ HotkeyChoiceModel::HotkeyChoiceModel(OnboardingController& controller, AppSettin
     , m_settings(settings)
     , m_layout(layout)
     , m_recorder(recorder) {
-    for (const auto& preset : hotkeyPresets())
+    for (const auto& preset : hotkeyPresets(m_settings.unchosenHotkey))
         m_presets.append(QVariant::fromValue(HotkeyChoice{preset.id, preset.keys, preset.onboardingLabel,
                                                           preset.onboardingDescription, preset.recommended}));
     const auto tell = [this](const auto&) { Q_EMIT changed(); };

@@ -138,6 +138,9 @@ QString HotkeyRecorderModel::refusal() const {
     const auto& result = watchResult().get();
     if (!bound || !result || *result == WatchResult::Watching)
         return {};
+    if (*result == WatchResult::ChordsOnly)
+        return localized("hotkey.recorder.chordNeeded",
+                         "A key alone can't do this — choose several, such as ⌃⌥T");
     return formatted(
         *result == WatchResult::ChordTaken
             ? localized("hotkey.recorder.taken", "Another program uses %@ — choose another one")

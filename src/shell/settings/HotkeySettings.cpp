@@ -28,7 +28,7 @@ HotkeySettings::HotkeySettings(Parts parts)
     : m_parts(std::move(parts))
     , m_tapToToggle(tapToToggleText(), bound(m_parts.settings.hotkeyTapToToggle))
     , m_bindings(m_parts.settings.hotkeyBinding.observe([this](const HotkeyBinding&) { Q_EMIT changed(); })) {
-    for (const auto& preset : hotkeyPresets()) {
+    for (const auto& preset : hotkeyPresets(m_parts.settings.unchosenHotkey)) {
         const auto badge =
             preset.recommended ? localized("settings.hotkey.preset.defaultBadge", "Default") : QString();
         m_presets.append(

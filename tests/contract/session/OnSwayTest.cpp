@@ -56,12 +56,23 @@ TEST_F(SessionOnSway, xServerOfTheCompositor_isKnownWithoutVariables) {
     EXPECT_EQ(SessionOffer::open().kind(), SessionKind::Wayland);
 }
 
-TEST_F(SessionOnSway, keysOfXProgramsAlone_areNotWatched) {
+TEST_F(SessionOnSway, sway_isAskedForKeysAndWindowsAndLetsUsType) {
     const auto offer = SessionOffer::open();
+    const auto chosen = choose(offer);
+    EXPECT_NE(chosen.eventTaps->create([](const KeyEvent&) { return Verdict::Pass; }), nullptr);
+    EXPECT_FALSE(chosen.eventTaps->hearsKeysAlone());
+    EXPECT_EQ(chosen.access->lacks(), std::vector<SessionLack>());
+    EXPECT_TRUE(chosen.access->canWatchKeys());
+}
+
+TEST_F(SessionOnSway, swayThatDoesntAnswer_isNoneAndXProgramsKeysAreNotWatchedInItsPlace) {
+    auto offer = SessionOffer::open();
+    offer.swaySocket = "/nowhere";
     const auto chosen = choose(offer);
     EXPECT_EQ(chosen.eventTaps->create([](const KeyEvent&) { return Verdict::Pass; }), nullptr);
     EXPECT_EQ(chosen.access->lacks(), std::vector{SessionLack::KnownSession});
     EXPECT_FALSE(chosen.access->canWatchKeys());
+    EXPECT_EQ(chosen.workspace->frontmostApplication(), std::nullopt);
 }
 
 TEST_F(SessionOnSway, keysAreTypedByTheCompositor_whoKnowsThatNoWindowIsThere) {
@@ -79,6 +90,7 @@ TEST_F(SessionOnSway, withoutAnAnswerOfTheCompositor_nothingCanBeTyped) {
     const auto chosen = choose(offer);
     auto& poster = *chosen.keyPoster;
     EXPECT_EQ(poster.postPaste(KeyPhase::Down, nullptr), PostResult::CutOff);
+    EXPECT_EQ(chosen.access->lacks(), std::vector{SessionLack::KeyPosting});
 }
 
 TEST_F(SessionOnSway, clipboard_isTheCompositors) {

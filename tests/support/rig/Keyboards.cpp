@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// The hands on the keyboards and the mouse of a virtual desktop: devices of the X server's own, which no
-// client can tell from real ones (the keys that a program posts come from another device and can be told
-// apart).
+// The hands on the keyboards and the mouse of a virtual desktop, which the display server takes for
+// those of the user.
 //
-//   kbd serve CONTROL KEYBOARD0 KEYBOARD1 POINTER    the daemon; arguments are paths of sockets. It
-//                                                    prints "ready".
+//   kbd serve CONTROL KEYBOARD0 KEYBOARD1 POINTER    the daemon of an X server; arguments are paths of
+//                                                    sockets. It prints "ready".
+//   kbd serve CONTROL                                the same of a Wayland compositor, without a mouse
 //   kbd press KEYBOARD KEYCODE                       KEYBOARD is 0 or 1, KEYCODE an X keycode: 38 is A
 //   kbd release KEYBOARD KEYCODE
 //   kbd tap KEYBOARD KEYCODE [MILLISECONDS]          press, hold (30 ms unless told), release
@@ -19,9 +19,10 @@
 // The client finds the daemon by $RIG_KEYBOARDS. A command returns when the server has worked the event off.
 //
 // Why a daemon: the X server's input driver serves one connection per device in its whole life, and once that
-// is closed it spins at end of file.
+// is closed it spins at end of file; a compositor's keyboard is gone with who has made it.
 
-#include <xorg/xf86-input-inputtest-protocol.h>
+#include "Hands.h"
+#include "sockets.h"
 
 #include <cerrno>
 #include <csignal>
@@ -29,6 +30,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <poll.h>
 #include <sstream>
@@ -41,149 +43,15 @@
 
 namespace {
 
-constexpr int pointerDevice = 2;
-constexpr int answerTimeoutMs = 2000;
-constexpr int nudgeAfterMs = 10;
-constexpr int unusedKeycode = 255;
 constexpr int tapMs = 30;
 constexpr int leftButton = 1;
 constexpr int farOutside = 100'000; // pixels; further than any screen reaches
 
-[[noreturn]] void fail(const std::string& what) {
-    throw std::runtime_error(what);
-}
-
-[[noreturn]] void failWithErrno(const std::string& what) {
-    fail(what + ": " + std::strerror(errno));
-}
-
-sockaddr_un addressOf(const std::string& path) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    if (path.size() >= sizeof address.sun_path)
-        fail("path too long for a socket: " + path);
-    std::memcpy(address.sun_path, path.c_str(), path.size());
-    return address;
-}
-
-int connectTo(const std::string& path) {
-    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_un address = addressOf(path);
-    if (connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
-        failWithErrno(path);
-    return socket;
-}
-
-void writeAll(int socket, const void* data, std::size_t size) {
-    if (send(socket, data, size, MSG_NOSIGNAL) != static_cast<ssize_t>(size))
-        failWithErrno("write");
-}
-
-bool isReadable(int socket, int timeoutMs) {
-    pollfd ready{socket, POLLIN, 0};
-    return poll(&ready, 1, timeoutMs) > 0;
-}
-
-template <class Answer>
-Answer readAnswer(int socket) {
-    Answer answer{};
-    auto* at = reinterpret_cast<char*>(&answer);
-    std::size_t left = sizeof answer;
-    while (left > 0) {
-        if (!isReadable(socket, answerTimeoutMs))
-            fail("the X server didn't answer");
-        const ssize_t count = read(socket, at, left);
-        if (count <= 0)
-            fail("the X server closed the device");
-        at += count;
-        left -= static_cast<std::size_t>(count);
-    }
-    return answer;
-}
-
-// One device of the X server.
-class Device {
-public:
-    // `keyboard` is a device with keys; none if it is this one.
-    explicit Device(const std::string& path, const Device* keyboard)
-        : socket(connectTo(path))
-        , keyboardSocket(keyboard ? keyboard->socket : socket) {
-        xf86ITEventClientVersion version{};
-        version.header.length = sizeof version;
-        version.header.type = XF86IT_EVENT_CLIENT_VERSION;
-        version.major = 1;
-        version.minor = 0;
-        writeAll(socket, &version, sizeof version);
-        readAnswer<xf86ITResponseServerVersion>(socket);
-    }
-
-    // Posts the event and waits until the server has worked it off. The server answers when it has emptied
-    // its queue. An event that changes nothing, such as a modifier pressed that is down already, never gets
-    // into the queue, so the answer needs another one.
-    template <class Event>
-    void post(Event event) const {
-        struct {
-            Event event;
-            xf86ITEventWaitForSync wait;
-        } requests{};
-        static_assert(sizeof requests == sizeof(Event) + sizeof(xf86ITEventWaitForSync));
-        event.header.length = sizeof event;
-        requests.event = event;
-        requests.wait.header.length = sizeof requests.wait;
-        requests.wait.header.type = XF86IT_EVENT_WAIT_FOR_SYNC;
-        writeAll(socket, &requests, sizeof requests);
-        if (!isReadable(socket, nudgeAfterMs))
-            nudge();
-        readAnswer<xf86ITResponseSyncFinished>(socket);
-    }
-
-    void key(int keycode, bool down) const {
-        xf86ITEventKey event{};
-        event.header.type = XF86IT_EVENT_KEY;
-        event.key_code = keycode;
-        event.is_press = down ? 1 : 0;
-        post(event);
-    }
-
-    void move(double dx, double dy) const {
-        xf86ITEventMotion event{};
-        event.header.type = XF86IT_EVENT_MOTION;
-        event.valuators.mask[0] = 3;
-        event.valuators.valuators[0] = dx;
-        event.valuators.valuators[1] = dy;
-        post(event);
-    }
-
-    void button(int button, bool down) const {
-        xf86ITEventButton event{};
-        event.header.type = XF86IT_EVENT_BUTTON;
-        event.button = button;
-        event.is_press = down ? 1 : 0;
-        post(event);
-    }
-
-    int descriptor() const { return socket; }
-
-private:
-    // An event that clients take no notice of: a key goes up that no keyboard has and that isn't down.
-    void nudge() const {
-        xf86ITEventKey event{};
-        event.header.length = sizeof event;
-        event.header.type = XF86IT_EVENT_KEY;
-        event.key_code = unusedKeycode;
-        writeAll(keyboardSocket, &event, sizeof event);
-    }
-
-    int socket;
-    int keyboardSocket;
-};
-
 class Daemon {
 public:
-    Daemon(const std::string& control, const std::vector<std::string>& devicePaths)
-        : listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        for (const std::string& path : devicePaths)
-            devices.emplace_back(path, devices.empty() ? nullptr : &devices.front());
+    Daemon(const std::string& control, std::unique_ptr<Hands> served)
+        : hands(std::move(served))
+        , listener(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         const sockaddr_un address = addressOf(control);
         unlink(control.c_str());
         if (bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
@@ -191,22 +59,23 @@ public:
             failWithErrno(control);
     }
 
-    // Serves until the X server closes a device.
+    // Serves until the display server has gone.
     void serve() {
         for (;;) {
             std::vector<pollfd> waiting{{listener, POLLIN, 0}};
-            for (const Device& device : devices)
-                waiting.push_back({device.descriptor(), POLLIN, 0});
+            for (const int descriptor : hands->descriptors())
+                waiting.push_back({descriptor, POLLIN, 0});
+            const std::size_t firstClient = waiting.size();
             for (const Client& client : clients)
                 waiting.push_back({client.socket, POLLIN, 0});
             if (poll(waiting.data(), waiting.size(), -1) < 0)
                 failWithErrno("poll");
-            for (std::size_t i = 1; i <= devices.size(); ++i) {
-                if (waiting[i].revents != 0)
+            for (std::size_t i = 1; i < firstClient; ++i) {
+                if (waiting[i].revents != 0 && !hands->listen())
                     return;
             }
             for (std::size_t i = clients.size(); i-- > 0;) {
-                if (waiting[1 + devices.size() + i].revents != 0 && !serveClient(clients[i])) {
+                if (waiting[firstClient + i].revents != 0 && !serveClient(clients[i])) {
                     close(clients[i].socket);
                     clients.erase(clients.begin() + static_cast<std::ptrdiff_t>(i));
                 }
@@ -255,18 +124,18 @@ private:
                 return "no such keyboard: " + line;
             if (second < 8 || second > 255)
                 return "no such keycode: " + line;
-            devices[static_cast<std::size_t>(first)].key(second, verb == "press");
+            hands->key(first, second, verb == "press");
         } else if (verb == "move" && hasSecond) {
-            devices[pointerDevice].move(first, second);
+            hands->move(first, second);
         } else if (verb == "button-press" || verb == "button-release") {
-            devices[pointerDevice].button(first, verb == "button-press");
+            hands->button(first, verb == "button-press");
         } else {
             return "not understood: " + line;
         }
         return {};
     }
 
-    std::vector<Device> devices;
+    std::unique_ptr<Hands> hands;
     std::vector<Client> clients;
     int listener;
 };
@@ -360,9 +229,10 @@ int run(const std::vector<std::string>& arguments) {
         fail("usage: see the head of Keyboards.cpp");
     if (arguments.front() != "serve")
         return runClient(arguments);
-    if (arguments.size() != 5)
-        fail("usage: kbd serve CONTROL KEYBOARD0 KEYBOARD1 POINTER");
-    Daemon daemon(arguments[1], {arguments.begin() + 2, arguments.end()});
+    if (arguments.size() != 2 && arguments.size() != 5)
+        fail("usage: kbd serve CONTROL [KEYBOARD0 KEYBOARD1 POINTER]");
+    Daemon daemon(arguments[1], arguments.size() == 2 ? handsOnWayland()
+                                                      : handsOnX({arguments.begin() + 2, arguments.end()}));
     std::cout << "ready" << std::endl;
     daemon.serve();
     return 0;

@@ -388,6 +388,16 @@ TEST_F(Lifecycle, bindingThatAnotherProgramHolds_isToldToTheUser) {
               QStringList({"hud notice Another program uses your hotkey — choose another one warn 6.0"}));
 }
 
+TEST_F(Lifecycle, keyAloneWhereChordsAloneAreTold_isToldToTheUser) {
+    world.keyboard.tellsChordsOnly = true;
+    launch();
+    world.settings.hotkeyBinding.set(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
+    world.actor.settle();
+    EXPECT_EQ(story({"hud"}).last(),
+              "hud notice A key held alone can't be your hotkey here — choose several, such "
+              "as ⌃⌥Space warn 6.0");
+}
+
 TEST_F(Lifecycle, bindingRefusedDuringADictation_isToldAfterIt) {
     launch();
     hold(1);

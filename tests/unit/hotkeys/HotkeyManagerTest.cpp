@@ -425,6 +425,15 @@ TEST_F(HotkeyManagerTest, keyOfNoKeyboard_isLoggedAndTold) {
     EXPECT_EQ(console.logged(), QStringList{"HotkeyManager: no keyboard has the bound key."});
 }
 
+TEST_F(HotkeyManagerTest, keyAloneWhereChordsAloneAreTold_isLoggedAndTold) {
+    std::vector<WatchResult> refused;
+    hotkey.onBindingRefused = [&](WatchResult result) { refused.push_back(result); };
+    keyboard.tellsChordsOnly = true;
+    install(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand));
+    EXPECT_EQ(refused, std::vector{WatchResult::ChordsOnly});
+    EXPECT_EQ(console.logged(), QStringList{"HotkeyManager: this session tells of chords alone."});
+}
+
 TEST_F(HotkeyManagerTest, watchResult_isWhatCameOfTheBinding) {
     EXPECT_EQ(hotkey.watchResult().get(), std::nullopt);
     keyboard.takenChords.push_back({KeyFlag::Control | KeyFlag::Option, VirtualKey::Space});

@@ -37,6 +37,13 @@ TEST(HotkeyPresets, onlyTheFirst_isRecommended) {
     EXPECT_EQ(recommended, (std::vector{true, false, false, false}));
 }
 
+TEST(HotkeyPresets, whereNoKeyIsHeardAlone_theChordIsRecommended) {
+    const auto chord = defaultHotkey(false);
+    EXPECT_EQ(chord, HotkeyBinding());
+    for (const auto& preset : hotkeyPresets(chord))
+        EXPECT_EQ(preset.recommended, preset.id == "default");
+}
+
 TEST(HotkeyPresets, rightOption_isInNone) {
     const auto rightOption = HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightOption);
     EXPECT_TRUE(std::ranges::none_of(hotkeyPresets(),

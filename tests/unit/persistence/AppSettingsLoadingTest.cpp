@@ -62,6 +62,18 @@ TEST(AppSettings, emptyStore_givesTheDefaults) {
     EXPECT_EQ(settings.translateToggleBinding.get(), defaultShortcut);
 }
 
+TEST(AppSettings, hotkeyOfTheSession_countsUntilTheUserChoosesOne) {
+    const HotkeyBinding chord;
+    InMemoryPreferenceStore store;
+    const AppSettings settings(store, chord);
+    EXPECT_EQ(settings.hotkeyBinding.get(), chord);
+    EXPECT_EQ(settings.unchosenHotkey, chord);
+    EXPECT_FALSE(store.values.contains(text("hotkeyBinding")));
+    auto chosen = storeWith({{text("hotkeyBinding"), fnData}});
+    EXPECT_EQ(AppSettings(chosen, chord).hotkeyBinding.get(),
+              HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::Fn));
+}
+
 TEST(AppSettings, emptyStore_holdsExactlyTheShortcutAndItsFlagAfterLoading) {
     InMemoryPreferenceStore store;
     const AppSettings settings(store);

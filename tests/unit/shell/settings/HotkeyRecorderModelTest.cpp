@@ -283,6 +283,13 @@ TEST_F(RecorderModel, keyThatNoKeyboardHas_isSaid) {
     EXPECT_EQ(toggleModel.refusal(), "No keyboard here has ⌃K — choose another one");
 }
 
+TEST_F(RecorderModel, keyAloneWhereChordsAloneAreTold_isSaidToDoNothing) {
+    keyboard.tellsChordsOnly = true;
+    hotkey.setBinding(HotkeyBinding());
+    hotkey.setBinding(HotkeyBinding::holdSpecial(Special::RightCommand));
+    EXPECT_EQ(model.refusal(), "A key alone can't do this — choose several, such as ⌃⌥T");
+}
+
 TEST_F(RecorderModel, specialKeyForTheToggle_isSaidToDoNothing) {
     settings.translateToggleBinding.set(HotkeyBinding::holdSpecial(Special::RightCommand));
     EXPECT_EQ(toggleModel.refusal(), "A key alone can't do this — choose several, such as ⌃⌥T");

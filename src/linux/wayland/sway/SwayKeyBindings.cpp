@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+#include "linux/wayland/sway/SwayKeyBindings.h"
+
+#include "linux/wayland/sway/SwayConfig.h"
+#include "linux/wayland/sway/keysymOf.h"
+
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+#include <xkbcommon/xkbcommon.h>
+
+namespace talvera {
+
+namespace {
+
+/// Bindings belong to the mode in which they are made, and ours to the one that the user is in mostly.
+QByteArray inDefaultMode(const QByteArray& commands) {
+    return "mode default; " + commands;
+}
+
+SwayBindings difference(const SwayBindings& all, const SwayBindings& without) {
+    SwayBindings rest;
+    std::ranges::set_difference(all, without, std::inserter(rest, rest.end()));
+    return rest;
+}
+
+QJsonObject answerTo(SwayIpc::Request request, const SwayIpc& sway) {
+    return QJsonDocument::fromJson(sway.ask(request).value_or(QByteArray())).object();
+}
+
+std::vector<SwayCombination> boundByUser(const SwayIpc& sway) {
+    const auto text = answerTo(SwayIpc::Request::GetConfig, sway).value(QLatin1String("config")).toString();
+    const auto file = answerTo(SwayIpc::Request::GetVersion, sway)
+                          .value(QLatin1String("loaded_config_file_name"))
+                          .toString();
+    const SwayConfig config({.directory = QFileInfo(file).absolutePath(), .text = text.toUtf8()},
+                            &SwayConfig::filesNamed);
+    return config.bound();
+}
+
+bool isSame(const SwayCombination& combination, const SwayBinding& binding, xkb_keysym_t keysym) {
+    if (combination.modifiers != binding.modifiers)
+        return false;
+    if (combination.isKeycode)
+        return combination.key == QString::number(binding.keycode);
+    return xkb_keysym_to_lower(xkb_keysym_from_name(combination.key.toUtf8().constData(),
+                                                    XKB_KEYSYM_CASE_INSENSITIVE)) == keysym;
+}
+
+} // namespace
+
+SwayKeyBindings::SwayKeyBindings(const QString& socket, KeyboardLayout& layout)
+    : m_sway(socket, SwayIpc::longPatience)
+    , m_layout(layout)
+    , m_guard(socket) {}
+
+SwayKeyBindings::~SwayKeyBindings() {
+    hold({});
+}
+
+std::vector<WatchResult> SwayKeyBindings::hold(const std::vector<SwayInterest>& interests) {
+    SwayBindings wanted;
+    for (const auto& interest : interests)
+        wanted.merge(bindingsOf(interest.chord, interest.isHeld));
+    const auto users = userBindingsAmong(wanted);
+
+    std::vector<WatchResult> results;
+    SwayBindings ours;
+    for (const auto& interest : interests) {
+        auto bindings = bindingsOf(interest.chord, interest.isHeld);
+        const bool isTaken = std::ranges::any_of(users, [&interest](const SwayBinding& binding) {
+            return binding.key == interest.chord.keyCode && binding.modifiers == interest.chord.modifiers;
+        });
+        results.push_back(bindings.empty() ? WatchResult::Unavailable
+                          : isTaken        ? WatchResult::ChordTaken
+                                           : WatchResult::Watching);
+        if (!isTaken)
+            ours.merge(difference(bindings, users));
+    }
+
+    const auto former = m_held;
+    m_held = ours;
+    if (const auto unwanted = difference(former, ours); !unwanted.empty())
+        run(commandsToUnbind(unwanted));
+    const auto missing = difference(ours, former);
+    if (former != ours)
+        m_guard.afterOurDeath(ours.empty() ? "nop" : inDefaultMode(commandsToUnbind(ours)));
+    if (!missing.empty() && !run(commandsToBind(missing)))
+        std::ranges::replace(results, WatchResult::Watching, WatchResult::Unavailable);
+    return results;
+}
+
+SwayBindings SwayKeyBindings::userBindingsAmong(const SwayBindings& wanted) const {
+    if (wanted.empty())
+        return {};
+    const auto bound = boundByUser(m_sway);
+    std::map<VirtualKey, xkb_keysym_t> keysyms;
+    for (const auto& binding : wanted) {
+        if (!keysyms.contains(binding.key))
+            keysyms[binding.key] = keysymOf(binding.key, m_layout);
+    }
+    SwayBindings users;
+    std::ranges::copy_if(wanted, std::inserter(users, users.end()), [&](const SwayBinding& binding) {
+        return std::ranges::any_of(bound, [&](const SwayCombination& combination) {
+            return isSame(combination, binding, keysyms.at(binding.key));
+        });
+    });
+    return users;
+}
+
+bool SwayKeyBindings::run(const QByteArray& commands) const {
+    const auto mode = answerTo(SwayIpc::Request::GetBindingState, m_sway).value(QLatin1String("name"));
+    const auto name = mode.toString(QStringLiteral("default")).toUtf8();
+    if (name == "default")
+        return m_sway.run(commands);
+    return m_sway.run(inDefaultMode(commands) + "; mode \"" + name + '"');
+}
+
+} // namespace talvera
