@@ -132,10 +132,14 @@ bool DesktopTest::eventually(const std::function<bool()>& condition) {
 }
 
 testing::AssertionResult DesktopTest::clipboardBecomes(const QString& text) {
+    const bool isOnWayland = qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     QString held;
     const auto holds = [&] {
         QProcess reader;
-        reader.start("xclip", {"-o", "-selection", "clipboard"});
+        if (isOnWayland)
+            reader.start("wl-paste", {"-n"});
+        else
+            reader.start("xclip", {"-o", "-selection", "clipboard"});
         reader.waitForFinished();
         held = QString::fromUtf8(reader.readAllStandardOutput());
         return held == text;

@@ -232,6 +232,24 @@ TEST_F(SwayEventTapsTest, chordOfAProcessThatIsKilled_isTheProgramsAgain) {
     }
 }
 
+TEST_F(SwayEventTapsTest, bindingThatTheUserMakesOfItsChord_outlivesAProcessThatIsKilled) {
+    owner.tap.reset();
+    Peer killed(TALVERA_SWAY_HOTKEY_AGENT, {});
+    ASSERT_TRUE(says(killed, "ready"));
+    sway.configure("bindcode Ctrl+Mod1+65 nop theirs\n");
+    ASSERT_TRUE(SwayKeys::becomes([&] { // its other chord is bound again
+        sway.tap({Key::f8});
+        return !sway.takeKeys().contains("+74");
+    }));
+    killed.signal(SIGKILL);
+    ASSERT_TRUE(SwayKeys::becomes([&] { // and taken away
+        sway.tap({Key::f8});
+        return sway.takeKeys().contains("+74");
+    }));
+    sway.tap(chord);
+    EXPECT_TRUE(SwayKeys::becomes([&] { return sway.commands().contains("nop theirs"); }));
+}
+
 TEST_F(SwayEventTapsTest, processStartedRightAfterAnotherWasKilled_hasTheChord) {
     owner.tap.reset();
     for (int i = 0; i < 3; ++i) {

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-// A process with nothing but a tap on Ctrl+Alt+Space: it says "ready", then "start" and "end" for each press.
+// A process with nothing but taps on Ctrl+Alt+Space and F8: it says "ready", then "start" and "end" for each
+// press.
 #include "FakeKeyboardLayout.h"
 #include "linux/wayland/sway/SwayEventTaps.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <memory>
+#include <vector>
 
 using namespace talvera;
 
@@ -14,15 +17,19 @@ int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     test::FakeKeyboardLayout layout({{VirtualKey::Space, " "}});
     SwayEventTaps taps(qEnvironmentVariable("SWAYSOCK"), layout);
-    const auto tap = taps.create([](const KeyEvent& event) {
-        std::puts(isPress(event) ? "start" : "end");
-        return Verdict::Swallow;
-    });
-    if (!tap)
-        return 1;
-    tap->setEnabled(true);
-    if (tap->watchChord({KeyFlag::Control | KeyFlag::Option, VirtualKey::Space}) != WatchResult::Watching)
-        return 1;
+    std::vector<std::unique_ptr<EventTap>> watching;
+    for (const auto& chord :
+         {KeyChord{KeyFlag::Control | KeyFlag::Option, VirtualKey::Space}, KeyChord{0, VirtualKey::F8}}) {
+        watching.push_back(taps.create([](const KeyEvent& event) {
+            std::puts(isPress(event) ? "start" : "end");
+            return Verdict::Swallow;
+        }));
+        if (!watching.back())
+            return 1;
+        watching.back()->setEnabled(true);
+        if (watching.back()->watchChord(chord) != WatchResult::Watching)
+            return 1;
+    }
     std::puts("ready");
     return QCoreApplication::exec();
 }

@@ -3,7 +3,6 @@
 
 #include "platform/keyboard/VirtualKey.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -78,19 +77,18 @@ std::vector<SwayConfig::File> SwayConfig::filesNamed(const QString& pattern, con
     for (const auto& path : pathsNamed(isRelative ? directory + u'/' + pattern : pattern)) {
         QFile file(path);
         if (file.open(QIODevice::ReadOnly))
-            files.push_back({.directory = QFileInfo(path).absolutePath(), .text = file.readAll()});
+            files.push_back({.path = QFileInfo(path).canonicalFilePath(), .text = file.readAll()});
     }
     return files;
 }
 
 void SwayConfig::read(const File& file) {
-    if (m_depth == deepestInclude) // they may include each other
+    if (!m_read.insert(file.path).second)
         return;
-    ++m_depth;
+    const auto directory = QFileInfo(file.path).path();
     const auto text = QString::fromUtf8(file.text).replace(QStringLiteral("\\\n"), QString());
     for (const auto& line : text.split(u'\n'))
-        readLine(line.trimmed(), file.directory);
-    --m_depth;
+        readLine(line.trimmed(), directory);
 }
 
 void SwayConfig::readLine(const QString& line, const QString& directory) {

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <vector>
 
 namespace talvera {
@@ -29,7 +30,7 @@ class SwayConfig {
 public:
     /// A file by the pattern of an "include", in the order of their names.
     struct File {
-        QString directory; ///< that it lies in
+        QString path; ///< absolute, without symbolic links; it is read once, however often it is included
         QByteArray text;
     };
     /// The files that a pattern names, which may be relative to a directory.
@@ -48,10 +49,8 @@ private:
     void obey(const QStringList& words, const QString& directory);
     QString withVariables(QString text) const;
 
-    static constexpr int deepestInclude = 16;
-
     const Include m_include;
-    int m_depth = 0;
+    std::set<QString> m_read;
     QStringList m_blocks; // the heads of those that are open, the outermost first
     std::map<QString, QString> m_variables;
     std::vector<SwayCombination> m_bound;

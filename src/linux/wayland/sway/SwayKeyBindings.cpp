@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <utility>
 
 #include <xkbcommon/xkbcommon.h>
 
@@ -38,7 +39,7 @@ std::vector<SwayCombination> boundByUser(const SwayIpc& sway) {
     const auto file = answerTo(SwayIpc::Request::GetVersion, sway)
                           .value(QLatin1String("loaded_config_file_name"))
                           .toString();
-    const SwayConfig config({.directory = QFileInfo(file).absolutePath(), .text = text.toUtf8()},
+    const SwayConfig config({.path = QFileInfo(file).canonicalFilePath(), .text = text.toUtf8()},
                             &SwayConfig::filesNamed);
     return config.bound();
 }
@@ -89,10 +90,20 @@ std::vector<WatchResult> SwayKeyBindings::hold(const std::vector<SwayInterest>& 
         run(commandsToUnbind(unwanted));
     const auto missing = difference(ours, former);
     if (former != ours)
-        m_guard.afterOurDeath(ours.empty() ? "nop" : inDefaultMode(commandsToUnbind(ours)));
+        guardHeld();
     if (!missing.empty() && !run(commandsToBind(missing)))
         std::ranges::replace(results, WatchResult::Watching, WatchResult::Unavailable);
     return results;
+}
+
+/// What is bound by now the guard must leave alone: it may be the user's.
+void SwayKeyBindings::forget() {
+    if (!std::exchange(m_held, {}).empty())
+        guardHeld();
+}
+
+void SwayKeyBindings::guardHeld() {
+    m_guard.afterOurDeath(m_held.empty() ? "nop" : inDefaultMode(commandsToUnbind(m_held)));
 }
 
 SwayBindings SwayKeyBindings::userBindingsAmong(const SwayBindings& wanted) const {

@@ -36,11 +36,12 @@ public:
     std::vector<WatchResult> hold(const std::vector<SwayInterest>& interests);
 
     /// Sway has forgotten all bindings that are not in its configuration.
-    void forget() { m_held.clear(); }
+    void forget();
 
 private:
     SwayBindings userBindingsAmong(const SwayBindings& wanted) const;
     bool run(const QByteArray& commands) const;
+    void guardHeld();
 
     const SwayIpc m_sway;
     KeyboardLayout& m_layout;

@@ -3,6 +3,7 @@
 #include "PrintQt.h"
 #include "platform/keyboard/VirtualKey.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -19,7 +20,7 @@ std::vector<SwayConfig::File> noFiles(const QString&, const QString&) {
 /// The combinations that this configuration binds, such as "Control+space" or "Control+65#" by keycode.
 QStringList boundBy(const QByteArray& text, const SwayConfig::Include& include = noFiles) {
     QStringList all;
-    const SwayConfig config({"/etc/sway", text}, include);
+    const SwayConfig config({"/etc/sway/config", text}, include);
     for (const auto& [modifiers, key, isKeycode] : config.bound()) {
         QString name;
         for (const auto& [flag, word] :
@@ -73,19 +74,23 @@ TEST(SwayConfig, includedFiles_areReadInTheirPlaceAndFromTheirDirectory) {
     const auto files = [](const QString& pattern, const QString& directory) {
         using Files = std::vector<SwayConfig::File>;
         if (pattern == "d/*" && directory == "/etc/sway")
-            return Files{{"/etc/sway/d", "bindsym $mod+a nop\ninclude more\n"}};
+            return Files{{"/etc/sway/d/first", "bindsym $mod+a nop\ninclude more\n"}};
         if (pattern == "more" && directory == "/etc/sway/d")
-            return Files{{"/etc/sway/d", "bindsym $mod+b nop\n"}};
+            return Files{{"/etc/sway/d/more", "bindsym $mod+b nop\n"}};
         return Files();
     };
     EXPECT_EQ(boundBy("set $mod Mod4\ninclude d/*\n", files), (QStringList{"Command+a", "Command+b"}));
 }
 
-TEST(SwayConfig, fileThatIncludesItself_comesToAnEnd) {
-    const auto itself = [](const QString&, const QString& directory) {
-        return std::vector<SwayConfig::File>{{directory, "bindsym Mod4+a nop\ninclude self\n"}};
+TEST(SwayConfig, fileThatIsIncludedTwice_isReadOnce) {
+    int asked = 0;
+    const auto itself = [&asked](const QString&, const QString& directory) {
+        ++asked;
+        return std::vector<SwayConfig::File>{
+            {directory + "/self", "bindsym Mod4+a nop\ninclude self\ninclude self\n"}};
     };
-    EXPECT_EQ(boundBy("include self\n", itself), QStringList{"Command+a"});
+    EXPECT_EQ(boundBy("include self\nunbindsym Mod4+a\ninclude self\n", itself), QStringList());
+    EXPECT_EQ(asked, 4);
 }
 
 TEST(SwayConfig, filesOfAPattern_areThoseInTheDirectory) {
@@ -97,7 +102,7 @@ TEST(SwayConfig, filesOfAPattern_areThoseInTheDirectory) {
     }
     QByteArrayList texts;
     for (const auto& file : SwayConfig::filesNamed("*.conf", directory.path())) {
-        EXPECT_EQ(file.directory, directory.path());
+        EXPECT_EQ(file.path, QDir(directory.path()).canonicalPath() + '/' + QString::fromUtf8(file.text));
         texts << file.text;
     }
     EXPECT_EQ(texts, (QByteArrayList{"a.conf", "b.conf"}));

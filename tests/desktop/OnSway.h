@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "PanelTest.h"
+#include "WaylandTools.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+namespace talvera::test {
+
+/// A test in a sway session, where the hotkey is Ctrl+Alt+Space as long as no other is set.
+class OnSway : public PanelTest {
+protected:
+    OnSway() { hotkeys = {Key::leftControl, Key::leftAlt, Key::space}; }
+
+    static inline const QString sentence = QStringLiteral("Please send the report tomorrow.");
+    const QJsonObject pasting{{"insertionMode", "paste"}};
+
+    void dictateInto(Receiver& receiver) { dictateInto(receiver, sentence, spoken(sentence)); }
+    /// Expects `text` behind what the receiver holds, and waits until the agent is at rest.
+    void dictateInto(Receiver& receiver, const QString& text, const Samples& speech);
+
+    /// Runs the program with these arguments to its end, and answers what it prints.
+    QByteArray told(const QStringList& arguments) const;
+    QJsonObject status() const;
+};
+
+/// Lines of the user's in sway's configuration. Sway has read them when this is made, and again without them
+/// when it goes.
+class UsersConfiguration {
+public:
+    explicit UsersConfiguration(const QByteArray& lines);
+    ~UsersConfiguration();
+    UsersConfiguration(const UsersConfiguration&) = delete;
+    UsersConfiguration& operator=(const UsersConfiguration&) = delete;
+
+private:
+    void write(const QByteArray& text) const;
+
+    const QByteArray m_before;
+};
+
+/// What a program prints. Throws std::runtime_error when it fails.
+QByteArray outputOfProgram(const QString& program, const QStringList& arguments);
+
+} // namespace talvera::test
