@@ -427,7 +427,7 @@ TEST_F(HotkeyManagerTest, keyOfNoKeyboard_isLoggedAndTold) {
 
 TEST_F(HotkeyManagerTest, keyAloneWhereChordsAloneAreTold_isLoggedAndTold) {
     std::vector<WatchResult> refused;
-    hotkey.onBindingRefused = [&](WatchResult result) { refused.push_back(result); };
+    hotkey.onBindingRefused() = [&](WatchResult result) { refused.push_back(result); };
     keyboard.tellsChordsOnly = true;
     install(HotkeyBinding::holdSpecial(HotkeyBinding::SpecialKey::RightCommand));
     EXPECT_EQ(refused, std::vector{WatchResult::ChordsOnly});

@@ -30,6 +30,14 @@ SwayBindings difference(const SwayBindings& all, const SwayBindings& without) {
     return rest;
 }
 
+/// Of these, those of a press, or those of its end.
+SwayBindings only(bool isRelease, const SwayBindings& bindings) {
+    SwayBindings some;
+    std::ranges::copy_if(bindings, std::inserter(some, some.end()),
+                         [isRelease](const SwayBinding& binding) { return binding.isRelease == isRelease; });
+    return some;
+}
+
 QJsonObject answerTo(SwayIpc::Request request, const SwayIpc& sway) {
     return QJsonDocument::fromJson(sway.ask(request).value_or(QByteArray())).object();
 }
@@ -84,12 +92,18 @@ std::vector<WatchResult> SwayKeyBindings::hold(const std::vector<SwayInterest>& 
             ours.merge(difference(bindings, users));
     }
 
-    const auto former = m_held;
+    // The binding of an end stays until sway reads its configuration again: sway 1.7 remembers the one whose
+    // key is down, and dies of it at the key's release if that binding has been taken away. It keeps no key
+    // from the programs.
+    const auto unwanted = only(false, difference(m_held, ours));
+    const auto missing = difference(ours, m_held);
+    const bool isNew = !unwanted.empty() || !missing.empty();
+    auto staying = only(true, m_held);
     m_held = ours;
-    if (const auto unwanted = difference(former, ours); !unwanted.empty())
+    m_held.merge(staying);
+    if (!unwanted.empty())
         run(commandsToUnbind(unwanted));
-    const auto missing = difference(ours, former);
-    if (former != ours)
+    if (isNew)
         guardHeld();
     if (!missing.empty() && !run(commandsToBind(missing)))
         std::ranges::replace(results, WatchResult::Watching, WatchResult::Unavailable);
@@ -103,7 +117,8 @@ void SwayKeyBindings::forget() {
 }
 
 void SwayKeyBindings::guardHeld() {
-    m_guard.afterOurDeath(m_held.empty() ? "nop" : inDefaultMode(commandsToUnbind(m_held)));
+    const auto presses = only(false, m_held);
+    m_guard.afterOurDeath(presses.empty() ? "nop" : inDefaultMode(commandsToUnbind(presses)));
 }
 
 SwayBindings SwayKeyBindings::userBindingsAmong(const SwayBindings& wanted) const {
