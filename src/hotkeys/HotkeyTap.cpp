@@ -25,14 +25,17 @@ bool HotkeyTap::install(EventTap::Callback callback) {
                 ": failed to create event tap — check Accessibility & Input Monitoring permissions."));
         return false;
     }
+    m_tap->onResultChange = [this](WatchResult now) { tell(now); };
     m_tap->setEnabled(true);
     return true;
 }
 
 void HotkeyTap::watch(const Watch& watch) {
-    if (!m_tap)
-        return;
-    const auto now = watch(*m_tap);
+    if (m_tap)
+        tell(watch(*m_tap));
+}
+
+void HotkeyTap::tell(WatchResult now) {
     if (now == WatchResult::ChordTaken)
         m_console.log(m_owner + QStringLiteral(": another program holds the bound shortcut."));
     else if (now == WatchResult::Unavailable)
@@ -43,8 +46,8 @@ void HotkeyTap::watch(const Watch& watch) {
     if (now == WatchResult::Watching)
         return;
     m_mainActor.post([this, now] {
-        if (const auto tell = onRefused) // a copy, which lives until the call ends
-            tell(now);
+        if (const auto refuse = onRefused) // a copy, which lives until the call ends
+            refuse(now);
     });
 }
 

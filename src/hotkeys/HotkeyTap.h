@@ -53,6 +53,8 @@ public:
     Published<std::optional<WatchResult>> result;
 
 private:
+    void tell(WatchResult now);
+
     MainActor& m_mainActor;
     EventTapFactory& m_taps;
     Console& m_console;

@@ -63,6 +63,10 @@ public:
 
     virtual ~EventTap() = default;
 
+    /// Called when a chord that the tap waits for comes to be had, or to be taken, since the user has changed
+    /// what the session binds. A session that tells nobody of such changes never has it called.
+    std::function<void(WatchResult)> onResultChange;
+
     /// A new tap is disabled, and so is one that has just told of TapDisabledByTimeout. A disabled tap
     /// swallows and tells nothing. After a time-out, the end of a press that was told before is told late.
     virtual void setEnabled(bool enabled) = 0;

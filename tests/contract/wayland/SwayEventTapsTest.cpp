@@ -223,6 +223,35 @@ TEST_F(SwayEventTapsTest, chordThatTheUserLetsGoOf_isToldAfterTheReload) {
     EXPECT_TRUE(isTold(owner, {"+49", "-49"}));
 }
 
+TEST_F(SwayEventTapsTest, chordThatTheUserBindsAndLetsGoOf_isToldEachTimeThatItChanges) {
+    std::vector<WatchResult> changes;
+    owner.tap->onResultChange = [&](WatchResult result) { changes.push_back(result); };
+    ASSERT_EQ(owner.tap->watchChord(controlOptionSpace), WatchResult::Watching);
+    sway.configure("bindsym Ctrl+Alt+Space nop theirs\n");
+    EXPECT_TRUE(SwayKeys::becomes([&] { return changes == std::vector{WatchResult::ChordTaken}; }));
+    sway.configure("");
+    const std::vector both{WatchResult::ChordTaken, WatchResult::Watching};
+    EXPECT_TRUE(SwayKeys::becomes([&] { return changes == both; }));
+    sway.configure("");
+    sway.tap(chord);
+    EXPECT_TRUE(isTold(owner, {"+49", "-49"}));
+    EXPECT_EQ(changes, both);
+}
+
+TEST_F(SwayEventTapsTest, tapThatGoesAsItIsToldOfAChange_isToldNothingMore) {
+    SwayTapOwner newer(sway.taps());
+    ASSERT_EQ(owner.tap->watchChord(controlOptionSpace), WatchResult::Watching);
+    ASSERT_EQ(newer.tap->watchChord(controlOptionSpace), WatchResult::Watching);
+    bool isTold = false;
+    owner.tap->onResultChange = [&](WatchResult) {
+        newer.tap.reset();
+        isTold = true;
+    };
+    newer.tap->onResultChange = [](WatchResult) { ADD_FAILURE() << "it has gone"; };
+    sway.configure("bindsym Ctrl+Alt+Space nop theirs\n");
+    EXPECT_TRUE(SwayKeys::becomes([&] { return isTold; }));
+}
+
 TEST_F(SwayEventTapsTest, chordWatchedWhileTheUserIsInAnotherMode_countsInTheFirstOne) {
     const SwayIpc ipc(SwayKeys::socket(), SwayKeys::patience);
     ASSERT_TRUE(ipc.run("mode resize"));
@@ -251,6 +280,22 @@ TEST_F(SwayEventTapsTest, chordOfAProcessThatIsKilled_isTheProgramsAgain) {
             return sway.takeKeys().contains("+65");
         }));
     }
+}
+
+TEST_F(SwayEventTapsTest, processThatIsKilledWhileTheUserIsInAnotherMode_leavesThemThere) {
+    owner.tap.reset();
+    const QString mode = "lock / leave: l";
+    const SwayIpc ipc(SwayKeys::socket(), SwayKeys::patience);
+    sway.configure("mode \"lock / leave: l\" {\nbindsym Escape mode default\n}\n");
+    Peer agent(TALVERA_SWAY_HOTKEY_AGENT, {});
+    ASSERT_TRUE(says(agent, "ready"));
+    ASSERT_TRUE(ipc.run("mode \"lock / leave: l\""));
+    agent.signal(SIGKILL);
+    EXPECT_TRUE(SwayKeys::becomes([&] { return sway.modes().count(mode) == 2; }));
+    EXPECT_EQ(sway.modes().last(), mode);
+    ASSERT_TRUE(ipc.run("mode default"));
+    sway.tap(chord);
+    EXPECT_TRUE(sway.takeKeys().contains("+65"));
 }
 
 TEST_F(SwayEventTapsTest, bindingThatTheUserMakesOfItsChord_outlivesAProcessThatIsKilled) {

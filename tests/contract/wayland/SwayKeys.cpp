@@ -55,6 +55,8 @@ SwayKeys::SwayKeys()
                                 [this](SwayEvents::Kind kind, const QJsonObject& event) {
                                     if (kind == SwayEvents::Kind::Binding)
                                         m_commands << event["binding"].toObject()["command"].toString();
+                                    else if (kind == SwayEvents::Kind::Mode)
+                                        m_modes << event["change"].toString();
                                     else if (event["change"].toString() == "reload")
                                         ++m_reloads;
                                 }))
@@ -131,6 +133,10 @@ void SwayKeys::reload() {
     const auto before = m_reloads;
     if (QProcess::execute("swaymsg", {"-q", "reload"}) != 0 || !becomes([&] { return m_reloads > before; }))
         throw std::runtime_error("sway doesn't read its configuration");
+    // What the taps are told on their own connection is there when sway has answered once more.
+    if (!patientIpc().isThere())
+        throw std::runtime_error("sway doesn't answer");
+    QCoreApplication::processEvents();
 }
 
 } // namespace talvera::test

@@ -63,6 +63,9 @@ public:
     /// The commands of bindings that sway has carried out.
     const QStringList& commands() const { return m_commands; }
 
+    /// The modes that sway has been put into.
+    const QStringList& modes() const { return m_modes; }
+
     FakeKeyboardLayout layout;
 
 private:
@@ -71,6 +74,7 @@ private:
     QString m_configFile;
     QByteArray m_config;
     QStringList m_commands;
+    QStringList m_modes;
     int m_reloads = 0;
     std::unique_ptr<SwayEvents> m_events;
     std::optional<SwayEventTaps> m_taps;

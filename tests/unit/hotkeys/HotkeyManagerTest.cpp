@@ -447,6 +447,19 @@ TEST_F(HotkeyManagerTest, watchResult_isWhatCameOfTheBinding) {
     EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Unavailable);
 }
 
+TEST_F(HotkeyManagerTest, chordThatTheUserBindsToSomethingElse_isToldWhileItLasts) {
+    std::vector<WatchResult> refused;
+    hotkey.onBindingRefused() = [&](WatchResult result) { refused.push_back(result); };
+    install();
+    keyboard.taps().back()->onResultChange(WatchResult::ChordTaken);
+    actor.settle();
+    EXPECT_EQ(hotkey.watchResult().get(), WatchResult::ChordTaken);
+    keyboard.taps().back()->onResultChange(WatchResult::Watching);
+    actor.settle();
+    EXPECT_EQ(hotkey.watchResult().get(), WatchResult::Watching);
+    EXPECT_EQ(refused, std::vector{WatchResult::ChordTaken});
+}
+
 TEST_F(HotkeyManagerTest, chordWhileAShortcutIsRecorded_isSwallowedAsEver) {
     install();
     hotkey.setShortcutIsRecorded(true);

@@ -2,6 +2,7 @@
 #include "linux/wayland/sway/SwayEventTaps.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace talvera {
@@ -10,7 +11,9 @@ class SwayEventTaps::Tap final : public EventTap {
 public:
     Tap(SwayEventTaps& taps, MemberPtr member)
         : m_taps(taps)
-        , m_member(std::move(member)) {}
+        , m_member(std::move(member)) {
+        m_member->tap = this;
+    }
     Tap(const Tap&) = delete;
     Tap& operator=(const Tap&) = delete;
     ~Tap() override { m_taps.remove(m_member); }
@@ -31,7 +34,9 @@ public:
 private:
     WatchResult watch(const std::optional<SwayInterest>& interest) {
         m_member->interest = interest;
-        return m_taps.listen(m_member.get());
+        m_member->result.reset();
+        m_taps.listen();
+        return m_member->result.value_or(WatchResult::Watching);
     }
 
     SwayEventTaps& m_taps;
@@ -55,27 +60,26 @@ std::unique_ptr<EventTap> SwayEventTaps::create(EventTap::Callback callback) {
     return std::make_unique<Tap>(*this, member);
 }
 
-WatchResult SwayEventTaps::listen(const Member* about) {
+void SwayEventTaps::listen() {
+    std::vector<MemberPtr> waiting;
+    std::ranges::copy_if(m_members, std::back_inserter(waiting),
+                         [](const MemberPtr& member) { return member->isEnabled && member->interest; });
     std::vector<SwayInterest> interests;
-    std::optional<std::size_t> asked;
-    for (const auto& member : m_members) {
-        if (!member->isEnabled || !member->interest)
-            continue;
-        if (member.get() == about)
-            asked = interests.size();
+    for (const auto& member : waiting)
         interests.push_back(*member->interest);
-    }
     std::erase_if(m_held, [&interests](VirtualKey key) { // their ends will not be told any more
         return std::ranges::none_of(interests, [key](const SwayInterest& interest) {
             return interest.isHeld && interest.chord.keyCode == key;
         });
     });
     const auto results = m_bindings.hold(interests);
-    return asked ? results.at(*asked) : WatchResult::Watching;
+    for (std::size_t i = 0; i < waiting.size(); ++i)
+        waiting[i]->result = results.at(i);
 }
 
 void SwayEventTaps::remove(const MemberPtr& member) {
-    member->isEnabled = false; // it may be among those that are just being told of an event
+    member->isEnabled = false; // it may be among those that are just being told of something
+    member->tap = nullptr;
     std::erase(m_members, member);
     listen();
 }
@@ -104,12 +108,19 @@ void SwayEventTaps::released(const KeyEvent& event) {
 }
 
 /// The user's configuration counts again and nothing else: our bindings are gone, and of keys that are held
-/// no end will be told.
+/// no end will be told. Which chords the user has bound may have changed, too.
 void SwayEventTaps::reloaded() {
     m_bindings.forget();
     for (const auto key : std::exchange(m_held, {}))
         deliver({.type = KeyEventType::KeyUp, .keyCode = key});
+    std::vector<std::pair<MemberPtr, std::optional<WatchResult>>> former;
+    for (const auto& member : m_members)
+        former.emplace_back(member, member->result);
     listen();
+    for (const auto& [member, result] : former) {
+        if (member->tap && result != member->result && member->tap->onResultChange)
+            member->tap->onResultChange(member->result.value_or(WatchResult::Watching));
+    }
 }
 
 void SwayEventTaps::deliver(const KeyEvent& event) {

@@ -38,11 +38,13 @@ private:
         EventTap::Callback callback;
         bool isEnabled = false;
         std::optional<SwayInterest> interest{};
+        std::optional<WatchResult> result{}; ///< what has come of the interest
+        EventTap* tap = nullptr;             ///< none when it has gone
     };
     using MemberPtr = std::shared_ptr<Member>;
 
-    /// Listens for what the enabled taps wait for; answers for one of them.
-    WatchResult listen(const Member* about = nullptr);
+    /// Listens for what the enabled taps wait for.
+    void listen();
     void remove(const MemberPtr& member);
     bool isBroken() const { return !m_events || m_events->hasEnded(); }
 
