@@ -22,9 +22,10 @@ public:
     /// The guard ends as well, and does nothing.
     ~SwayGuard();
 
-    /// What sway is told to do when we have died, in place of what was said before. Starts the process the
-    /// first time; what the guard of an agent that has just died still has to undo is waited for then, for a
-    /// second at most. Where no process can be had, nobody guards.
+    /// What sway is told to do in its mode "default" when we have died, in place of what was said before;
+    /// nothing if that is empty. Starts the process the first time; what the guard of an agent that has just
+    /// died still has to undo is waited for then, for a second at most. Where no process can be had, nobody
+    /// guards.
     void afterOurDeath(const QByteArray& commands);
 
 private:

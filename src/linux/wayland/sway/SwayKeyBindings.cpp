@@ -19,11 +19,6 @@ namespace talvera {
 
 namespace {
 
-/// Bindings belong to the mode in which they are made, and ours to the one that the user is in mostly.
-QByteArray inDefaultMode(const QByteArray& commands) {
-    return "mode default; " + commands;
-}
-
 SwayBindings difference(const SwayBindings& all, const SwayBindings& without) {
     SwayBindings rest;
     std::ranges::set_difference(all, without, std::inserter(rest, rest.end()));
@@ -117,8 +112,7 @@ void SwayKeyBindings::forget() {
 }
 
 void SwayKeyBindings::guardHeld() {
-    const auto presses = only(false, m_held);
-    m_guard.afterOurDeath(presses.empty() ? "nop" : inDefaultMode(commandsToUnbind(presses)));
+    m_guard.afterOurDeath(commandsToUnbind(only(false, m_held)));
 }
 
 SwayBindings SwayKeyBindings::userBindingsAmong(const SwayBindings& wanted) const {
@@ -139,12 +133,13 @@ SwayBindings SwayKeyBindings::userBindingsAmong(const SwayBindings& wanted) cons
     return users;
 }
 
+/// Bindings belong to the mode in which they are made, and ours to the one that the user is in mostly.
 bool SwayKeyBindings::run(const QByteArray& commands) const {
     const auto mode = answerTo(SwayIpc::Request::GetBindingState, m_sway).value(QLatin1String("name"));
     const auto name = mode.toString(QStringLiteral("default")).toUtf8();
     if (name == "default")
         return m_sway.run(commands);
-    return m_sway.run(inDefaultMode(commands) + "; mode \"" + name + '"');
+    return m_sway.run("mode default; " + commands + "; mode \"" + name + '"');
 }
 
 } // namespace talvera
