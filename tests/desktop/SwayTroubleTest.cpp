@@ -190,11 +190,11 @@ TEST_F(DeathOnSway, killedWhileItTypes_givesTheKeysBackWithNoneDown) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
     // It takes seconds to type, and the kill comes with its first character.
-    const QString text = sentence +
-                         " I will read it in the evening and call you back the next morning. Thank "
-                         "you for the help with it.";
+    const QString text = sentence + " The meeting starts at nine on Monday. Peter is at home this evening. "
+                                    "Thank you for the long letter.";
     holdAndSay(spoken(text));
-    ASSERT_TRUE(editor.waitFor([](const QString& typed) { return !typed.isEmpty(); }));
+    ASSERT_TRUE(
+        editor.waitFor([](const QString& typed) { return !typed.isEmpty(); }, AgentProcess::patience));
     agent->kill();
     keys.tap(Key::q); // a letter that the text doesn't have: nothing comes behind it
     ASSERT_TRUE(editor.waitFor([](const QString& typed) { return typed.contains(u'q'); }));

@@ -24,12 +24,12 @@ namespace {
 
 /// The last line stands when no more can come. Bindings are taken away in the mode that has them; the user
 /// stays in the one where they are.
-constexpr auto program = R"(
+constexpr auto program = R"sh(
 while IFS= read -r line; do last=$line; done
 [ -n "$last" ] || exit 0
 mode=$(swaymsg -s "$1" -rt get_binding_state | sed -n 's,\\/,/,g; s/.*"name": *"\(.*\)".*/\1/p')
 exec swaymsg -q -s "$1" "mode default; $last; mode \"${mode:-default}\""
-)";
+)sh";
 
 /// A name that one process at a time can have, and whoever inherits the descriptor with it. The kernel frees
 /// it with the last of them, and no file is left.
