@@ -27,9 +27,18 @@ namespace {
 constexpr auto program = R"sh(
 while IFS= read -r line; do last=$line; done
 [ -n "$last" ] || exit 0
-mode=$(swaymsg -s "$1" -rt get_binding_state | sed -n 's,\\/,/,g; s/.*"name": *"\(.*\)".*/\1/p')
+mode=$(swaymsg -s "$1" -rt get_binding_state | sed "$2")
 exec swaymsg -q -s "$1" "mode default; $last; mode \"${mode:-default}\""
 )sh";
+
+/// Makes of sway's answer, which is JSON, the name of the mode as inFirstMode() quotes it.
+constexpr auto quotedMode = R"sed(/"name": *"/!d
+s/[^"]*"name": *"\(.*\)".*/\1/
+s,\\/,/,g
+s/\\"/"'"'"/g
+s/\\\\/\\/g
+s/\$/$$/g
+)sed";
 
 /// A name that one process at a time can have, and whoever inherits the descriptor with it. The kernel frees
 /// it with the last of them, and no file is left.
@@ -73,8 +82,9 @@ pid_t spawnGuard(const QByteArray& socketPath, int orders, int name) {
     sigemptyset(&none);
     posix_spawnattr_setsigmask(&attributes, &none);
 
-    std::array words{std::string("sh"), std::string("-c"), std::string(program), std::string("talvera-guard"),
-                     socketPath.toStdString()};
+    std::array words{std::string("sh"),        std::string("-c"),
+                     std::string(program),     std::string("talvera-guard"),
+                     socketPath.toStdString(), std::string(quotedMode)};
     std::array<char*, words.size() + 1> arguments{};
     std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
     pid_t process = -1;

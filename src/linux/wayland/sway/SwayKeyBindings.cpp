@@ -135,11 +135,9 @@ SwayBindings SwayKeyBindings::userBindingsAmong(const SwayBindings& wanted) cons
 
 /// Bindings belong to the mode in which they are made, and ours to the one that the user is in mostly.
 bool SwayKeyBindings::run(const QByteArray& commands) const {
-    const auto mode = answerTo(SwayIpc::Request::GetBindingState, m_sway).value(QLatin1String("name"));
-    const auto name = mode.toString(QStringLiteral("default")).toUtf8();
-    if (name == "default")
-        return m_sway.run(commands);
-    return m_sway.run("mode default; " + commands + "; mode \"" + name + '"');
+    const auto state = answerTo(SwayIpc::Request::GetBindingState, m_sway);
+    const auto mode = state.value(QLatin1String("name")).toString(QStringLiteral("default"));
+    return m_sway.run(mode == QStringLiteral("default") ? commands : inFirstMode(commands, mode));
 }
 
 } // namespace talvera

@@ -98,6 +98,15 @@ QByteArray commandsToUnbind(const SwayBindings& bindings) {
     return commands.join("; ");
 }
 
+/// In a quoted name sway ends the quotation at a quotation mark, takes two dollars for one, and leaves a
+/// backslash as it is, together with what comes behind it: a name with a backslash before one of these two isn't
+/// found again, and the user is in the first mode then.
+QByteArray inFirstMode(const QByteArray& commands, const QString& mode) {
+    auto name = mode.toUtf8();
+    name.replace('"', R"("'"'")").replace('$', "$$");
+    return "mode default; " + commands + "; mode \"" + name + '"';
+}
+
 std::optional<KeyEvent> keyEventOf(const QJsonObject& bindingEvent) {
     const auto binding = bindingEvent.value(QLatin1String("binding")).toObject();
     const auto command = binding.value(QLatin1String("command")).toString().toLatin1();

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QJsonObject>
+#include <QString>
 
 #include <compare>
 #include <cstdint>
@@ -36,6 +37,10 @@ SwayBindings bindingsOf(const KeyChord& chord, bool isHeld);
 /// The commands that make these bindings, and those that take them away.
 QByteArray commandsToBind(const SwayBindings& bindings);
 QByteArray commandsToUnbind(const SwayBindings& bindings);
+
+/// These commands as carried out in sway's first mode, to which bindings belong that are made in it, and then
+/// the way back to `mode`, in which the user is.
+QByteArray inFirstMode(const QByteArray& commands, const QString& mode);
 
 /// The event of one of our bindings as sway tells it; nothing if that is of another one.
 std::optional<KeyEvent> keyEventOf(const QJsonObject& bindingEvent);

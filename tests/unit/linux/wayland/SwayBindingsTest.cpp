@@ -40,6 +40,12 @@ TEST(SwayBindings, whatSwayHasNoNameFor_hasNone) {
     EXPECT_TRUE(commandsToBind({}).isEmpty());
 }
 
+TEST(SwayBindings, modeOfAnyName_isComeBackTo) {
+    EXPECT_EQ(inFirstMode("nop", "resize"), R"(mode default; nop; mode "resize")");
+    EXPECT_EQ(inFirstMode("nop; nop", R"($x: "y" it's\now)"),
+              R"(mode default; nop; nop; mode "$$x: "'"'"y"'"'" it's\now")");
+}
+
 TEST(SwayBindings, ownEvents_areKeyEvents) {
     const auto down = eventOf(R"({"change":"run","binding":{"command":"nop talvera-down 49",
         "event_state_mask":["Shift","Control","Mod1"],"input_code":65}})");
