@@ -35,8 +35,14 @@ QByteArray configuration() {
 void OnSway::dictateInto(Receiver& receiver, const QString& text, const Samples& speech) {
     const auto before = receiver.text();
     holdAndSay(speech);
-    EXPECT_TRUE(receiver.waitForText(before + text)) << receiver.text().toStdString();
+    EXPECT_TRUE(isWritten(receiver, before + text));
     agent->await("menu idle");
+}
+
+testing::AssertionResult OnSway::isWritten(Receiver& receiver, const QString& text) {
+    if (receiver.waitForText(text, AgentProcess::patience))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it holds: " << receiver.text().toStdString();
 }
 
 QByteArray OnSway::told(const QStringList& arguments) const {

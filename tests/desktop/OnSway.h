@@ -17,11 +17,18 @@ protected:
     OnSway() { hotkeys = {Key::leftControl, Key::leftAlt, Key::space}; }
 
     static inline const QString sentence = QStringLiteral("Please send the report tomorrow.");
+    /// Takes seconds to type: what comes in between does so however late it is on a busy machine.
+    static inline const QString longText =
+        sentence + QStringLiteral(" The meeting starts at nine on Monday. Peter is at home this evening. "
+                                  "Thank you for the long letter.");
     const QJsonObject pasting{{"insertionMode", "paste"}};
 
     void dictateInto(Receiver& receiver) { dictateInto(receiver, sentence, spoken(sentence)); }
     /// Expects `text` behind what the receiver holds, and waits until the agent is at rest.
     void dictateInto(Receiver& receiver, const QString& text, const Samples& speech);
+
+    /// Whether the receiver comes to hold just this, after a recognition that has begun.
+    static testing::AssertionResult isWritten(Receiver& receiver, const QString& text);
 
     /// Runs the program with these arguments to its end, and answers what it prints.
     QByteArray told(const QStringList& arguments) const;

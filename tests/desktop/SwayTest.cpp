@@ -116,7 +116,7 @@ TEST_F(DictationOnSway, modifierLetGoFirst_staysOutOfTheText) {
     keys.release(Key::space);
     agent->await("menu transcribing");
     keys.release(Key::leftAlt);
-    EXPECT_TRUE(editor.waitForText(sentence)) << editor.text().toStdString();
+    EXPECT_TRUE(isWritten(editor, sentence));
     agent->await("menu idle");
 }
 
@@ -129,7 +129,7 @@ TEST_F(DictationOnSway, tapping_beginsAndEnds) {
     voice.sayAndWait(spoken(sentence));
     pressHotkey();
     releaseHotkey();
-    EXPECT_TRUE(editor.waitForText(sentence)) << editor.text().toStdString();
+    EXPECT_TRUE(isWritten(editor, sentence));
     agent->await("menu idle");
 }
 
@@ -145,7 +145,7 @@ TEST_F(DictationOnSway, hud_isSeenAboveAFullScreenWindowThatKeepsTheFocus) {
     EXPECT_TRUE(eventually([&] { return !isPlain(*place); }));
     voice.sayAndWait(spoken(sentence));
     releaseHotkey();
-    EXPECT_TRUE(editor.waitForText(sentence)) << editor.text().toStdString();
+    EXPECT_TRUE(isWritten(editor, sentence));
     agent->await("hud hidden");
     EXPECT_TRUE(eventually([&] { return !hud.place(); }));
     EXPECT_TRUE(eventually([&] { return isPlain(*place); }));

@@ -14,10 +14,11 @@ namespace {
 class FocusOnSway : public OnSway {
 protected:
     /// Dictates into an editor; when this returns the recognition waits to be let in.
-    void dictateInto(std::optional<Receiver>& editor, const QJsonObject& preferences = {}) {
+    void dictateInto(std::optional<Receiver>& editor, const QJsonObject& preferences = {},
+                     const QString& text = sentence) {
         startAgent(preferences, gate.program());
         editor.emplace(Receiver::Kind::Gtk, "the editor");
-        holdAndSay(spoken(sentence));
+        holdAndSay(spoken(text));
         gate.awaitRun();
     }
     void expectNotice(const QString& text) {
@@ -71,7 +72,7 @@ TEST_F(FocusOnSway, windowLeftDuringRecognition_isBroughtBackAndSaidSo) {
     Receiver other(Receiver::Kind::WaylandTerminal, "the other window");
     gate.letIn();
     expectNotice("Pasted in ");
-    EXPECT_TRUE(editor->waitForText(sentence)) << editor->text().toStdString();
+    EXPECT_TRUE(isWritten(*editor, sentence));
     EXPECT_EQ(other.text(), "");
 }
 
@@ -82,7 +83,7 @@ TEST_F(FocusOnSway, windowLeftForAnXProgram_isBroughtBackAndPasted) {
     Receiver other(Receiver::Kind::Gtk, "the other window");
     gate.letIn();
     expectNotice("Pasted in ");
-    EXPECT_TRUE(editor->waitForText(sentence)) << editor->text().toStdString();
+    EXPECT_TRUE(isWritten(*editor, sentence));
     EXPECT_EQ(other.text(), "");
 }
 
@@ -97,7 +98,7 @@ TEST_F(FocusOnSway, windowLeftInClipboardMode_staysAndTheTextIsOnTheClipboard) {
     keys.press(Key::leftControl); // pasted where the user is now
     keys.tap(Key::v);
     keys.release(Key::leftControl);
-    EXPECT_TRUE(other.waitForText(sentence)) << other.text().toStdString();
+    EXPECT_TRUE(isWritten(other, sentence));
     EXPECT_EQ(editor->text(), "");
 }
 
@@ -113,14 +114,15 @@ TEST_F(FocusOnSway, windowClosedDuringRecognition_textIsOnTheClipboard) {
 TEST_F(FocusOnSway, windowLeftWhileItIsTypedInto_theRestGoesNowhereAndAllIsOnTheClipboard) {
     const Receiver other(Receiver::Kind::WaylandTerminal, "the other window");
     std::optional<Receiver> editor;
-    dictateInto(editor);
+    dictateInto(editor, {}, longText);
     gate.letIn();
-    ASSERT_TRUE(editor->waitFor([](const QString& text) { return text.size() >= 5; }));
+    ASSERT_TRUE(
+        editor->waitFor([](const QString& text) { return text.size() >= 5; }, AgentProcess::patience));
     tellSway("[title=\"the other window\"] focus");
     expectNotice("Focus changed — the whole text is on the clipboard.");
-    EXPECT_TRUE(clipboardBecomes(sentence));
-    EXPECT_LT(editor->text().size(), sentence.size());
-    EXPECT_TRUE(sentence.startsWith(editor->text())) << editor->text().toStdString();
+    EXPECT_TRUE(clipboardBecomes(longText));
+    EXPECT_LT(editor->text().size(), longText.size());
+    EXPECT_TRUE(longText.startsWith(editor->text())) << editor->text().toStdString();
     EXPECT_EQ(other.text(), "");
 }
 
@@ -189,10 +191,7 @@ TEST_F(DeathOnSway, killedWhileItRecognises_givesTheKeysBack) {
 TEST_F(DeathOnSway, killedWhileItTypes_givesTheKeysBackWithNoneDown) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
-    // It takes seconds to type, and the kill comes with its first character.
-    const QString text = sentence + " The meeting starts at nine on Monday. Peter is at home this evening. "
-                                    "Thank you for the long letter.";
-    holdAndSay(spoken(text));
+    holdAndSay(spoken(longText));
     ASSERT_TRUE(
         editor.waitFor([](const QString& typed) { return !typed.isEmpty(); }, AgentProcess::patience));
     agent->kill();
@@ -200,7 +199,7 @@ TEST_F(DeathOnSway, killedWhileItTypes_givesTheKeysBackWithNoneDown) {
     ASSERT_TRUE(editor.waitFor([](const QString& typed) { return typed.contains(u'q'); }));
     EXPECT_TRUE(editor.waitForKeysDown(false));
     const auto typed = editor.text().remove(u'q');
-    EXPECT_LT(typed.size(), text.size() * 3 / 4);
-    EXPECT_TRUE(text.startsWith(typed.left(sentence.size()))) << typed.toStdString();
+    EXPECT_LT(typed.size(), longText.size());
+    EXPECT_TRUE(longText.startsWith(typed)) << typed.toStdString();
     expectKeysAreTheUsersAgain();
 }
