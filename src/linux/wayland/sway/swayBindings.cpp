@@ -99,8 +99,8 @@ QByteArray commandsToUnbind(const SwayBindings& bindings) {
 }
 
 /// In a quoted name sway ends the quotation at a quotation mark, takes two dollars for one, and leaves a
-/// backslash as it is, together with what comes behind it: a name with a backslash before one of these two isn't
-/// found again, and the user is in the first mode then.
+/// backslash as it is, with what comes behind it: a name with a backslash before one of these two isn't found
+/// again, and the user is in the first mode then.
 QByteArray inFirstMode(const QByteArray& commands, const QString& mode) {
     auto name = mode.toUtf8();
     name.replace('"', R"("'"'")").replace('$', "$$");
