@@ -2,7 +2,6 @@
 #include "CoreTest.h"
 #include "shell/MenuBarController.h"
 #include "shell/hud/DictationHUDController.h"
-#include "shell/onboarding/OnboardingController.h"
 
 #include <cerrno>
 
@@ -328,87 +327,6 @@ TEST_F(Dictation, settingsChangedDuringRecognition_doNotTouchTheDictationInFligh
     runToRest();
     EXPECT_EQ(story({"recognise", "type", "paste"}),
               QStringList({"recognise transcribe auto null 2.0", "type hello world"}));
-}
-
-TEST_F(Dictation, modelMissing_showsTheWizardAndStartsNothing) {
-    launch();
-    world.setModelReady(false);
-    hold(1);
-    EXPECT_EQ(world.story(), QStringList({"onboardingWindow"}));
-    EXPECT_FALSE(dictation().currentWav());
-}
-
-TEST_F(Dictation, microphoneNotAuthorized_asksForItBeforeAccessibility) {
-    launch();
-    world.microphonePermission.current = AuthorizationStatus::Denied;
-    world.access.trusted = false;
-    hold(1);
-    EXPECT_EQ(world.story(), QStringList({"hud permissionRequired microphone"}));
-    EXPECT_FALSE(dictation().currentWav());
-}
-
-TEST_F(Dictation, accessibilityNotTrusted_asksForIt) {
-    launch();
-    world.access.trusted = false;
-    hold(1);
-    EXPECT_EQ(world.story(), QStringList({"hud permissionRequired accessibility"}));
-}
-
-TEST_F(Dictation, permissionRequestOfAPress_opensItsSettingsAndGoes) {
-    launch();
-    world.access.trusted = false;
-    hold(1);
-    world.agent().hud.stateHolder().openPermissionSettings();
-    runToRest();
-    EXPECT_EQ(world.story(), QStringList({"hud permissionRequired accessibility",
-                                          "openSettings accessibility", "hud hidden"}));
-}
-
-TEST_F(Dictation, permissionRequestWhereTheDesktopHasNoSettings_tellsWhatToDoInstead) {
-    launch();
-    world.access.trusted = false;
-    world.settingsPanels.hasPanels = false;
-    hold(1);
-    world.agent().hud.stateHolder().openPermissionSettings();
-    EXPECT_EQ(world.story(),
-              QStringList({"hud permissionRequired accessibility",
-                           "hud notice This desktop doesn't let Talvera watch keys and type. Allow it in its "
-                           "settings. warn 6.0"}));
-    runToRest();
-    EXPECT_TRUE(hud().as<HUD::Hidden>());
-}
-
-TEST_F(Dictation, suspendedHotkey_doesNothing) {
-    launch();
-    world.agent().onboarding.suspendHotkey.set(true);
-    world.agent().onboarding.captureHotkey.set(true);
-    hold(1);
-    EXPECT_TRUE(world.effects.empty());
-    EXPECT_EQ(world.demoStarts, 0);
-    EXPECT_EQ(world.demoEnds, 0);
-}
-
-TEST_F(Dictation, capturedHotkey_feedsTheWizardsDemo) {
-    launch();
-    world.agent().onboarding.captureHotkey.set(true);
-    hold(1);
-    EXPECT_TRUE(world.effects.empty());
-    EXPECT_EQ(world.demoStarts, 1);
-    EXPECT_EQ(world.demoEnds, 1);
-}
-
-TEST_F(Dictation, releaseThatTheWizardGets_doesNotEndARecordingOfOurs) {
-    launch();
-    press();
-    advance(1);
-    world.agent().onboarding.captureHotkey.set(true);
-    release();
-    world.actor.settle();
-    EXPECT_EQ(state(), State::Recording);
-    world.agent().onboarding.captureHotkey.set(false);
-    release();
-    world.actor.settle();
-    EXPECT_EQ(state(), State::Transcribing);
 }
 
 TEST_F(Dictation, startSoundOff_isSilent) {

@@ -3,6 +3,7 @@
 // the permissions.
 #include "CoreTest.h"
 #include "shell/hud/DictationHUDController.h"
+#include "shell/onboarding/OnboardingController.h"
 #include "speech/AudioRecorder.h"
 
 using namespace talvera;
@@ -23,6 +24,87 @@ protected:
         world.effects.clear();
     }
 };
+
+TEST_F(PressGate, modelMissing_showsTheWizardAndStartsNothing) {
+    launch();
+    world.setModelReady(false);
+    hold(1);
+    EXPECT_EQ(world.story(), QStringList({"onboardingWindow"}));
+    EXPECT_FALSE(dictation().currentWav());
+}
+
+TEST_F(PressGate, microphoneNotAuthorized_asksForItBeforeAccessibility) {
+    launch();
+    forbidMicrophone();
+    world.access.trusted = false;
+    hold(1);
+    EXPECT_EQ(world.story(), QStringList({"hud permissionRequired microphone"}));
+    EXPECT_FALSE(dictation().currentWav());
+}
+
+TEST_F(PressGate, accessibilityNotTrusted_asksForIt) {
+    launch();
+    world.access.trusted = false;
+    hold(1);
+    EXPECT_EQ(world.story(), QStringList({"hud permissionRequired accessibility"}));
+}
+
+TEST_F(PressGate, permissionRequestOfAPress_opensItsSettingsAndGoes) {
+    launch();
+    world.access.trusted = false;
+    hold(1);
+    world.agent().hud.stateHolder().openPermissionSettings();
+    runToRest();
+    EXPECT_EQ(world.story(), QStringList({"hud permissionRequired accessibility",
+                                          "openSettings accessibility", "hud hidden"}));
+}
+
+TEST_F(PressGate, permissionRequestWhereTheDesktopHasNoSettings_tellsWhatToDoInstead) {
+    launch();
+    world.access.trusted = false;
+    world.settingsPanels.hasPanels = false;
+    hold(1);
+    world.agent().hud.stateHolder().openPermissionSettings();
+    EXPECT_EQ(world.story(),
+              QStringList({"hud permissionRequired accessibility",
+                           "hud notice This desktop doesn't let Talvera watch keys and type. Allow it in its "
+                           "settings. warn 6.0"}));
+    runToRest();
+    EXPECT_TRUE(hud().as<HUD::Hidden>());
+}
+
+TEST_F(PressGate, suspendedHotkey_doesNothing) {
+    launch();
+    world.agent().onboarding.suspendHotkey.set(true);
+    world.agent().onboarding.captureHotkey.set(true);
+    hold(1);
+    EXPECT_TRUE(world.effects.empty());
+    EXPECT_EQ(world.demoStarts, 0);
+    EXPECT_EQ(world.demoEnds, 0);
+}
+
+TEST_F(PressGate, capturedHotkey_feedsTheWizardsDemo) {
+    launch();
+    world.agent().onboarding.captureHotkey.set(true);
+    hold(1);
+    EXPECT_TRUE(world.effects.empty());
+    EXPECT_EQ(world.demoStarts, 1);
+    EXPECT_EQ(world.demoEnds, 1);
+}
+
+TEST_F(PressGate, releaseThatTheWizardGets_doesNotEndARecordingOfOurs) {
+    launch();
+    press();
+    advance(1);
+    world.agent().onboarding.captureHotkey.set(true);
+    release();
+    world.actor.settle();
+    EXPECT_EQ(state(), State::Recording);
+    world.agent().onboarding.captureHotkey.set(false);
+    release();
+    world.actor.settle();
+    EXPECT_EQ(state(), State::Transcribing);
+}
 
 TEST_F(PressGate, pressDuringADictationWithoutModel_opensNoWizard) {
     beTranscribing();
