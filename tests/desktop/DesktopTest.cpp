@@ -131,20 +131,19 @@ bool DesktopTest::eventually(const std::function<bool()>& condition) {
     return true;
 }
 
+QString DesktopTest::clipboard() {
+    QProcess reader;
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY"))
+        reader.start("wl-paste", {"-n"});
+    else
+        reader.start("xclip", {"-o", "-selection", "clipboard"});
+    reader.waitForFinished();
+    return QString::fromUtf8(reader.readAllStandardOutput());
+}
+
 testing::AssertionResult DesktopTest::clipboardBecomes(const QString& text) {
-    const bool isOnWayland = qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
     QString held;
-    const auto holds = [&] {
-        QProcess reader;
-        if (isOnWayland)
-            reader.start("wl-paste", {"-n"});
-        else
-            reader.start("xclip", {"-o", "-selection", "clipboard"});
-        reader.waitForFinished();
-        held = QString::fromUtf8(reader.readAllStandardOutput());
-        return held == text;
-    };
-    if (eventually(holds))
+    if (eventually([&] { return (held = clipboard()) == text; }))
         return testing::AssertionSuccess();
     return testing::AssertionFailure() << "the clipboard holds: " << held.toStdString();
 }

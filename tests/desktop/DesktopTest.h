@@ -61,7 +61,9 @@ protected:
     /// Asks until the answer is yes; false when it isn't in time. For what tells nobody when it happens.
     static bool eventually(const std::function<bool()>& condition);
 
-    /// Whether the clipboard comes to hold this text.
+    /// What the clipboard holds.
+    static QString clipboard();
+    /// Whether it comes to hold this text.
     static testing::AssertionResult clipboardBecomes(const QString& text);
 
     /// Whether, in a moment at most, the agent's directory for temporary files holds nothing of a dictation

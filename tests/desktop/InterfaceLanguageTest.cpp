@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The program in another language than English, as it is read from the screen.
+#include "SettingsOnScreen.h"
 #include "ShippedCatalogs.h"
 #include "Wizard.h"
 
@@ -27,7 +28,7 @@ protected:
 };
 
 /// With the model in its place, so that no wizard lies over the panel.
-class InterfaceInGerman : public PanelTest {
+class InterfaceInGerman : public SettingsOnScreen {
 protected:
     void awaitHUD(const char* key) {
         EXPECT_TRUE(eventually([&] {
@@ -79,6 +80,17 @@ TEST_F(InterfaceInGerman, dictationAndPanel_areGermanByChoice) {
     shown("check box", german("menu.aiCleanup.title"));
     shown(anyRole, german("menu.quit"));
     closePanel();
+}
+
+TEST_F(InterfaceInGerman, freshStart_inAGermanSession_listensInEveryLanguage) {
+    home.set("LANGUAGE", "de_AT:en");
+    home.set("LC_ALL", "de_AT.UTF-8");
+    startAgent();
+    openSettings("language");
+    EXPECT_EQ(shown("combo box", german("settings.language.sourceLanguage.title")).description,
+              german("language.auto"));
+    EXPECT_TRUE(stored("sourceLanguageCode").isUndefined());
+    closeSettings();
 }
 
 TEST_F(InterfaceInJapanese, withoutAFont_isEnglishAndNamesThePackage) {
