@@ -9,6 +9,14 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+# What newer versions of at-spi call by another name.
+FORMER_NAMES = {"button": "push button"}
+
+
+def role(thing):
+    name = thing.get_role_name()
+    return FORMER_NAMES.get(name, name)
+
 
 def place(thing):
     if "Component" not in thing.get_interfaces():
@@ -20,7 +28,7 @@ def place(thing):
 def tell(thing):
     try:
         print(json.dumps({
-            "role": thing.get_role_name(),
+            "role": role(thing),
             "name": thing.get_name(),
             "description": thing.get_description(),
             "states": [state.value_nick for state in thing.get_state_set().get_states()],
