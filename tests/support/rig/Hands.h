@@ -31,3 +31,7 @@ std::unique_ptr<Hands> handsOnX(const std::vector<std::string>& paths);
 /// On keyboards in the seat of the compositor at $WAYLAND_DISPLAY, with $RIG_LAYOUT and $RIG_LAYOUT_OPTIONS.
 /// There is no mouse.
 std::unique_ptr<Hands> handsOnWayland();
+
+/// The same of KWin, which has one keyboard for all programs that press keys, with the user's layout;
+/// `keyboard` makes no difference. There is a mouse.
+std::unique_ptr<Hands> handsOnKwin();

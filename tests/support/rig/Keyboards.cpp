@@ -5,7 +5,7 @@
 //
 //   kbd serve CONTROL KEYBOARD0 KEYBOARD1 POINTER    the daemon of an X server; arguments are paths of
 //                                                    sockets. It prints "ready".
-//   kbd serve CONTROL                                the same of a Wayland compositor, without a mouse
+//   kbd serve CONTROL                                the same of a Wayland compositor
 //   kbd press KEYBOARD KEYCODE                       KEYBOARD is 0 or 1, KEYCODE an X keycode: 38 is A
 //   kbd release KEYBOARD KEYCODE
 //   kbd tap KEYBOARD KEYCODE [MILLISECONDS]          press, hold (30 ms unless told), release
@@ -224,6 +224,11 @@ int runClient(const std::vector<std::string>& arguments) {
     return 0;
 }
 
+std::unique_ptr<Hands> handsInSession() {
+    const char* session = std::getenv("RIG_SESSION");
+    return session != nullptr && std::string(session) == "kwin" ? handsOnKwin() : handsOnWayland();
+}
+
 int run(const std::vector<std::string>& arguments) {
     if (arguments.empty())
         fail("usage: see the head of Keyboards.cpp");
@@ -231,7 +236,7 @@ int run(const std::vector<std::string>& arguments) {
         return runClient(arguments);
     if (arguments.size() != 2 && arguments.size() != 5)
         fail("usage: kbd serve CONTROL [KEYBOARD0 KEYBOARD1 POINTER]");
-    Daemon daemon(arguments[1], arguments.size() == 2 ? handsOnWayland()
+    Daemon daemon(arguments[1], arguments.size() == 2 ? handsInSession()
                                                       : handsOnX({arguments.begin() + 2, arguments.end()}));
     std::cout << "ready" << std::endl;
     daemon.serve();
