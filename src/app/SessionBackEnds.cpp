@@ -5,6 +5,10 @@
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/wayland/clipboard/WaylandPasteboard.h"
+#include "linux/wayland/gnome/GnomeEventTaps.h"
+#include "linux/wayland/gnome/GnomeKeyEventPoster.h"
+#include "linux/wayland/gnome/GnomeSessionAccess.h"
+#include "linux/wayland/gnome/GnomeWorkspace.h"
 #include "linux/wayland/sway/SwayEventTaps.h"
 #include "linux/wayland/sway/SwaySessionAccess.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
@@ -111,27 +115,54 @@ std::unique_ptr<KeyEventPoster> waylandKeyPoster(const SessionOffer& offer) {
     return WaylandKeyEventPoster::open([xProgram] { xProgram->awaitReading(); });
 }
 
-/// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
-/// those of X programs, and what works for these alone would lose what is said into all others.
-SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+/// What the extension of GNOME Shell does for us, from the moment on when it is there. The Shell hands on the
+/// clipboard of its X server itself.
+SessionBackEnds gnomeBackEnds(const SessionOffer& offer, const BackEndParts& parts,
+                              const std::shared_ptr<const ShellBus>& bus) {
+    const auto view = std::make_shared<ShellView>(bus);
+    auto chosen = x11Windows(offer, parts);
+    chosen.eventTaps = std::make_unique<GnomeEventTaps>(bus, view);
+    chosen.keyPoster = std::make_unique<GnomeKeyEventPoster>(bus, view);
+    chosen.pasteboard = x11Pasteboard(offer, parts);
+    chosen.workspace = std::make_unique<GnomeWorkspace>(bus, view, parts.installed);
+    chosen.access = std::make_unique<GnomeSessionAccess>(view);
+    return chosen;
+}
+
+/// A way to type and the clipboard, which most compositors have for programs, and no more.
+SessionBackEnds anyCompositorsBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    auto chosen = x11Windows(offer, parts);
+    chosen.keyPoster = waylandKeyPoster(offer);
+    chosen.pasteboard = waylandPasteboard(offer, parts);
+    if (!chosen.keyPoster)
+        chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
+    chosen.eventTaps = std::make_unique<NoEventTaps>();
+    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
+    chosen.access = std::make_unique<NoSessionAccess>();
+    return chosen;
+}
+
+SessionBackEnds swayBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     auto chosen = x11Windows(offer, parts);
     chosen.keyPoster = waylandKeyPoster(offer);
     chosen.pasteboard = waylandPasteboard(offer, parts);
     const bool canType = chosen.keyPoster != nullptr;
     if (!canType)
         chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
-    if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere()) {
-        const SwayIpc sway(offer.swaySocket);
-        chosen.eventTaps = std::make_unique<SwayEventTaps>(offer.swaySocket, *chosen.keyboardLayout);
-        chosen.workspace = std::make_unique<SwayWorkspace>(sway, parts.installed);
-        chosen.access =
-            std::make_unique<SwaySessionAccess>(SwayIpc(offer.swaySocket, SwayIpc::longPatience), canType);
-    } else {
-        chosen.eventTaps = std::make_unique<NoEventTaps>();
-        chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
-        chosen.access = std::make_unique<NoSessionAccess>();
-    }
+    chosen.eventTaps = std::make_unique<SwayEventTaps>(offer.swaySocket, *chosen.keyboardLayout);
+    chosen.workspace = std::make_unique<SwayWorkspace>(SwayIpc(offer.swaySocket), parts.installed);
+    chosen.access =
+        std::make_unique<SwaySessionAccess>(SwayIpc(offer.swaySocket, SwayIpc::longPatience), canType);
     return chosen;
+}
+
+/// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
+/// those of X programs, and what works for these alone would lose what is said into all others.
+SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere())
+        return swayBackEnds(offer, parts);
+    const auto bus = std::make_shared<const ShellBus>();
+    return bus->hasShell() ? gnomeBackEnds(offer, parts, bus) : anyCompositorsBackEnds(offer, parts);
 }
 
 /// For a session of a kind that we know nothing of: the agent runs, and says what is lacking.
