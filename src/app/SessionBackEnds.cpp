@@ -2,6 +2,8 @@
 #include "app/SessionBackEnds.h"
 
 #include "linux/clipboard/terminalProcess.h"
+#include "linux/lonekeys/LoneKeyEventTaps.h"
+#include "linux/lonekeys/LoneKeySessionAccess.h"
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/wayland/clipboard/WaylandPasteboard.h"
@@ -115,6 +117,21 @@ std::unique_ptr<KeyEventPoster> waylandKeyPoster(const SessionOffer& offer) {
     return WaylandKeyEventPoster::open([xProgram] { xProgram->awaitReading(); });
 }
 
+/// Null where the user hasn't installed the helper that hears keys held alone. `chords` is the session's own
+/// way to chords, and null where it has none.
+std::unique_ptr<EventTapFactory> tapsOnKeysAlone(std::unique_ptr<EventTapFactory>& chords) {
+    const auto helper = QStringLiteral("/usr/lib/talvera/talvera-lone-keys");
+    if (!LoneKeyProgram::isInstalled(helper))
+        return nullptr;
+    return std::make_unique<LoneKeyEventTaps>(std::move(chords), helper);
+}
+
+SessionBackEnds withKeysAlone(SessionBackEnds chosen) {
+    if (auto taps = tapsOnKeysAlone(chosen.eventTaps))
+        chosen.eventTaps = std::move(taps);
+    return chosen;
+}
+
 /// What the extension of GNOME Shell does for us, from the moment on when it is there. The Shell hands on the
 /// clipboard of its X server itself.
 SessionBackEnds gnomeBackEnds(const SessionOffer& offer, const BackEndParts& parts,
@@ -134,11 +151,17 @@ SessionBackEnds anyCompositorsBackEnds(const SessionOffer& offer, const BackEndP
     auto chosen = x11Windows(offer, parts);
     chosen.keyPoster = waylandKeyPoster(offer);
     chosen.pasteboard = waylandPasteboard(offer, parts);
-    if (!chosen.keyPoster)
+    const bool canType = chosen.keyPoster != nullptr;
+    if (!canType)
         chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
-    chosen.eventTaps = std::make_unique<NoEventTaps>();
     chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
-    chosen.access = std::make_unique<NoSessionAccess>();
+    chosen.eventTaps = tapsOnKeysAlone(chosen.eventTaps);
+    if (chosen.eventTaps) {
+        chosen.access = std::make_unique<LoneKeySessionAccess>(canType);
+    } else {
+        chosen.eventTaps = std::make_unique<NoEventTaps>();
+        chosen.access = std::make_unique<NoSessionAccess>();
+    }
     return chosen;
 }
 
@@ -160,9 +183,10 @@ SessionBackEnds swayBackEnds(const SessionOffer& offer, const BackEndParts& part
 /// those of X programs, and what works for these alone would lose what is said into all others.
 SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere())
-        return swayBackEnds(offer, parts);
+        return withKeysAlone(swayBackEnds(offer, parts));
     const auto bus = std::make_shared<const ShellBus>();
-    return bus->hasShell() ? gnomeBackEnds(offer, parts, bus) : anyCompositorsBackEnds(offer, parts);
+    return bus->hasShell() ? withKeysAlone(gnomeBackEnds(offer, parts, bus))
+                           : anyCompositorsBackEnds(offer, parts);
 }
 
 /// For a session of a kind that we know nothing of: the agent runs, and says what is lacking.
