@@ -5,12 +5,13 @@
 #include <QJsonDocument>
 #include <QProcess>
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace talvera::test {
 
 namespace {
+
+constexpr int patienceMs = 120000;
 
 QString configurationFile() {
     return qEnvironmentVariable("RIG_DIR") + "/sway/config";
@@ -31,23 +32,29 @@ QByteArray configuration() {
 
 } // namespace
 
-QStringList unbindings() {
-    QStringList all;
-    for (const auto* more : {"", "Shift+", "Mod4+", "Shift+Mod4+"})
-        all << QStringLiteral("unbindcode %1Ctrl+Mod1+65").arg(more);
-    return all;
+void OnSway::dictateInto(Receiver& receiver, const QString& text, const Samples& speech) {
+    const auto before = receiver.text();
+    holdAndSay(speech);
+    EXPECT_TRUE(isWritten(receiver, before + text));
+    agent->await("menu idle");
 }
 
-bool isDone(const QString& command) {
-    return QProcess::execute("swaymsg", {"-q", command}) == 0;
+testing::AssertionResult OnSway::isWritten(Receiver& receiver, const QString& text) {
+    if (receiver.waitForText(text, AgentProcess::patience))
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it holds: " << receiver.text().toStdString();
 }
 
-void compositor::turnTo(pid_t process) {
-    tellSway(QStringLiteral("[pid=%1] focus").arg(process));
+QByteArray OnSway::told(const QStringList& arguments) const {
+    QProcess process;
+    process.setProcessEnvironment(home.environment());
+    process.start(TALVERA_PROGRAM, arguments);
+    process.waitForFinished(patienceMs);
+    return process.readAllStandardOutput();
 }
 
-bool compositor::keepsKeysOfTheDead() {
-    return std::ranges::any_of(unbindings(), isDone);
+QJsonObject OnSway::status() const {
+    return QJsonDocument::fromJson(told({"status", "--json"})).object();
 }
 
 UsersConfiguration::UsersConfiguration(const QByteArray& lines)
@@ -74,6 +81,16 @@ void UsersConfiguration::write(const QByteArray& text) const {
         if (std::chrono::steady_clock::now() > deadline)
             throw std::runtime_error("sway doesn't read its configuration");
     }
+}
+
+QByteArray outputOfProgram(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    if (!process.waitForFinished(patienceMs) || process.exitStatus() != QProcess::NormalExit ||
+        process.exitCode() != 0)
+        throw std::runtime_error(program.toStdString() + " fails");
+    return process.readAllStandardOutput();
 }
 
 } // namespace talvera::test

@@ -35,3 +35,6 @@ std::unique_ptr<Hands> handsOnWayland();
 /// The same of KWin, which has one keyboard for all programs that press keys, with the user's layout;
 /// `keyboard` makes no difference. There is a mouse.
 std::unique_ptr<Hands> handsOnKwin();
+
+/// The same of GNOME Shell, with the user's layout; keys that both keyboards hold are down once.
+std::unique_ptr<Hands> handsOnGnome();

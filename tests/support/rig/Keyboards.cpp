@@ -225,8 +225,11 @@ int runClient(const std::vector<std::string>& arguments) {
 }
 
 std::unique_ptr<Hands> handsInSession() {
-    const char* session = std::getenv("RIG_SESSION");
-    return session != nullptr && std::string(session) == "kwin" ? handsOnKwin() : handsOnWayland();
+    const char* variable = std::getenv("RIG_SESSION");
+    const std::string session = variable == nullptr ? "" : variable;
+    if (session == "gnome")
+        return handsOnGnome();
+    return session == "kwin" ? handsOnKwin() : handsOnWayland();
 }
 
 int run(const std::vector<std::string>& arguments) {
