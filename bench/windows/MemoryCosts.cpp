@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // memory_costs [OPENINGS [DICTATIONS]]: the memory of the agent with every process of its own, once
-// everything that it can show has been shown and is closed again, and whether it grows when that happens
-// again and again.
+// HUD and panel have been shown and are closed again, and whether it grows when that happens again and again;
+// and what every window together leaves behind in the agent: HUD, panel, settings and wizard.
 #include "RigInput.h"
 #include "keys.h"
 #include "linux/x11/windows/X11DisplayClaim.h"
@@ -11,6 +11,8 @@
 #include "support/PaintWitness.h"
 #include "support/PrivateProgram.h"
 #include "support/ProcessTree.h"
+#include "windows/SettingsVisit.h"
+#include "windows/WizardVisit.h"
 
 #include <QCoreApplication>
 
@@ -50,6 +52,41 @@ private:
     PaintWitness m_paint;
 };
 
+void measureEveryWindow() {
+    ModelHome home;
+    home.home.setPreferences({});
+    test::AgentProcess agent(home.home);
+    agent.awaitRest();
+    const ProcessTree tree(agent.pid());
+    const double before = tree.megabytesOfRoot();
+    const double ownBefore = tree.ownMegabytesOfRoot();
+    const auto print = [&](const std::string& after) {
+        agent.awaitRest();
+        printFigure("memory (PSS) after " + after + " beyond that before", tree.megabytesOfRoot() - before,
+                    "MB", Aim::atMost(5));
+        printFigure("  of it in no file", tree.ownMegabytesOfRoot() - ownBefore, "MB");
+    };
+
+    test::RigInput keys;
+    keys.press(Dictating::hotkey); // without a word: the HUD comes and goes
+    agent.await("hud listening");
+    keys.release(Dictating::hotkey);
+    agent.await("hud hidden");
+    Panel().openAndClose();
+    print("HUD and panel");
+    SettingsVisit settings(agent.pid());
+    settings.open();
+    settings.showEverySection();
+    settings.close();
+    print("these and every section of the settings");
+    WizardVisit wizard(agent.pid());
+    home.removeModel();
+    wizard.open();
+    home.awaitModel();
+    wizard.close();
+    print("every window");
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -57,6 +94,7 @@ int main(int argc, char** argv) {
     const int openings = argc > 1 ? std::max(std::atoi(argv[1]), 2) : 30;
     const int dictations = argc > 2 ? std::max(std::atoi(argv[2]), 2) : 10;
     try {
+        measureEveryWindow();
         KeyWindow window;
         const PrivateProgram program(QStringLiteral("Good morning."));
         Dictating dictating({{"typewriterThresholdSeconds", 15.0}}, program.program());

@@ -2,9 +2,15 @@
 #include "app/SessionBackEnds.h"
 
 #include "linux/clipboard/terminalProcess.h"
+#include "linux/lonekeys/LoneKeyEventTaps.h"
+#include "linux/lonekeys/LoneKeySessionAccess.h"
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
 #include "linux/wayland/clipboard/WaylandPasteboard.h"
+#include "linux/wayland/gnome/GnomeEventTaps.h"
+#include "linux/wayland/gnome/GnomeKeyEventPoster.h"
+#include "linux/wayland/gnome/GnomeSessionAccess.h"
+#include "linux/wayland/gnome/GnomeWorkspace.h"
 #include "linux/wayland/sway/SwayEventTaps.h"
 #include "linux/wayland/sway/SwaySessionAccess.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
@@ -111,27 +117,76 @@ std::unique_ptr<KeyEventPoster> waylandKeyPoster(const SessionOffer& offer) {
     return WaylandKeyEventPoster::open([xProgram] { xProgram->awaitReading(); });
 }
 
-/// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
-/// those of X programs, and what works for these alone would lose what is said into all others.
-SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+/// Null where the user hasn't installed the helper that hears keys held alone. `chords` is the session's own
+/// way to chords, and null where it has none.
+std::unique_ptr<EventTapFactory> tapsOnKeysAlone(std::unique_ptr<EventTapFactory>& chords) {
+    const auto helper = QStringLiteral("/usr/lib/talvera/talvera-lone-keys");
+    if (!LoneKeyProgram::isInstalled(helper))
+        return nullptr;
+    return std::make_unique<LoneKeyEventTaps>(std::move(chords), helper);
+}
+
+SessionBackEnds withKeysAlone(SessionBackEnds chosen) {
+    if (auto taps = tapsOnKeysAlone(chosen.eventTaps))
+        chosen.eventTaps = std::move(taps);
+    return chosen;
+}
+
+/// What the extension of GNOME Shell does for us, from the moment on when it is there. The Shell hands on the
+/// clipboard of its X server itself.
+SessionBackEnds gnomeBackEnds(const SessionOffer& offer, const BackEndParts& parts,
+                              const std::shared_ptr<const ShellBus>& bus) {
+    const auto view = std::make_shared<ShellView>(bus);
+    auto chosen = x11Windows(offer, parts);
+    chosen.eventTaps = std::make_unique<GnomeEventTaps>(bus, view);
+    chosen.keyPoster = std::make_unique<GnomeKeyEventPoster>(bus, view);
+    chosen.pasteboard = x11Pasteboard(offer, parts);
+    chosen.workspace = std::make_unique<GnomeWorkspace>(bus, view, parts.installed);
+    chosen.access = std::make_unique<GnomeSessionAccess>(view);
+    return chosen;
+}
+
+/// A way to type and the clipboard, which most compositors have for programs, and no more.
+SessionBackEnds anyCompositorsBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     auto chosen = x11Windows(offer, parts);
     chosen.keyPoster = waylandKeyPoster(offer);
     chosen.pasteboard = waylandPasteboard(offer, parts);
     const bool canType = chosen.keyPoster != nullptr;
     if (!canType)
         chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
-    if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere()) {
-        const SwayIpc sway(offer.swaySocket);
-        chosen.eventTaps = std::make_unique<SwayEventTaps>(offer.swaySocket, *chosen.keyboardLayout);
-        chosen.workspace = std::make_unique<SwayWorkspace>(sway, parts.installed);
-        chosen.access =
-            std::make_unique<SwaySessionAccess>(SwayIpc(offer.swaySocket, SwayIpc::longPatience), canType);
+    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
+    chosen.eventTaps = tapsOnKeysAlone(chosen.eventTaps);
+    if (chosen.eventTaps) {
+        chosen.access = std::make_unique<LoneKeySessionAccess>(canType);
     } else {
         chosen.eventTaps = std::make_unique<NoEventTaps>();
-        chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
         chosen.access = std::make_unique<NoSessionAccess>();
     }
     return chosen;
+}
+
+SessionBackEnds swayBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    auto chosen = x11Windows(offer, parts);
+    chosen.keyPoster = waylandKeyPoster(offer);
+    chosen.pasteboard = waylandPasteboard(offer, parts);
+    const bool canType = chosen.keyPoster != nullptr;
+    if (!canType)
+        chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
+    chosen.eventTaps = std::make_unique<SwayEventTaps>(offer.swaySocket, *chosen.keyboardLayout);
+    chosen.workspace = std::make_unique<SwayWorkspace>(SwayIpc(offer.swaySocket), parts.installed);
+    chosen.access =
+        std::make_unique<SwaySessionAccess>(SwayIpc(offer.swaySocket, SwayIpc::longPatience), canType);
+    return chosen;
+}
+
+/// Of what the session's X server has, only what our own windows need: its keys and the windows of others are
+/// those of X programs, and what works for these alone would lose what is said into all others.
+SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere())
+        return withKeysAlone(swayBackEnds(offer, parts));
+    const auto bus = std::make_shared<const ShellBus>();
+    return bus->hasShell() ? withKeysAlone(gnomeBackEnds(offer, parts, bus))
+                           : anyCompositorsBackEnds(offer, parts);
 }
 
 /// For a session of a kind that we know nothing of: the agent runs, and says what is lacking.

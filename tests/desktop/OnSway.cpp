@@ -5,13 +5,12 @@
 #include <QJsonDocument>
 #include <QProcess>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace talvera::test {
 
 namespace {
-
-constexpr int patienceMs = 120000;
 
 QString configurationFile() {
     return qEnvironmentVariable("RIG_DIR") + "/sway/config";
@@ -32,29 +31,23 @@ QByteArray configuration() {
 
 } // namespace
 
-void OnSway::dictateInto(Receiver& receiver, const QString& text, const Samples& speech) {
-    const auto before = receiver.text();
-    holdAndSay(speech);
-    EXPECT_TRUE(isWritten(receiver, before + text));
-    agent->await("menu idle");
+QStringList unbindings() {
+    QStringList all;
+    for (const auto* more : {"", "Shift+", "Mod4+", "Shift+Mod4+"})
+        all << QStringLiteral("unbindcode %1Ctrl+Mod1+65").arg(more);
+    return all;
 }
 
-testing::AssertionResult OnSway::isWritten(Receiver& receiver, const QString& text) {
-    if (receiver.waitForText(text, AgentProcess::patience))
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "it holds: " << receiver.text().toStdString();
+bool isDone(const QString& command) {
+    return QProcess::execute("swaymsg", {"-q", command}) == 0;
 }
 
-QByteArray OnSway::told(const QStringList& arguments) const {
-    QProcess process;
-    process.setProcessEnvironment(home.environment());
-    process.start(TALVERA_PROGRAM, arguments);
-    process.waitForFinished(patienceMs);
-    return process.readAllStandardOutput();
+void compositor::turnTo(pid_t process) {
+    tellSway(QStringLiteral("[pid=%1] focus").arg(process));
 }
 
-QJsonObject OnSway::status() const {
-    return QJsonDocument::fromJson(told({"status", "--json"})).object();
+bool compositor::keepsKeysOfTheDead() {
+    return std::ranges::any_of(unbindings(), isDone);
 }
 
 UsersConfiguration::UsersConfiguration(const QByteArray& lines)
@@ -81,16 +74,6 @@ void UsersConfiguration::write(const QByteArray& text) const {
         if (std::chrono::steady_clock::now() > deadline)
             throw std::runtime_error("sway doesn't read its configuration");
     }
-}
-
-QByteArray outputOfProgram(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(program, arguments);
-    if (!process.waitForFinished(patienceMs) || process.exitStatus() != QProcess::NormalExit ||
-        process.exitCode() != 0)
-        throw std::runtime_error(program.toStdString() + " fails");
-    return process.readAllStandardOutput();
 }
 
 } // namespace talvera::test

@@ -1,39 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "PanelTest.h"
-#include "WaylandTools.h"
+#include "OnWayland.h"
 
 #include <QByteArray>
-#include <QJsonObject>
-#include <QString>
 #include <QStringList>
 
 namespace talvera::test {
 
-/// A test in a sway session, where the hotkey is Ctrl+Alt+Space as long as no other is set.
-class OnSway : public PanelTest {
-protected:
-    OnSway() { hotkeys = {Key::leftControl, Key::leftAlt, Key::space}; }
+/// A test in a sway session.
+class OnSway : public OnWayland {};
 
-    static inline const QString sentence = QStringLiteral("Please send the report tomorrow.");
-    /// Takes seconds to type: what comes in between does so however late it is on a busy machine.
-    static inline const QString longText =
-        sentence + QStringLiteral(" The meeting starts at nine on Monday. Peter is at home this evening. "
-                                  "Thank you for the long letter.");
-    const QJsonObject pasting{{"insertionMode", "paste"}};
-
-    void dictateInto(Receiver& receiver) { dictateInto(receiver, sentence, spoken(sentence)); }
-    /// Expects `text` behind what the receiver holds, and waits until the agent is at rest.
-    void dictateInto(Receiver& receiver, const QString& text, const Samples& speech);
-
-    /// Whether the receiver comes to hold just this, after a recognition that has begun.
-    static testing::AssertionResult isWritten(Receiver& receiver, const QString& text);
-
-    /// Runs the program with these arguments to its end, and answers what it prints.
-    QByteArray told(const QStringList& arguments) const;
-    QJsonObject status() const;
-};
+/// The commands that take away the bindings which keep Talvera's hotkey from programs, as sway's user could
+/// give them.
+QStringList unbindings();
+/// Whether sway does this.
+bool isDone(const QString& command);
 
 /// Lines of the user's in sway's configuration. Sway has read them when this is made, and again without them
 /// when it goes.
@@ -49,8 +31,5 @@ private:
 
     const QByteArray m_before;
 };
-
-/// What a program prints. Throws std::runtime_error when it fails.
-QByteArray outputOfProgram(const QString& program, const QStringList& arguments);
 
 } // namespace talvera::test

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The main job in a sway session: hold the keys, speak, let go, and the words stand at the cursor, in
-// programs of Wayland's and of X's alike.
+// What of a dictation is sway's own: chords that its user has bound, and what is seen on its screen.
 #include "HUDOnScreen.h"
 #include "OnSway.h"
 
@@ -21,34 +20,9 @@ bool isPlain(const QRect& place) {
     return pixels.chopped(3) == pixels.mid(3); // each as the one before it
 }
 
-class DictationOnSway : public OnSway {
-protected:
-    /// Two alphabets, one after the other.
-    void dictateMixedTextInto(Receiver& receiver) {
-        dictateInto(receiver);
-        const QString russian = "Пожалуйста, отправьте отчёт.";
-        dictateInto(receiver, russian, spoken(russian, "ru"));
-    }
-};
+class DictationOnSway : public OnSway {};
 
 } // namespace
-
-TEST_F(DictationOnSway, freshPreferences_haveAChordThatWorksHere) {
-    startAgent();
-    const auto told = status();
-    EXPECT_TRUE(told["keyboard"].toBool());
-    EXPECT_TRUE(told["ready"].toBool());
-    EXPECT_EQ(told["hotkey"].toString(), "watching");
-}
-
-TEST_F(DictationOnSway, keyAloneAsTheHotkey_isSaidNotToWork) {
-    const QByteArray binding = R"({"holdSpecial":{"_0":"rightCommand"}})";
-    home.setPreferences({{"hotkeyBinding", QJsonObject{{"data", QString::fromLatin1(binding.toBase64())}}}});
-    agent.emplace(home);
-    agent->await("hud notice A key held alone can't be your hotkey here — choose several, such as "
-                 "Ctrl+Alt+Space warn");
-    EXPECT_EQ(status()["hotkey"].toString(), "unavailable");
-}
 
 TEST_F(DictationOnSway, chordThatTheUserHasBound_isSaidToBeTakenAndStaysTheirs) {
     const UsersConfiguration theirs("bindsym Ctrl+Mod1+space workspace theirs\n");
@@ -65,72 +39,6 @@ TEST_F(DictationOnSway, chordThatTheUserHasBound_isSaidToBeTakenAndStaysTheirs) 
     }));
     EXPECT_EQ(agent->count("menu recording"), 0);
     tellSway("workspace 1");
-}
-
-TEST_F(DictationOnSway, intoATerminal_isTyped) {
-    startAgent();
-    Receiver terminal(Receiver::Kind::WaylandTerminal);
-    dictateMixedTextInto(terminal);
-}
-
-TEST_F(DictationOnSway, intoAGtkEditor_isTyped) {
-    startAgent();
-    Receiver editor(Receiver::Kind::Gtk);
-    dictateMixedTextInto(editor);
-}
-
-TEST_F(DictationOnSway, intoAnXProgram_isTyped) {
-    startAgent();
-    const XProgramsOnly x11;
-    Receiver editor(Receiver::Kind::Gtk);
-    dictateMixedTextInto(editor);
-}
-
-TEST_F(DictationOnSway, intoATerminalByPaste_isPasted) {
-    startAgent(pasting);
-    Receiver terminal(Receiver::Kind::WaylandTerminal);
-    dictateMixedTextInto(terminal);
-}
-
-TEST_F(DictationOnSway, intoAGtkEditorByPaste_isPastedAndStaysOnTheClipboard) {
-    startAgent(pasting);
-    Receiver editor(Receiver::Kind::Gtk);
-    dictateMixedTextInto(editor);
-    EXPECT_TRUE(clipboardBecomes("Пожалуйста, отправьте отчёт."));
-}
-
-TEST_F(DictationOnSway, intoAnXProgramByPaste_isPasted) {
-    startAgent(pasting);
-    const XProgramsOnly x11;
-    Receiver editor(Receiver::Kind::Gtk);
-    dictateMixedTextInto(editor);
-}
-
-TEST_F(DictationOnSway, modifierLetGoFirst_staysOutOfTheText) {
-    startAgent();
-    Receiver editor(Receiver::Kind::Gtk);
-    pressHotkey();
-    agent->await("menu recording");
-    voice.sayAndWait(spoken(sentence));
-    keys.release(Key::leftControl);
-    keys.release(Key::space);
-    agent->await("menu transcribing");
-    keys.release(Key::leftAlt);
-    EXPECT_TRUE(isWritten(editor, sentence));
-    agent->await("menu idle");
-}
-
-TEST_F(DictationOnSway, tapping_beginsAndEnds) {
-    startAgent({{"hotkeyTapToToggle", true}});
-    Receiver editor(Receiver::Kind::Gtk);
-    pressHotkey();
-    releaseHotkey();
-    agent->await("menu recording");
-    voice.sayAndWait(spoken(sentence));
-    pressHotkey();
-    releaseHotkey();
-    EXPECT_TRUE(isWritten(editor, sentence));
-    agent->await("menu idle");
 }
 
 TEST_F(DictationOnSway, hud_isSeenAboveAFullScreenWindowThatKeepsTheFocus) {

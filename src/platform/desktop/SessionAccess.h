@@ -16,6 +16,10 @@ public:
     /// there. It may come and go.
     virtual std::vector<SessionLack> lacks() = 0;
 
+    /// The user wants what lacks, and a word of ours may get it. False where that is for the user to do. What
+    /// comes of it shows later, in lacks().
+    virtual bool give([[maybe_unused]] SessionLack lack) { return false; }
+
     /// We may watch keys here, whatever else is lacking.
     virtual bool canWatchKeys() = 0;
 };

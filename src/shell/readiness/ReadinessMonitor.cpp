@@ -56,7 +56,8 @@ QString ReadinessMonitor::accessibilityLackText() const {
 
 bool ReadinessMonitor::canAllowAccessibility() const {
     const auto lacks = m_parts.access.lacks();
-    return !lacks.empty() && lacks.front() == SessionLack::Permission;
+    return !lacks.empty() &&
+           (lacks.front() == SessionLack::Permission || lacks.front() == SessionLack::ExtensionOff);
 }
 
 void ReadinessMonitor::refresh() {
@@ -111,6 +112,8 @@ std::optional<QString> ReadinessMonitor::openAccessibilitySettings() {
     const auto lacks = m_parts.access.lacks();
     if (lacks.empty()) // it has been granted meanwhile
         return localized("settings.none.accessibility", "Nothing is missing any more");
+    if (m_parts.access.give(lacks.front()))
+        return std::nullopt;
     // A page that can't help would leave the user looking for what isn't there.
     if (lacks.front() == SessionLack::Permission &&
         m_parts.settingsPanels.open(SettingsPanels::Panel::Accessibility))

@@ -53,7 +53,7 @@ public:
     /// nothing is lacking.
     QString microphoneLackText() const;
     QString accessibilityLackText() const;
-    /// The desktop's settings can give what lacks.
+    /// The desktop can give what lacks: in its settings, or at our word.
     bool canAllowAccessibility() const;
 
     /// Looks at all four now and publishes what has changed.
@@ -68,7 +68,8 @@ public:
     /// Asks the user for the microphone and calls `done` once the answer is known.
     void requestMicrophone(std::function<void()> done);
 
-    /// Opens the settings of this desktop. Where it has none, answers what to tell the user instead.
+    /// Opens the settings of this desktop, or gets what lacks outright. Where neither helps, answers what to
+    /// tell the user instead.
     [[nodiscard]] std::optional<QString> openMicrophoneSettings();
     [[nodiscard]] std::optional<QString> openAccessibilitySettings();
 

@@ -15,6 +15,13 @@ QString sessionLackText(SessionLack lack) {
             "session.lack.knownSession",
             "Talvera can't work in this kind of session yet. Choose another one when you log in: "
             "Wayland sessions don't let it watch keys.");
+    case SessionLack::ExtensionOff:
+        return localized("session.lack.extensionOff",
+                         "Talvera works in GNOME by an extension of GNOME Shell, and that is switched off. "
+                         "Allow it here, or switch it on in the Extensions app.");
+    case SessionLack::ExtensionUnknown:
+        return localized("session.lack.extensionUnknown",
+                         "GNOME Shell doesn't know Talvera's extension yet. Log out and in again, once.");
     case SessionLack::KeyWatching:
         return localized("session.lack.keyWatching", "This session doesn't let programs watch the keyboard. "
                                                      "Choose another one when you log in.");

@@ -231,6 +231,20 @@ TEST_F(Readiness, whatIsMissing_isToldWithItsCause) {
     EXPECT_FALSE(monitor().canAllowAccessibility());
 }
 
+TEST_F(Readiness, whatAWordOfOursGets_isAskedForAndNoPageOpened) {
+    access.trusted = false;
+    access.lack = SessionLack::ExtensionOff;
+    EXPECT_TRUE(monitor().canAllowAccessibility());
+    EXPECT_TRUE(monitor().accessibilityLackText().startsWith("Talvera works in GNOME by an extension"));
+    EXPECT_EQ(monitor().openAccessibilitySettings(), std::nullopt);
+    EXPECT_EQ(access.given, std::vector{SessionLack::ExtensionOff});
+    EXPECT_TRUE(settingsPanels.opened.empty());
+    access.lack = SessionLack::ExtensionUnknown;
+    EXPECT_FALSE(monitor().canAllowAccessibility());
+    EXPECT_EQ(monitor().openAccessibilitySettings(),
+              "GNOME Shell doesn't know Talvera's extension yet. Log out and in again, once.");
+}
+
 TEST_F(Readiness, whatNoPageCanGive_isToldInstead) {
     EXPECT_EQ(monitor().openAccessibilitySettings(), "Nothing is missing any more");
     access.trusted = false;

@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+// The main job in a Wayland session: hold the keys, speak, let go, and the words stand at the cursor, in
+// programs of Wayland's and of X's alike.
+#include "OnWayland.h"
+
+using namespace talvera::test;
+
+namespace {
+
+class DictationOnWayland : public OnWayland {
+protected:
+    /// Two alphabets, one after the other.
+    void dictateMixedTextInto(Receiver& receiver) {
+        dictateInto(receiver);
+        const QString russian = "Пожалуйста, отправьте отчёт.";
+        dictateInto(receiver, russian, spoken(russian, "ru"));
+    }
+};
+
+} // namespace
+
+TEST_F(DictationOnWayland, freshPreferences_haveAChordThatWorksHere) {
+    startAgent();
+    const auto told = status();
+    EXPECT_TRUE(told["keyboard"].toBool());
+    EXPECT_TRUE(told["ready"].toBool());
+    EXPECT_EQ(told["hotkey"].toString(), "watching");
+}
+
+TEST_F(DictationOnWayland, keyAloneAsTheHotkey_isSaidNotToWork) {
+    const QByteArray binding = R"({"holdSpecial":{"_0":"rightCommand"}})";
+    home.setPreferences({{"hotkeyBinding", QJsonObject{{"data", QString::fromLatin1(binding.toBase64())}}}});
+    agent.emplace(home);
+    agent->await("hud notice A key held alone can't be your hotkey here — choose several, such as "
+                 "Ctrl+Alt+Space warn");
+    EXPECT_EQ(status()["hotkey"].toString(), "unavailable");
+}
+
+TEST_F(DictationOnWayland, intoATerminal_isTyped) {
+    startAgent();
+    Receiver terminal(Receiver::Kind::WaylandTerminal);
+    dictateMixedTextInto(terminal);
+}
+
+TEST_F(DictationOnWayland, intoAGtkEditor_isTyped) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateMixedTextInto(editor);
+}
+
+TEST_F(DictationOnWayland, intoAnXProgram_isTyped) {
+    startAgent();
+    const XProgramsOnly x11;
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateMixedTextInto(editor);
+}
+
+TEST_F(DictationOnWayland, intoATerminalByPaste_isPasted) {
+    startAgent(pasting);
+    Receiver terminal(Receiver::Kind::WaylandTerminal);
+    dictateMixedTextInto(terminal);
+}
+
+TEST_F(DictationOnWayland, intoAGtkEditorByPaste_isPastedAndStaysOnTheClipboard) {
+    startAgent(pasting);
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateMixedTextInto(editor);
+    EXPECT_TRUE(clipboardBecomes("Пожалуйста, отправьте отчёт."));
+}
+
+TEST_F(DictationOnWayland, intoAnXProgramByPaste_isPasted) {
+    startAgent(pasting);
+    const XProgramsOnly x11;
+    Receiver editor(Receiver::Kind::Gtk);
+    dictateMixedTextInto(editor);
+}
+
+TEST_F(DictationOnWayland, modifierLetGoFirst_staysOutOfTheText) {
+    startAgent();
+    Receiver editor(Receiver::Kind::Gtk);
+    pressHotkey();
+    agent->await("menu recording");
+    voice.sayAndWait(spoken(sentence));
+    keys.release(Key::leftControl);
+    keys.release(Key::space);
+    agent->await("menu transcribing");
+    keys.release(Key::leftAlt);
+    EXPECT_TRUE(isWritten(editor, sentence));
+    agent->await("menu idle");
+}
+
+TEST_F(DictationOnWayland, tapping_beginsAndEnds) {
+    startAgent({{"hotkeyTapToToggle", true}});
+    Receiver editor(Receiver::Kind::Gtk);
+    pressHotkey();
+    releaseHotkey();
+    agent->await("menu recording");
+    voice.sayAndWait(spoken(sentence));
+    pressHotkey();
+    releaseHotkey();
+    EXPECT_TRUE(isWritten(editor, sentence));
+    agent->await("menu idle");
+}
