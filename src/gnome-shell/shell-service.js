@@ -11,23 +11,26 @@ const INSERT = 110;
 const MODIFIERS = [
     {
         mask: Clutter.ModifierType.CONTROL_MASK, names: /^(control|ctrl|ctl|primary)$/i,
-        keys: /^(Control_[LR]|0x25|0x69)$/i, codes: [29, 97],
+        keys: /^(Control_[LR]|0x25|0x69)$/i,
     },
     {
         mask: Clutter.ModifierType.MOD1_MASK, names: /^(alt|mod1)$/i,
-        keys: /^(Alt_[LR]|0x40|0x6c)$/i, codes: [56, 100],
+        keys: /^(Alt_[LR]|0x40|0x6c)$/i,
     },
     {
         mask: Clutter.ModifierType.SHIFT_MASK, names: /^(shift|shft)$/i,
-        keys: /^(Shift_[LR]|0x32|0x3e)$/i, codes: [42, 54],
+        keys: /^(Shift_[LR]|0x32|0x3e)$/i,
     },
     {
         mask: Clutter.ModifierType.MOD4_MASK, names: /^(super|mod4)$/i,
-        keys: /^(Super_[LR]|0x85|0x86)$/i, codes: [125, 126],
+        keys: /^(Super_[LR]|0x85|0x86)$/i,
     },
 ];
 
-// Polled only while a chord is down; a press of a key that short can't be spoken in.
+// All keyboards of a session share their modifiers, and what the user holds can't be let go for them.
+const SPOILS_PASTE = Clutter.ModifierType.CONTROL_MASK | Clutter.ModifierType.MOD1_MASK | Clutter.ModifierType.MOD4_MASK;
+
+// Only while a chord is down. It is well below what anybody notices.
 const POLL_MS = 10;
 
 // Newer Shells tell that a grabbed key has gone up. They miss it where a modifier goes first, older ones always do.
@@ -161,6 +164,8 @@ class ShellService {
             this._releasePaste(caller);
         else if (!window || number && number !== window.get_id())
             result = Result.WITHOUT_FOCUS;
+        else if (modifiersDown() & SPOILS_PASTE)
+            result = Result.TAKES_NO_TEXT;
         else
             this._pressPaste(caller);
         invocation.return_value(new GLib.Variant('(u)', [result]));
@@ -259,14 +264,10 @@ class ShellService {
         this._keyboard.notify_key(GLib.get_monotonic_time(), code, state);
     }
 
-    // All keyboards share their modifiers. What the user holds goes up here; that it goes up once more later does no harm.
     _pressPaste(caller) {
         if (caller.isPasting)
             return;
         caller.isPasting = true;
-        const down = modifiersDown();
-        for (const modifier of MODIFIERS.filter(each => down & each.mask))
-            modifier.codes.forEach(code => this._key(code, Clutter.KeyState.RELEASED));
         this._key(LEFT_SHIFT, Clutter.KeyState.PRESSED);
         this._key(INSERT, Clutter.KeyState.PRESSED);
     }
