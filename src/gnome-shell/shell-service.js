@@ -146,14 +146,19 @@ class ShellService {
         return window !== undefined;
     }
 
-    Commit(number, text) {
+    CommitAsync([number, text], invocation) {
+        const answer = result => invocation.return_value(new GLib.Variant('(u)', [result]));
         const window = focusedWindow();
         if (!window || number && number !== window.get_id())
-            return Result.WITHOUT_FOCUS;
+            return answer(Result.WITHOUT_FOCUS);
         if (!takesText(window))
-            return Result.TAKES_NO_TEXT;
+            return answer(Result.TAKES_NO_TEXT);
         Main.inputMethod.commit(Main.inputMethod.terminalMode ? text.replace(/\n/g, '\r') : text);
-        return Result.DONE;
+        // The Shell hands it on when it is idle, and a text that came before then would take its place.
+        GLib.idle_add(GLib.PRIORITY_LOW, () => {
+            answer(Result.DONE);
+            return GLib.SOURCE_REMOVE;
+        });
     }
 
     PressPasteAsync([number, isDown], invocation) {
