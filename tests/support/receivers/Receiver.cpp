@@ -74,6 +74,25 @@ bool waitUntilActiveOnSway(const std::string& title, Clock::time_point deadline)
     return false;
 }
 
+/// The same in a GNOME session, whose Shell lets tests look into it.
+bool waitUntilActiveOnGnome(const QString& title, Clock::time_point deadline) {
+    do {
+        QProcess asked;
+        asked.start(QStringLiteral("gdbus"),
+                    {QStringLiteral("call"), QStringLiteral("--session"), QStringLiteral("--dest"),
+                     QStringLiteral("org.gnome.Shell"), QStringLiteral("--object-path"),
+                     QStringLiteral("/org/gnome/Shell"), QStringLiteral("--method"),
+                     QStringLiteral("org.gnome.Shell.Eval"),
+                     QStringLiteral("global.display.focus_window?.get_title() ?? ''")});
+        asked.waitForFinished();
+        if (QString::fromUtf8(asked.readAllStandardOutput()).contains(u'"' + title + u'"')) {
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    } while (Clock::now() < deadline);
+    return false;
+}
+
 /// Waits until the window with this title is the active one.
 bool waitUntilActiveOnX11(const std::string& title, Clock::time_point deadline) {
     const auto connection = X11Server().connect();
@@ -119,8 +138,10 @@ Receiver::Receiver(Kind kind, const QString& title)
 void Receiver::awaitFocus(const QString& title) {
     const auto deadline = Clock::now() + patience;
     const bool isOnSway = qEnvironmentVariableIsSet("SWAYSOCK");
-    const bool active = isOnSway ? waitUntilActiveOnSway(title.toStdString(), deadline)
-                                 : waitUntilActiveOnX11(title.toStdString(), deadline);
+    const bool isOnGnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP") == QStringLiteral("GNOME");
+    const bool active = isOnSway    ? waitUntilActiveOnSway(title.toStdString(), deadline)
+                        : isOnGnome ? waitUntilActiveOnGnome(title, deadline)
+                                    : waitUntilActiveOnX11(title.toStdString(), deadline);
     std::unique_lock lock(m_mutex);
     if (!active || !m_changed.wait_until(lock, deadline, [this] { return m_ready; })) {
         throw std::runtime_error(active ? "the receiver's field has not taken the focus"
