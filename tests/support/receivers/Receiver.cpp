@@ -85,7 +85,8 @@ bool waitUntilActiveOnGnome(const QString& title, Clock::time_point deadline) {
                      QStringLiteral("org.gnome.Shell.Eval"),
                      QStringLiteral("global.display.focus_window?.get_title() ?? ''")});
         asked.waitForFinished();
-        if (QString::fromUtf8(asked.readAllStandardOutput()).contains(u'"' + title + u'"')) {
+        const auto told = QString::fromUtf8(asked.readAllStandardOutput()).remove(u'\\'); // of quotes within
+        if (told.contains(u'"' + title + u'"')) {
             return true;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
