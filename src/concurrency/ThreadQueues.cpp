@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "concurrency/ThreadQueues.h"
 
-#include <pthread.h>
+#include <utility>
 
-#include <system_error>
+#include <pthread.h>
 
 namespace talvera {
 
@@ -48,34 +48,16 @@ void ThreadSerialQueue::run() {
 }
 
 void ThreadBackgroundPool::run(std::function<void()> work, std::function<void()> done) {
-    {
-        const std::scoped_lock lock(m_mutex);
-        ++m_running;
-    }
-    try {
-        std::thread([this, work = std::move(work), done = std::move(done)]() mutable {
-            pthread_setname_np(pthread_self(), "background");
-            work();
-            work = nullptr; // what it holds may not outlive the pool
-            m_mainActor.post(std::move(done));
-            countDown();
-        }).detach();
-    } catch (const std::system_error&) {
-        countDown(); // it has never run
-        throw;
-    }
-}
-
-void ThreadBackgroundPool::countDown() {
-    const std::scoped_lock lock(m_mutex);
-    if (--m_running == 0)
-        m_idle.notify_all();
+    m_threads.start("background", [this, work = std::move(work), done = std::move(done)]() mutable {
+        work();
+        work = nullptr; // it is gone before anybody hears that it is done
+        m_mainActor.post(std::move(done));
+    });
 }
 
 void ThreadBackgroundPool::finish() {
     m_isEnding = true;
-    std::unique_lock lock(m_mutex);
-    m_idle.wait(lock, [this] { return m_running == 0; });
+    m_threads.join();
 }
 
 } // namespace talvera

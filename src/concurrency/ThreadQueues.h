@@ -4,6 +4,7 @@
 #include "concurrency/BackgroundPool.h"
 #include "concurrency/MainActor.h"
 #include "concurrency/SerialQueue.h"
+#include "concurrency/WorkThreads.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -51,13 +52,9 @@ public:
     void finish();
 
 private:
-    void countDown();
-
     MainActor& m_mainActor;
     std::atomic<bool> m_isEnding = false;
-    std::mutex m_mutex; // guards what follows
-    std::condition_variable m_idle;
-    int m_running = 0;
+    WorkThreads m_threads;
 };
 
 } // namespace talvera

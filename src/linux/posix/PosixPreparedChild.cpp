@@ -10,7 +10,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 
@@ -46,26 +45,10 @@ PreparedChildren::PreparedChildren()
 
 PreparedChildren::~PreparedChildren() {
     endAll();
-    std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_running == 0; });
 }
 
 void PreparedChildren::start(std::function<void()> work) {
-    {
-        const std::scoped_lock lock(m_mutex);
-        ++m_running;
-    }
-    try {
-        std::thread([this, work = std::move(work)]() mutable {
-            pthread_setname_np(pthread_self(), "prepared");
-            work();
-            work = nullptr;
-            countDown();
-        }).detach();
-    } catch (const std::system_error&) {
-        countDown(); // it has never run
-        throw;
-    }
+    m_threads.start("prepared", std::move(work));
 }
 
 void PreparedChildren::endAll() {
@@ -81,12 +64,6 @@ void PreparedChildren::countDying(int difference) {
 void PreparedChildren::awaitDying() {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return m_dying == 0; });
-}
-
-void PreparedChildren::countDown() {
-    const std::scoped_lock lock(m_mutex);
-    if (--m_running == 0)
-        m_changed.notify_all();
 }
 
 /// What the thread and the object have in common.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/WorkThreads.h"
 #include "linux/posix/PosixChildProcess.h"
 #include "linux/support/FileDescriptor.h"
 
@@ -8,18 +9,16 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <thread>
 
 namespace talvera {
 
-/// The threads of prepared children, one for each, which lasts as long as its child. Its end waits for
-/// theirs.
+/// The threads of prepared children, one for each, which lasts as long as its child.
 class PreparedChildren {
 public:
     PreparedChildren();
     PreparedChildren(const PreparedChildren&) = delete;
     PreparedChildren& operator=(const PreparedChildren&) = delete;
-    /// Ends the children that are left.
+    /// Ends the children that are left, and waits for their threads.
     ~PreparedChildren();
 
     /// Throws std::system_error when the system has no thread to give.
@@ -35,13 +34,11 @@ public:
     void awaitDying();
 
 private:
-    void countDown();
-
     FileDescriptor m_ending; ///< an event that is set for good by endAll
     std::mutex m_mutex;      // guards what follows
     std::condition_variable m_changed;
-    int m_running = 0;
     int m_dying = 0; ///< children that were told to end, and have not yet
+    WorkThreads m_threads;
 };
 
 /// A child that waits for its input, watched by a thread of its own: the kernel ends a child when the thread
