@@ -10,6 +10,7 @@
 //   input=none               one that lets the input through
 //   title=TEXT titleSize=N   _NET_WM_NAME, N times the text
 #include <cstdio>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <map>
