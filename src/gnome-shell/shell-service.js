@@ -30,10 +30,13 @@ const MODIFIERS = [
 // All keyboards of a session share their modifiers, and what the user holds can't be let go for them.
 const SPOILS_PASTE = Clutter.ModifierType.CONTROL_MASK | Clutter.ModifierType.MOD1_MASK | Clutter.ModifierType.MOD4_MASK;
 
+// Those that make another chord of a key alone, which locks don't.
+const JOINS_A_KEY = MODIFIERS.reduce((mask, modifier) => mask | modifier.mask, Clutter.ModifierType.MOD5_MASK);
+
 // Only while a chord is down. It is well below what anybody notices.
 const POLL_MS = 10;
 
-// Newer Shells tell that a grabbed key has gone up. They miss it where a modifier goes first, older ones always do.
+// Newer Shells tell that a grabbed key has gone up. They miss it where a modifier comes or goes first, older ones always do.
 const TELLS_RELEASE = GObject.signal_lookup('accelerator-deactivated', Meta.Display.$gtype) !== 0;
 
 function modifiersOf(accelerator) {
@@ -45,6 +48,11 @@ function modifiersOf(accelerator) {
 
 function modifiersDown() {
     return global.get_pointer()[2];
+}
+
+// Nothing else would end the press then: a chord ends with its modifiers at the latest, a key alone has none.
+function spoilsEnd(down, modifiers) {
+    return modifiers ? (down & modifiers) !== modifiers : (down & JOINS_A_KEY) !== 0;
 }
 
 function applicationOf(window) {
@@ -208,8 +216,7 @@ class ShellService {
             this._poll = GLib.timeout_add(GLib.PRIORITY_HIGH, POLL_MS, () => {
                 const down = modifiersDown();
                 for (const held of [...this._held]) {
-                    const {modifiers} = this._grabs.get(held);
-                    if ((down & modifiers) !== modifiers)
+                    if (spoilsEnd(down, this._grabs.get(held).modifiers))
                         this._released(held);
                 }
                 if (this._held.size)

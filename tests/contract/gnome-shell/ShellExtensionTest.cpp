@@ -29,6 +29,13 @@ public:
     }
     int number(const QJsonArray& call) { return ask(call).at(0).toInt(-1); }
     void haveTheShellDo(const QString& script) { EXPECT_TRUE(ask({"Eval", script}).at(0).toBool()); }
+    bool shellTellsRelease() {
+        return ask({"Eval", "imports.gi.GObject.signal_lookup('accelerator-deactivated', "
+                            "global.display.constructor.$gtype)"})
+                   .at(1)
+                   .toString()
+                   .toInt() != 0;
+    }
     QString told() { return peer.readLine(); }
     bool awaitField() {
         return eventually([this] { return ask({"Focus"}).at(3).toBool(); });
@@ -77,6 +84,36 @@ TEST_F(ShellExtension, chord_isToldWhenItGoesDownAndWhenItsFirstModifierGoesUp) 
             input.release(key);
         EXPECT_EQ(caller.told(), QStringLiteral("Released [%1]").arg(action));
     }
+}
+
+TEST_F(ShellExtension, keyAlone_isGrantedWhereItsEndIsKnown_andHasOneAlways) {
+    Caller caller;
+    const int action = caller.number({"Grab", "F8"});
+    if (!caller.shellTellsRelease()) {
+        EXPECT_EQ(action, 0);
+        return;
+    }
+    ASSERT_GT(action, 0);
+    const auto pressed = QStringLiteral("[%1]").arg(action);
+    const auto released = QStringLiteral("Released [%1]").arg(action);
+    input.press(Key::f8);
+    EXPECT_EQ(caller.peer.readUntil("Pressed "), pressed);
+    input.release(Key::f8);
+    EXPECT_EQ(caller.told(), released);
+    for (const auto joining : {Key::leftShift, Key::leftControl, Key::leftAlt}) {
+        input.press(Key::f8);
+        EXPECT_EQ(caller.peer.readUntil("Pressed "), pressed);
+        input.press(joining);
+        EXPECT_EQ(caller.told(), released);
+        input.release(Key::f8);
+        input.release(joining);
+    }
+    input.tap(Key::capsLock);
+    input.press(Key::f8);
+    EXPECT_EQ(caller.told(), "Pressed " + pressed);
+    input.release(Key::f8);
+    EXPECT_EQ(caller.told(), released);
+    input.tap(Key::capsLock);
 }
 
 TEST_F(ShellExtension, chordThatSomethingElseHas_isRefused) {
