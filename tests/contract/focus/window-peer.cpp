@@ -9,8 +9,8 @@
 //   override=WIDTHxHEIGHT    a window of that size at the origin of which the window manager knows nothing
 //   input=none               one that lets the input through
 //   title=TEXT titleSize=N   _NET_WM_NAME, N times the text
-#include <cstdio>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <map>
