@@ -38,14 +38,14 @@ QByteArray definitionOf(const std::vector<Mode>& modes) {
 class SwayEventTapsTest : public testing::Test {
 protected:
     /// Whether the owner comes to have been told this.
-    testing::AssertionResult isTold(SwayTapOwner& told, const QStringList& expected) {
+    testing::AssertionResult isTold(TapOwner& told, const QStringList& expected) {
         if (SwayKeys::becomes([&] { return told.told == expected; }))
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << told.told.join(' ').toStdString();
     }
 
     SwayKeys sway;
-    SwayTapOwner owner{sway.taps()};
+    TapOwner owner{sway.taps()};
     const std::vector<XKeycode> chord{Key::leftControl, Key::leftAlt, Key::space};
 };
 
@@ -184,7 +184,7 @@ TEST_F(SwayEventTapsTest, chordThatIsNotWatchedAnyMore_isTheProgramsAgain) {
 }
 
 TEST_F(SwayEventTapsTest, twoTapsOnOneChord_theNewestSeesItFirst) {
-    SwayTapOwner newer(sway.taps());
+    TapOwner newer(sway.taps());
     ASSERT_EQ(owner.tap->watchChord(controlOptionSpace), WatchResult::Watching);
     ASSERT_EQ(newer.tap->watchChord(controlOptionSpace), WatchResult::Watching);
     sway.tap(chord);
@@ -260,7 +260,7 @@ TEST_F(SwayEventTapsTest, chordThatTheUserBindsAndLetsGoOf_isToldEachTimeThatItC
 }
 
 TEST_F(SwayEventTapsTest, tapThatGoesAsItIsToldOfAChange_isToldNothingMore) {
-    SwayTapOwner newer(sway.taps());
+    TapOwner newer(sway.taps());
     ASSERT_EQ(owner.tap->watchChord(controlOptionSpace), WatchResult::Watching);
     ASSERT_EQ(newer.tap->watchChord(controlOptionSpace), WatchResult::Watching);
     bool isTold = false;

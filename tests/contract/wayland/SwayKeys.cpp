@@ -30,23 +30,6 @@ QByteArray contentsOf(const QString& path) {
 
 } // namespace
 
-bool says(Peer& program, const QString& line) {
-    for (auto said = program.readLine(); !said.isEmpty(); said = program.readLine()) {
-        if (said == line)
-            return true;
-    }
-    return false;
-}
-
-SwayTapOwner::SwayTapOwner(EventTapFactory& taps)
-    : tap(taps.create([this](const KeyEvent& event) {
-        told << (isPress(event) ? u'+' : u'-') + QString::number(static_cast<int>(event.keyCode));
-        lastFlags = event.flags;
-        return Verdict::Swallow;
-    })) {
-    tap->setEnabled(true);
-}
-
 SwayKeys::SwayKeys()
     : layout({{VirtualKey::Space, " "}, {VirtualKey::A, "a"}})
     , m_configFile(configFile())
@@ -60,64 +43,15 @@ SwayKeys::SwayKeys()
                                     else if (event["change"].toString() == "reload")
                                         ++m_reloads;
                                 }))
-    , m_taps(std::in_place, socket(), layout)
-    , m_window("/usr/bin/python3", {TALVERA_WAYLAND_WINDOW, "Keys"}) {
-    if (!says(m_window, "focus"))
-        throw std::runtime_error("the window doesn't take the focus");
-}
+    , m_taps(std::in_place, socket(), layout) {}
 
 SwayKeys::~SwayKeys() {
-    for (const auto key : std::vector(m_held))
-        m_keys.release(key);
     QFile file(m_configFile);
     if (contentsOf(m_configFile) != m_config && file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         file.write(m_config);
         file.close();
         reload();
     }
-}
-
-void SwayKeys::press(const std::vector<XKeycode>& pressed) {
-    for (const auto key : pressed) {
-        m_held.push_back(key);
-        m_keys.press(key);
-    }
-}
-
-void SwayKeys::release(const std::vector<XKeycode>& released) {
-    for (const auto key : released) {
-        std::erase(m_held, key);
-        m_keys.release(key);
-    }
-}
-
-void SwayKeys::tap(const std::vector<XKeycode>& tapped) {
-    press(tapped);
-    release({tapped.rbegin(), tapped.rend()});
-}
-
-bool SwayKeys::becomes(const std::function<bool()>& condition) {
-    return eventually(
-        [&condition] {
-            QCoreApplication::processEvents();
-            return condition();
-        },
-        patience);
-}
-
-/// The keys come in order, so all are there once one comes that nobody has bound.
-QStringList SwayKeys::takeKeys() {
-    const auto marker = Key::f5;
-    m_keys.tap(marker);
-    const auto end = u'-' + QString::number(indexOf(marker));
-    QStringList keys;
-    for (auto line = m_window.readLine(); line != end; line = m_window.readLine()) {
-        if (line.isEmpty())
-            throw std::runtime_error("the window hears no keys");
-        if (line.startsWith(u'-') || (line.startsWith(u'+') && line.mid(1) != end.mid(1)))
-            keys << line;
-    }
-    return keys;
 }
 
 void SwayKeys::configure(const QByteArray& lines) {

@@ -1,32 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "linux/wayland/sway/SwayGuard.h"
 
-#include <algorithm>
-#include <array>
-#include <chrono>
-#include <csignal>
-#include <cstddef>
 #include <string>
-#include <thread>
-#include <utility>
-
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <sys/wait.h>
-
-extern char** environ; // NOLINT(readability-redundant-declaration): not declared by every C library
 
 namespace talvera {
 
 namespace {
 
-/// The last line stands when no more can come. Bindings are taken away in the mode that has them; the user
-/// stays in the one where they are.
+/// Bindings are taken away in the mode that has them; the user stays in the one where they are.
 constexpr auto program = R"sh(
-while IFS= read -r line; do last=$line; done
-[ -n "$last" ] || exit 0
 mode=$(swaymsg -s "$1" -rt get_binding_state | sed "$2")
 exec swaymsg -q -s "$1" "mode default; $last; mode \"${mode:-default}\""
 )sh";
@@ -40,91 +22,9 @@ s/\\\\/\\/g
 s/\$/$$/g
 )sed";
 
-/// A name that one process at a time can have, and whoever inherits the descriptor with it. The kernel frees
-/// it with the last of them, and no file is left.
-FileDescriptor nameFor(const QByteArray& socketPath) {
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const auto name = "talvera-guard:" + socketPath.right(80); // behind a zero byte: no path
-    std::copy(name.begin(), name.end(), address.sun_path + 1);
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name.size());
-    FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const bool isOurs =
-        socket.isOpen() && ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), length) == 0;
-    return isOurs ? std::move(socket) : FileDescriptor();
-}
-
-FileDescriptor awaitName(const QByteArray& socketPath) {
-    constexpr std::chrono::milliseconds pause(5);
-    constexpr int pauses = 200;
-    auto name = nameFor(socketPath);
-    for (int i = 0; i < pauses && !name.isOpen(); ++i) {
-        std::this_thread::sleep_for(pause);
-        name = nameFor(socketPath);
-    }
-    return name;
-}
-
-/// The process, or -1. It is in a session of its own, so that no signal to ours reaches it.
-pid_t spawnGuard(const QByteArray& socketPath, int orders, int name) {
-    constexpr int inheritedName = 3;
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, orders, STDIN_FILENO);
-    posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    posix_spawn_file_actions_adddup2(&files, STDOUT_FILENO, STDERR_FILENO);
-    if (name >= 0)
-        posix_spawn_file_actions_adddup2(&files, name, inheritedName);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK);
-    sigset_t none;
-    sigemptyset(&none);
-    posix_spawnattr_setsigmask(&attributes, &none);
-
-    std::array words{std::string("sh"),        std::string("-c"),
-                     std::string(program),     std::string("talvera-guard"),
-                     socketPath.toStdString(), std::string(quotedMode)};
-    std::array<char*, words.size() + 1> arguments{};
-    std::ranges::transform(words, arguments.begin(), [](std::string& word) { return word.data(); });
-    pid_t process = -1;
-    const int error = ::posix_spawn(&process, "/bin/sh", &files, &attributes, arguments.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&files);
-    return error == 0 ? process : -1;
-}
-
 } // namespace
 
-SwayGuard::SwayGuard(QString socket)
-    : m_socket(std::move(socket)) {}
-
-SwayGuard::~SwayGuard() {
-    if (m_process < 0)
-        return;
-    ::kill(m_process, SIGKILL);
-    ::waitpid(m_process, nullptr, 0);
-}
-
-void SwayGuard::afterOurDeath(const QByteArray& commands) {
-    if (!std::exchange(m_wasStarted, true))
-        start();
-    if (m_orders.isOpen()) {
-        const auto line = commands + '\n';
-        (void)::send(m_orders.get(), line.constData(), static_cast<std::size_t>(line.size()),
-                     MSG_NOSIGNAL | MSG_DONTWAIT);
-    }
-}
-
-void SwayGuard::start() {
-    const auto path = m_socket.toLocal8Bit();
-    const auto name = awaitName(path);
-    int ends[2];
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
-        return;
-    const FileDescriptor itsEnd(ends[0]);
-    m_orders = FileDescriptor(ends[1]);
-    m_process = spawnGuard(path, itsEnd.get(), name.get());
-}
+SwayGuard::SwayGuard(const QString& socket)
+    : m_guard(socket.toLocal8Bit(), program, {socket.toLocal8Bit().toStdString(), quotedMode}) {}
 
 } // namespace talvera
