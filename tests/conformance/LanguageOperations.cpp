@@ -64,9 +64,9 @@ Answer byCode(const Request& request) {
 }
 
 Answer isSelectable(const Request& request) {
-    const auto& row = TargetLanguage::byCode(request.text("code"));
-    return {{"answer",
-             row.isSelectable(request.truth("isAvailable"), aiState(request), supportedLanguages(request))}};
+    const auto isAvailable = request.truth("isAvailable");
+    return {{"answer", TargetLanguage::byCode(request.text("code"))
+                           .isSelectable(isAvailable, aiState(request), supportedLanguages(request))}};
 }
 
 Answer isSourceSupported(const Request& request) {
