@@ -34,6 +34,8 @@ constexpr XKeycode escape = test::Key::escape;
 /// The panel fades in or out, and the agent frees what it needs no longer.
 constexpr auto settling = 400ms;
 
+constexpr auto withoutAWord = 1500ms;
+
 class Panel {
 public:
     void openAndClose() {
@@ -68,8 +70,9 @@ void measureEveryWindow() {
     };
 
     test::RigInput keys;
-    keys.press(Dictating::hotkey); // without a word: the HUD comes and goes
+    keys.press(Dictating::hotkey); // without a word, but long enough to be more than a slip
     agent.await("hud listening");
+    std::this_thread::sleep_for(withoutAWord);
     keys.release(Dictating::hotkey);
     agent.await("hud hidden");
     Panel().openAndClose();

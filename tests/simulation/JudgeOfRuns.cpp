@@ -27,7 +27,7 @@ std::optional<QString> utf8(const QByteArray& bytes) {
 /// What the settings and the machine of this moment ask for.
 Judge::Way Judge::way() const {
     const auto& settings = m_world->settings;
-    const auto& target = TargetLanguage::byCode(settings.targetLanguageCode.get());
+    const auto target = TargetLanguage::byCode(settings.targetLanguageCode.get());
     const auto source = settings.sourceLanguageCode.get();
     const auto english = QStringLiteral("en");
     const auto& model = m_world->languageModel;

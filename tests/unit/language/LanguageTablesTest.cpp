@@ -75,14 +75,14 @@ TEST(Language, byCodeOfATargetCode_isAutoDetect) {
 }
 
 TEST(AppLanguage, byCodeOfALanguageWithoutItsRegion_isSystem) {
-    const auto& row = AppLanguage::byCode(QStringLiteral("pt"));
+    const auto row = AppLanguage::byCode(QStringLiteral("pt"));
     EXPECT_EQ(row.code, u"system");
     EXPECT_TRUE(row.nativeName.isEmpty());
 }
 
 TEST(TargetLanguage, bothChineseRows_areSelectableTogetherSinceBothReduceToZh) {
-    const auto& simplified = TargetLanguage::byCode(QStringLiteral("zh-CN"));
-    const auto& traditional = TargetLanguage::byCode(QStringLiteral("zh-TW"));
+    const auto simplified = TargetLanguage::byCode(QStringLiteral("zh-CN"));
+    const auto traditional = TargetLanguage::byCode(QStringLiteral("zh-TW"));
     for (const auto& supported : {QSet<QString>{QStringLiteral("zh")}, QSet<QString>{QStringLiteral("ja")},
                                   QSet<QString>{QStringLiteral("zh-CN")}}) {
         const bool expected = supported.contains(QStringLiteral("zh"));
