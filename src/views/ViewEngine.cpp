@@ -74,6 +74,11 @@ std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVaria
     return std::unique_ptr<QQuickItem>(item);
 }
 
+void ViewEngine::giveBackFreed() {
+    m_engine.collectGarbage();
+    malloc_trim(0);
+}
+
 void ViewEngine::giveBackMemory() {
     m_engine.collectGarbage();
     m_engine.trimComponentCache();

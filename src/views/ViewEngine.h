@@ -31,6 +31,9 @@ public:
     /// made ends the program: it is part of it.
     std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
 
+    /// Returns to the system what a closed view has freed. What makes it again quickly is kept.
+    void giveBackFreed();
+
     /// Lets go of what no view needs any more, for when a large one has gone.
     void giveBackMemory();
     std::function<void()> onMemoryGivenBack; ///< for what isn't the views' own

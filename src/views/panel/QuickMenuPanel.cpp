@@ -33,8 +33,21 @@ void layOut(QQuickItem& item) {
 QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelDesktop& desktop)
     : m_engine(engine)
     , m_model(model)
-    , m_desktop(desktop)
-    , m_panel(std::make_unique<KeyablePanel>()) {
+    , m_desktop(desktop) {
+    makeWindow();
+    QObject::connect(&m_fade, &QVariantAnimation::valueChanged, &m_fade,
+                     [this](const QVariant& opacity) { m_panel->setOpacity(opacity.toReal()); });
+    // Without a compositor it ends as it begins, and what has closed the panel may be a row of its content.
+    QObject::connect(
+        &m_fade, &QVariantAnimation::finished, &m_fade, [this] { faded(); }, Qt::QueuedConnection);
+}
+
+QuickMenuPanel::~QuickMenuPanel() {
+    m_view.reset();
+}
+
+void QuickMenuPanel::makeWindow() {
+    m_panel = std::make_unique<KeyablePanel>();
     m_panel->onKeyDown = [this](Qt::Key key) {
         return (key == Qt::Key_Escape && closeWhatIsOpen()) || (onKeyDown && onKeyDown(key));
     };
@@ -50,15 +63,6 @@ QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelD
         settle();
         m_desktop.activate(*m_panel);
     };
-    QObject::connect(&m_fade, &QVariantAnimation::valueChanged, m_panel.get(),
-                     [this](const QVariant& opacity) { m_panel->setOpacity(opacity.toReal()); });
-    // Without a compositor it ends as it begins, and what has closed the panel may be a row of its content.
-    QObject::connect(
-        &m_fade, &QVariantAnimation::finished, m_panel.get(), [this] { faded(); }, Qt::QueuedConnection);
-}
-
-QuickMenuPanel::~QuickMenuPanel() {
-    m_view.reset();
 }
 
 bool QuickMenuPanel::isVisible() const {
@@ -175,15 +179,15 @@ void QuickMenuPanel::fadeTo(qreal opacity, int milliseconds) {
 }
 
 /// The content is made anew when it is needed again: until then it gives its memory back. So does the
-/// window: one that is merely hidden counts as having the keyboard for a while, and if it is shown again
-/// meanwhile we don't hear of its losing it.
+/// window with its pictures: one that is merely hidden keeps them, and counts as having the keyboard for a
+/// while, and if it is shown again meanwhile we don't hear of its losing it.
 void QuickMenuPanel::faded() {
     if (!m_closing || m_fade.state() == QVariantAnimation::Running)
         return;
     m_panel->hide();
     m_view.reset();
-    m_panel->releaseResources();
-    m_panel->destroy();
+    makeWindow();
+    m_engine.giveBackFreed();
 }
 
 } // namespace talvera

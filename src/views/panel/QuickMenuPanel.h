@@ -35,10 +35,11 @@ public:
     /// Without the shadow.
     QRect frame() const override;
 
-    /// For tests and pictures.
+    /// For tests and pictures. It is another one once the panel has been closed.
     KeyablePanel& window() { return *m_panel; }
 
 private:
+    void makeWindow();
     bool closeWhatIsOpen();
     void place(const QRect& frame);
     void settle();
