@@ -14,8 +14,13 @@ T.RadioButton {
     property bool selected: false
     property bool first: false
 
+    readonly property real room: caps.x - label.x - Theme.spacing
+    /// Where both don't fit on one line.
+    readonly property bool badgeBelow: pill.visible && label.implicitWidth + Theme.spacingSmall + pill.width > room
+    readonly property real wordsHeight: label.height + (badgeBelow ? Theme.spacingTiny + pill.height : 0)
+
     width: parent?.width ?? 0
-    implicitHeight: Math.max(44, label.implicitHeight + 2 * Theme.spacing)
+    implicitHeight: Math.max(44, wordsHeight + 2 * Theme.spacing)
     autoExclusive: false
     checked: selected
     hoverEnabled: true
@@ -66,14 +71,16 @@ T.RadioButton {
         }
         Label {
             id: label
-            anchors { left: parent.left; leftMargin: 48; verticalCenter: parent.verticalCenter }
-            width: Math.min(implicitWidth, caps.x - x - Theme.spacing - (pill.visible ? pill.width + Theme.spacingSmall : 0))
+            x: 48
+            y: Math.round((parent.height - row.wordsHeight) / 2)
+            width: Math.min(implicitWidth, row.room)
             text: row.text
             wrapMode: Text.Wrap
         }
         Pill {
             id: pill
-            anchors { left: label.right; leftMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
+            x: row.badgeBelow ? label.x : label.x + label.width + Theme.spacingSmall
+            y: row.badgeBelow ? label.y + label.height + Theme.spacingTiny : Math.round(label.y + (label.height - height) / 2)
             visible: row.badge !== ""
             implicitHeight: 20
             text: row.badge
