@@ -29,9 +29,6 @@ void KeyablePanel::exposeEvent(QExposeEvent* event) {
 void KeyablePanel::hideEvent(QHideEvent* event) {
     m_shown = false;
     m_wasActive = false;
-    // The pointer's leaving is told to a window that is on screen alone, and what it was over would stay lit.
-    QEvent leave(QEvent::Leave);
-    QQuickWindow::event(&leave);
     QQuickWindow::hideEvent(event);
 }
 
