@@ -40,12 +40,18 @@ public:
 protected:
     pid_t started(std::unique_ptr<Peer> peer) {
         const auto pid = peer->pid();
-        m_peers[pid] = std::move(peer);
-        // Sway focuses a new window by itself.
-        if (!becomes(
-                [&] { return workspace().frontmostApplication().value_or(RunningApplication()).pid == pid; }))
+        if (!comesToFront(std::move(peer), patience))
             throw std::runtime_error("the window doesn't come");
         return pid;
+    }
+    /// Sway focuses a new window by itself.
+    bool comesToFront(std::unique_ptr<Peer> peer, std::chrono::milliseconds patienceWithIt) {
+        const auto pid = peer->pid();
+        m_peers[pid] = std::move(peer);
+        const auto isInFront = [&] {
+            return workspace().frontmostApplication().value_or(RunningApplication()).pid == pid;
+        };
+        return eventually(isInFront, patienceWithIt);
     }
 
 private:
@@ -63,9 +69,18 @@ public:
 
 class WithXPrograms : public SwaySession {
 public:
+    /// Sway 1.10 now and then doesn't hear of an X program's window; the user starts the program again then.
     pid_t startInFront(const QString& name) {
-        return started(std::make_unique<Peer>(TALVERA_WINDOW_PEER,
-                                              QStringList{"instance=" + name.toLower(), "class=" + name}));
+        const auto start = [&] {
+            return std::make_unique<Peer>(TALVERA_WINDOW_PEER,
+                                          QStringList{"instance=" + name.toLower(), "class=" + name});
+        };
+        auto peer = start();
+        const auto pid = peer->pid();
+        if (comesToFront(std::move(peer), std::chrono::seconds(15)))
+            return pid;
+        quit(pid);
+        return started(start());
     }
 };
 
