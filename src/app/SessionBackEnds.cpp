@@ -11,6 +11,10 @@
 #include "linux/wayland/gnome/GnomeKeyEventPoster.h"
 #include "linux/wayland/gnome/GnomeSessionAccess.h"
 #include "linux/wayland/gnome/GnomeWorkspace.h"
+#include "linux/wayland/kwin/KwinEventTaps.h"
+#include "linux/wayland/kwin/KwinKeyEventPoster.h"
+#include "linux/wayland/kwin/KwinSessionAccess.h"
+#include "linux/wayland/kwin/KwinWorkspace.h"
 #include "linux/wayland/sway/SwayEventTaps.h"
 #include "linux/wayland/sway/SwaySessionAccess.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
@@ -146,6 +150,28 @@ SessionBackEnds gnomeBackEnds(const SessionOffer& offer, const BackEndParts& par
     return chosen;
 }
 
+bool mayTerminalHaveFocus(const KwinWindows& windows) {
+    const auto focused = windows.active();
+    const auto programs = windows.programs();
+    return !focused || mayShowTerminals(focused->pid, {programs.begin(), programs.end()});
+}
+
+/// Shortcuts and a script of ours in KWin. It lets us press keys where our desktop file is installed.
+SessionBackEnds kwinBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
+    const auto guard = std::make_shared<KwinGuard>();
+    const auto windows = std::make_shared<KwinWindows>(guard);
+    const auto keyboard = std::make_shared<KwinKeyboard>();
+    auto chosen = x11Windows(offer, parts);
+    chosen.access = std::make_unique<KwinSessionAccess>(keyboard);
+    chosen.keyPoster = std::make_unique<KwinKeyEventPoster>(keyboard, windows);
+    chosen.pasteboard =
+        std::make_unique<WaylandPasteboard>(parts.console, companion(parts, "talvera-wayland-companion"),
+                                            [windows] { return mayTerminalHaveFocus(*windows); });
+    chosen.eventTaps = std::make_unique<KwinEventTaps>(*chosen.keyboardLayout, guard);
+    chosen.workspace = std::make_unique<KwinWorkspace>(windows, parts.installed);
+    return chosen;
+}
+
 /// A way to type and the clipboard, which most compositors have for programs, and no more.
 SessionBackEnds anyCompositorsBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     auto chosen = x11Windows(offer, parts);
@@ -184,6 +210,8 @@ SessionBackEnds swayBackEnds(const SessionOffer& offer, const BackEndParts& part
 SessionBackEnds waylandBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     if (SwayIpc(offer.swaySocket, SwayIpc::longPatience).isThere())
         return withKeysAlone(swayBackEnds(offer, parts));
+    if (KwinSessionAccess::isKwinThere())
+        return withKeysAlone(kwinBackEnds(offer, parts));
     const auto bus = std::make_shared<const ShellBus>();
     return bus->hasShell() ? withKeysAlone(gnomeBackEnds(offer, parts, bus))
                            : anyCompositorsBackEnds(offer, parts);

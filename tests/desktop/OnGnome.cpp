@@ -40,6 +40,8 @@ void compositor::turnTo(pid_t process) {
         throw std::runtime_error("the user doesn't find the window");
 }
 
+void compositor::letPressKeys(const QString&) {}
+
 bool compositor::keepsKeysOfTheDead() {
     const ShellBus other;
     return std::ranges::any_of(chord, [&other](const QString& each) { return grabHotkey(other, each) == 0; });

@@ -46,6 +46,8 @@ void compositor::turnTo(pid_t process) {
     tellSway(QStringLiteral("[pid=%1] focus").arg(process));
 }
 
+void compositor::letPressKeys(const QString&) {}
+
 bool compositor::keepsKeysOfTheDead() {
     return std::ranges::any_of(unbindings(), isDone);
 }

@@ -27,6 +27,20 @@ testing::AssertionResult OnWayland::isWritten(Receiver& receiver, const QString&
     return testing::AssertionFailure() << "it holds: " << receiver.text().toStdString();
 }
 
+/// A compositor may look for new programs once in a while only, and asks what one may do when it connects.
+void OnWayland::startAgentOf(const QString& program, const QJsonObject& preferences) {
+    compositor::letPressKeys(program);
+    startAgent(preferences, program);
+    const auto isReady = [&] {
+        if (status()["ready"].toBool())
+            return true;
+        agent.reset();
+        startAgentAgain(program);
+        return false;
+    };
+    ASSERT_TRUE(eventually(isReady));
+}
+
 /// A terminal has read the chord once it has read the key behind it.
 void OnWayland::expectKeysAreTheUsersAgain() {
     const Receiver terminal(Receiver::Kind::WaylandTerminal, "the user's terminal");

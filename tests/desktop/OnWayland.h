@@ -32,6 +32,9 @@ protected:
     /// Whether the receiver comes to hold just this, after a recognition that has begun.
     static testing::AssertionResult isWritten(Receiver& receiver, const QString& text);
 
+    /// Starts a program that isn't the one the compositor knows.
+    void startAgentOf(const QString& program, const QJsonObject& preferences = {});
+
     /// Nothing is left at the compositor of an agent that has gone.
     void expectKeysAreTheUsersAgain();
 
@@ -48,6 +51,9 @@ namespace compositor {
 
 /// The user turns to the window of this process.
 void turnTo(pid_t process);
+
+/// Does what the package does for the installed program, where the compositor wants it.
+void letPressKeys(const QString& program);
 
 /// It keeps keys from programs that belong to an agent which has gone.
 bool keepsKeysOfTheDead();

@@ -36,19 +36,19 @@ TEST_F(DictationOnWayland, keyAloneAsTheHotkey_isSaidNotToWork) {
     EXPECT_EQ(status()["hotkey"].toString(), "unavailable");
 }
 
-TEST_F(DictationOnWayland, intoATerminal_isTyped) {
+TEST_F(DictationOnWayland, intoATerminal_arrives) {
     startAgent();
     Receiver terminal(Receiver::Kind::WaylandTerminal);
     dictateMixedTextInto(terminal);
 }
 
-TEST_F(DictationOnWayland, intoAGtkEditor_isTyped) {
+TEST_F(DictationOnWayland, intoAGtkEditor_arrives) {
     startAgent();
     Receiver editor(Receiver::Kind::Gtk);
     dictateMixedTextInto(editor);
 }
 
-TEST_F(DictationOnWayland, intoAnXProgram_isTyped) {
+TEST_F(DictationOnWayland, intoAnXProgram_arrives) {
     startAgent();
     const XProgramsOnly x11;
     Receiver editor(Receiver::Kind::Gtk);

@@ -115,6 +115,15 @@ bool waitUntilActiveOnX11(const std::string& title, Clock::time_point deadline) 
     return false;
 }
 
+bool isOnKwin() {
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP") == QStringLiteral("KDE");
+}
+
+/// These say themselves that keys go to them, and KWin tells programs nothing of its windows.
+bool isOfWaylandOnKwin(Receiver::Kind kind) {
+    return isOnKwin() && kind != Receiver::Kind::Terminal && !qEnvironmentVariableIsSet("GDK_BACKEND");
+}
+
 } // namespace
 
 Receiver::Receiver(Kind kind, const QString& title)
@@ -129,20 +138,21 @@ Receiver::Receiver(Kind kind, const QString& title)
     m_listener = std::thread([this, pipe] { listen(pipe); });
     try {
         launch(kind, title);
-        awaitFocus(title);
+        awaitFocus(kind, title);
     } catch (...) {
         shutDown();
         throw;
     }
 }
 
-void Receiver::awaitFocus(const QString& title) {
+void Receiver::awaitFocus(Kind kind, const QString& title) {
     const auto deadline = Clock::now() + patience;
     const bool isOnSway = qEnvironmentVariableIsSet("SWAYSOCK");
     const bool isOnGnome = qEnvironmentVariable("XDG_CURRENT_DESKTOP") == QStringLiteral("GNOME");
-    const bool active = isOnSway    ? waitUntilActiveOnSway(title.toStdString(), deadline)
-                        : isOnGnome ? waitUntilActiveOnGnome(title, deadline)
-                                    : waitUntilActiveOnX11(title.toStdString(), deadline);
+    const bool active = isOnSway ? waitUntilActiveOnSway(title.toStdString(), deadline)
+                        : isOnGnome
+                            ? waitUntilActiveOnGnome(title, deadline)
+                            : isOfWaylandOnKwin(kind) || waitUntilActiveOnX11(title.toStdString(), deadline);
     std::unique_lock lock(m_mutex);
     if (!active || !m_changed.wait_until(lock, deadline, [this] { return m_ready; })) {
         throw std::runtime_error(active ? "the receiver's field has not taken the focus"
@@ -169,7 +179,10 @@ void Receiver::launch(Kind kind, const QString& title) {
         command = {"xterm", "-u8", "-T", title.toStdString(), "-e", directory + "/terminal-reader.py", pipe};
         break;
     case Kind::WaylandTerminal:
-        command = {"foot", "-T", title.toStdString(), directory + "/terminal-reader.py", pipe};
+        if (isOnKwin()) // foot dies of the screen without a size in millimetres that KWin 5.27 has here
+            command = {directory + "/vte-terminal.py", pipe, title.toStdString()};
+        else
+            command = {"foot", "-T", title.toStdString(), directory + "/terminal-reader.py", pipe};
         break;
     case Kind::Chromium:
         command = {directory + "/chromium-editor.py", pipe, title.toStdString(), profile};

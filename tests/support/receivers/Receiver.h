@@ -47,7 +47,7 @@ public:
 
 private:
     void launch(Kind kind, const QString& title);
-    void awaitFocus(const QString& title);
+    void awaitFocus(Kind kind, const QString& title);
     void shutDown();
     void listen(int pipe);
     void take(const QByteArray& line);

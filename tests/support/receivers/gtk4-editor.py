@@ -18,8 +18,16 @@ window.set_child(Gtk.ScrolledWindow(child=view))
 text = view.get_buffer()
 text.connect("changed", lambda _: report.tell(text=text.get_text(*text.get_bounds(), True)))
 focus = Gtk.EventControllerFocus()
-focus.connect("enter", lambda _: report.tell(ready=True))
 view.add_controller(focus)
+
+
+def tell_focus(*_):
+    if window.is_active() and view.has_focus():
+        report.tell(ready=True)
+
+
+focus.connect("enter", tell_focus)
+window.connect("notify::is-active", tell_focus)
 loop = GLib.MainLoop()
 window.connect("close-request", lambda _: loop.quit())
 window.present()

@@ -43,8 +43,8 @@ void KwinGuard::guardShortcuts(const QStringList& actions) {
     order();
 }
 
-void KwinGuard::guardScript(const QString& name) {
-    m_script = name;
+void KwinGuard::guardScripts(const QStringList& names) {
+    m_scripts = names;
     order();
 }
 
@@ -52,8 +52,8 @@ void KwinGuard::order() {
     QStringList words;
     for (const auto& action : m_actions)
         words << u'a' + action;
-    if (!m_script.isEmpty())
-        words << u's' + m_script;
+    for (const auto& script : m_scripts)
+        words << u's' + script;
     m_guard.afterOurDeath(words.join(u' ').toUtf8());
 }
 

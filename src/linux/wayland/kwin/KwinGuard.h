@@ -16,13 +16,13 @@ public:
 
     /// The shortcuts, by the names of their actions, in place of those that were said before.
     void guardShortcuts(const QStringList& actions);
-    void guardScript(const QString& name);
+    void guardScripts(const QStringList& names);
 
 private:
     void order();
 
     QStringList m_actions;
-    QString m_script;
+    QStringList m_scripts;
     DeathGuard m_guard;
 };
 
