@@ -42,10 +42,6 @@ KwinKeyEventPoster::KwinKeyEventPoster(std::shared_ptr<KwinKeyboard> keyboard,
     : m_keyboard(std::move(keyboard))
     , m_windows(std::move(windows)) {}
 
-KwinKeyEventPoster::~KwinKeyEventPoster() {
-    releaseChord();
-}
-
 TypingTargetPtr KwinKeyEventPoster::focusedTarget() {
     return std::make_shared<KwinTarget>(m_windows->active());
 }
@@ -54,10 +50,11 @@ std::unique_ptr<TypingSession> KwinKeyEventPoster::beginTyping(const QStringList
     return std::make_unique<NothingTyped>();
 }
 
+/// All of it goes to KWin at once, and its end with it: KWin keeps what a program has pressed that dies
+/// meanwhile.
 PostResult KwinKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& target) {
-    const auto released = releaseChord();
-    if (phase == KeyPhase::Up || released != PostResult::Posted)
-        return released;
+    if (phase == KeyPhase::Up)
+        return PostResult::Posted;
     if (const auto why = obstacle(target))
         return *why;
     const auto keyboard = m_keyboard->get();
@@ -70,14 +67,6 @@ PostResult KwinKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr& 
         keyboard->set(static_cast<std::uint32_t>(key), false);
     keyboard->set(KEY_LEFTSHIFT, true);
     keyboard->set(KEY_INSERT, true);
-    m_chord = keyboard;
-    return keyboard->finish() ? PostResult::Posted : PostResult::CutOff;
-}
-
-PostResult KwinKeyEventPoster::releaseChord() {
-    const auto keyboard = std::exchange(m_chord, nullptr);
-    if (!keyboard)
-        return PostResult::Posted;
     keyboard->set(KEY_INSERT, false);
     keyboard->set(KEY_LEFTSHIFT, false);
     return keyboard->finish() ? PostResult::Posted : PostResult::CutOff;

@@ -15,7 +15,6 @@ namespace talvera {
 class KwinKeyEventPoster final : public KeyEventPoster {
 public:
     KwinKeyEventPoster(std::shared_ptr<KwinKeyboard> keyboard, std::shared_ptr<KwinWindows> windows);
-    ~KwinKeyEventPoster() override;
 
     TypingTargetPtr focusedTarget() override;
     bool isTypingFaithful(const TypingTargetPtr&) override { return false; }
@@ -31,11 +30,9 @@ private:
     /// Waits while the keys don't go to the target only for the moment. Answers why nothing may be pressed,
     /// if so.
     std::optional<PostResult> obstacle(const TypingTargetPtr& target) const;
-    PostResult releaseChord();
 
     const std::shared_ptr<KwinKeyboard> m_keyboard;
     const std::shared_ptr<KwinWindows> m_windows;
-    std::shared_ptr<FakeKeyboard> m_chord; ///< on which it is down
 };
 
 } // namespace talvera
