@@ -9,6 +9,7 @@
 #include "linux/wayland/clipboard/WaylandPasteboard.h"
 #include "linux/wayland/gnome/GnomeEventTaps.h"
 #include "linux/wayland/gnome/GnomeKeyEventPoster.h"
+#include "linux/wayland/gnome/GnomePasteboard.h"
 #include "linux/wayland/gnome/GnomeSessionAccess.h"
 #include "linux/wayland/gnome/GnomeWorkspace.h"
 #include "linux/wayland/kwin/KwinEventTaps.h"
@@ -144,7 +145,7 @@ SessionBackEnds gnomeBackEnds(const SessionOffer& offer, const BackEndParts& par
     auto chosen = x11Windows(offer, parts);
     chosen.eventTaps = std::make_unique<GnomeEventTaps>(bus, view);
     chosen.keyPoster = std::make_unique<GnomeKeyEventPoster>(bus, view);
-    chosen.pasteboard = x11Pasteboard(offer, parts);
+    chosen.pasteboard = std::make_unique<GnomePasteboard>(x11Pasteboard(offer, parts));
     chosen.workspace = std::make_unique<GnomeWorkspace>(bus, view, parts.installed);
     chosen.access = std::make_unique<GnomeSessionAccess>(view);
     return chosen;

@@ -7,6 +7,7 @@
 #include "RigInput.h"
 #include "keys.h"
 
+#include "linux/wayland/gnome/GnomePasteboard.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "receivers/Receiver.h"
 
@@ -34,12 +35,12 @@ protected:
     void expectMixedTextIsPasted(Kind kind) {
         Receiver receiver(kind);
         ASSERT_TRUE(GnomeDesk::becomes([&] { return desk.view->focus().process == receiver.process(); }));
-        pasteText(desk.poster, pasteboard, mixedText());
+        EXPECT_EQ(pasteText(desk.poster, pasteboard, mixedText()), PostResult::Posted);
         EXPECT_TRUE(receiver.waitForText(mixedText())) << receiver.text().toStdString();
     }
 
     GnomeDesk desk;
-    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION, X11Server()};
+    GnomePasteboard pasteboard{std::make_unique<X11Pasteboard>(console, TALVERA_X11_COMPANION, X11Server())};
 };
 
 TEST_F(GnomeTyping, gtk3_getsMixedText) {
@@ -97,12 +98,23 @@ TEST_F(GnomeTyping, xTerminal_isPastedInto) {
     expectMixedTextIsPasted(Kind::Terminal);
 }
 
+TEST_F(GnomeTyping, textThatNobodyPastes_countsNoRequest) {
+    const Receiver receiver(Kind::Gtk);
+    ASSERT_TRUE(pasteboard.setString("unread"));
+    const auto before = pasteboard.state();
+    EXPECT_TRUE(before.isHeld);
+    // The Shell looks at what comes on the clipboard, too; when it answers it has done that.
+    for (int round = 0; round < 20; ++round)
+        ASSERT_TRUE(desk.bus->ask(QStringLiteral("Focus"), {}));
+    EXPECT_EQ(pasteboard.state().requests, before.requests);
+}
+
 struct GnomeWritingDesk {
     static constexpr bool writesWithoutKeys = true;
 
     GnomeDesk desk;
     GnomeKeyEventPoster& poster = desk.poster;
-    X11Pasteboard pasteboard{console, TALVERA_X11_COMPANION, X11Server()};
+    GnomePasteboard pasteboard{std::make_unique<X11Pasteboard>(console, TALVERA_X11_COMPANION, X11Server())};
     Receiver receiver{Kind::Gtk};
     bool isReady = desk.isInFront(receiver.process(), true);
     std::optional<Receiver> second{};

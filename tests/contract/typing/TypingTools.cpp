@@ -49,11 +49,12 @@ PostResult typeAnywhere(KeyEventPoster& poster, const QString& text,
     return type(poster, text, nullptr, beforeChunk);
 }
 
-void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text) {
+PostResult pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text) {
     pasteboard.setString(text);
-    poster.postPaste(KeyPhase::Down, poster.focusedTarget());
+    const auto result = poster.postPaste(KeyPhase::Down, poster.focusedTarget());
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
     poster.postPaste(KeyPhase::Up, nullptr);
+    return result;
 }
 
 std::string outputOf(const std::string& command) {

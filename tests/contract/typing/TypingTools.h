@@ -27,7 +27,7 @@ PostResult typeAnywhere(KeyEventPoster& poster, const QString& text,
                         const std::function<void(qsizetype)>& beforeChunk = nullptr);
 
 /// Puts `text` on the clipboard and pastes it into the focused application, as delivery does.
-void pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text);
+PostResult pasteText(KeyEventPoster& poster, Pasteboard& pasteboard, const QString& text);
 
 /// Gives all keyboards of the session another layout, e.g. "us" or "us,ru" or "us -variant dvorak".
 void setLayout(const std::string& layout);

@@ -16,14 +16,19 @@ using std::chrono::milliseconds;
 constexpr milliseconds focusPoll{5};
 constexpr milliseconds answerPoll{20};
 constexpr milliseconds movePatience{200};
-// For a window that comes up and goes at once, and for the moment when no window has the focus.
+// For a window that comes up and goes at once, for the moment when no window has the focus, and for a user
+// who holds what would make another chord of the one that pastes.
 constexpr milliseconds elsewherePatience{200};
 constexpr milliseconds nobodyPatience{1000};
+constexpr milliseconds heldPatience{1000};
 // Programs tell the Shell of the field that has the focus some 10 ms after they have got it themselves.
 constexpr milliseconds fieldPatience{200};
 // Keys go round by the input method: Shift must not be up before Insert has come back from it.
 constexpr milliseconds chordHold{40};
 
+const auto pressPaste = QStringLiteral("PressPaste");
+
+// To what is to be pasted the last one stands for keys that the user holds.
 enum Answer : unsigned { Done = 0, WithoutFocus = 1, TakesNoText = 2 };
 
 class GnomeTarget final : public TypingTarget {
@@ -110,7 +115,7 @@ PostResult GnomeKeyEventPoster::postPaste(KeyPhase phase, const TypingTargetPtr&
     if (phase == KeyPhase::Up || released != PostResult::Posted)
         return released;
     m_chordDownIn = windowOf(target).value_or(0); // also if no answer comes: it may be pressed late
-    const auto result = doInTarget(QStringLiteral("PressPaste"), true, target);
+    const auto result = doInTarget(pressPaste, true, target);
     m_chordDownSince = Clock::now();
     if (result == PostResult::TargetLost)
         m_chordDownIn.reset();
@@ -127,8 +132,7 @@ PostResult GnomeKeyEventPoster::releaseChord() {
         return PostResult::Posted;
     std::this_thread::sleep_until(m_chordDownSince + chordHold);
     const bool isAnswered =
-        m_bus->ask(QStringLiteral("PressPaste"), {QVariant::fromValue(qulonglong(*window)), false})
-            .has_value();
+        m_bus->ask(pressPaste, {QVariant::fromValue(qulonglong(*window)), false}).has_value();
     return isAnswered ? PostResult::Posted : PostResult::CutOff;
 }
 
@@ -145,8 +149,12 @@ PostResult GnomeKeyEventPoster::doInTarget(const QString& method, const QVariant
         const auto done = answer->value(0).toUInt();
         if (done == Answer::Done)
             return PostResult::Posted;
-        const bool isNobody = done == Answer::WithoutFocus && m_view->focus().window == 0;
-        if (Clock::now() - start >= (isNobody ? nobodyPatience : elsewherePatience))
+        auto patience = elsewherePatience;
+        if (done == Answer::WithoutFocus && m_view->focus().window == 0)
+            patience = nobodyPatience;
+        else if (done == Answer::TakesNoText && method == pressPaste)
+            patience = heldPatience;
+        if (Clock::now() - start >= patience)
             return PostResult::TargetLost;
     }
 }
