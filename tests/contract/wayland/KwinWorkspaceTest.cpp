@@ -5,6 +5,9 @@
 #include "WorkspaceContract.h"
 #include "linux/applications/DesktopEntryCatalog.h"
 
+#include <QCoreApplication>
+#include <QDBusConnection>
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -74,6 +77,24 @@ TEST(KwinWorkspaceTest, waylandAndXPrograms_areToldAlike) {
     session.quit(second);
     EXPECT_TRUE(comesToFront(first));
     EXPECT_FALSE(workspace.activate(second));
+}
+
+// As it is done where the desktop's search field isn't installed.
+TEST(KwinWindowsTest, windowsActivatedByScript_comeToTheFront) {
+    KwinSession session;
+    const auto first = session.startOfWayland("Alpha");
+    const auto second = session.startOfX("beta");
+    KwinWindowListener listener(QDBusConnection::sessionBus(), 1000);
+    listener.listen();
+    const auto active = [&] {
+        QCoreApplication::processEvents();
+        return listener.active().value_or(KwinWindow()).pid;
+    };
+    ASSERT_TRUE(KwinSession::becomes([&] { return active() == second; }));
+    for (const auto pid : {first, second, first}) {
+        listener.activateByScript(listener.lastOf(pid).value_or(KwinWindow()).id);
+        EXPECT_TRUE(KwinSession::becomes([&] { return active() == pid; }));
+    }
 }
 
 TEST(KwinWindowsTest, listenerThatIsMadeLate_knowsTheWindowsThatAreThere) {

@@ -2,13 +2,13 @@
 #include "linux/wayland/kwin/KwinWindows.h"
 
 #include "linux/support/applicationId.h"
+#include "linux/wayland/kwin/callOfKwin.h"
 #include "linux/wayland/kwin/kwinScripts.h"
 
 #include <QCoreApplication>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDir>
-#include <QTemporaryFile>
 
 #include <algorithm>
 #include <chrono>
@@ -19,24 +19,18 @@ namespace talvera {
 
 namespace {
 
-const auto service = QStringLiteral("org.kde.KWin");
-const auto scripting = QStringLiteral("/Scripting");
-
 /// Before a text is pasted; one that isn't stays on the clipboard.
 constexpr std::chrono::milliseconds patience(300);
-/// Nobody waits for these.
-constexpr std::chrono::milliseconds scriptPatience(10'000);
+/// Nobody waits for it; what comes later than this isn't wanted any more.
+constexpr std::chrono::milliseconds activationPatience(2000);
 
-QDBusMessage callOf(const QString& path, const QString& interface, const QString& method,
-                    const QVariantList& arguments) {
-    auto call = QDBusMessage::createMethodCall(service, path, interface, method);
-    call.setAutoStartService(false);
-    call.setArguments(arguments);
-    return call;
-}
+const auto interface = QStringLiteral("talvera.Windows");
 
-QDBusMessage scriptingCall(const QString& method, const QVariantList& arguments) {
-    return callOf(scripting, QStringLiteral("org.kde.kwin.Scripting"), method, arguments);
+QString scriptName(const QString& what, int number) {
+    return QStringLiteral("%1-%2-%3-%4")
+        .arg(QString::fromLatin1(applicationId), what)
+        .arg(QCoreApplication::applicationPid())
+        .arg(number);
 }
 
 /// Of each listener of this process, since what a script of an earlier one still tells is not meant for the
@@ -46,80 +40,48 @@ int newNumber() {
     return ++count;
 }
 
-QString runtimeDirectory() {
-    const auto directory = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return directory.isEmpty() ? QDir::tempPath() : directory;
-}
-
-/// A file that is there until the last who needs it has gone.
-std::shared_ptr<QTemporaryFile> fileWith(const QByteArray& text) {
-    auto file = std::make_shared<QTemporaryFile>(runtimeDirectory() + QStringLiteral("/talvera-XXXXXX.js"));
-    if (!file->open() || file->write(text) != text.size() || !file->flush())
-        return nullptr;
-    return file;
-}
-
 } // namespace
 
 KwinWindowListener::KwinWindowListener(QDBusConnection bus, int number)
     : m_bus(std::move(bus))
     , m_path(QStringLiteral("/talvera/Windows/%1").arg(number))
-    , m_script(QStringLiteral("%1-windows-%2-%3")
-                   .arg(QString::fromLatin1(applicationId))
-                   .arg(QCoreApplication::applicationPid())
-                   .arg(number)) {
+    , m_windows(m_bus, scriptName(QStringLiteral("windows"), number), this)
+    , m_activation(m_bus, scriptName(QStringLiteral("activation"), number), this) {
     m_bus.registerObject(m_path, this, QDBusConnection::ExportScriptableSlots);
 }
 
 KwinWindowListener::~KwinWindowListener() {
     m_bus.unregisterObject(m_path);
-    for (const auto& name : scripts())
-        m_bus.send(scriptingCall(QStringLiteral("unloadScript"), {name}));
 }
 
 QStringList KwinWindowListener::scripts() const {
-    constexpr int most = 8;
-    QStringList names;
-    for (int i = 1; i <= most; ++i)
-        names << QStringLiteral("%1-%2").arg(m_script).arg(i);
-    return names;
+    return m_windows.names() + m_activation.names();
 }
 
-void KwinWindowListener::loadScript() {
+void KwinWindowListener::listen() {
     forget();
-    load(scripts());
+    m_windows.run(KwinScripts::tellOfWindows(m_bus.baseService(), m_path, interface),
+                  [this] { return m_hasTold; });
 }
 
-/// KWin numbers its scripts by how many there are. When another has been unloaded, ours gets a number that is
-/// in use, and what is run is not ours: then nothing has been told, and the next one gets a number of its
-/// own. The file is read when the script is run, and not when it is loaded.
-void KwinWindowListener::load(QStringList names) {
-    const auto file =
-        fileWith(KwinScripts::tellOfWindows(m_bus.baseService(), m_path, QStringLiteral("talvera.Windows")));
-    if (!file || names.isEmpty())
-        return;
-    const auto limit = static_cast<int>(scriptPatience.count());
-    const auto name = names.takeFirst();
-    auto* const loading = new QDBusPendingCallWatcher(
-        m_bus.asyncCall(scriptingCall(QStringLiteral("loadScript"), {file->fileName(), name}), limit), this);
-    connect(loading, &QDBusPendingCallWatcher::finished, this, [this, loading, file, names, limit] {
-        loading->deleteLater();
-        const auto answer = loading->reply().arguments();
-        const int number = loading->isError() || answer.isEmpty() ? -1 : answer.constFirst().toInt();
-        if (number < 0)
-            return;
-        const auto pending = std::make_shared<int>(2);
-        for (const auto* path : {"/%1", "/Scripting/Script%1"}) { // of version 5 and of 6
-            const auto run = callOf(QString::fromLatin1(path).arg(number),
-                                    QStringLiteral("org.kde.kwin.Script"), QStringLiteral("run"), {});
-            auto* const running = new QDBusPendingCallWatcher(m_bus.asyncCall(run, limit), this);
-            connect(running, &QDBusPendingCallWatcher::finished, this, [this, running, pending, file, names] {
-                running->deleteLater();
-                if (--*pending == 0 && !m_hasTold)
-                    load(names);
-            });
-        }
+/// By what KWin has for the search field of the desktop, whose first action is this. Where that field isn't
+/// installed, version 6 hasn't it either.
+void KwinWindowListener::activate(const QString& id) {
+    const auto run = callOfKwin(QStringLiteral("/WindowsRunner"), QStringLiteral("org.kde.krunner1"),
+                                QStringLiteral("Run"), {QStringLiteral("0_") + id, QString()});
+    auto* const running =
+        new QDBusPendingCallWatcher(m_bus.asyncCall(run, static_cast<int>(activationPatience.count())), this);
+    connect(running, &QDBusPendingCallWatcher::finished, this, [this, running, id] {
+        running->deleteLater();
+        if (running->error().type() == QDBusError::UnknownObject)
+            activateByScript(id);
     });
+}
+
+void KwinWindowListener::activateByScript(const QString& id) {
+    m_activated.clear();
+    m_activation.run(KwinScripts::activateWindow(m_bus.baseService(), m_path, interface, id),
+                     [this, id] { return m_activated == id; });
 }
 
 std::optional<KwinWindow> KwinWindowListener::active() const {
@@ -160,6 +122,11 @@ void KwinWindowListener::Window(const QString& id, const QString& pid, const QSt
         remember(window);
 }
 
+void KwinWindowListener::Activated(const QString& id) {
+    m_activated = id;
+    m_activation.unload();
+}
+
 void KwinWindowListener::forget() {
     m_hasTold = false;
     const std::lock_guard lock(m_mutex);
@@ -179,14 +146,14 @@ void KwinWindowListener::remember(const KwinWindow& window) {
 KwinWindows::KwinWindows(std::shared_ptr<KwinGuard> guard)
     : m_bus(QDBusConnection::sessionBus())
     , m_listener(std::make_unique<KwinWindowListener>(m_bus, newNumber()))
-    , m_kwin(service, m_bus, QDBusServiceWatcher::WatchForRegistration) {
+    , m_kwin(QStringLiteral("org.kde.KWin"), m_bus, QDBusServiceWatcher::WatchForRegistration) {
     guard->guardScripts(m_listener->scripts());
     m_thread.setObjectName(QStringLiteral("kwin-windows"));
     m_listener->moveToThread(&m_thread);
     m_thread.start();
     const auto load = [listener = m_listener.get()] {
         QMetaObject::invokeMethod(
-            listener, [listener] { listener->loadScript(); }, Qt::QueuedConnection);
+            listener, [listener] { listener->listen(); }, Qt::QueuedConnection);
     };
     QObject::connect(&m_kwin, &QDBusServiceWatcher::serviceRegistered, &m_kwin, load);
     load();
@@ -199,7 +166,8 @@ KwinWindows::~KwinWindows() {
 
 /// KWin answers when the script has told all that came before, and what was told is read in that order.
 std::optional<KwinWindows::Look> KwinWindows::look() const {
-    const auto ask = callOf(QStringLiteral("/KWin"), service, QStringLiteral("getWindowInfo"), {QString()});
+    const auto ask = callOfKwin(QStringLiteral("/KWin"), QStringLiteral("org.kde.KWin"),
+                                QStringLiteral("getWindowInfo"), {QString()});
     const auto reply = m_bus.call(ask, QDBus::Block, static_cast<int>(patience.count()));
     if (reply.type() != QDBusMessage::ReplyMessage)
         return std::nullopt;
@@ -208,10 +176,10 @@ std::optional<KwinWindows::Look> KwinWindows::look() const {
     return Look{m_listener->active()};
 }
 
-/// By what KWin has for the search field of the desktop, whose first action is this.
 void KwinWindows::activate(const KwinWindow& window) {
-    m_bus.send(callOf(QStringLiteral("/WindowsRunner"), QStringLiteral("org.kde.krunner1"),
-                      QStringLiteral("Run"), {QStringLiteral("0_") + window.id, QString()}));
+    QMetaObject::invokeMethod(
+        m_listener.get(), [listener = m_listener.get(), id = window.id] { listener->activate(id); },
+        Qt::QueuedConnection);
 }
 
 } // namespace talvera

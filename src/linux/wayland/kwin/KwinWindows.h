@@ -3,6 +3,7 @@
 
 #include "linux/applications/DesktopEntryIndex.h"
 #include "linux/wayland/kwin/KwinGuard.h"
+#include "linux/wayland/kwin/KwinScript.h"
 
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
@@ -29,8 +30,8 @@ struct KwinWindow {
     bool operator==(const KwinWindow& other) const { return id == other.id && pid == other.pid; }
 };
 
-/// What a script of ours in KWin tells of the windows. It lives on a thread of its own, so that what has been
-/// told can be waited for.
+/// What a script of ours in KWin tells of the windows, and another one does. It lives on a thread of its own,
+/// so that what has been told can be waited for.
 class KwinWindowListener final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "talvera.Windows")
@@ -40,11 +41,13 @@ public:
     KwinWindowListener(QDBusConnection bus, int number);
     ~KwinWindowListener() override;
 
-    /// What the script may be called, that is to be unloaded in the end.
+    /// What the scripts may be called, that are to be unloaded in the end.
     QStringList scripts() const;
 
-    /// On the thread of this object.
-    void loadScript();
+    // On the thread of this object:
+    void listen();
+    void activate(const QString& id);         ///< returns at once, like the next one
+    void activateByScript(const QString& id); ///< of version 6 without a search field
 
     // Any thread.
     std::optional<KwinWindow> active() const;
@@ -56,17 +59,18 @@ public Q_SLOTS:
                              const QString& windowClass, const QString& name);
     Q_SCRIPTABLE void Window(const QString& id, const QString& pid, const QString& desktopFile,
                              const QString& windowClass, const QString& name);
+    Q_SCRIPTABLE void Activated(const QString& id);
 
 private:
     void forget();
     void remember(const KwinWindow& window);
-    /// By the first of the names, or by the next ones.
-    void load(QStringList names);
 
     QDBusConnection m_bus;
     const QString m_path;
-    const QString m_script; ///< what its names begin with
+    KwinScript m_windows;
+    KwinScript m_activation;
     bool m_hasTold = false;
+    QString m_activated; ///< by the script
 
     mutable std::mutex m_mutex; // guards the rest
     std::optional<KwinWindow> m_active;

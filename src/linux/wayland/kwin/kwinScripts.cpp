@@ -19,4 +19,16 @@ tell("Active", workspace.activeWindow === undefined ? workspace.activeClient : w
     return script.arg(connection, path, interface).toUtf8();
 }
 
+QByteArray activateWindow(const QString& connection, const QString& path, const QString& interface,
+                          const QString& id) {
+    const auto script = QStringLiteral(R"js(
+for (const window of workspace.windowList ? workspace.windowList() : workspace.clientList()) {
+    if (String(window.internalId) === "%4")
+        workspace[workspace.activeWindow === undefined ? "activeClient" : "activeWindow"] = window;
+}
+callDBus("%1", "%2", "%3", "Activated", "%4");
+)js");
+    return script.arg(connection, path, interface, id).toUtf8();
+}
+
 } // namespace talvera::KwinScripts

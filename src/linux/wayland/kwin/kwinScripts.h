@@ -14,6 +14,10 @@ namespace KwinScripts {
 /// the one that is active, now and at each change.
 QByteArray tellOfWindows(const QString& connection, const QString& path, const QString& interface);
 
+/// Makes the window with this number of KWin's the active one, and calls Activated with it.
+QByteArray activateWindow(const QString& connection, const QString& path, const QString& interface,
+                          const QString& id);
+
 } // namespace KwinScripts
 
 } // namespace talvera
