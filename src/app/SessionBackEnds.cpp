@@ -6,6 +6,8 @@
 #include "linux/lonekeys/LoneKeySessionAccess.h"
 #include "linux/support/applicationId.h"
 #include "linux/tray/TrayStatusItem.h"
+#include "linux/wayland/client/Toplevels.h"
+#include "linux/wayland/client/WaylandConnection.h"
 #include "linux/wayland/clipboard/WaylandPasteboard.h"
 #include "linux/wayland/gnome/GnomeEventTaps.h"
 #include "linux/wayland/gnome/GnomeKeyEventPoster.h"
@@ -19,6 +21,8 @@
 #include "linux/wayland/sway/SwayEventTaps.h"
 #include "linux/wayland/sway/SwaySessionAccess.h"
 #include "linux/wayland/sway/SwayWorkspace.h"
+#include "linux/wayland/toplevels/ToplevelSessionAccess.h"
+#include "linux/wayland/toplevels/ToplevelWorkspace.h"
 #include "linux/wayland/typing/WaylandKeyEventPoster.h"
 #include "linux/x11/clipboard/X11Pasteboard.h"
 #include "linux/x11/keys/X11EventTapFactory.h"
@@ -173,7 +177,8 @@ SessionBackEnds kwinBackEnds(const SessionOffer& offer, const BackEndParts& part
     return chosen;
 }
 
-/// A way to type and the clipboard, which most compositors have for programs, and no more.
+/// A way to type, the clipboard and the windows, which most compositors have for programs, and no keys: users
+/// bind them to commands of ours.
 SessionBackEnds anyCompositorsBackEnds(const SessionOffer& offer, const BackEndParts& parts) {
     auto chosen = x11Windows(offer, parts);
     chosen.keyPoster = waylandKeyPoster(offer);
@@ -181,13 +186,19 @@ SessionBackEnds anyCompositorsBackEnds(const SessionOffer& offer, const BackEndP
     const bool canType = chosen.keyPoster != nullptr;
     if (!canType)
         chosen.keyPoster = std::make_unique<NoKeyEventPoster>();
-    chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
     chosen.eventTaps = tapsOnKeysAlone(chosen.eventTaps);
-    if (chosen.eventTaps) {
-        chosen.access = std::make_unique<LoneKeySessionAccess>(canType);
-    } else {
+    const bool hearsKeys = chosen.eventTaps != nullptr;
+    if (!hearsKeys)
         chosen.eventTaps = std::make_unique<NoEventTaps>();
-        chosen.access = std::make_unique<NoSessionAccess>();
+    if (const std::shared_ptr windows = Toplevels::open(std::make_unique<WaylandConnection>())) {
+        chosen.workspace = std::make_unique<ToplevelWorkspace>(windows, parts.installed);
+        chosen.access = std::make_unique<ToplevelSessionAccess>(windows, canType, hearsKeys);
+    } else {
+        chosen.workspace = std::make_unique<NoWorkspace>(QString::fromLatin1(applicationId));
+        if (hearsKeys)
+            chosen.access = std::make_unique<LoneKeySessionAccess>(canType);
+        else
+            chosen.access = std::make_unique<NoSessionAccess>();
     }
     return chosen;
 }

@@ -10,6 +10,8 @@
 
 namespace talvera::test {
 
+void compositor::bindHotkey(AgentHome&) {}
+
 /// As packaging/talvera-keys.desktop.in does for the program that is installed. A file that is merely written
 /// anew isn't read again.
 void compositor::letPressKeys(const QString& program) {

@@ -42,6 +42,8 @@ bool isDone(const QString& command) {
     return QProcess::execute("swaymsg", {"-q", command}) == 0;
 }
 
+void compositor::bindHotkey(AgentHome&) {}
+
 void compositor::turnTo(pid_t process) {
     tellSway(QStringLiteral("[pid=%1] focus").arg(process));
 }

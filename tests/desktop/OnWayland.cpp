@@ -14,6 +14,11 @@ constexpr int patienceMs = 120000;
 
 } // namespace
 
+OnWayland::OnWayland() {
+    hotkeys = {Key::leftControl, Key::leftAlt, Key::space};
+    compositor::bindHotkey(home);
+}
+
 void OnWayland::dictateInto(Receiver& receiver, const QString& text, const Samples& speech) {
     const auto before = receiver.text();
     holdAndSay(speech);

@@ -16,7 +16,7 @@ namespace talvera::test {
 /// A test in a Wayland session, where the hotkey is Ctrl+Alt+Space as long as no other is set.
 class OnWayland : public PanelTest {
 protected:
-    OnWayland() { hotkeys = {Key::leftControl, Key::leftAlt, Key::space}; }
+    OnWayland();
 
     static inline const QString sentence = QStringLiteral("Please send the report tomorrow.");
     /// Takes seconds to type: what comes in between does so however late it is on a busy machine.
@@ -48,6 +48,9 @@ QByteArray outputOfProgram(const QString& program, const QStringList& arguments)
 
 /// The compositor of the session, as the user and a curious program see it. Each has its own.
 namespace compositor {
+
+/// Where the agent that will live there can't watch keys, the user binds the hotkey to its commands.
+void bindHotkey(AgentHome& home);
 
 /// The user turns to the window of this process.
 void turnTo(pid_t process);

@@ -19,23 +19,6 @@ protected:
 
 } // namespace
 
-TEST_F(DictationOnWayland, freshPreferences_haveAChordThatWorksHere) {
-    startAgent();
-    const auto told = status();
-    EXPECT_TRUE(told["keyboard"].toBool());
-    EXPECT_TRUE(told["ready"].toBool());
-    EXPECT_EQ(told["hotkey"].toString(), "watching");
-}
-
-TEST_F(DictationOnWayland, keyAloneAsTheHotkey_isSaidNotToWork) {
-    const QByteArray binding = R"({"holdSpecial":{"_0":"rightCommand"}})";
-    home.setPreferences({{"hotkeyBinding", QJsonObject{{"data", QString::fromLatin1(binding.toBase64())}}}});
-    agent.emplace(home);
-    agent->await("hud notice A key held alone can't be your hotkey here — choose several, such as "
-                 "Ctrl+Alt+Space warn");
-    EXPECT_EQ(status()["hotkey"].toString(), "unavailable");
-}
-
 TEST_F(DictationOnWayland, intoATerminal_arrives) {
     startAgent();
     Receiver terminal(Receiver::Kind::WaylandTerminal);

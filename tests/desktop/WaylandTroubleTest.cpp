@@ -1,17 +1,10 @@
 // SPDX-License-Identifier: MIT
-// What can come in between in a Wayland session: the user is somewhere else, the agent dies.
+// What can come in between in a Wayland session: the user is somewhere else.
 #include "FocusOnWayland.h"
-#include "RecogniserGate.h"
 
 #include <optional>
 
 using namespace talvera::test;
-
-namespace {
-
-class DeathOnWayland : public OnWayland {};
-
-} // namespace
 
 TEST_F(FocusOnWayland, windowLeftDuringRecognition_isBroughtBackAndSaidSo) {
     std::optional<Receiver> editor;
@@ -56,34 +49,4 @@ TEST_F(FocusOnWayland, windowClosedDuringRecognition_textIsOnTheClipboard) {
     gate.letIn();
     expectNotice(" closed" + onClipboard);
     EXPECT_TRUE(clipboardBecomes(sentence));
-}
-
-TEST_F(DeathOnWayland, killedAtRest_givesTheKeysBack) {
-    startAgent();
-    agent->kill();
-    expectKeysAreTheUsersAgain();
-
-    startAgentAgain();
-    Receiver editor(Receiver::Kind::Gtk);
-    dictateInto(editor);
-}
-
-TEST_F(DeathOnWayland, killedWhileItListens_givesTheKeysBack) {
-    startAgent();
-    pressHotkey();
-    agent->await("menu recording");
-    agent->kill();
-    releaseHotkey();
-    expectKeysAreTheUsersAgain();
-}
-
-TEST_F(DeathOnWayland, killedWhileItRecognises_givesTheKeysBack) {
-    RecogniserGate gate;
-    startAgentOf(gate.program());
-    const Receiver editor(Receiver::Kind::Gtk);
-    holdAndSay(spoken(sentence));
-    gate.awaitRun();
-    agent->kill();
-    expectKeysAreTheUsersAgain();
-    EXPECT_EQ(editor.text(), "");
 }

@@ -27,13 +27,13 @@ constexpr milliseconds nobodyPatience{1000};
 
 class WaylandTarget final : public TypingTarget {
 public:
-    explicit WaylandTarget(std::optional<FocusedToplevel::Window> window)
+    explicit WaylandTarget(std::optional<Toplevels::Window> window)
         : m_window(window) {}
 
-    const std::optional<FocusedToplevel::Window>& window() const { return m_window; }
+    const std::optional<Toplevels::Window>& window() const { return m_window; }
 
 private:
-    std::optional<FocusedToplevel::Window> m_window; ///< nothing: no window had the keyboard
+    std::optional<Toplevels::Window> m_window; ///< nothing: no window had the keyboard
 };
 
 } // namespace
@@ -96,15 +96,14 @@ std::unique_ptr<WaylandKeyEventPoster> WaylandKeyEventPoster::open(AwaitReading 
                                                                    const std::string& display) {
     auto connection = std::make_unique<WaylandConnection>(display);
     auto keyboard = VirtualKeyboard::open(*connection);
-    auto focus = FocusedToplevel::open(std::make_unique<WaylandConnection>(display));
+    auto focus = Toplevels::open(std::make_unique<WaylandConnection>(display));
     if (!keyboard || !focus || !keyboard->useKeymap(TypingKeymap().xkb()))
         return nullptr;
     return std::unique_ptr<WaylandKeyEventPoster>(new WaylandKeyEventPoster(
         std::move(awaitReading), std::move(focus), std::move(connection), std::move(keyboard)));
 }
 
-WaylandKeyEventPoster::WaylandKeyEventPoster(AwaitReading awaitReading,
-                                             std::unique_ptr<FocusedToplevel> focus,
+WaylandKeyEventPoster::WaylandKeyEventPoster(AwaitReading awaitReading, std::unique_ptr<Toplevels> focus,
                                              std::unique_ptr<WaylandConnection> connection,
                                              std::unique_ptr<VirtualKeyboard> keyboard)
     : m_awaitReading(std::move(awaitReading))

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "linux/wayland/client/Toplevels.h"
 #include "linux/wayland/client/WaylandConnection.h"
-#include "linux/wayland/typing/FocusedToplevel.h"
 #include "linux/wayland/typing/TypingKeymap.h"
 #include "linux/wayland/typing/VirtualKeyboard.h"
 #include "platform/keyboard/KeyEventPoster.h"
@@ -41,7 +41,7 @@ public:
 private:
     class Session;
 
-    WaylandKeyEventPoster(AwaitReading awaitReading, std::unique_ptr<FocusedToplevel> focus,
+    WaylandKeyEventPoster(AwaitReading awaitReading, std::unique_ptr<Toplevels> focus,
                           std::unique_ptr<WaylandConnection> connection,
                           std::unique_ptr<VirtualKeyboard> keyboard);
 
@@ -55,7 +55,7 @@ private:
     PostResult releaseChord();
 
     const AwaitReading m_awaitReading;
-    const std::unique_ptr<FocusedToplevel> m_focus;
+    const std::unique_ptr<Toplevels> m_focus;
     const std::unique_ptr<WaylandConnection> m_connection;
     const std::unique_ptr<VirtualKeyboard> m_keyboard;
     TypingKeymap m_keymap; ///< the keyboard's

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "linux/wayland/typing/FocusedToplevel.h"
+#include "linux/wayland/client/Toplevels.h"
 
 #include "linux/wayland/client/WaylandConnection.h"
 
 #include <algorithm>
 #include <array>
+#include <ranges>
 #include <span>
 #include <utility>
 
@@ -28,10 +29,10 @@ bool containsActivated(const wl_array& states) {
 
 } // namespace
 
-struct FocusedToplevel::Listener {
+struct Toplevels::Listener {
     using Handle = zwlr_foreign_toplevel_handle_v1;
 
-    static FocusedToplevel& owner(void* data) { return *static_cast<FocusedToplevel*>(data); }
+    static Toplevels& owner(void* data) { return *static_cast<Toplevels*>(data); }
 
     static constexpr zwlr_foreign_toplevel_manager_v1_listener ofManager{
         .toplevel = [](void* data, zwlr_foreign_toplevel_manager_v1*,
@@ -40,12 +41,13 @@ struct FocusedToplevel::Listener {
 
     static constexpr zwlr_foreign_toplevel_handle_v1_listener ofHandle{
         .title = [](void*, Handle*, const char*) {},
-        .app_id = [](void*, Handle*, const char*) {},
+        .app_id = [](void* data, Handle* handle,
+                     const char* id) { owner(data).m_toplevels[handle].applicationId = id; },
         .output_enter = [](void*, Handle*, wl_output*) {},
         .output_leave = [](void*, Handle*, wl_output*) {},
         .state = [](void* data, Handle* handle,
                     wl_array* states) { owner(data).setActive(handle, containsActivated(*states)); },
-        .done = [](void*, Handle*) {},
+        .done = [](void* data, Handle*) { owner(data).publish(); },
         .closed = [](void* data, Handle* handle) { owner(data).remove(handle); },
         .parent = [](void*, Handle*, Handle*) {}};
 
@@ -53,16 +55,15 @@ struct FocusedToplevel::Listener {
         .done = [](void* data, wl_callback*, std::uint32_t) { owner(data).answer(); }};
 };
 
-std::unique_ptr<FocusedToplevel> FocusedToplevel::open(std::unique_ptr<WaylandConnection> connection) {
+std::unique_ptr<Toplevels> Toplevels::open(std::unique_ptr<WaylandConnection> connection) {
     auto* manager = connection->bind<zwlr_foreign_toplevel_manager_v1>(
         zwlr_foreign_toplevel_manager_v1_interface, newestVersion);
     if (manager == nullptr)
         return nullptr;
-    return std::unique_ptr<FocusedToplevel>(new FocusedToplevel(std::move(connection), manager));
+    return std::unique_ptr<Toplevels>(new Toplevels(std::move(connection), manager));
 }
 
-FocusedToplevel::FocusedToplevel(std::unique_ptr<WaylandConnection> connection,
-                                 zwlr_foreign_toplevel_manager_v1* manager)
+Toplevels::Toplevels(std::unique_ptr<WaylandConnection> connection, zwlr_foreign_toplevel_manager_v1* manager)
     : m_connection(std::move(connection))
     , m_wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     , m_manager(manager) {
@@ -70,7 +71,7 @@ FocusedToplevel::FocusedToplevel(std::unique_ptr<WaylandConnection> connection,
     m_thread = std::thread([this] { listen(); });
 }
 
-FocusedToplevel::~FocusedToplevel() {
+Toplevels::~Toplevels() {
     {
         const std::scoped_lock lock(m_mutex);
         m_isEnding = true;
@@ -84,21 +85,51 @@ FocusedToplevel::~FocusedToplevel() {
     ::zwlr_foreign_toplevel_manager_v1_destroy(m_manager);
 }
 
-std::optional<FocusedToplevel::Look> FocusedToplevel::look() {
+std::optional<Toplevels::Look> Toplevels::look() {
     std::unique_lock lock(m_mutex);
     const auto question = ++m_asked;
     wake();
     m_changed.wait_for(lock, WaylandConnection::answerTimeout,
                        [&] { return m_isGone || m_answered >= question; });
-    return m_isGone || m_answered < question ? std::nullopt : std::optional(Look{m_window});
+    if (m_isGone || m_answered < question)
+        return std::nullopt;
+    const auto* active = activeOf(m_known);
+    return Look{active == nullptr ? std::nullopt : std::optional(active->number)};
 }
 
-void FocusedToplevel::wake() {
+const Toplevels::Toplevel* Toplevels::activeOf(const std::vector<Toplevel>& toplevels) {
+    const Toplevel* last = nullptr;
+    for (const auto& each : toplevels) {
+        if (each.isActive && (last == nullptr || each.activation > last->activation))
+            last = &each;
+    }
+    return last;
+}
+
+std::vector<Toplevels::Toplevel> Toplevels::known() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_known;
+}
+
+void Toplevels::activate(Window window) {
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_wanted = window;
+    }
+    wake();
+}
+
+bool Toplevels::isGone() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_isGone;
+}
+
+void Toplevels::wake() {
     const std::uint64_t one = 1;
     [[maybe_unused]] const auto written = ::write(m_wake.get(), &one, sizeof one); // full is awake as well
 }
 
-void FocusedToplevel::listen() {
+void Toplevels::listen() {
     pthread_setname_np(pthread_self(), "focused window");
     std::array sources{pollfd{m_wake.get(), POLLIN, 0}};
     while (takeQuestion() && m_connection->await(sources, -1)) {
@@ -108,11 +139,13 @@ void FocusedToplevel::listen() {
     m_changed.notify_all();
 }
 
-/// Hands the questions that have come on to the compositor. False when the end has come.
-bool FocusedToplevel::takeQuestion() {
+/// Hands on to the compositor what has come. False when the end has come.
+bool Toplevels::takeQuestion() {
     std::uint64_t count = 0;
     [[maybe_unused]] const auto read = ::read(m_wake.get(), &count, sizeof count);
     const std::scoped_lock lock(m_mutex);
+    if (const auto wanted = std::exchange(m_wanted, std::nullopt))
+        activateNow(*wanted);
     if (m_pending == nullptr && m_asked > m_answered) {
         m_pendingFor = m_asked;
         m_pending = ::wl_display_sync(m_connection->get());
@@ -121,34 +154,43 @@ bool FocusedToplevel::takeQuestion() {
     return !m_isEnding;
 }
 
-void FocusedToplevel::answer() {
+void Toplevels::activateNow(Window window) {
+    const auto found =
+        std::ranges::find_if(m_toplevels, [&](const auto& each) { return each.second.number == window; });
+    if (found != m_toplevels.end() && m_connection->seat() != nullptr)
+        ::zwlr_foreign_toplevel_handle_v1_activate(found->first, m_connection->seat());
+}
+
+void Toplevels::answer() {
     ::wl_callback_destroy(std::exchange(m_pending, nullptr));
     const std::scoped_lock lock(m_mutex);
     m_answered = m_pendingFor;
     m_changed.notify_all();
 }
 
-void FocusedToplevel::add(zwlr_foreign_toplevel_handle_v1* handle) {
+void Toplevels::add(zwlr_foreign_toplevel_handle_v1* handle) {
     ::zwlr_foreign_toplevel_handle_v1_add_listener(handle, &Listener::ofHandle, this);
-    m_toplevels[handle] = {++m_lastNumber, false};
+    m_toplevels[handle].number = ++m_lastNumber;
 }
 
-void FocusedToplevel::setActive(zwlr_foreign_toplevel_handle_v1* handle, bool isActive) {
-    m_toplevels[handle].isActive = isActive;
+void Toplevels::setActive(zwlr_foreign_toplevel_handle_v1* handle, bool isActive) {
+    auto& toplevel = m_toplevels[handle];
+    if (isActive && !toplevel.isActive)
+        toplevel.activation = ++m_lastActivation;
+    toplevel.isActive = isActive;
     publish();
 }
 
-void FocusedToplevel::remove(zwlr_foreign_toplevel_handle_v1* handle) {
+void Toplevels::remove(zwlr_foreign_toplevel_handle_v1* handle) {
     ::zwlr_foreign_toplevel_handle_v1_destroy(handle);
     m_toplevels.erase(handle);
     publish();
 }
 
-void FocusedToplevel::publish() {
-    const auto active =
-        std::ranges::find_if(m_toplevels, [](const auto& each) { return each.second.isActive; });
+void Toplevels::publish() {
+    const auto all = std::views::values(m_toplevels);
     const std::scoped_lock lock(m_mutex);
-    m_window = active == m_toplevels.end() ? std::nullopt : std::optional(active->second.number);
+    m_known.assign(all.begin(), all.end());
 }
 
 } // namespace talvera
