@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "NotifierWatcher.h"
 
+#include <QDBusConnectionInterface>
+
 #include <stdexcept>
 
 namespace talvera::test {
@@ -37,9 +39,11 @@ void NotifierWatcher::setHasHost(bool hasHost) {
         Q_EMIT StatusNotifierHostUnregistered();
 }
 
+/// The bus knows that the name is watched once it has answered: an end before that would never be told.
 void NotifierWatcher::RegisterStatusNotifierItem(const QString& service) {
-    m_items.append(service);
     m_names.addWatchedService(service);
+    if (m_bus.interface()->isServiceRegistered(service))
+        m_items.append(service);
 }
 
 } // namespace talvera::test
