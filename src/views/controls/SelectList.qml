@@ -74,7 +74,7 @@ FocusScope {
             id: rows
 
             anchors { fill: parent; margins: 4 }
-            clip: true
+            clip: contentHeight > height // rows drawn on whole pixels may end half of one further
             model: list.options
             boundsBehavior: Flickable.StopAtBounds
             highlightMoveDuration: 0
