@@ -115,6 +115,11 @@ AIAvailabilityState CleanupSettings::state() const {
     return m_parts.readiness.aiState.get();
 }
 
+/// Nobody has turned it off then: it is missing, and the rows below lead to it or to another one.
+bool CleanupSettings::isModelGone() const {
+    return state() == AIAvailabilityState::IntelligenceOff && m_parts.choice.missing().has_value();
+}
+
 QString CleanupSettings::fillerTitle() const {
     return localized("settings.aiCleanup.fillerWords.title", "Remove filler words");
 }
@@ -133,6 +138,10 @@ QString CleanupSettings::modelText() const {
         return localized("settings.aiCleanup.infoCard.available",
                          "Cleanup runs on-device via Apple Intelligence. Nothing leaves your Mac.");
     case AIAvailabilityState::IntelligenceOff:
+        if (isModelGone())
+            return localized(
+                "settings.aiCleanup.infoCard.modelGone",
+                "The chosen language model can't be found. Choose another one, or bring it back.");
         return localized("settings.aiCleanup.infoCard.intelligenceOff",
                          "Apple Intelligence is off — enable it in System Settings to use cleanup.");
     case AIAvailabilityState::DeviceNotEligible:
@@ -152,7 +161,7 @@ bool CleanupSettings::isModelAvailable() const {
 }
 
 QString CleanupSettings::openModelSettingsText() const {
-    return state() == AIAvailabilityState::IntelligenceOff
+    return state() == AIAvailabilityState::IntelligenceOff && !isModelGone()
                ? localized("settings.aiCleanup.openSettings", "Open System Settings")
                : QString();
 }

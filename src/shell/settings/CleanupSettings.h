@@ -68,6 +68,7 @@ Q_SIGNALS:
 
 private:
     AIAvailabilityState state() const;
+    bool isModelGone() const;
     std::vector<LanguageModelChoice::Offer> knownModels() const;
     std::vector<ChoiceRow::Choice> choicesOfModels() const;
     QString chosenModel() const;

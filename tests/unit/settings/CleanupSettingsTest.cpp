@@ -102,6 +102,23 @@ TEST_F(CleanupSettingsTest, chosenModelThatIsGone_isSaidToBeUntilItIsBack) {
     EXPECT_EQ(section.models()->currentText(), "Beta");
 }
 
+TEST_F(CleanupSettingsTest, chosenModelThatIsGone_isNotSaidToBeOffAndCanBeReplaced) {
+    setModels({{"a.gguf", "Alpha"}, {"b.gguf", "Beta"}});
+    choose(*section.models(), "Beta");
+    setModelState(Reason::IntelligenceOff);
+    setModels({});
+    EXPECT_TRUE(section.modelText().contains("can't be found"));
+    EXPECT_FALSE(section.isModelAvailable());
+    EXPECT_EQ(section.openModelSettingsText(), "") << "the row below leads there";
+    EXPECT_TRUE(section.offersToAddModel());
+    setModels({{"a.gguf", "Alpha"}, {"c.gguf", "Gamma"}});
+    choose(*section.models(), "None");
+    EXPECT_TRUE(section.modelText().contains("is off"));
+    setModelState(Reason::DeviceNotEligible);
+    languageModelChoice.choice = "b.gguf";
+    EXPECT_TRUE(section.modelText().contains("isn't available")) << "to bring it back would not help";
+}
+
 TEST_F(CleanupSettingsTest, modelsOfOneName_areToldApart) {
     setModels({{"a.gguf", "Alpha"}, {"b.gguf", "Alpha"}, {"c.gguf", "Gamma"}});
     EXPECT_EQ(section.models()->options(),
