@@ -29,7 +29,7 @@ struct SettingsGround {
 class SettingsSet : private SettingsGround, public SettingsMachine {
 public:
     explicit SettingsSet(Stage& stage)
-        : SettingsMachine(stage.actor, typing, stage.settings)
+        : SettingsMachine(stage.actor, typing, stage.settings, stage.language())
         , m_stage(stage) {
         loginItem.registered = true;
         m_window.bringToFront();

@@ -41,9 +41,11 @@ void Stage::Wallpaper::paintEvent(QPaintEvent*) {
                          "The quick brown fox jumps over the lazy dog, and the dog does not mind at all.");
 }
 
-Stage::Stage(const QString& directory, const QString& label, bool dark, Backdrop backdrop)
+Stage::Stage(const QString& directory, const QString& label, const QString& language, bool dark,
+             Backdrop backdrop)
     : m_directory(directory)
     , m_label(label)
+    , m_language(language)
     , m_isForFrontPage(backdrop == Backdrop::Plain)
     , m_wallpaper(dark, backdrop) {
     appearance.isDark.set(dark);

@@ -19,8 +19,11 @@ class Stage {
 public:
     enum class Backdrop { Desk, Plain };
 
-    /// `label` tells pictures of the same scene apart, such as "dark-200".
-    Stage(const QString& directory, const QString& label, bool dark, Backdrop backdrop = Backdrop::Desk);
+    /// `label` tells pictures of the same scene apart, such as "dark-200"; `language` is the session's, "de".
+    Stage(const QString& directory, const QString& label, const QString& language, bool dark,
+          Backdrop backdrop = Backdrop::Desk);
+
+    const QString& language() const { return m_language; }
 
     /// Lets the event loop run.
     void wait(Duration duration);
@@ -54,6 +57,7 @@ private:
 
     QString m_directory;
     QString m_label;
+    QString m_language;
     bool m_isForFrontPage;
     Wallpaper m_wallpaper;
 };

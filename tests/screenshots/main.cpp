@@ -68,7 +68,8 @@ int main(int argc, char** argv) {
         return EXIT_FAILURE;
     const auto only = qEnvironmentVariable("SCENES");
     const bool isForFrontPage = only == QStringLiteral("front-page");
-    test::Stage stage(arguments[1], arguments[2], arguments[3] == "dark",
+    const auto language = QFileInfo(catalogs.last()).baseName();
+    test::Stage stage(arguments[1], arguments[2], language, arguments[3] == "dark",
                       isForFrontPage ? test::Stage::Backdrop::Plain : test::Stage::Backdrop::Desk);
     stage.wait(seconds(0.5));
     const bool areAllWanted = only.isEmpty() || isForFrontPage;

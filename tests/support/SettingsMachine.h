@@ -32,11 +32,13 @@
 namespace talvera::test {
 
 /// What the settings window tells of and works with: a machine on which everything works but the language
-/// model, and a program that speaks English.
+/// model, and a program that speaks the session's language.
 class SettingsMachine {
 public:
-    SettingsMachine(MainActor& actor, SerialQueue& typing, AppSettings& userSettings)
+    SettingsMachine(MainActor& actor, SerialQueue& typing, AppSettings& userSettings,
+                    const QString& sessionLanguage = QStringLiteral("en"))
         : settings(userSettings)
+        , preferred{sessionLanguage, QStringLiteral("de")}
         , microphone(actor)
         , readiness({actor, microphone, access, languageModel, settingsPanels, activation})
         , hotkeyManager(actor, keyboard, console)
@@ -79,19 +81,18 @@ public:
     }
 
     AppSettings& settings;
+    const QStringList preferred;
     TapToToggleRule tapToToggleRule{settings};
     Directories directories{"/run/talvera", "/home/data", "/home/config", "/opt/talvera"};
     FakeFileSystem files{{"/opt/talvera/Resources/texts"}};
     RecordingConsole console;
     /// There are catalogs of these; none of them says anything.
     const bool hasCatalogs = [this] {
-        for (const auto* code : {"en", "de", "fr", "pt-BR", "pt-PT"})
-            files.write(QStringLiteral("/opt/talvera/Resources/texts/%1.json").arg(QLatin1String(code)),
-                        "{}");
+        for (const auto& code : QStringList{"en", "de", "fr", "pt-BR", "pt-PT"} + preferred)
+            files.write(QStringLiteral("/opt/talvera/Resources/texts/%1.json").arg(code), "{}");
         return true;
     }();
     FakeInstalledFonts fonts;
-    const QStringList preferred{QStringLiteral("en-GB"), QStringLiteral("de")};
     const InterfaceLanguage language{
         {files, directories, console, fonts}, settings.appLanguage.get(), preferred};
     FakeLoginItem loginItem;

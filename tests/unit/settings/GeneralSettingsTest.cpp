@@ -39,6 +39,24 @@ TEST_F(GeneralSettingsTest, otherDisplayLanguage_asksForARestartUntilItIsChanged
     EXPECT_EQ(done, QStringList{"relaunch"});
 }
 
+TEST_F(GeneralSettingsTest, displayLanguageThatIsSpokenAlready_needsNoRestart) {
+    for (const auto* const begunWith : {"de", "system"}) {
+        const InterfaceLanguage german{{files, directories, console, fonts}, begunWith, {"de-AT", "en"}};
+        auto parts = modelParts.general;
+        GeneralSettings speaksGerman({.settings = parts.settings,
+                                      .language = german,
+                                      .loginItem = parts.loginItem,
+                                      .sounds = parts.sounds,
+                                      .relaunch = parts.relaunch});
+        for (const auto* const chosen : {"Deutsch", "Follow system"}) {
+            choose(*speaksGerman.displayLanguage(), "English");
+            EXPECT_TRUE(speaksGerman.asksToRelaunch());
+            choose(*speaksGerman.displayLanguage(), chosen);
+            EXPECT_FALSE(speaksGerman.asksToRelaunch()) << begunWith << ", " << chosen;
+        }
+    }
+}
+
 TEST_F(GeneralSettingsTest, languageWithoutACatalog_isNoReasonToRestart) {
     choose(*general.displayLanguage(), "日本語");
     EXPECT_FALSE(general.asksToRelaunch());
