@@ -66,7 +66,7 @@ FocusScope {
         width: Math.min(list.width - 2 * Theme.spacingSmall, list.owner.width + rows.x + Theme.iconColumn - list.owner.leftPadding)
         height: list.rowHeight * Math.max(1, Math.min(rows.count, 12, Math.floor((list.height - 32) / list.rowHeight))) + 8
         radius: Theme.radiusMedium
-        outline: Theme.mark
+        outline: Theme.hairline
         Accessible.role: Accessible.List
         Accessible.name: list.title
 

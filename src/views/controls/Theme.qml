@@ -17,7 +17,8 @@ QtObject {
     readonly property color overlayOpaque: dark ? "#1c1c20" : "#fcfcfd" ///< where nothing can shine through
     readonly property color overlayOutline: dark ? "#4dffffff" : "#4d000000"
     readonly property color outline: dark ? "#38383f" : "#dcdce2"
-    readonly property color mark: dark ? "#5a5a64" : "#b4b4be" ///< tells a place without words
+    readonly property color hairline: dark ? "#5a5a64" : "#b4b4be" ///< around what lies over other things of its window
+    readonly property color mark: dark ? "#787882" : "#868690" ///< tells a place without words, so it stands out from all of these
     readonly property color separator: dark ? "#2e2e34" : "#e8e8ec"
     readonly property color scrim: dark ? "#66000000" : "#1f000000" ///< over what can't be used for now
     readonly property color shadow: dark ? "#8c000000" : "#38000000" ///< of what floats

@@ -12,6 +12,13 @@ T.Slider {
     property string help
     property real shownValue: 0
     property bool made: false
+    /// As thick as leaves the same above and below it within the knob, in whole pixels.
+    readonly property real thickness: {
+        const ratio = Screen.devicePixelRatio
+        const knob = Math.round(16 * ratio)
+        const wanted = Math.round(4 * ratio)
+        return (wanted - (knob - wanted) % 2) / ratio
+    }
     readonly property real minimumValue: from ///< as screen readers ask for it
     readonly property real maximumValue: to
 
@@ -47,22 +54,22 @@ T.Slider {
 
     background: Plane {
         x: slider.leftPadding
-        y: Math.round((slider.height - height) / 2)
+        y: (slider.height - height) / 2
         width: slider.availableWidth
-        height: 4
-        radius: 2
-        color: Theme.fillPressed
+        height: slider.thickness
+        radius: height / 2
+        color: Theme.mark
 
         Plane {
             width: Math.round(slider.visualPosition * parent.width)
             height: parent.height
-            radius: 2
-            color: slider.enabled ? Theme.accent : Theme.mark
+            radius: height / 2
+            color: Theme.accent
         }
     }
     handle: Plane {
         x: Math.round(slider.leftPadding + slider.visualPosition * (slider.availableWidth - width))
-        y: Math.round((slider.height - height) / 2)
+        y: (slider.height - height) / 2
         implicitWidth: 16
         implicitHeight: 16
         radius: 8

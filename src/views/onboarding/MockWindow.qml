@@ -54,7 +54,7 @@ Surface {
                     width: 10
                     height: 10
                     radius: 5
-                    color: Theme.mark
+                    color: Theme.hairline
                 }
             }
         }

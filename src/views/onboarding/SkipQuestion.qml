@@ -29,7 +29,7 @@ FocusScope {
         anchors.centerIn: parent
         width: 440
         height: content.implicitHeight + 48
-        outline: Theme.mark
+        outline: Theme.hairline
 
         Column {
             id: content

@@ -70,7 +70,7 @@ FocusScope {
         width: list.width - 2 * x
         // Whole rows only, and room for the remark where there is none.
         height: around + list.rowHeight * Math.max(1, Math.min(rows.count, Math.floor((room - around) / list.rowHeight)))
-        outline: Theme.mark
+        outline: Theme.hairline
         Accessible.role: Accessible.List
         Accessible.name: list.title
 

@@ -58,7 +58,7 @@ Plane {
         anchors.centerIn: parent
         width: 1
         height: 32
-        color: Theme.mark
+        color: Theme.hairline
     }
     Figure {
         x: card.width / 2 + Theme.spacing

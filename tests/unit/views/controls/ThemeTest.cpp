@@ -69,7 +69,7 @@ TEST_P(Theme, textOnEveryPlane_isReadable) {
 
 TEST_P(Theme, whatTellsWithoutWords_standsOut) {
     for (const char* plane : {"window", "surface", "overlayOpaque", "fill"}) {
-        for (const char* sign : {"focusRing", "good", "warn", "bad", "accent"})
+        for (const char* sign : {"focusRing", "mark", "good", "warn", "bad", "accent"})
             EXPECT_GE(contrast(color(sign), color(plane)), 3) << sign << " on " << plane;
     }
 }
