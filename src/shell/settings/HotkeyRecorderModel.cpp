@@ -115,9 +115,12 @@ void HotkeyRecorderModel::setBoundChord(const QString& text) {
         Q_EMIT boundChordChanged();
 }
 
-QString HotkeyRecorderModel::prompt() const {
-    return isArmed() ? localized("hotkey.recorder.armed", "Press a shortcut…")
-                     : localized("hotkey.recorder.idle", "Click to record");
+QString HotkeyRecorderModel::idlePrompt() const {
+    return localized("hotkey.recorder.idle", "Click to record");
+}
+
+QString HotkeyRecorderModel::armedPrompt() const {
+    return localized("hotkey.recorder.armed", "Press a shortcut…");
 }
 
 QString HotkeyRecorderModel::shortcut() const {

@@ -28,6 +28,8 @@ class HotkeyRecorderModel final : public QObject {
     Q_PROPERTY(bool isArmed READ isArmed NOTIFY isArmedChanged)
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY isRecordingChanged)
     Q_PROPERTY(QString prompt READ prompt NOTIFY isArmedChanged)
+    Q_PROPERTY(QString idlePrompt READ idlePrompt CONSTANT)
+    Q_PROPERTY(QString armedPrompt READ armedPrompt CONSTANT)
     Q_PROPERTY(QString shortcut READ shortcut NOTIFY shortcutChanged)
     Q_PROPERTY(QStringList keyCaps READ keyCaps NOTIFY shortcutChanged)
     Q_PROPERTY(QString refusal READ refusal NOTIFY refusalChanged)
@@ -54,8 +56,10 @@ public:
     bool isArmed() const { return m_recorder.view.isArmed.get(); }
     bool isRecording() const { return m_recorder.isRecording.get(); }
 
-    /// What the field says of itself.
-    QString prompt() const;
+    /// What the field says of itself, now and in either state.
+    QString prompt() const { return isArmed() ? armedPrompt() : idlePrompt(); }
+    QString idlePrompt() const;
+    QString armedPrompt() const;
     /// The shortcut that is set, in words and as caps; empty when none is.
     QString shortcut() const;
     QStringList keyCaps() const;

@@ -29,10 +29,15 @@ Column {
         id: field
 
         readonly property bool hasCaps: control.showsShortcut && control.recorder.shortcut !== ""
+        /// Of what it says without a shortcut and while it records: neither makes it wider.
+        readonly property real roomForWords: Math.max(
+            metrics.advanceWidth(control.recorder.armedPrompt),
+            metrics.advanceWidth(control.recorder.idlePrompt)
+                + (control.absent !== "" ? metrics.advanceWidth(control.absent) + words.spacing : 0))
 
         recorder: control.recorder
         width: parent.width
-        implicitWidth: 4 * Math.ceil((words.implicitWidth + 2 * Theme.spacing) / 4)
+        implicitWidth: 4 * Math.ceil((Math.max(words.implicitWidth, roomForWords) + 2 * Theme.spacing) / 4)
         implicitHeight: 32
 
         Accessible.role: Accessible.Button
@@ -52,7 +57,7 @@ Column {
             color: field.recorder.isArmed ? Qt.alpha(Theme.accent, 0.3) : pointer.hovered ? Theme.fillHovered
                  : control.onTint ? Theme.surface : Theme.fill
             outlineWidth: 1
-            outline: field.recorder.isArmed ? Theme.accent : Theme.outline
+            outline: field.recorder.isArmed ? Theme.accent : Theme.mark
         }
         Row {
             id: words
@@ -84,6 +89,7 @@ Column {
                 color: Theme.text
             }
             Caption {
+                id: prompt
                 anchors.verticalCenter: parent.verticalCenter
                 visible: control.invites || !field.hasCaps || field.recorder.isArmed
                 text: field.recorder.prompt
@@ -96,6 +102,10 @@ Column {
         }
         HoverHandler {
             id: pointer
+        }
+        FontMetrics {
+            id: metrics
+            font: prompt.font
         }
     }
     NoteLine {

@@ -99,6 +99,22 @@ TEST_F(RecorderField, atRest_showsTheKeysAndInvites) {
     EXPECT_EQ(shownTexts(), (QStringList{"Not set", "Click to record"}));
 }
 
+TEST_F(RecorderField, whatItSays_doesNotChangeItsWidth) {
+    const auto fieldWidth = [&] {
+        window.grabWindow(); // lays it out
+        return view->property("fieldWidth").toDouble();
+    };
+    view->setProperty("invites", false);
+    const auto width = fieldWidth();
+    EXPECT_GT(width, 0);
+    model.record();
+    EXPECT_EQ(fieldWidth(), width) << "armed";
+    model.clear();
+    EXPECT_EQ(fieldWidth(), width) << "cleared";
+    model.record();
+    EXPECT_EQ(fieldWidth(), width) << "armed without a shortcut";
+}
+
 TEST_F(RecorderField, click_listens) {
     click();
     EXPECT_TRUE(model.isArmed());
