@@ -13,12 +13,13 @@ T.AbstractButton {
     property string leadingIcon
     property string trailingIcon
     readonly property real corner: compact ? Theme.radiusSmall : Theme.radiusMedium
-    readonly property color tone: !enabled ? Theme.textSecondary : primary ? Theme.textOnAccent : Theme.text
+    readonly property color tone: primary && enabled ? Theme.textOnAccent : Theme.text
 
     implicitWidth: 4 * Math.ceil((contentItem.implicitWidth + leftPadding + rightPadding) / 4)
     implicitHeight: compact ? 32 : 36
     leftPadding: compact ? Theme.spacing : Theme.spacingLarge
     rightPadding: leftPadding
+    opacity: enabled ? 1 : 0.5
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.name: text

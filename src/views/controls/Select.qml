@@ -36,6 +36,7 @@ T.ComboBox {
     implicitHeight: 32
     leftPadding: Theme.spacing
     rightPadding: Theme.spacingSmall
+    opacity: enabled ? 1 : 0.5
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
     Accessible.role: Accessible.ComboBox
@@ -78,7 +79,6 @@ T.ComboBox {
         Label {
             anchors { left: parent.left; right: chevron.left; rightMargin: Theme.spacingSmall; verticalCenter: parent.verticalCenter }
             text: select.text
-            color: select.enabled ? Theme.text : Theme.textSecondary
         }
         Symbol {
             id: chevron

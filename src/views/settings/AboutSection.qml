@@ -61,8 +61,10 @@ SettingsSectionBody {
                 required property var modelData
                 required property int index
 
-                x: Theme.spacingSmall
-                width: (parent?.width ?? 0) - 2 * x
+                width: parent?.width ?? 0
+                implicitHeight: 40
+                leftPadding: Theme.spacingLarge
+                rightPadding: Theme.spacingLarge
                 text: modelData.name
                 Accessible.role: Accessible.Button
                 Accessible.name: text
@@ -70,6 +72,19 @@ SettingsSectionBody {
                 Accessible.onPressAction: row.clicked()
                 onClicked: section.licences.open(index)
 
+                background: Item {
+                    RowDivider { }
+                    Plane {
+                        anchors { fill: parent; margins: 4 }
+                        radius: Theme.radiusSmall
+                        color: row.pressed ? Theme.fillPressed : row.hovered ? Theme.fillHovered : "transparent"
+
+                        FocusRing {
+                            radius: Theme.radiusSmall
+                            shown: row.visualFocus
+                        }
+                    }
+                }
                 contentItem: Item {
                     implicitHeight: name.implicitHeight
 
@@ -95,6 +110,5 @@ SettingsSectionBody {
             }
             // qmllint enable unqualified
         }
-        Item { width: 1; height: Theme.spacing } // as below the other rows
     }
 }

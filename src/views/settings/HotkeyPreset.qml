@@ -14,7 +14,9 @@ T.RadioButton {
     property bool selected: false
     property bool first: false
 
-    readonly property real room: caps.x - label.x - Theme.spacing
+    readonly property real wholeRoom: width - label.x - Theme.spacingLarge ///< for words and keys
+    readonly property bool showsKeys: label.implicitWidth + Theme.spacing + caps.width <= wholeRoom ///< else the words do alone
+    readonly property real room: wholeRoom - (showsKeys ? caps.width + Theme.spacing : 0)
     /// Where both don't fit on one line.
     readonly property bool badgeBelow: pill.visible && label.implicitWidth + Theme.spacingSmall + pill.width > room
     readonly property real wordsHeight: label.height + (badgeBelow ? Theme.spacingTiny + pill.height : 0)
@@ -37,13 +39,7 @@ T.RadioButton {
     Keys.onUpPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 
     background: Item {
-        Plane {
-            x: Theme.spacingLarge
-            width: parent.width - 2 * x
-            height: 1
-            visible: !row.first
-            color: Theme.separator
-        }
+        RowDivider { visible: !row.first }
         Plane {
             anchors { fill: parent; margins: 4 }
             radius: Theme.radiusSmall
@@ -89,6 +85,7 @@ T.RadioButton {
             id: caps
             x: parent.width - width - Theme.spacingLarge
             anchors.verticalCenter: parent.verticalCenter
+            visible: row.showsKeys
             spacing: 6
 
             Repeater {

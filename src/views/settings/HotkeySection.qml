@@ -47,6 +47,7 @@ SettingsSectionBody {
         HotkeyPreset {
             systemIcon: "square.and.pencil"
             text: section.hotkey.customText
+            keys: selected ? section.hotkey.currentKeys : []
             selected: section.hotkey.selectedId === "custom"
             onClicked: section.hotkey.recordCustom()
         }

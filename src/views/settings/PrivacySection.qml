@@ -19,12 +19,14 @@ SettingsSectionBody {
                 id: claim
 
                 required property string modelData
+                required property int index
 
                 width: parent?.width ?? 0
                 height: Math.max(44, words.implicitHeight + 2 * Theme.spacing)
                 Accessible.role: Accessible.StaticText
                 Accessible.name: modelData
 
+                RowDivider { visible: claim.index > 0 }
                 Symbol {
                     x: Theme.spacingLarge
                     anchors.verticalCenter: parent.verticalCenter

@@ -22,13 +22,7 @@ Item {
     height: implicitHeight
     onControlChanged: control.parent = slot
 
-    Plane {
-        x: Theme.spacingLarge
-        width: parent.width - 2 * x
-        height: 1
-        visible: !row.first
-        color: Theme.separator
-    }
+    RowDivider { visible: !row.first }
     Item {
         id: inner
         x: Theme.spacingLarge + row.indent

@@ -40,7 +40,7 @@ Item {
             Column {
                 id: column
 
-                readonly property real sides: Math.max(Theme.spacingHuge, Math.round((pages.width - 720) / 2))
+                readonly property real sides: Math.max(Theme.spacingHuge, 4 * Math.round((pages.width - 720) / 8))
 
                 x: sides
                 y: Theme.spacingHuge

@@ -15,7 +15,7 @@ FocusScope {
         return width
     }
 
-    implicitWidth: Math.max(200, Math.ceil(widest) + 2 * Theme.spacing)
+    implicitWidth: Math.max(200, 4 * Math.ceil((widest + 2 * Theme.spacing) / 4)) // whole pixels at every scale
 
     function itemAt(index) {
         return index < count - 1 ? sections.itemAt(index) : about

@@ -60,7 +60,7 @@ FocusScope {
         color: Theme.separator
     }
     Loader {
-        anchors { left: sidebar.right; leftMargin: 1; right: parent.right; top: parent.top; bottom: parent.bottom }
+        anchors { left: sidebar.right; right: parent.right; top: parent.top; bottom: parent.bottom }
         sourceComponent: view.licences.isOpen ? licence : view.settings.showsAbout ? about : view.pages[view.settings.section]
         // What had the keyboard is gone, or is the section of before.
         onLoaded: {

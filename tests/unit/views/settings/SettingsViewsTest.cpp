@@ -28,6 +28,16 @@ TEST_P(TranslatedSettings, everyState_isShownWhole) {
     expectWholeTextsEverywhere({560, 360});
 }
 
+TEST_P(TranslatedSettings, cards_beginAndEndOnWholePixelsAtEveryScale) {
+    for (const int width : {840, 960, 1600}) {
+        make({width, 640});
+        for (const auto* card : shownOfType("SettingsCard")) {
+            EXPECT_EQ(std::fmod(placeOf(*card).left(), 4), 0) << width;
+            EXPECT_EQ(std::fmod(placeOf(*card).width(), 4), 0) << width;
+        }
+    }
+}
+
 TEST_F(SettingsViews, sidebar_goesByArrowKeysAndShortcuts) {
     show();
     EXPECT_EQ(focused(), "General");
@@ -126,6 +136,33 @@ TEST_F(SettingsViews, clearedShortcut_leavesTheKeyboardAtItsField) {
     press(Qt::Key_Space);
     EXPECT_FALSE(settings.translateToggleBinding.get());
     EXPECT_EQ(focused(), "Translate shortcut");
+}
+
+TEST_F(SettingsViews, buttonThatCantBeUsed_isFainterThanOthers) {
+    show();
+    model->select("language");
+    layOut(*view);
+    auto& clear = control("Clear");
+    EXPECT_EQ(clear.opacity(), 1);
+    click(clear);
+    EXPECT_LT(clear.opacity(), 1);
+}
+
+TEST_F(SettingsViews, ownHotkey_isShownByItsKeysInItsRow) {
+    show();
+    model->select("hotkey");
+    const auto shownCaps = [&] { return shownOfType("KbdCap").size(); };
+    const auto ofPresets = shownCaps() - model->hotkey()->currentKeys().size();
+    settings.hotkeyBinding.set(HotkeyBinding::chord(0x1C0000, VirtualKey::T));
+    EXPECT_EQ(shownCaps(), ofPresets + 2 * 4) << "in the field, and in the row";
+}
+
+TEST_F(SettingsViews, rowsOfALongList_haveLinesBetweenThem) {
+    make();
+    model->select("privacy");
+    EXPECT_EQ(shownOfType("RowDivider").size(), model->privacyClaims().size() - 1);
+    model->selectAbout();
+    EXPECT_EQ(shownOfType("RowDivider").size(), 1 + model->about()->thirdParties()->parties().size());
 }
 
 TEST_F(SettingsViews, switch_isFlippedByMouseAndKeyboard) {
