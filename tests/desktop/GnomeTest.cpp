@@ -26,6 +26,12 @@ TEST_F(DictationOnGnome, intoAGtk4Editor_isWritten) {
     dictateInto(editor);
 }
 
+TEST_F(DictationOnGnome, intoAVteTerminal_isWritten) {
+    startAgent();
+    Receiver terminal(Receiver::Kind::VteTerminal);
+    dictateInto(terminal);
+}
+
 TEST_F(DictationOnGnome, intoAnXTerminal_isPasted) {
     startAgent();
     Receiver terminal(Receiver::Kind::Terminal);

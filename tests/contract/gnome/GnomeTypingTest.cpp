@@ -52,7 +52,13 @@ TEST_F(GnomeTyping, gtk4_getsMixedText) {
 }
 
 TEST_F(GnomeTyping, terminal_getsMixedText) {
-    expectMixedTextIsWritten(Kind::WaylandTerminal);
+    expectMixedTextIsWritten(Kind::VteTerminal);
+}
+
+TEST_F(GnomeTyping, terminalThatDropsLetters_saysThatItMustBePastedInto) {
+    const Receiver foot(Kind::WaylandTerminal);
+    ASSERT_TRUE(desk.isInFront(foot.process(), true));
+    EXPECT_FALSE(desk.poster.isTypingFaithful(desk.poster.focusedTarget()));
 }
 
 TEST_F(GnomeTyping, xProgram_saysThatItMustBePastedInto) {

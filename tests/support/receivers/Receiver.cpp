@@ -161,6 +161,8 @@ void Receiver::awaitFocus(Kind kind, const QString& title) {
 }
 
 void Receiver::launch(Kind kind, const QString& title) {
+    if (kind == Kind::WaylandTerminal && isOnKwin())
+        kind = Kind::VteTerminal; // foot dies of the screen without a size in millimetres that KWin 5.27 has here
     const std::string directory = TALVERA_RECEIVERS;
     const std::string pipe = m_directory / "pipe";
     const std::string profile = m_directory / "profile";
@@ -179,10 +181,10 @@ void Receiver::launch(Kind kind, const QString& title) {
         command = {"xterm", "-u8", "-T", title.toStdString(), "-e", directory + "/terminal-reader.py", pipe};
         break;
     case Kind::WaylandTerminal:
-        if (isOnKwin()) // foot dies of the screen without a size in millimetres that KWin 5.27 has here
-            command = {directory + "/vte-terminal.py", pipe, title.toStdString()};
-        else
-            command = {"foot", "-T", title.toStdString(), directory + "/terminal-reader.py", pipe};
+        command = {"foot", "-T", title.toStdString(), directory + "/terminal-reader.py", pipe};
+        break;
+    case Kind::VteTerminal:
+        command = {directory + "/vte-terminal.py", pipe, title.toStdString()};
         break;
     case Kind::Chromium:
         command = {directory + "/chromium-editor.py", pipe, title.toStdString(), profile};

@@ -17,7 +17,7 @@ namespace talvera::test {
 /// A real application with a text field, whose text a test can read back. It lives as long as this object.
 class Receiver {
 public:
-    enum class Kind { Gtk, Gtk4, Qt, Terminal, WaylandTerminal, Chromium };
+    enum class Kind { Gtk, Gtk4, Qt, Terminal, WaylandTerminal, VteTerminal, Chromium };
 
     static constexpr std::chrono::seconds patience{30};
 

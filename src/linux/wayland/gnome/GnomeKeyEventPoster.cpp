@@ -42,6 +42,12 @@ private:
     std::uint64_t m_window; ///< 0: no window had the keyboard
 };
 
+/// foot heeds a text only while nothing that it has told itself, such as where its cursor is now, is on its way
+/// to the Shell. So it drops letters that come while it writes, and nobody hears of it.
+bool dropsWhatItIsWritten(const QString& application) {
+    return application.section(QLatin1Char('.'), -1).startsWith(QStringLiteral("foot"));
+}
+
 /// The window that a text belongs to: nothing where that is any window, 0 where there was none.
 std::optional<std::uint64_t> windowOf(const TypingTargetPtr& target) {
     const auto* const known = dynamic_cast<const GnomeTarget*>(target.get());
@@ -96,7 +102,11 @@ bool GnomeKeyEventPoster::isTypingFaithful(const TypingTargetPtr& target) {
         const auto window = focus ? focus->value(0).toULongLong() : 0;
         const bool takesText = focus && focus->value(3).toBool();
         // Where the text can't come to stand at all, typing will tell so.
-        if (window == 0 || (wanted && *wanted != window) || takesText)
+        if (window == 0 || (wanted && *wanted != window))
+            return true;
+        if (dropsWhatItIsWritten(focus->value(2).toString()))
+            return false;
+        if (takesText)
             return true;
         if (Clock::now() - m_view->focusedSince() >= fieldPatience)
             return false;
