@@ -98,9 +98,11 @@ private:
         return focus && focus->focus == window && focusedWindow(*m_connection) == window;
     }
 
+    /// For long: the server tells of each change between the keyboards that type, and a window manager that
+    /// has thousands of those before it comes to a new window late.
     template <typename Condition>
     static bool waitUntil(Condition condition) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(2);
         while (!condition()) {
             if (std::chrono::steady_clock::now() > deadline) {
                 return false;

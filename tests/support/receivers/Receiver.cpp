@@ -162,7 +162,8 @@ void Receiver::awaitFocus(Kind kind, const QString& title) {
 
 void Receiver::launch(Kind kind, const QString& title) {
     if (kind == Kind::WaylandTerminal && isOnKwin())
-        kind = Kind::VteTerminal; // foot dies of the screen without a size in millimetres that KWin 5.27 has here
+        kind = Kind::VteTerminal; // foot dies of the screen without a size in millimetres that KWin 5.27 has
+                                  // here
     const std::string directory = TALVERA_RECEIVERS;
     const std::string pipe = m_directory / "pipe";
     const std::string profile = m_directory / "profile";

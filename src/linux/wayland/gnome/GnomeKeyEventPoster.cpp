@@ -42,8 +42,8 @@ private:
     std::uint64_t m_window; ///< 0: no window had the keyboard
 };
 
-/// foot heeds a text only while nothing that it has told itself, such as where its cursor is now, is on its way
-/// to the Shell. So it drops letters that come while it writes, and nobody hears of it.
+/// foot heeds a text only while nothing that it has told itself, such as where its cursor is now, is on its
+/// way to the Shell. So it drops letters that come while it writes, and nobody hears of it.
 bool dropsWhatItIsWritten(const QString& application) {
     return application.section(QLatin1Char('.'), -1).startsWith(QStringLiteral("foot"));
 }
