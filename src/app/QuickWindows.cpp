@@ -32,6 +32,7 @@ ViewEngine& QuickWindows::views() {
     if (!m_views) {
         m_views.emplace(m_parts.appearance);
         m_views->onMemoryGivenBack = [this] { m_libraries.giveBack(); };
+        QuickMenuPanel::prepare(*m_views);
     }
     return *m_views;
 }

@@ -38,7 +38,8 @@ private:
     ViewEngine& views();
 
     Parts m_parts;
-    LaterLibraries m_libraries{{"libcrypto.so", "libQt6Network.so"}}; // the two are for downloads
+    /// With those for downloads, and those for a recording's end.
+    LaterLibraries m_libraries{{"libcrypto.so", "libQt6Network.so", "libsndfile.so", "libsoxr.so", "libicu"}};
     std::optional<ViewEngine> m_views;
 };
 

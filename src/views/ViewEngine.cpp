@@ -9,6 +9,9 @@
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTimer>
+
+#include <chrono>
 
 #include <malloc.h>
 
@@ -16,10 +19,18 @@ namespace talvera {
 
 namespace {
 
+// The program starts meanwhile, and needs the processors for that.
+constexpr auto beforePreparing = std::chrono::milliseconds(500);
+constexpr auto afterglow = std::chrono::seconds(1);
+
 /// Inter where it is installed, since the layouts were drawn with it; else the desktop's own font.
 QString interfaceFont() {
     const auto preferred = QStringLiteral("Inter");
     return QFontInfo(QFont(preferred)).family() == preferred ? preferred : QGuiApplication::font().family();
+}
+
+QUrl sourceOf(const QString& view) {
+    return {QStringLiteral("qrc:/qt/qml/Talvera/%1.qml").arg(view)};
 }
 
 /// The engine makes the theme when a view first names it, and owns it.
@@ -62,8 +73,19 @@ void ViewEngine::setTranslucent(bool translucent) {
     m_theme->setProperty("translucent", translucent);
 }
 
+void ViewEngine::prepare(const QString& name) {
+    auto* const view = new QQmlComponent(&m_engine, &m_engine);
+    QObject::connect(view, &QQmlComponent::statusChanged, view, [this, view] {
+        if (!view->isLoading())
+            giveBackFreed();
+    });
+    const auto source = sourceOf(name);
+    QTimer::singleShot(beforePreparing, view,
+                       [view, source] { view->loadUrl(source, QQmlComponent::Asynchronous); });
+}
+
 std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVariantMap& properties) {
-    QQmlComponent component(&m_engine, QUrl(QStringLiteral("qrc:/qt/qml/Talvera/%1.qml").arg(name)));
+    QQmlComponent component(&m_engine, sourceOf(name));
     // Asked first: in Qt 6.4 a component with a mistake crashes when it is to be made.
     std::unique_ptr<QObject> object(component.isReady() ? component.createWithInitialProperties(properties)
                                                         : nullptr);
@@ -77,14 +99,17 @@ std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVaria
 void ViewEngine::giveBackFreed() {
     m_engine.collectGarbage();
     malloc_trim(0);
+    if (onMemoryGivenBack)
+        onMemoryGivenBack();
 }
 
 void ViewEngine::giveBackMemory() {
-    m_engine.collectGarbage();
-    m_engine.trimComponentCache();
-    malloc_trim(0);
-    if (onMemoryGivenBack)
-        onMemoryGivenBack();
+    // The window goes first; what it has left to the event loop, its model and what only those used follow
+    // one by one.
+    QTimer::singleShot(afterglow, &m_engine, [this] {
+        m_engine.trimComponentCache();
+        giveBackFreed();
+    });
 }
 
 } // namespace talvera

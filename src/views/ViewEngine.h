@@ -27,6 +27,11 @@ public:
     ViewEngine(const ViewEngine&) = delete;
     ViewEngine& operator=(const ViewEngine&) = delete;
 
+    /// Reads in the background what the view of `name`.qml is made of, so that it comes as quickly the first
+    /// time as later, and so that what stays in memory for good isn't strewn among what a window needs for a
+    /// while.
+    void prepare(const QString& name);
+
     /// Makes the view of `name`.qml, such as "hud/HUDRoot". It belongs to the caller. A view that can't be
     /// made ends the program: it is part of it.
     std::unique_ptr<QQuickItem> create(const QString& name, const QVariantMap& properties);
@@ -34,7 +39,7 @@ public:
     /// Returns to the system what a closed view has freed. What makes it again quickly is kept.
     void giveBackFreed();
 
-    /// Lets go of what no view needs any more, for when a large one has gone.
+    /// Soon lets go of what no view needs any more, too, for when a large one has gone.
     void giveBackMemory();
     std::function<void()> onMemoryGivenBack; ///< for what isn't the views' own
 

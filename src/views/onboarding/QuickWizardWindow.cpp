@@ -59,6 +59,7 @@ QuickWizardWindow::~QuickWizardWindow() {
     m_window->onClosed = nullptr;
     m_window->hide();
     m_view.reset();
+    m_window->releaseResources(); // pictures that nothing shows any more
     m_window.reset();
     m_engine.giveBackMemory();
 }

@@ -18,6 +18,7 @@ namespace talvera {
 
 namespace {
 
+const auto content = QStringLiteral("panel/MenuPanelView");
 constexpr int fadeInTime = 120;
 constexpr int fadeOutTime = 100;
 
@@ -29,6 +30,10 @@ void layOut(QQuickItem& item) {
 }
 
 } // namespace
+
+void QuickMenuPanel::prepare(ViewEngine& engine) {
+    engine.prepare(content);
+}
 
 QuickMenuPanel::QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelDesktop& desktop)
     : m_engine(engine)
@@ -79,8 +84,7 @@ void QuickMenuPanel::renewContent() {
     m_panel->setColor(m_composited ? QColor(Qt::transparent)
                                    : m_engine.theme().property("overlayOpaque").value<QColor>());
     m_view.reset();
-    m_view = m_engine.create(QStringLiteral("panel/MenuPanelView"),
-                             {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)}});
+    m_view = m_engine.create(content, {{QStringLiteral("panel"), QVariant::fromValue<QObject*>(&m_model)}});
     m_view->setWidth(menuPanelWidth);
     // Its layout is under way when it tells.
     QObject::connect(m_view.get(), SIGNAL(fittingHeightChanged()), m_panel.get(), SLOT(contentChanged()),
@@ -186,6 +190,7 @@ void QuickMenuPanel::faded() {
         return;
     m_panel->hide();
     m_view.reset();
+    m_panel->releaseResources(); // pictures that nothing shows any more
     makeWindow();
     m_engine.giveBackFreed();
 }

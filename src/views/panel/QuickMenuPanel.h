@@ -20,6 +20,9 @@ class ViewEngine;
 /// The status panel on the screen: a window without a frame, and the view in it.
 class QuickMenuPanel final : public MenuPanelWindow {
 public:
+    /// Makes ready what every panel is made of, before there is one.
+    static void prepare(ViewEngine& engine);
+
     QuickMenuPanel(ViewEngine& engine, MenuPanelModel& model, PanelDesktop& desktop);
     ~QuickMenuPanel() override;
     QuickMenuPanel(const QuickMenuPanel&) = delete;

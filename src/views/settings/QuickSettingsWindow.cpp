@@ -40,6 +40,7 @@ QuickSettingsWindow::~QuickSettingsWindow() {
     m_window->onClosed = nullptr;
     m_window->hide();
     m_view.reset();
+    m_window->releaseResources(); // pictures that nothing shows any more
     m_window.reset();
     m_engine.giveBackMemory();
 }
