@@ -34,6 +34,9 @@ constexpr XKeycode escape = test::Key::escape;
 /// The panel fades in or out, and the agent frees what it needs no longer.
 constexpr auto settling = 400ms;
 
+/// A closed window's memory is given back after a while.
+constexpr auto givingBack = 2s;
+
 constexpr auto withoutAWord = 1500ms;
 
 class Panel {
@@ -63,6 +66,7 @@ void measureEveryWindow() {
     const double before = tree.megabytesOfRoot();
     const double ownBefore = tree.ownMegabytesOfRoot();
     const auto print = [&](const std::string& after) {
+        std::this_thread::sleep_for(givingBack);
         agent.awaitRest();
         printFigure("memory (PSS) after " + after + " beyond that before", tree.megabytesOfRoot() - before,
                     "MB", Aim::atMost(5));

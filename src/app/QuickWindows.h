@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "concurrency/Lifetime.h"
+#include "concurrency/Time.h"
 #include "core/WindowFactory.h"
 #include "linux/posix/LaterLibraries.h"
 #include "views/ViewEngine.h"
 
+#include <functional>
 #include <optional>
 
 namespace talvera {
@@ -36,11 +39,13 @@ public:
 
 private:
     ViewEngine& views();
+    void after(Duration delay, std::function<void()> work);
 
     Parts m_parts;
-    /// With those for downloads, and those for a recording's end.
-    LaterLibraries m_libraries{{"libcrypto.so", "libQt6Network.so", "libsndfile.so", "libsoxr.so", "libicu"}};
+    /// With those for windows and downloads, and those for a recording's end.
+    LaterLibraries m_libraries{{"libQt6", "libcrypto.so", "libsndfile.so", "libsoxr.so", "libicu"}};
     std::optional<ViewEngine> m_views;
+    Lifetime m_lifetime;
 };
 
 } // namespace talvera

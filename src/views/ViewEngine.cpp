@@ -9,19 +9,12 @@
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTimer>
-
-#include <chrono>
 
 #include <malloc.h>
 
 namespace talvera {
 
 namespace {
-
-// The program starts meanwhile, and needs the processors for that.
-constexpr auto beforePreparing = std::chrono::milliseconds(500);
-constexpr auto afterglow = std::chrono::seconds(1);
 
 /// Inter where it is installed, since the layouts were drawn with it; else the desktop's own font.
 QString interfaceFont() {
@@ -79,9 +72,7 @@ void ViewEngine::prepare(const QString& name) {
         if (!view->isLoading())
             giveBackFreed();
     });
-    const auto source = sourceOf(name);
-    QTimer::singleShot(beforePreparing, view,
-                       [view, source] { view->loadUrl(source, QQmlComponent::Asynchronous); });
+    view->loadUrl(sourceOf(name), QQmlComponent::Asynchronous);
 }
 
 std::unique_ptr<QQuickItem> ViewEngine::create(const QString& name, const QVariantMap& properties) {
@@ -104,12 +95,16 @@ void ViewEngine::giveBackFreed() {
 }
 
 void ViewEngine::giveBackMemory() {
-    // The window goes first; what it has left to the event loop, its model and what only those used follow
-    // one by one.
-    QTimer::singleShot(afterglow, &m_engine, [this] {
-        m_engine.trimComponentCache();
-        giveBackFreed();
-    });
+    m_engine.collectGarbage();
+    m_engine.trimComponentCache();
+    m_engine.collectGarbage();
+    m_engine.trimComponentCache(); // of what the first round has set free
+    giveBackFreed();
+}
+
+void ViewEngine::windowHasGone() {
+    if (onWindowGone)
+        onWindowGone();
 }
 
 } // namespace talvera

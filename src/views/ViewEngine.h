@@ -39,9 +39,13 @@ public:
     /// Returns to the system what a closed view has freed. What makes it again quickly is kept.
     void giveBackFreed();
 
-    /// Soon lets go of what no view needs any more, too, for when a large one has gone.
+    /// Lets go of what no view needs any more, too.
     void giveBackMemory();
     std::function<void()> onMemoryGivenBack; ///< for what isn't the views' own
+
+    /// Said by each large window at its end.
+    void windowHasGone();
+    std::function<void()> onWindowGone;
 
     /// Whether the desktop shows translucent windows as such, as those find it that are about to be shown.
     void setTranslucent(bool translucent);

@@ -54,14 +54,12 @@ QuickWizardWindow::QuickWizardWindow(ViewEngine& engine, OnboardingModel& model,
     m_view->setParentItem(m_window->contentItem());
 }
 
-/// What the view took goes back to the system with it.
 QuickWizardWindow::~QuickWizardWindow() {
     m_window->onClosed = nullptr;
     m_window->hide();
     m_view.reset();
-    m_window->releaseResources(); // pictures that nothing shows any more
     m_window.reset();
-    m_engine.giveBackMemory();
+    m_engine.windowHasGone();
 }
 
 QQuickWindow& QuickWizardWindow::window() {

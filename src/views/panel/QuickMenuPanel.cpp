@@ -190,7 +190,6 @@ void QuickMenuPanel::faded() {
         return;
     m_panel->hide();
     m_view.reset();
-    m_panel->releaseResources(); // pictures that nothing shows any more
     makeWindow();
     m_engine.giveBackFreed();
 }

@@ -35,14 +35,12 @@ QuickSettingsWindow::QuickSettingsWindow(ViewEngine& engine, SettingsModel& mode
     fit();
 }
 
-/// What the view took goes back to the system with it.
 QuickSettingsWindow::~QuickSettingsWindow() {
     m_window->onClosed = nullptr;
     m_window->hide();
     m_view.reset();
-    m_window->releaseResources(); // pictures that nothing shows any more
     m_window.reset();
-    m_engine.giveBackMemory();
+    m_engine.windowHasGone();
 }
 
 void QuickSettingsWindow::bringToFront() {
