@@ -1,7 +1,12 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: MIT
-"""screen-reader.py PID: what a screen reader finds of that process: a line of JSON for each object."""
+"""screen-reader.py: for each process that a line of the input names, what a screen reader finds of it: a line of JSON for
+each object, and an empty one at the end.
+
+To start takes longer than to look. Each look is nevertheless a fork of its own, which connects to the bus anew: a reader
+that stays keeps what it has read, and finds what is no longer there."""
 import json
+import os
 import sys
 
 import gi
@@ -42,9 +47,22 @@ def tell(thing):
         pass  # gone meanwhile
 
 
-Atspi.set_timeout(10000, 15000)  # milliseconds; the program may be busy
-desktop = Atspi.get_desktop(0)
-for number in range(desktop.get_child_count()):
-    application = desktop.get_child_at_index(number)
-    if application and application.get_process_id() == int(sys.argv[1]):
-        tell(application)
+def look(process):
+    Atspi.set_timeout(10000, 15000)  # milliseconds; the program may be busy
+    desktop = Atspi.get_desktop(0)
+    for number in range(desktop.get_child_count()):
+        application = desktop.get_child_at_index(number)
+        if application and application.get_process_id() == process:
+            tell(application)
+
+
+for kind in (Atspi.Accessible, Atspi.Component, Atspi.StateSet, Atspi.StateType, Atspi.CoordType, Atspi.Rect):
+    dir(kind)  # known from here on, and need not be found out in each look
+for line in sys.stdin:
+    child = os.fork()
+    if not child:
+        look(int(line))
+        sys.stdout.flush()
+        os._exit(0)
+    os.waitpid(child, 0)
+    print(flush=True)
