@@ -50,6 +50,9 @@ void compositor::bindHotkey(AgentHome& home) {
     home.set("SWAYSOCK", {});
     runner.reset();
     runner = std::make_unique<CommandRunner>(pipe, home.environment());
+    // Held keys repeat, and each time the whole program starts: at sway's own 25 a second the sanitized one
+    // keeps a processor busy.
+    tellSway("input type:keyboard repeat_rate 4");
     for (const auto* binding : {"bindsym Ctrl+Mod1+space exec echo press >%1",
                                 "bindsym --release Ctrl+Mod1+space exec echo release >%1"})
         tellSway(QString(binding).arg(pipe));
