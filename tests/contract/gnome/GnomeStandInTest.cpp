@@ -258,8 +258,8 @@ TEST_F(GnomeStandInTapsTest, chordGivenUpBeforeTheAnswer_isGivenBackAllTheSame) 
     const auto ungrabs = QStringList(grabsOf(allSpaces)).replaceInStrings("Grab", "Ungrab");
     shell.does("come");
     watchSpace();
-    ASSERT_TRUE(
-        isToldAll(grabsOf(allSpaces))); // it is known that the extension has come: it is asked at once now
+    // From here on it is known that the extension has come, and it is asked at once.
+    ASSERT_TRUE(isToldAll(grabsOf(allSpaces)));
     tap->watchNothing();
     ASSERT_TRUE(isToldAll(ungrabs));
     shell.does("hang");
