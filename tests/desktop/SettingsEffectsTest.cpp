@@ -290,7 +290,8 @@ TEST_F(SettingsEffects, languageModelThatIsChosen_isTheOneThatAnswers) {
         return shown(anyRole, "Language model").description == QString("clever.gguf – not found");
     };
     EXPECT_TRUE(eventually(isMissed));
-    EXPECT_TRUE(shown("label", "On this computer").description.contains("is off"));
+    EXPECT_TRUE(eventually(
+        [&] { return shown("label", "On this computer").description.contains("can't be found"); }));
     closeSettings();
 }
 
